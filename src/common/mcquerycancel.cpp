@@ -1,0 +1,3 @@
+#include "common/mcquerycancel.h"
+
+MCQueryCancel::~MCQueryCancel() = default;

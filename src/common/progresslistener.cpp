@@ -1,0 +1,3 @@
+#include "common/progresslistener.h"
+
+ProgressListener::~ProgressListener() = default;

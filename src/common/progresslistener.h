@@ -1,0 +1,15 @@
+#pragma once
+
+#include "common/export.h"
+
+class ProgressReport;
+
+// Told how far a run has come. The host implements it; the library never owns it and
+// calls it on the thread that runs CreateBins. A listener that throws ends the run with
+// an error status.
+class MCBINNING_API ProgressListener {
+ public:
+  virtual ~ProgressListener();
+
+  virtual void ReportProgress(ProgressReport& report) = 0;
+};

@@ -1,0 +1,3 @@
+#include "common/progressreport.h"
+
+ProgressReport::~ProgressReport() = default;

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "host/record.h"
+#include "host/recorditerator.h"
+#include "host/recordsexport.h"
+
+namespace MCCommon {
+
+// Records held in memory and handed out in order: for tests and for hosts with little data.
+class MCRECORDS_API InMemoryRecordIterator : public RecordIterator {
+ public:
+  // An iterator over no records.
+  InMemoryRecordIterator();
+  explicit InMemoryRecordIterator(const std::vector<Record>& records);
+  ~InMemoryRecordIterator() override;
+
+  // Appends a record whose position i holds values[i].
+  void Add(const std::vector<double>& values);
+
+  // Starts again at the first record.
+  void Rewind();
+
+  bool HasMore() override;
+
+  // Null after the last record.
+  const Record* Next() override;
+
+ private:
+  std::vector<Record> fRecords;
+  std::size_t fNext = 0;
+};
+
+}  // namespace MCCommon

@@ -1,0 +1,7 @@
+#include "host/recorditerator.h"
+
+namespace MCCommon {
+
+RecordIterator::~RecordIterator() = default;
+
+}  // namespace MCCommon
