@@ -32,7 +32,9 @@ double VectorMaxX(const std::vector<double>& x) {
 
 std::size_t VectorXNonZero(const std::vector<double>& x, std::size_t first) {
   std::size_t count = 0;
-  for (std::size_t i = first; i < x.size(); ++i) count += x[i] != 0.0 ? 1 : 0;
+  for (std::size_t i = first; i < x.size(); ++i) {
+    if (x[i] != 0.0) ++count;
+  }
   return count;
 }
 

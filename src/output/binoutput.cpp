@@ -1,0 +1,95 @@
+#include "output/binoutput.h"
+
+#include <cstddef>
+
+#include "common/guard.h"
+#include "output/displayresults.h"
+
+using MCBinning::MCStatus;
+
+namespace {
+
+bool IsPair(int attributeIndex, int targetIndex) {
+  return attributeIndex >= 0 && targetIndex >= 0 && attributeIndex != targetIndex;
+}
+
+}  // namespace
+
+BINOutput::BINOutput() = default;
+
+BINOutput::~BINOutput() = default;
+
+MCStatus BINOutput::SetAttributeTargetResults(MCStatus status, const std::set<double>& cutPoints,
+                                              const std::vector<double>& counts,
+                                              int attributeIndex, int targetIndex,
+                                              unsigned int nDistinctValues, double totalWeight,
+                                              double totalWeightWithMissing, double minimum,
+                                              double maximum, double modelEntropy) {
+  if (!IsPair(attributeIndex, targetIndex)) return MCStatus(120013, false);
+  return MCBinning::Guard([&] {
+    BINAttributeTargetResults record;
+    record.fStatus = status;
+    record.fAttributeIndex = attributeIndex;
+    record.fTargetIndex = targetIndex;
+    record.fCutPoints.assign(cutPoints.begin(), cutPoints.end());
+    record.fNDistinctValues = nDistinctValues;
+    record.fTotalWeight = totalWeight;
+    record.fTotalWeightWithMissing = totalWeightWithMissing;
+    record.fMinimum = minimum;
+    record.fMaximum = maximum;
+    record.fModelEntropy = modelEntropy;
+
+    const std::size_t binCount = cutPoints.size() + 1;
+    const std::size_t countsPerBin = counts.size() / binCount;
+    for (std::size_t bin = 0; bin < binCount; ++bin) {
+      const double* const first = counts.data() + bin * countsPerBin;
+      record.fCellCounts.emplace_back(first, first + countsPerBin);
+    }
+
+    fResults.push_back(std::move(record));
+    try {
+      fPairIndex.try_emplace({attributeIndex, targetIndex}, static_cast<int>(fResults.size()) - 1);
+    } catch (...) {
+      fResults.pop_back();
+      throw;
+    }
+    return MCStatus();
+  });
+}
+
+MCStatus BINOutput::GetAllCutPoints(std::vector<BINAttributeTargetResults>& out) const {
+  if (fResults.empty()) return MCStatus(120020, false);
+  return MCBinning::Guard([&] {
+    out = fResults;
+    return MCStatus();
+  });
+}
+
+MCStatus BINOutput::GetAttributeCutPoints(int attributeIndex,
+                                          std::vector<BINAttributeTargetResults>& out) const {
+  MCStatus status(120013, false);
+  if (attributeIndex < 0) return status;
+  return MCBinning::Guard([&] {
+    for (const BINAttributeTargetResults& record : fResults) {
+      if (record.GetAttributeIndex() != attributeIndex) continue;
+      out.push_back(record);
+      status = record.GetStatus();
+    }
+    return status;
+  });
+}
+
+MCStatus BINOutput::GetAttributeTargetCutPoints(int attributeIndex, int targetIndex,
+                                                BINAttributeTargetResults& out) const {
+  if (!IsPair(attributeIndex, targetIndex)) return MCStatus(120013, false);
+  const auto found = fPairIndex.find({attributeIndex, targetIndex});
+  if (found == fPairIndex.end()) return MCStatus(120013, false);
+  return MCBinning::Guard([&] {
+    out = fResults[static_cast<std::size_t>(found->second)];
+    return out.GetStatus();
+  });
+}
+
+std::ostream& BINOutput::Display(std::ostream& os) const {
+  return MCBinning::DisplayRecords(os, "BINOutput", fResults);
+}
