@@ -1,0 +1,13 @@
+# Turns on the warnings that this project's own code is free of.
+function(mcbinning_enable_warnings target)
+  target_compile_options(
+    ${target}
+    PRIVATE -Wall
+            -Wextra
+            -Wpedantic
+            -Wconversion
+            -Wsign-conversion
+            -Wshadow
+            -Wdouble-promotion
+            -Wold-style-cast)
+endfunction()
