@@ -1,0 +1,42 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "common/export.h"
+
+// An interval of strings, each end included or not. Strings compare byte by byte.
+//
+// A plain value for hosts; no user-missing definition uses it. Ends are taken as they come:
+// ends in the wrong order, or equal ends that are not both included, make it empty.
+class MCBINNING_API BINStringInterval {
+ public:
+  // From "." to ".", both ends included.
+  BINStringInterval();
+
+  BINStringInterval(const std::string& left, bool leftIncluded, const std::string& right,
+                    bool rightIncluded);
+
+  // Store the end; false when the interval is now empty.
+  bool SetLeftEnd(const std::string& left, bool included);
+  bool SetRightEnd(const std::string& right, bool included);
+
+  const std::string& GetLeftEnd() const { return fLeftEnd; }
+  const std::string& GetRightEnd() const { return fRightEnd; }
+  bool IsLeftEndIncluded() const { return fLeftEndIncluded; }
+  bool IsRightEndIncluded() const { return fRightEndIncluded; }
+
+  bool Contains(const std::string& s) const;
+  bool IsEmpty() const;
+
+  // Equal ends, included alike.
+  bool operator==(const BINStringInterval& other) const;
+
+  std::ostream& Display(std::ostream& os) const;
+
+ private:
+  std::string fLeftEnd;
+  bool fLeftEndIncluded;
+  std::string fRightEnd;
+  bool fRightEndIncluded;
+};

@@ -1,0 +1,3 @@
+#include "metadata/ibinencoder.h"
+
+IBINEncoder::~IBINEncoder() = default;

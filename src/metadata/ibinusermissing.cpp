@@ -1,0 +1,3 @@
+#include "metadata/ibinusermissing.h"
+
+IBINUserMissing::~IBINUserMissing() = default;
