@@ -1,0 +1,117 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <sstream>
+#include <vector>
+
+#include "metadata/binnumericusermissing.h"
+#include "metadata/binstringusermissing.h"
+#include "support/hostusermissing.h"
+#include "support/rowname.h"
+
+// The numeric and the string definition side by side.
+
+namespace {
+
+using UserMissingPtr = std::shared_ptr<IBINUserMissing>;  // rows of a table are copied
+
+UserMissingPtr Numbers(const std::vector<double>& values, const char* label = "") {
+  auto userMissing = std::make_shared<BINNumericUserMissing>();
+  for (const double value : values) userMissing->AddValue(value, label);
+  return userMissing;
+}
+
+UserMissingPtr NumbersAndInterval(const std::vector<double>& values, double low, double high) {
+  auto userMissing = Numbers(values);
+  dynamic_cast<BINNumericUserMissing&>(*userMissing).SetInterval({low, high});
+  return userMissing;
+}
+
+UserMissingPtr Strings(const std::vector<std::string>& values, const char* label = "") {
+  auto userMissing = std::make_shared<BINStringUserMissing>();
+  for (const std::string& value : values) userMissing->AddValue(value, label);
+  return userMissing;
+}
+
+struct EqualityExample {
+  const char* name;
+  UserMissingPtr a;
+  UserMissingPtr b;
+  bool areEqual;
+};
+
+void PrintTo(const EqualityExample& example, std::ostream* os) { *os << example.name; }
+
+class UserMissingEqualityTest : public testing::TestWithParam<EqualityExample> {};
+
+TEST_P(UserMissingEqualityTest, IsTheSameBothWays) {
+  const auto& [name, a, b, areEqual] = GetParam();
+  EXPECT_EQ(a->IsEqualTo(b.get()), areEqual);
+  if (b != nullptr) {
+    EXPECT_EQ(b->IsEqualTo(a.get()), areEqual);
+  }
+}
+
+using Row = EqualityExample;
+INSTANTIATE_TEST_SUITE_P(
+    Examples, UserMissingEqualityTest,
+    testing::Values(
+        Row{"LabelsDoNotCount", Numbers({1, 2}, "x"), Numbers({1, 2}, "y"), true},
+        Row{"OrderCounts", Numbers({1, 2}), Numbers({2, 1}), false},
+        Row{"RepeatedValue", Numbers({1}), Numbers({1, 1}), false},
+        Row{"NaN", Numbers({std::nan("")}), Numbers({std::nan("")}), false},
+        Row{"OneInterval", NumbersAndInterval({1}, 0, 0), Numbers({1}), false},
+        Row{"SameIntervals", NumbersAndInterval({}, 2, 3), NumbersAndInterval({}, 2, 3), true},
+        Row{"OtherIntervals", NumbersAndInterval({}, 2, 3), NumbersAndInterval({}, 2, 4), false},
+        Row{"NumbersToNull", Numbers({}), nullptr, false},
+        Row{"StringsToNull", Strings({}), nullptr, false},
+        Row{"EmptyOfOtherType", Numbers({}), Strings({}), false},
+        Row{"SameStrings", Strings({"a", "b"}, "x"), Strings({"a", "b"}, "y"), true},
+        Row{"StringOrderCounts", Strings({"a", "b"}), Strings({"b", "a"}), false},
+        Row{"StringCaseCounts", Strings({"a"}), Strings({"A"}), false}),
+    RowName);
+
+TEST(BINUserMissing, DoesNotTakeAHostsClassForItsOwn) {
+  const HostUserMissing numeric(IBINUserMissing::UserMissingNumeric);
+  const HostUserMissing string(IBINUserMissing::UserMissingString);
+  EXPECT_FALSE(BINNumericUserMissing().IsEqualTo(&numeric));
+  EXPECT_FALSE(BINStringUserMissing().IsEqualTo(&string));
+}
+
+TEST(BINNumericUserMissing, ContainsDiscreteValuesAndTheIntervalOnly) {
+  BINNumericUserMissing userMissing;
+  userMissing.AddValue(9, "refused");
+  EXPECT_FALSE(userMissing.Contains(0)) << "no interval was set yet";
+  EXPECT_EQ(userMissing.GetInterval(), nullptr);
+
+  userMissing.SetInterval({90.0, 95.0});
+  userMissing.SetInterval({97.0, 99.0});
+  for (const double x : {9.0, 97.0, 99.0}) EXPECT_TRUE(userMissing.Contains(x)) << x;
+  for (const double x : {8.0, 92.0, 99.5, std::nan("")}) EXPECT_FALSE(userMissing.Contains(x)) << x;
+}
+
+TEST(BINStringUserMissing, ContainsExactMatchesOnly) {
+  BINStringUserMissing userMissing;
+  userMissing.AddValue("n/a", "");
+  EXPECT_TRUE(userMissing.Contains("n/a"));
+  for (const char* s : {"", "N/A", "n/a ", "n"}) EXPECT_FALSE(userMissing.Contains(s)) << s;
+}
+
+TEST(BINNumericUserMissing, ShowsEveryEntryWithItsLabel) {
+  BINNumericUserMissing userMissing;
+  userMissing.AddValue(9, "refused");
+  userMissing.AddValue(9, "again");
+  userMissing.SetInterval({97.0, 99.0});
+  std::ostringstream os;
+  std::unique_ptr<IBINUserMissing>(userMissing.Clone())->Display(os);
+  EXPECT_EQ(os.str(),
+            "\nStart of BINNumericUserMissing display\n"
+            "Discrete missing values:\n"
+            "\t0\t9, label = refused\n"
+            "\t1\t9, label = again\n"
+            "Missing interval:\nBINNumericInterval: [ 97, 99 ]\n"
+            "End of BINNumericUserMissing display\n");
+}
+
+}  // namespace

@@ -1,0 +1,401 @@
+#include "metadata/binvarlist.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "metadata/bincatnumencoder.h"
+#include "metadata/bincatvar.h"
+#include "metadata/binnumericusermissing.h"
+#include "metadata/binstringencoder.h"
+#include "metadata/binstringusermissing.h"
+#include "support/hostusermissing.h"
+#include "support/rowname.h"
+
+namespace {
+
+using Var = IBINVariable;
+using Strings = std::vector<std::string>;
+using Ints = std::vector<int>;
+
+// Indexes of the list below.
+enum { kAge, kSpecies, kSex, kWeight, kIncome };
+
+// Two continuous attributes, a numeric target, a string attribute and a weight.
+BINVarList FiveVariables() {
+  BINVarList list;
+  list.AddContVar("age", "Age", Var::RoleAttribute);
+  list.AddCatVar("species", "Species", {1, 2, 3}, Var::RoleTarget);
+  list.AddCatVar("sex", "Sex", Strings{"f", "m"}, Var::RoleAttribute);
+  list.AddWeightVar("w", "", Var::RoundClosest);
+  list.AddContVar("income", "Income", Var::RoleAttribute);
+  return list;
+}
+
+std::string TextOf(const BINVarList& list) {
+  std::ostringstream os;
+  list.Display(os);
+  return os.str();
+}
+
+TEST(BINVarList, RefusesWithoutChange) {
+  BINVarList list = FiveVariables();
+  const std::string before = TextOf(list);
+  const Strings two = {"a", "b"};
+  EXPECT_EQ(list.AddContVar("", "", Var::RoleAttribute), -1);
+  EXPECT_EQ(list.AddContVar("sex", "", Var::RoleAttribute), -1);
+  EXPECT_EQ(list.AddContVar("w", "", Var::RoleAttribute), -1) << "the weight's name is taken too";
+  EXPECT_EQ(list.AddContVar("t", "", Var::RoleTarget), -1);
+  EXPECT_EQ(list.AddCatVar("", "", 2, Var::MeasureNumericCategorical, Var::RoleTarget), -1);
+  EXPECT_EQ(list.AddCatVar("age", "", 2, Var::MeasureNumericCategorical, Var::RoleTarget), -1);
+  EXPECT_EQ(list.AddCatVar("age", "", {1, 2}, Var::RoleTarget), -1);
+  EXPECT_EQ(list.AddCatVar("age", "", two, Var::RoleTarget), -1);
+  EXPECT_EQ(list.AddCatVar("", "", two, two, Var::RoleTarget), -1);
+  EXPECT_EQ(list.AddCatVar("t", "", std::vector<double>{1}, Var::RoleTarget), -1);
+  EXPECT_EQ(list.AddCatVar("t", "", Strings{"a"}, two, Var::RoleTarget), -1);
+  EXPECT_EQ(list.AddWeightVar("w2", "", Var::RoundClosest), -1);
+  EXPECT_EQ(TextOf(list), before);
+  EXPECT_EQ(list.GetTargetIndex(), kSpecies);
+}
+
+TEST(BINVarList, TakesWhatOnlyLooksOdd) {
+  BINVarList list = FiveVariables();
+  EXPECT_EQ(list.AddContVar("Age", "", Var::RoleFrequencyWeight), 5) << "another case";
+  EXPECT_EQ(list.AddCatVar("n", "", -1, Var::MeasureUnknown, Var::RoleUndefined), 6);
+  EXPECT_EQ(list.AddCatVar("h", "", std::numeric_limits<int>::max(), Var::MeasureNumericCategorical,
+                           Var::RoleUndefined),
+            7);
+  EXPECT_EQ(list.GetNumContVar(), 3);
+  EXPECT_EQ(list.GetNumCatVar(), 4);
+  ASSERT_TRUE(list.RemoveVar("w"));
+  EXPECT_EQ(list.AddWeightVar("age", "", Var::RoundClosest), 7) << "the weight takes any name";
+  EXPECT_EQ(list.FindVariable("age"), 0);
+}
+
+TEST(BINVarList, ListedCategoriesAreEncodedInOrder) {
+  BINVarList list;
+  list.AddCatVar("n", "", {7, 7, 5}, Strings{"seven", "five"}, Var::RoleAttribute);
+  list.AddCatVar("s", "", Strings{"b", "a"}, Strings{"B", "A"}, Var::RoleAttribute);
+  EXPECT_EQ(list.GetVarAt(0)->GetNumberOfCategories(), 3) << "as many as were listed";
+  const auto& numbers = dynamic_cast<const BINCatNumEncoder&>(*list.GetEncoderAt(0));
+  EXPECT_EQ(numbers.GetNumberOfCategories(), 2);
+  EXPECT_EQ(numbers.EncodeConst(5), 1.0);
+  EXPECT_EQ(*numbers.GetValueLabels(), (Strings{"seven", "five"}));
+  const auto& strings = dynamic_cast<const BINStringEncoder&>(*list.GetEncoderAt(1));
+  EXPECT_EQ(strings.Decode(1), "a");
+  EXPECT_EQ(*strings.GetValueLabels(), (Strings{"B", "A"}));
+  EXPECT_EQ(list.UpdateNumbersOfCategories(), 5);
+}
+
+TEST(BINVarList, OutOfRangeThereIsNothing) {
+  BINVarList list = FiveVariables();
+  for (const int i : {-1, 5, std::numeric_limits<int>::min()}) {
+    EXPECT_EQ(list.GetEncoderAt(i), nullptr);
+    EXPECT_EQ(list.GetVariableRole(i), Var::RoleUndefined);
+    EXPECT_FALSE(list.SetVariableRole(i, Var::RoleTarget));
+    EXPECT_FALSE(list.AddDiscreteUserMissing(i, 1.0, ""));
+    EXPECT_FALSE(list.AddDiscreteUserMissing(i, "a", ""));
+    EXPECT_FALSE(list.SetMissingInterval(i, 1, 2));
+    EXPECT_FALSE(list.RemoveVar(i));
+  }
+  EXPECT_FALSE(list.RemoveVar("nobody"));
+}
+
+TEST(BINVarList, NamesAndCountsFollowTheRoles) {
+  BINVarList list = FiveVariables();
+  Strings attributes = {"left over"};
+  std::string target;
+  list.GetVarNames(attributes, target);
+  EXPECT_EQ(attributes, (Strings{"age", "sex", "income"}));
+  EXPECT_EQ(target, "species");
+  EXPECT_EQ(list.GetNumAttributeVars(), 3);
+
+  list.SetVariableRole(kSex, Var::RoleTarget);
+  list.GetVarNames(attributes, target);
+  EXPECT_EQ(target, "sex") << "the last one";
+  EXPECT_EQ(list.GetNTargetCats(), 3) << "of the first one";
+
+  list.SetVariableRole(kSex, Var::RoleAttribute);
+  list.SetVariableRole(kSpecies, Var::RoleAttribute);
+  list.GetVarNames(attributes, target);
+  EXPECT_EQ(target, "sex") << "left as it was";
+  EXPECT_EQ(list.GetNTargetCats(), 0);
+}
+
+TEST(BINVarList, ANewTargetReplacesTheRecordedOneAChangedRoleDoesNot) {
+  BINVarList list = FiveVariables();
+  EXPECT_TRUE(list.SetVariableRole(kAge, Var::RoleTarget));
+  EXPECT_EQ(list.GetTargetIndex(), kSpecies);
+  EXPECT_EQ(list.GetVariableRole(kAge), Var::RoleTarget);
+  EXPECT_TRUE(list.SetVariableRole(kAge, Var::RoleAttribute));
+  EXPECT_EQ(list.GetTargetIndex(), -1);
+  EXPECT_TRUE(list.SetVariableRole(kWeight, Var::RoleTarget));
+  EXPECT_EQ(list.GetTargetIndex(), kWeight);
+  EXPECT_EQ(list.GetVariableRole(kWeight), Var::RoleFrequencyWeight);
+  EXPECT_EQ(list.AddCatVar("t", "", {1, 2}, Var::RoleTarget), 5);
+  EXPECT_EQ(list.GetTargetIndex(), 5);
+}
+
+struct Removal {
+  const char* name;
+  int removed;
+  int target;
+  int weight;
+  int continuous;
+  int categorical;
+};
+
+void PrintTo(const Removal& example, std::ostream* os) { *os << example.name; }
+
+class RemovalTest : public testing::TestWithParam<Removal> {};
+
+TEST_P(RemovalTest, MovesIndexesAndCounts) {
+  const auto& [name, removed, target, weight, continuous, categorical] = GetParam();
+  BINVarList list = FiveVariables();
+  EXPECT_TRUE(list.RemoveVar(list.GetVarAt(removed)->GetVariableName()));
+  EXPECT_EQ(list.Size(), 4);
+  EXPECT_EQ(list.GetTargetIndex(), target);
+  EXPECT_EQ(list.GetWeightIndex(), weight);
+  EXPECT_EQ(list.GetNumContVar(), continuous);
+  EXPECT_EQ(list.GetNumCatVar(), categorical);
+}
+
+INSTANTIATE_TEST_SUITE_P(Examples, RemovalTest,
+                         testing::Values(Removal{"BeforeBoth", kAge, 0, 2, 1, 2},
+                                         Removal{"Target", kSpecies, -1, 2, 2, 1},
+                                         Removal{"Between", kSex, 1, 2, 2, 1},
+                                         Removal{"Weight", kWeight, 1, -1, 2, 2},
+                                         Removal{"AfterBoth", kIncome, 1, 3, 1, 2}),
+                         RowName);
+
+TEST(BINVarList, CountsByKindWhateverLevelACategoricalVariableClaims) {
+  BINVarList list;
+  list.AddContVar("x", "", Var::RoleAttribute);
+  list.AddCatVar("c", "", 2, Var::MeasureContinuous, Var::RoleAttribute);
+  list.RemoveVar(1);
+  EXPECT_EQ(list.GetNumContVar(), 1);
+  EXPECT_EQ(list.GetNumCatVar(), 0);
+}
+
+// What kinds of missing values a variable takes, whether it has none yet, one from the list
+// or one that the host set.
+struct Missing {
+  const char* name;
+  Var::MeasureLevel level;
+  IBINUserMissing* (*held)();
+  bool takesNumber;
+  bool takesString;
+  bool takesInterval;
+};
+
+void PrintTo(const Missing& example, std::ostream* os) { *os << example.name; }
+
+class MissingValuesTest : public testing::TestWithParam<Missing> {
+ protected:
+  // A list of one variable that holds what the row says.
+  static BINVarList List() {
+    BINVarList list;
+    const Var::MeasureLevel level = GetParam().level;
+    if (level == Var::MeasureContinuous) list.AddContVar("x", "", Var::RoleAttribute);
+    if (level == Var::MeasureFrequencyWeight) list.AddWeightVar("w", "", Var::RoundClosest);
+    if (list.Size() == 0) list.AddCatVar("c", "", 2, level, Var::RoleAttribute);
+    EXPECT_TRUE(list.GetVarAt(0)->SetUserMissingInfo(GetParam().held()));
+    return list;
+  }
+};
+
+TEST_P(MissingValuesTest, TakesWhatFitsAndLeavesTheRest) {
+  BINVarList number = List();
+  EXPECT_EQ(number.AddDiscreteUserMissing(0, 9.0, "nine"), GetParam().takesNumber);
+  BINVarList string = List();
+  EXPECT_EQ(string.AddDiscreteUserMissing(0, "nine", "9"), GetParam().takesString);
+  BINVarList interval = List();
+  EXPECT_EQ(interval.SetMissingInterval(0, 8, 9), GetParam().takesInterval);
+  EXPECT_FALSE(interval.SetMissingInterval(0, 1, 2)) << "an interval is set once";
+
+  const auto contains = [](const BINVarList& list) {
+    const auto* userMissing =
+        dynamic_cast<const BINNumericUserMissing*>(list.GetVarAt(0)->GetUserMissingInfo());
+    return userMissing != nullptr && userMissing->Contains(9) && !userMissing->Contains(1);
+  };
+  EXPECT_EQ(contains(number), GetParam().takesNumber);
+  EXPECT_EQ(contains(interval), GetParam().takesInterval);
+}
+
+IBINUserMissing* None() { return nullptr; }
+IBINUserMissing* Number() { return new BINNumericUserMissing; }
+IBINUserMissing* String() { return new BINStringUserMissing; }
+template <int dataType>
+IBINUserMissing* Host() {
+  return new HostUserMissing(dataType);
+}
+
+constexpr auto kNumeric = Var::MeasureNumericCategorical;
+constexpr auto kString = Var::MeasureStringCategorical;
+INSTANTIATE_TEST_SUITE_P(
+    Examples, MissingValuesTest,
+    testing::Values(
+        Missing{"Continuous", Var::MeasureContinuous, None, true, false, true},
+        Missing{"ContinuousWithSome", Var::MeasureContinuous, Number, true, false, true},
+        Missing{"ContinuousWithHosts", Var::MeasureContinuous, Host<0>, false, false, false},
+        Missing{"Weight", Var::MeasureFrequencyWeight, None, true, false, true},
+        Missing{"Numeric", kNumeric, None, true, false, true},
+        Missing{"String", kString, None, false, true, false},
+        Missing{"StringWithSome", kString, String, false, true, false},
+        Missing{"StringWithHosts", kString, Host<1>, false, false, false},
+        Missing{"UnknownLevel", Var::MeasureUnknown, None, false, false, false},
+        Missing{"UnknownLevelWithSome", Var::MeasureUnknown, String, false, false, false}),
+    RowName);
+
+TEST(BINVarList, IsValidWithAnAttributeAndCategoriesEverywhere) {
+  BINVarList list = FiveVariables();
+  Ints one = {99};
+  Ints none = {99};
+  EXPECT_TRUE(list.IsValidList(one, none));
+  EXPECT_EQ(one, Ints());
+  EXPECT_EQ(none, Ints());
+
+  list.AddCatVar("none", "", 0, Var::MeasureStringCategorical, Var::RoleUndefined);
+  list.AddCatVar("one", "", 1, Var::MeasureStringCategorical, Var::RoleAttribute);
+  EXPECT_FALSE(list.IsValidList(one, none));
+  EXPECT_EQ(one, (Ints{6}));
+  EXPECT_EQ(none, (Ints{5}));
+
+  auto& encoder = dynamic_cast<BINStringEncoder&>(*list.GetEncoderAt(6));
+  for (const char* s : {"a", "b", "c"}) encoder.Encode(s);
+  EXPECT_FALSE(list.IsValidList(one, none));
+  EXPECT_EQ(one, Ints());
+  EXPECT_EQ(list.GetVarAt(6)->GetNumberOfCategories(), 3) << "brought up to date";
+
+  BINVarList noAttribute;
+  noAttribute.AddCatVar("t", "", {1, 2}, Var::RoleTarget);
+  EXPECT_FALSE(noAttribute.IsValidList(one, none));
+}
+
+struct Merge {
+  const char* name;
+  void (*change)(BINVarList&);
+  int where;  // the result of a difference, or kSame
+};
+
+constexpr int kSame = 77;
+
+void PrintTo(const Merge& example, std::ostream* os) { *os << example.name; }
+
+class MergeTest : public testing::TestWithParam<Merge> {};
+
+TEST_P(MergeTest, FindsTheFirstDifferenceFromEitherSide) {
+  const BINVarList list = FiveVariables();
+  BINVarList changed = FiveVariables();
+  GetParam().change(changed);
+  int where = kSame;
+  EXPECT_EQ(list.CanMergeWith(changed, where), GetParam().where == kSame);
+  EXPECT_EQ(where, GetParam().where);
+  where = kSame;
+  EXPECT_EQ(changed.CanMergeWith(list, where), GetParam().where == kSame);
+  EXPECT_EQ(where, GetParam().where);
+}
+
+BINCatNumEncoder& SpeciesEncoder(BINVarList& list) {
+  return dynamic_cast<BINCatNumEncoder&>(*list.GetEncoderAt(kSpecies));
+}
+
+void SetSpeciesCount(BINVarList& list, int count) {
+  dynamic_cast<BINCatVar&>(*list.GetVarAt(kSpecies)).SetNumberOfCategories(count);
+}
+
+void RenameIncome(BINVarList& list) {
+  list.RemoveVar(kIncome);
+  list.AddContVar("Income", "Income", Var::RoleAttribute);
+}
+
+void MakeIncomeCategorical(BINVarList& list) {
+  list.RemoveVar(kIncome);
+  list.AddCatVar("income", "Income", {1, 2}, Var::RoleAttribute);
+}
+
+void SeeAnotherSpecies(BINVarList& list) {
+  SpeciesEncoder(list).Encode(4);
+  SetSpeciesCount(list, 4);
+}
+
+using L = BINVarList;
+INSTANTIATE_TEST_SUITE_P(
+    Examples, MergeTest,
+    testing::Values(
+        Merge{"Nothing", [](L&) {}, kSame},
+        Merge{"Size", [](L& list) { list.RemoveVar(kIncome); }, 4},
+        Merge{"Target", [](L& list) { list.SetVariableRole(kSpecies, Var::RoleUndefined); }, -1},
+        Merge{"Name", RenameIncome, kIncome},
+        Merge{"Label", [](L& list) { list.GetVarAt(kSex)->SetVariableLabel(""); }, kSex},
+        Merge{"Role", [](L& list) { list.SetVariableRole(kAge, Var::RoleUndefined); }, kAge},
+        Merge{"Level", MakeIncomeCategorical, kIncome},
+        Merge{"Missing", [](L& list) { list.AddDiscreteUserMissing(kSex, "x", ""); }, kSex},
+        Merge{"MissingWeight", [](L& list) { list.SetMissingInterval(kWeight, 1, 2); }, kSame},
+        Merge{"UnseenCategory", [](L& list) { SetSpeciesCount(list, 4); }, kSpecies},
+        Merge{"UncountedCategory", [](L& list) { SpeciesEncoder(list).Encode(4); }, kSpecies},
+        Merge{"SeenCategory", SeeAnotherSpecies, kSame}),
+    RowName);
+
+TEST(BINVarList, CopiesAreDeep) {
+  auto source = std::make_unique<BINVarList>(FiveVariables());
+  source->AddDiscreteUserMissing(kSex, "x", "unknown");
+  source->SetMissingInterval(kWeight, 90, 99);
+  const std::string text = TextOf(*source);
+  const BINVarList copy(*source);
+  BINVarList assigned;
+  assigned.AddContVar("old", "", Var::RoleAttribute);
+  assigned = *source;
+  const BINVarList& same = assigned;
+  assigned = same;
+  source.reset();
+  for (const BINVarList* list : {&copy, static_cast<const BINVarList*>(&assigned)}) {
+    EXPECT_EQ(TextOf(*list), text);
+    EXPECT_EQ(list->GetTargetIndex(), kSpecies);
+    EXPECT_EQ(list->GetWeightIndex(), kWeight);
+  }
+}
+
+class NotCloneable : public HostUserMissing {
+ public:
+  NotCloneable() : HostUserMissing(UserMissingNumeric) {}
+  IBINUserMissing* Clone() const override { throw std::runtime_error("no more of these"); }
+};
+
+TEST(BINVarList, FailedAssignmentChangesNothing) {
+  BINVarList source = FiveVariables();
+  source.GetVarAt(kIncome)->SetUserMissingInfo(new NotCloneable);
+  BINVarList list;
+  list.AddWeightVar("w", "", Var::RoundTruncate);
+  const std::string before = TextOf(list);
+  EXPECT_THROW(list = source, std::runtime_error);
+  EXPECT_EQ(TextOf(list), before);
+  EXPECT_EQ(list.GetWeightIndex(), 0);
+}
+
+TEST(BINVarList, ShowsItsVariables) {
+  BINVarList list;
+  list.AddContVar("age", "Age", Var::RoleAttribute);
+  list.AddCatVar("sex", "Sex", 2, Var::MeasureStringCategorical, Var::RoleTarget);
+  EXPECT_EQ(TextOf(list),
+            "\bINegin display of BINVarList object.\n"
+            "Total variables: 2\n"
+            "Number of Continuous Variables = 1\n"
+            "Number of Categorical Variables  = 1\n"
+            "Target Index  = 1\n"
+            "Variable 0\n"
+            "Continuous variable: name = age, label = Age, role = Attribute\n"
+            "Variable 1\n"
+            "Categorical variable: name = sex, label = Sex, role = Target\n"
+            "\tMeasurement Level = String Categorical\n"
+            "\tNumber of Categories = 2\n"
+            "\tBINStringEncoder object:  Last code = -1\n"
+            "End of display for BINVarList object.\n");
+}
+
+}  // namespace
