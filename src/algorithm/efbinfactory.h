@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+#include <ostream>
+
+#include "algorithm/iefbinalgorithm.h"
+#include "common/export.h"
+#include "common/mcstatus.h"
+
+class EFBINSettings;
+class BINVarList;
+
+// Makes equal-frequency algorithms. One factory may make many; it keeps no link to them.
+class MCBINNING_API EFBINFactory {
+ public:
+  EFBINFactory();
+  EFBINFactory(const EFBINFactory&) = delete;
+  EFBINFactory& operator=(const EFBINFactory&) = delete;
+  ~EFBINFactory();
+
+  // A new algorithm that the caller owns, with its own copy of both arguments; null on an
+  // error, which GetStatus() tells: 120003 the list has a categorical variable with fewer
+  // than two categories (datum 1 = its index) or no attribute (datum 1 = -1), 3 out of memory,
+  // or 1 when the settings' cancel query says stop already.
+  IEFBINAlgorithm* CreateEFBINAlgorithm(EFBINSettings& settings, BINVarList& varList);
+
+  // How the last creation went.
+  MCBinning::MCStatus GetStatus() const;
+
+  std::ostream& Display(std::ostream& os) const;
+
+ private:
+  MCBinning::MCStatus fStatus;
+  std::unique_ptr<IEFBINAlgorithm> fAlgorithm;
+};

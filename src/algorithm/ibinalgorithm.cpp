@@ -1,0 +1,3 @@
+#include "algorithm/ibinalgorithm.h"
+
+IBINAlgorithm::~IBINAlgorithm() = default;

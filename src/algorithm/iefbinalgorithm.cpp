@@ -1,0 +1,3 @@
+#include "algorithm/iefbinalgorithm.h"
+
+IEFBINAlgorithm::~IEFBINAlgorithm() = default;

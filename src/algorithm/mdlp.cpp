@@ -1,0 +1,175 @@
+// Partitioning by class entropy and the minimum description length principle: the part of
+// BINAlgorithm that docs/method.md describes under "Supervised binning".
+
+#include <algorithm>
+#include <cfloat>
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+#include "algorithm/binalgorithm.h"
+#include "algorithm/binentropy.h"
+#include "algorithm/splitsearch.h"
+#include "common/vectormath.h"
+#include "metadata/bindataset.h"
+
+using MCBinning::Log2;
+using MCBinning::MCStatus;
+
+double BINAlgorithm::Entropy(const std::vector<double>* weights) const {
+  return MCBinning::Entropy(weights->data(), weights->size() - 1);
+}
+
+double BINAlgorithm::ComputeEntropy(const std::vector<double>* left,
+                                    const std::vector<double>* right) const {
+  return MCBinning::SplitEntropy(left->data(), right->data(), left->size() - 1);
+}
+
+double BINAlgorithm::ComputeDelta(const std::vector<double>* left,
+                                  const std::vector<double>* right, double parentEntropy) const {
+  const auto leftCategories = static_cast<double>(MCBinning::VectorXNonZero(*left, 1));
+  const auto rightCategories = static_cast<double>(MCBinning::VectorXNonZero(*right, 1));
+  // Categories on both sides count twice: not the number of categories of the parent.
+  const double categories = leftCategories + rightCategories;
+  return Log2(std::pow(3.0, categories) - 2.0) -
+         (categories * parentEntropy - leftCategories * Entropy(left) -
+          rightCategories * Entropy(right));
+}
+
+void BINAlgorithm::ComputeModelEntropy(const std::vector<double>& counts,
+                                       double& modelEntropy) const {
+  if (!fDataSet) return;
+  const std::size_t groupSize = std::size_t{fNumTargetCategories} + 1;
+  double sum = 0.0;
+  for (std::size_t bin = 0; bin + groupSize <= counts.size(); bin += groupSize) {
+    sum += counts[bin] * MCBinning::Entropy(counts.data() + bin, fNumTargetCategories);
+  }
+  modelEntropy = sum / fDataSet->GetTotalweight();
+}
+
+std::vector<double> BINAlgorithm::CollectDistinctValues(
+    const std::vector<BINDataTuple>& tuples) const {
+  std::vector<double> values;
+  values.reserve(fDataSet->GetNumDistinctValues());
+  for (std::size_t i = 0; i < fNumCases; ++i) {
+    if (values.empty() || tuples[i].value != values.back()) values.push_back(tuples[i].value);
+  }
+  return values;
+}
+
+MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::set<double>& cuts,
+                            std::vector<double>& counts, double& modelEntropy) const {
+  if (!fDataSet || tuples == nullptr) return MCStatus(120002, false);
+  std::vector<double> cutPoints = CollectDistinctValues(*tuples);
+  return MDLP(tuples, cutPoints, cuts, counts, modelEntropy);
+}
+
+MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples,
+                            std::vector<double>& cutPoints, std::set<double>& cuts,
+                            std::vector<double>& counts, double& modelEntropy) const {
+  if (!fDataSet || tuples == nullptr || fNumCases == 0) return MCStatus(120002, false);
+  RemoveEdge(*tuples, cutPoints);
+  std::vector<double> boundaries;
+  boundaries.reserve(cutPoints.size() + 2);
+  boundaries.push_back(-DBL_MAX);
+  boundaries.insert(boundaries.end(), cutPoints.begin(), cutPoints.end());
+  boundaries.push_back(DBL_MAX);
+
+  std::vector<double> table;
+  MCStatus result = fDataSet->CreateBinTable(&boundaries, fRightBorderClosed, table);
+  if (!result.IsOK()) return result;
+
+  // One boundary per row: its closed end.
+  if (fRightBorderClosed) {
+    boundaries.erase(boundaries.begin());
+  } else {
+    boundaries.pop_back();
+  }
+  const int rowCount = static_cast<int>(table.size() / fNumTargetCategories);
+  result = MDLPCut(&boundaries, &table, 0, rowCount - 1, cuts);
+  if (cuts.empty()) result = MCStatus(120017, true);
+  if (result.IsError()) return result;
+
+  CountBins(boundaries, table, cuts, counts);
+  if (fSettings.GetSmallBinDetectionThreshold() > 0.0 && cuts.size() >= 2) {
+    ProcessLittleBins(&counts, cuts);
+  }
+  ComputeModelEntropy(counts, modelEntropy);
+  return result;
+}
+
+// The candidate at the edge of the values separates nothing.
+void BINAlgorithm::RemoveEdge(const std::vector<BINDataTuple>& tuples,
+                              std::vector<double>& cutPoints) const {
+  if (cutPoints.empty()) return;
+  if (fRightBorderClosed) {
+    if (cutPoints.back() == tuples[fNumCases - 1].value) cutPoints.pop_back();
+  } else {
+    if (cutPoints.front() == tuples.front().value) cutPoints.erase(cutPoints.begin());
+  }
+}
+
+MCStatus BINAlgorithm::MDLPCut(const std::vector<double>* boundaries,
+                               const std::vector<double>* binTable, int first, int last,
+                               std::set<double>& cuts) const {
+  const std::size_t categoryCount = fNumTargetCategories;
+  if (boundaries == nullptr || binTable == nullptr || categoryCount == 0 ||
+      boundaries->size() != binTable->size() / categoryCount) {
+    return MCStatus(120002, false);
+  }
+
+  std::vector<double> left(categoryCount + 1);
+  std::vector<double> right(categoryCount + 1);
+  std::vector<std::pair<int, int>> intervals{{first, last}};
+  while (!intervals.empty()) {
+    const auto [from, to] = intervals.back();
+    intervals.pop_back();
+    if (to - from < 1) continue;
+
+    std::fill(left.begin(), left.end(), 0.0);
+    MCBinning::SumRows(*binTable, from, to, right);
+    const double entropy = Entropy(&right);
+    const double weight = right[0];
+    const int best = FindBestCutPoint(binTable, from, to, &left, &right);
+    const double gain = entropy - ComputeEntropy(&left, &right);
+    const double delta = ComputeDelta(&left, &right, entropy);
+    if (!(gain > Log2(weight - 1.0) / weight + delta / weight)) continue;
+
+    cuts.insert((*boundaries)[static_cast<std::size_t>(best)]);
+    const int split = fRightBorderClosed ? best : best - 1;
+    // At a weight of 1 a split can be accepted that leaves one part as large as before: to
+    // look at that again would go on for ever.
+    if (split + 1 > from) intervals.emplace_back(split + 1, to);
+    if (split < to) intervals.emplace_back(from, split);
+  }
+  return MCStatus();
+}
+
+int BINAlgorithm::FindBestCutPoint(const std::vector<double>* binTable, int first, int last,
+                                   std::vector<double>* left, std::vector<double>* right) const {
+  return MCBinning::FindBestSplit(*binTable, first, last, fRightBorderClosed, *left, *right);
+}
+
+// Both walk upwards, so each row is looked at once.
+void BINAlgorithm::CountBins(const std::vector<double>& boundaries,
+                             const std::vector<double>& table, const std::set<double>& cuts,
+                             std::vector<double>& counts) const {
+  const std::size_t categoryCount = fNumTargetCategories;
+  counts.assign((categoryCount + 1) * (cuts.size() + 1), 0.0);
+  double* bin = counts.data();
+  auto cut = cuts.begin();
+  for (std::size_t row = 0; row < boundaries.size(); ++row) {
+    const bool isAtCut = cut != cuts.end() && boundaries[row] == *cut;
+    if (isAtCut && !fRightBorderClosed) bin += categoryCount + 1;
+    for (std::size_t category = 0; category < categoryCount; ++category) {
+      bin[category + 1] += table[row * categoryCount + category];
+    }
+    if (isAtCut && fRightBorderClosed) bin += categoryCount + 1;
+    if (isAtCut) ++cut;
+  }
+  for (std::size_t first = 0; first < counts.size(); first += categoryCount + 1) {
+    for (std::size_t category = 1; category <= categoryCount; ++category) {
+      counts[first] += counts[first + category];
+    }
+  }
+}

@@ -1,0 +1,121 @@
+#pragma once
+
+#include <memory>
+#include <new>
+#include <optional>
+#include <ostream>
+#include <utility>
+#include <vector>
+
+#include "algorithm/binefpreprocess.h"
+#include "common/display.h"
+#include "common/displayframe.h"
+#include "common/guard.h"
+#include "common/mcstatus.h"
+#include "host/recorditerator.h"
+#include "metadata/bindatapreparator.h"
+#include "metadata/bindataset.h"
+
+namespace MCBinning {
+
+// What the runs of both algorithms have in common: the data pass, cancellation, and which
+// status comes out. `Algorithm` is BINAlgorithm or EFBINAlgorithm, whose members bear the
+// same names.
+class RunFrame {
+ public:
+  // A whole CreateBins: `checkIndices` says whether the index lists can be used, `run` bins.
+  // With index lists refused the answer is error `refusal`.
+  template <typename Algorithm, typename CheckIndices, typename Run>
+  static MCStatus CreateBins(Algorithm& algorithm, MCCommon::RecordIterator& records,
+                             std::optional<unsigned int> distinctThreshold, long refusal,
+                             const CheckIndices& checkIndices, const Run& run) {
+    return Guard([&]() -> MCStatus {
+      algorithm.fNumberOfBins = algorithm.fSettings.GetNumberOfBins();
+      if (algorithm.fNumberOfBins <= 0) return MCStatus(120009, false);
+      if (!checkIndices()) return MCStatus(refusal, false);
+
+      MCStatus result;
+      if (!algorithm.fCancel.IsCancel()) {
+        result = OpenDataPass(algorithm, records, distinctThreshold);
+        if (result.IsError()) return result;
+        algorithm.fPreProcess = std::make_unique<BINEFPreProcess>(algorithm.fNumberOfBins,
+                                                                  algorithm.fRightBorderClosed);
+        result = run();
+        algorithm.fPreProcess.reset();
+      }
+      if (!algorithm.fStatus.IsOK()) result = MCStatus(120018, true);
+      return UnlessCancelled(algorithm, result);
+    });
+  }
+
+  // One attribute: `bin` loads, bins and stores it.
+  template <typename Algorithm, typename Bin>
+  static MCStatus RunOne(Algorithm& algorithm, const Bin& bin) {
+    MCStatus result;
+    if (!algorithm.fCancel.IsCancel()) {
+      result = bin();
+      if (!result.IsOK()) algorithm.fStatus = result;
+    }
+    return UnlessCancelled(algorithm, result);
+  }
+
+  // Memory that ran out ends the run; anything else is the attribute's own affair.
+  static void ThrowIfOutOfMemory(const MCStatus& status) {
+    if (status.GetErrorCode() == 3) throw std::bad_alloc();
+  }
+
+  template <typename Algorithm>
+  static MCStatus UnlessCancelled(Algorithm& algorithm, const MCStatus& result) {
+    if (!algorithm.fCancel.IsCancel()) return result;
+    algorithm.DoCancel();
+    return algorithm.fStatus;
+  }
+
+  template <typename Algorithm>
+  static void Display(std::ostream& os, const char* className, const Algorithm& algorithm) {
+    DisplayStart(os, className);
+    os << algorithm.GetComponentVersion() << '\n'
+       << "Number of cases = " << algorithm.fNumCases << '\n'
+       << "Right border closed = " << algorithm.fRightBorderClosed << '\n'
+       << "Number of bins = " << algorithm.fNumberOfBins << '\n'
+       << "Weight index = " << algorithm.fWeightIndex << '\n'
+       << "Status code = " << algorithm.fStatus.GetErrorCode() << '\n';
+    algorithm.fSettings.Display(os);
+    algorithm.fVarList.Display(os);
+    algorithm.fCancel.Display(os);
+    if (algorithm.fPreparator) {
+      algorithm.fPreparator->Display(os);
+      DisplayMI(os, "File positions of variables, largest category codes of files",
+                std::vector<std::vector<int>>{algorithm.fPreparator->GetVarIndices(),
+                                              algorithm.fPreparator->GetNumOfCategories()});
+    }
+    if (algorithm.fDataSet) algorithm.fDataSet->Display(os);
+    algorithm.fResults.Display(os);
+    DisplayEnd(os, className);
+  }
+
+ private:
+  // Reads the records unless an earlier run has. A pass that failed leaves nothing behind.
+  template <typename Algorithm>
+  static MCStatus OpenDataPass(Algorithm& algorithm, MCCommon::RecordIterator& records,
+                               std::optional<unsigned int> distinctThreshold) {
+    if (algorithm.fPreparator) return MCStatus();
+    if (!records.HasMore()) return MCStatus(120004, false);
+
+    const auto& settings = algorithm.fSettings;
+    auto preparator = std::make_unique<BINDataPreparator>(
+        algorithm.fVarList, algorithm.fCancel, settings.GetTempDirName(),
+        settings.GetProgressListener(), settings.GetNSkippedCasesReports());
+    auto dataSet = std::make_unique<BINDataSet>(records, *preparator);
+    if (distinctThreshold) dataSet->SetThresholdDistinct(*distinctThreshold);
+    const MCStatus result = dataSet->HandleDataFile();
+    if (result.IsError()) return result;
+
+    algorithm.fRightBorderClosed = settings.IsRightBorderClosed();
+    algorithm.fPreparator = std::move(preparator);
+    algorithm.fDataSet = std::move(dataSet);
+    return result;
+  }
+};
+
+}  // namespace MCBinning

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstddef>
+#include <ostream>
+#include <vector>
+
+#include "common/export.h"
+
+// A fixed-size, row-major matrix of doubles with a fill count per row: the write buffer of
+// the data pass, a row per temporary file.
+//
+// Positions out of range are answered by false, null, 0 or the system-missing value.
+class MCBINNING_API BINDataCache {
+ public:
+  enum CacheStatus { CacheNotFull = 0, CacheFull = 2 };
+
+  // No rows, no columns.
+  BINDataCache();
+
+  // All zeros, every row empty; no rows and no columns where Resize() would refuse.
+  BINDataCache(int rows, int cols);
+
+  // False, and nothing changed, when a dimension is negative or memory runs out. Values do
+  // not keep their position: Flush() before filling the rows anew.
+  bool Resize(int rows, int cols);
+
+  CacheStatus GetStatus() const { return fStatus; }
+  void SetStatus(CacheStatus status) { fStatus = status; }
+
+  // True when some row is full: the cache is ready to be written out.
+  bool IsAvailable() const { return fStatus == CacheFull; }
+
+  int GetNRows() const { return fRows; }
+  int GetNCols() const { return fCols; }
+
+  double GetElem(int row, int col) const;
+  bool SetElem(int row, int col, double value);
+
+  // Appends to the row; refused when it is full already: flush once IsAvailable().
+  bool AddElem(int row, double value);
+
+  // Whole rows and columns, whatever their fill count. The getters resize `out`; the setters
+  // refuse a vector of another length.
+  bool GetRow(int row, std::vector<double>& out) const;
+  bool SetRow(int row, const std::vector<double>& in);
+  bool GetCol(int col, std::vector<double>& out) const;
+  bool SetCol(int col, const std::vector<double>& in);
+
+  // The first element of a row, or of a column, whose elements lie GetNCols() apart.
+  double* GetRowPtr(int row);
+  const double* GetRowPtr(int row) const;
+  double* GetColPtr(int col);
+
+  // How many values were appended to the row since the last Flush().
+  int GetRowSize(int row) const;
+
+  // Empties every row. The values stay readable.
+  void Flush();
+
+  std::ostream& Display(std::ostream& os) const;
+
+ private:
+  bool HasRow(int row) const { return row >= 0 && row < fRows; }
+  bool HasCol(int col) const { return col >= 0 && col < fCols; }
+  std::size_t Position(int row, int col) const;
+
+  CacheStatus fStatus;
+  int fRows;
+  int fCols;
+  std::vector<double> fData;
+  std::vector<int> fRowSizes;
+};

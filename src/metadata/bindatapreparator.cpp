@@ -1,0 +1,364 @@
+#include "metadata/bindatapreparator.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <limits>
+#include <utility>
+
+#include <sys/stat.h>
+
+#include "common/bincancelinfo.h"
+#include "common/binprogressreporter.h"
+#include "common/displayframe.h"
+#include "common/guard.h"
+#include "common/missing.h"
+#include "common/progresslistener.h"
+#include "common/stopwatch.h"
+#include "metadata/binnumericusermissing.h"
+#include "metadata/binroundencoder.h"
+#include "metadata/binvarlist.h"
+#include "metadata/categorycode.h"
+#include "metadata/tempfile.h"
+
+using MCBinning::MCStatus;
+using MCBinning::TempFile;
+
+namespace {
+
+constexpr int kCacheCapacity = 10000;
+
+// Stops the process: with fewer files than variables two of them would share a file.
+void RequireFileForEachVariable(bool holds) {
+  if (holds) return;
+  std::fprintf(stderr,
+               "src/metadata/bindatapreparator: Assertion `fOrigRecSize <= fProcRecSize' "
+               "failed: a variable of the list has no role, or two have the same one.\n");
+  std::abort();
+}
+
+// Whether a new file can have the name. Where the directory may not be searched no name is
+// ever found taken: then the first append fails instead of the search going on for ever.
+bool IsFreeName(const std::string& name) {
+  std::FILE* const file = std::fopen(name.c_str(), "re");
+  if (file != nullptr) {
+    std::fclose(file);
+    return false;
+  }
+  if (errno != EACCES) return true;
+  struct stat status;
+  return ::lstat(name.c_str(), &status) != 0 && errno == EACCES;
+}
+
+// The code -1 and the system-missing value both say that there is no category.
+bool IsMissingTarget(double value) {
+  return MCMV::IsMissing(value) || MCBinning::ToCategoryCode(value) == -1;
+}
+
+}  // namespace
+
+BINDataPreparator::BINDataPreparator(BINVarList& variables, BINCancelInfo& cancel,
+                                     std::string tempDirName, ProgressListener* listener,
+                                     int progressInterval)
+    : fTempDirName(std::move(tempDirName)),
+      fProgressListener(listener),
+      fProgressInterval(progressInterval),
+      fTargetPosition(-1),
+      fWeightPosition(-1),
+      fWeightPresent(-1),
+      fVarList(variables),
+      fLargestRecordCount(static_cast<double>(std::numeric_limits<unsigned long>::max())),
+      fSkipRecord(false),
+      fOrigRecSize(static_cast<unsigned int>(variables.Size())),
+      fProcRecSize(0),
+      fNumAttributes(static_cast<unsigned int>(variables.GetNumAttributeVars())),
+      fCancel(cancel),
+      fWeightEncoder(nullptr),
+      fCacheCapacity(kCacheCapacity),
+      fStoredRecords(0),
+      fHasWeight(variables.GetWeightIndex() >= 0 ? 1 : 0),
+      fHasTarget(variables.GetTargetIndex() >= 0 ? 1 : 0),
+      fNameCounter(0) {
+  fProcRecSize = fNumAttributes + static_cast<unsigned int>(fHasTarget + fHasWeight);
+  // A list that names no file for some variable is refused later; until then every position
+  // that one of its variables leads to exists.
+  const std::size_t fileCount = std::max({fOrigRecSize, fProcRecSize, 1U});
+  fLargestCode.assign(fileCount, 0);
+  fUsable.assign(fileCount, true);
+  fHasStopped.assign(fileCount, false);
+  fSlots.assign(fileCount, 0.0);
+  for (int index = 0; index < variables.Size(); ++index) MapVariable(index);
+}
+
+BINDataPreparator::~BINDataPreparator() = default;
+
+void BINDataPreparator::MapVariable(int index) {
+  const IBINVariable& variable = *std::as_const(fVarList).GetVarAt(index);
+  fUserMissing.push_back(variable.GetUserMissingInfo());
+  fMeasureLevels.push_back(variable.GetMeasureLevel());
+  fRoles.push_back(fVarList.GetVariableRole(index));
+
+  int file = -1;
+  switch (fRoles.back()) {
+    case IBINVariable::RoleAttribute: {
+      file = static_cast<int>(fAttributes.size()) + fHasTarget + fHasWeight;
+      fAttributes.push_back(index);
+      const IBINUserMissing* const missing = fUserMissing.back();
+      const bool isNumeric =
+          missing != nullptr && missing->GetDataType() == IBINUserMissing::UserMissingNumeric;
+      fColumns.push_back(
+          {static_cast<std::size_t>(index), static_cast<std::size_t>(file),
+           fMeasureLevels.back() == IBINVariable::MeasureContinuous,
+           isNumeric ? dynamic_cast<const BINNumericUserMissing*>(missing) : nullptr});
+      break;
+    }
+    case IBINVariable::RoleTarget:
+      file = 0;
+      fTargetPosition = index;
+      break;
+    case IBINVariable::RoleFrequencyWeight:
+      file = fHasTarget;
+      fWeightPosition = index;
+      fWeightPresent = 1;
+      fWeightEncoder =
+          dynamic_cast<const BINRoundEncoder*>(std::as_const(fVarList).GetEncoderAt(index));
+      break;
+    case IBINVariable::RoleUndefined:
+      break;
+  }
+  fVarToFile.push_back(file);
+}
+
+MCStatus BINDataPreparator::CheckRoles() const {
+  const std::pair<int, IBINVariable::VariableRole> named[] = {
+      {fVarList.GetTargetIndex(), IBINVariable::RoleTarget},
+      {fVarList.GetWeightIndex(), IBINVariable::RoleFrequencyWeight}};
+  for (const auto& [index, role] : named) {
+    if (index < 0 || fVarList.GetVariableRole(index) == role) continue;
+    MCStatus status(120003, false);
+    status.SetDiscreteDatum(1, index);
+    return status;
+  }
+  return MCStatus();
+}
+
+MCStatus BINDataPreparator::ProcessSource(MCCommon::RecordIterator& source) {
+  return MCBinning::Guard([&]() -> MCStatus {
+    MCStatus status = SetUpTempFiles();
+    if (status.IsOK()) status = CheckRoles();
+    if (!status.IsOK()) return fStatus = status;
+
+    status = ReadRecords(source);
+    if (status.IsError()) return status;
+    // What this last transfer could not write is missed by IsWhole().
+    TransferData();
+    if (fStoredRecords == 0) return MCStatus(120004, false);
+    if (fCancel.IsCancel()) return fStatus = MCStatus(1, false);
+    MarkUndeclaredCategories();
+    return fStatus;
+  });
+}
+
+MCStatus BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
+  BINProgressReporter reporter;
+  const MCBinning::Stopwatch stopwatch;
+  unsigned int recordsRead = 0;
+  auto countdown = static_cast<unsigned int>(fProgressInterval);
+
+  while (source.HasMore() && !fCancel.IsCancel()) {
+    const MCCommon::Record* const record = source.Next();
+    if (record != nullptr) {
+      ++recordsRead;
+      MCStatus status = PrepareRecord(*record);
+      if (status.IsError()) return status;
+      if (!fSkipRecord) {
+        status = StoreRecord();
+        if (status.IsError()) return status;
+      }
+    }
+    if (fProgressListener != nullptr && --countdown == 0) {
+      reporter.SetValues(recordsRead, stopwatch.GetSeconds());
+      fProgressListener->ReportProgress(reporter);
+      countdown = static_cast<unsigned int>(fProgressInterval);
+    }
+  }
+  return MCStatus();
+}
+
+MCStatus BINDataPreparator::ProcessRecord(const MCCommon::Record& in, MCCommon::Record& out) {
+  const MCStatus status = PrepareRecord(in);
+  for (std::size_t file = 0; file < fProcRecSize; ++file) out[file] = fSlots[file];
+  return status;
+}
+
+MCStatus BINDataPreparator::PrepareRecord(const MCCommon::Record& in) {
+  std::fill(fSlots.begin(), fSlots.end(), 0.0);
+  fSkipRecord = false;
+  if (fWeightEncoder != nullptr) {
+    const double weight = fWeightEncoder->Encode(in[static_cast<std::size_t>(fWeightPosition)]);
+    fSkipRecord = MCMV::IsMissing(weight);
+    if (fSkipRecord) return MCStatus();
+    fSlots[static_cast<std::size_t>(fHasTarget)] = weight;
+  }
+
+  MCStatus status;
+  if (fTargetPosition >= 0) {
+    status = PrepareTarget(in[static_cast<std::size_t>(fTargetPosition)]);
+    if (status.IsError()) return status;
+  }
+  for (const Column& column : fColumns) {
+    const double value = in[column.variable];
+    if (column.isContinuous) {
+      const bool isMissing = column.missing != nullptr && column.missing->Contains(value);
+      fSlots[column.file] = isMissing ? MCMV::Missing() : value;
+    } else if (MCMV::IsMissing(value) || value == -1.0) {
+      fSlots[column.file] = MCMV::Missing();
+    } else if (!StoreCategory(value, column.file)) {
+      status = MCStatus(120012, true);
+      status.SetDiscreteDatum(0, static_cast<long>(column.file));
+    }
+  }
+  return status;
+}
+
+MCStatus BINDataPreparator::PrepareTarget(double value) {
+  if (IsMissingTarget(value)) {
+    fSlots[0] = MCMV::Missing();
+    return MCStatus();
+  }
+  if (StoreCategory(value, 0)) return MCStatus();
+  MCStatus status(120012, fVarList.GetNumCatVar() > 1);
+  status.SetDiscreteDatum(0, fTargetPosition);
+  return status;
+}
+
+bool BINDataPreparator::StoreCategory(double value, std::size_t file) {
+  if (!fUsable[file]) return true;
+  const int code = MCBinning::ToCategoryCode(value);
+  if (!MCBinning::IsCategoryCode(code)) {
+    fUsable[file] = false;
+    fHasStopped[file] = true;
+    return false;
+  }
+  fSlots[file] = value;
+  fLargestCode[file] = std::max(fLargestCode[file], code);
+  return true;
+}
+
+MCStatus BINDataPreparator::StoreRecord() {
+  for (std::size_t file = 0; file < fOrigRecSize; ++file) {
+    if (fUsable[file]) fCache.AddElem(static_cast<int>(file), fSlots[file]);
+  }
+  if (fCache.IsAvailable()) {
+    const MCStatus status = TransferData();
+    if (status.IsError()) return status;
+  }
+  ++fStoredRecords;
+  return MCStatus();
+}
+
+void BINDataPreparator::MarkUndeclaredCategories() {
+  for (std::size_t variable = 0; variable < fOrigRecSize; ++variable) {
+    const IBINVariable::MeasureLevel level = fMeasureLevels[variable];
+    if (level != IBINVariable::MeasureNumericCategorical &&
+        level != IBINVariable::MeasureStringCategorical) {
+      continue;
+    }
+    const auto file = static_cast<std::size_t>(fVarToFile[variable]);
+    const int declared =
+        std::as_const(fVarList).GetVarAt(static_cast<int>(variable))->GetNumberOfCategories();
+    if (fLargestCode[file] >= declared) fUsable[file] = false;
+  }
+}
+
+MCStatus BINDataPreparator::IsValidTarget(int file, bool& valid) const {
+  if (file < 0 || static_cast<unsigned int>(file) >= fOrigRecSize) return MCStatus(120013, false);
+  valid = fUsable[static_cast<std::size_t>(file)];
+  return MCStatus();
+}
+
+MCStatus BINDataPreparator::SetUpTempFiles() {
+  if (!fCache.Resize(static_cast<int>(fProcRecSize), fCacheCapacity)) {
+    fCacheCapacity /= 2;
+    if (!fCache.Resize(static_cast<int>(fProcRecSize), fCacheCapacity)) return MCStatus(3, false);
+  }
+  fCache.Flush();
+  fFiles.clear();
+  fFileNames.assign(fProcRecSize, std::string());
+  if (!fTempDirName.empty() && fTempDirName.back() != '\\' && fTempDirName.back() != '/') {
+    fTempDirName += '/';
+  }
+  RequireFileForEachVariable(fOrigRecSize <= fProcRecSize);
+
+  fNameCounter = static_cast<unsigned long>(std::clock());
+  for (std::size_t file = 0; file < fOrigRecSize; ++file) {
+    const MCStatus status = SeekFreeName(fFileNames[file]);
+    if (!status.IsOK()) return status;
+    fFiles.emplace_back(fFileNames[file]);
+  }
+  return MCStatus();
+}
+
+// The counter moves past each name that is given out, so no two files of a run start on the
+// same one.
+MCStatus BINDataPreparator::SeekFreeName(std::string& name) {
+  char digits[2 * sizeof(unsigned long) + 1];
+  for (;;) {
+    std::snprintf(digits, sizeof digits, "%lx", fNameCounter++);
+    std::string candidate = fTempDirName + digits;
+    if (IsFreeName(candidate)) {
+      name = std::move(candidate);
+      return MCStatus();
+    }
+    if (fCancel.IsCancel()) return MCStatus(1, false);
+  }
+}
+
+MCStatus BINDataPreparator::TransferData() {
+  for (std::size_t file = 0; file < fFiles.size(); ++file) {
+    const MCStatus status = AppendRow(file);
+    if (!status.IsOK()) return status;
+  }
+  fCache.Flush();
+  return MCStatus();
+}
+
+MCStatus BINDataPreparator::AppendRow(std::size_t file) {
+  const int row = static_cast<int>(file);
+  const auto count = static_cast<std::size_t>(fCache.GetRowSize(row));
+  for (;;) {
+    switch (fFiles[file].Append(fCache.GetRowPtr(row), count)) {
+      case TempFile::AppendResult::kOk:
+        return MCStatus();
+      case TempFile::AppendResult::kFailed:
+        return MCStatus(120021, false);
+      case TempFile::AppendResult::kNameTaken:
+        break;
+    }
+    if (fCancel.IsCancel()) return MCStatus(1, false);
+    const MCStatus status = SeekFreeName(fFileNames[file]);
+    if (!status.IsOK()) return status;
+    fFiles[file].SetName(fFileNames[file]);
+  }
+}
+
+bool BINDataPreparator::HasAnyFile() const {
+  return std::any_of(fFiles.begin(), fFiles.end(),
+                     [](const TempFile& file) { return file.IsBegun(); });
+}
+
+bool BINDataPreparator::IsWhole(int file, int descriptor) const {
+  return fFiles[static_cast<std::size_t>(file)].IsWhole(descriptor, fStoredRecords);
+}
+
+std::ostream& BINDataPreparator::Display(std::ostream& os) const {
+  MCBinning::DisplayStart(os, "BINDataPreparator");
+  if (fStatus.IsOK()) {
+    os << "\tStatus is OK.\n";
+  } else {
+    os << "\tStatus has error code " << fStatus.GetErrorCode() << '\n';
+  }
+  return MCBinning::DisplayEnd(os, "BINDataPreparator");
+}

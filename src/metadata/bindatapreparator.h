@@ -1,0 +1,154 @@
+#pragma once
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "common/export.h"
+#include "common/mcstatus.h"
+#include "host/record.h"
+#include "host/recorditerator.h"
+#include "metadata/bindatacache.h"
+#include "metadata/ibinvariable.h"
+
+class BINCancelInfo;
+class BINNumericUserMissing;
+class BINRoundEncoder;
+class BINVarList;
+class IBINUserMissing;
+class ProgressListener;
+
+namespace MCBinning {
+class TempFile;
+}
+
+// Makes the one pass over the host's records: rounds the weight, turns user-missing values
+// and values without category into the system-missing value, checks category codes, and
+// writes one temporary file per variable.
+//
+//   Files      the target's first, then the weight's, then the attributes' in list order;
+//              a "file position" counts them from 0. Removed with this object.
+//   Codes      category codes are truncated towards zero and must lie in 0 .. 255. A file
+//              with a code outside stops there, and its variable is not usable.
+//   Records    one whose weight is missing, or zero or less once rounded, is dropped; so is a
+//              null record. Nothing else drops a whole record.
+//   Memory     10000 values per file.
+//
+// The variable list needs a role for each variable, at most one target and at most one
+// weight: SetUpTempFiles() stops the process when there are more variables than files.
+class MCBINNING_API BINDataPreparator {
+ public:
+  // Everything passed by reference or pointer stays the caller's and must outlive this
+  // object. `progressInterval` counts records between two reports; 0 reports none.
+  BINDataPreparator(BINVarList& variables, BINCancelInfo& cancel, std::string tempDirName,
+                    ProgressListener* listener, int progressInterval);
+  BINDataPreparator(const BINDataPreparator&) = delete;
+  BINDataPreparator& operator=(const BINDataPreparator&) = delete;
+  ~BINDataPreparator();
+
+  // The whole pass. Errors: 1 cancelled, 3 out of memory, 120003 the variable list names
+  // another variable as target or weight than the one with that role (datum 1 = its index),
+  // 120004 no record stored, 120012 the only categorical variable is a target with a bad
+  // code, 120021 a file cannot be written. A file that ends short after the last transfer is
+  // not reported here; IsWhole() tells.
+  MCBinning::MCStatus ProcessSource(MCCommon::RecordIterator& source);
+
+  // Prepares one record: `in` by variable index, `out` by file position. Warning or error
+  // 120012 when a category code is out of range. A dropped record leaves zeros in `out`.
+  MCBinning::MCStatus ProcessRecord(const MCCommon::Record& in, MCCommon::Record& out);
+
+  // Whether the variable at a file position can be a target. Error 120013, `valid`
+  // unchanged, for a position out of range.
+  MCBinning::MCStatus IsValidTarget(int file, bool& valid) const;
+
+  // Sizes the cache and chooses a free file name for every variable; removes the files of an
+  // earlier call. Errors: 3, and 1 when cancelled while a name is sought.
+  MCBinning::MCStatus SetUpTempFiles();
+
+  // Appends the cached values to the files and empties the cache. A name that was taken in
+  // the meantime is left alone: the file takes the next free one. Errors: 120021, and 1.
+  MCBinning::MCStatus TransferData();
+
+  MCBinning::MCStatus GetStatus() const { return fStatus; }
+  const BINVarList& GetVarList() const { return fVarList; }
+  const std::vector<std::string>& GetFileNames() const { return fFileNames; }
+
+  // The file position of every variable, -1 for one without a role.
+  const std::vector<int>& GetVarIndices() const { return fVarToFile; }
+
+  // The largest category code seen, by file position.
+  const std::vector<int>& GetNumOfCategories() const { return fLargestCode; }
+
+  // How many records were stored.
+  unsigned long GetAllvarNumOfCases() const { return fStoredRecords; }
+
+  // Whether the variable's values stop at a category code out of range. Requires a valid
+  // file position.
+  bool HasStopped(int file) const { return fHasStopped[static_cast<std::size_t>(file)]; }
+
+  // Whether any file could be made at all.
+  bool HasAnyFile() const;
+
+  // Whether the open file `descriptor` is the one at the file position and holds one value
+  // per stored record. Requires a valid file position.
+  bool IsWhole(int file, int descriptor) const;
+
+  std::ostream& Display(std::ostream& os) const;
+
+ private:
+  // How an attribute's values are prepared.
+  struct Column {
+    std::size_t variable;
+    std::size_t file;
+    bool isContinuous;
+    const BINNumericUserMissing* missing;  // null where there is none that fits
+  };
+
+  void MapVariable(int index);
+  MCBinning::MCStatus CheckRoles() const;
+  MCBinning::MCStatus SeekFreeName(std::string& name);
+  MCBinning::MCStatus AppendRow(std::size_t file);
+
+  MCBinning::MCStatus ReadRecords(MCCommon::RecordIterator& source);
+  MCBinning::MCStatus PrepareRecord(const MCCommon::Record& in);
+  MCBinning::MCStatus PrepareTarget(double value);
+  bool StoreCategory(double value, std::size_t file);
+  MCBinning::MCStatus StoreRecord();
+  void MarkUndeclaredCategories();
+
+  std::string fTempDirName;
+  ProgressListener* fProgressListener;
+  int fProgressInterval;
+  std::vector<int> fVarToFile;
+  std::vector<int> fAttributes;
+  int fTargetPosition;
+  int fWeightPosition;
+  int fWeightPresent;
+  std::vector<IBINVariable::MeasureLevel> fMeasureLevels;
+  std::vector<IBINVariable::VariableRole> fRoles;
+  std::vector<IBINUserMissing*> fUserMissing;
+  BINVarList& fVarList;
+  std::vector<int> fLargestCode;
+  std::vector<bool> fUsable;
+  MCBinning::MCStatus fStatus;
+  double fLargestRecordCount;  // not read; keeps the layout
+  bool fSkipRecord;
+  unsigned int fOrigRecSize;
+  unsigned int fProcRecSize;
+  unsigned int fNumAttributes;
+  BINCancelInfo& fCancel;
+  const BINRoundEncoder* fWeightEncoder;
+  std::vector<std::string> fFileNames;
+  BINDataCache fCache;
+  int fCacheCapacity;
+  unsigned long fStoredRecords;
+  int fHasWeight;
+  int fHasTarget;
+
+  std::vector<Column> fColumns;  // the attributes, in file order
+  std::vector<double> fSlots;    // the prepared record, by file position
+  std::vector<bool> fHasStopped;
+  std::vector<MCBinning::TempFile> fFiles;
+  unsigned long fNameCounter;
+};

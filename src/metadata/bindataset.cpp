@@ -1,0 +1,337 @@
+#include "metadata/bindataset.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <type_traits>
+
+#include "common/displayframe.h"
+#include "common/guard.h"
+#include "common/missing.h"
+#include "metadata/bindatapreparator.h"
+#include "metadata/binvarlist.h"
+#include "metadata/categorycode.h"
+#include "metadata/tuplesort.h"
+
+using MCBinning::BinaryRecordIterator;
+using MCBinning::MCStatus;
+
+namespace {
+
+// Collects the valid cases of the files that are read in step, and their weights.
+template <typename Tuple>
+class CaseCollector {
+ public:
+  static constexpr bool kHasTarget = std::is_same_v<Tuple, BINDataTuple>;
+
+  // Requires room for every case to come.
+  explicit CaseCollector(Tuple* tuples) : fTuples(tuples), fMissing(MCMV::Missing()) {}
+
+  // The next cases. `targets` is not looked at for tuples without one.
+  void Add(const double* targets, const double* values, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) Store(targets, values, i, 1.0);
+    // The sum of ones, without adding them up.
+    fTotalWeightWithMissing += static_cast<double>(count);
+    fTotalWeight = static_cast<double>(fCount);
+  }
+
+  void Add(const double* targets, const double* weights, const double* values,
+           std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+      const double weight = weights[i];
+      if (weight == fMissing) continue;
+      fTotalWeightWithMissing += weight;
+      if (Store(targets, values, i, weight)) fTotalWeight += weight;
+    }
+  }
+
+  std::size_t GetCount() const { return fCount; }
+  double GetTotalWeight() const { return fTotalWeight; }
+  double GetTotalWeightWithMissing() const { return fTotalWeightWithMissing; }
+  unsigned int GetLargestTarget() const { return fLargestTarget; }
+
+ private:
+  // Writes the case to the next free entry, which stays free when the case is not valid.
+  bool Store(const double* targets, const double* values, std::size_t i, double weight) {
+    const double value = values[i];
+    bool isValid = value != fMissing;
+    if constexpr (kHasTarget) {
+      // Every stored code lies in 0 .. 255, unless the host has given the missing value
+      // another meaning since: what no int can hold is missing still.
+      const int code = MCBinning::ToCategoryCode(targets[i]);
+      isValid = isValid && targets[i] != fMissing && code != MCBinning::kLargestCategoryCode + 1;
+      const auto target = static_cast<std::uint8_t>(code);
+      fTuples[fCount] = {value, target, weight};
+      if (isValid) fLargestTarget = std::max<unsigned int>(fLargestTarget, target);
+    } else {
+      fTuples[fCount] = {value, weight};
+    }
+    fCount += isValid ? 1 : 0;
+    return isValid;
+  }
+
+  Tuple* const fTuples;
+  const double fMissing;
+  std::size_t fCount = 0;
+  double fTotalWeight = 0.0;
+  double fTotalWeightWithMissing = 0.0;
+  unsigned int fLargestTarget = 0;
+};
+
+// The block of a file read in step with another, or null when it is not as long.
+const double* NextInStep(BinaryRecordIterator& iterator, std::size_t count) {
+  const BinaryRecordIterator::Block block = iterator.NextBlock();
+  return block.count == count ? block.values : nullptr;
+}
+
+}  // namespace
+
+BINDataSet::BINDataSet(MCCommon::RecordIterator& records, BINDataPreparator& preparator)
+    : fNumTargetCategories(0),
+      fHasWeight(false),
+      fHasTarget(false),
+      fRecords(records),
+      fPreparator(preparator),
+      fIsThresholdSet(false),
+      fVarToFile(nullptr),
+      fNumCases(0),
+      fNumDistinctValues(0),
+      fNumAllCases(0),
+      fTotalWeight(0.0),
+      fTotalWeightWithMissing(0.0),
+      fThresholdDistinct(0),
+      fNeedPreprocess(false),
+      fTargetFile(0),
+      fWeightFile(-1),
+      fMinimum(MCMV::Missing()),
+      fMaximum(MCMV::Missing()),
+      fLargestTarget(0) {}
+
+BINDataSet::~BINDataSet() = default;
+
+MCStatus BINDataSet::HandleDataFile() {
+  return MCBinning::Guard([&]() -> MCStatus {
+    const MCStatus status = fPreparator.ProcessSource(fRecords);
+    if (status.IsError()) return status;
+
+    fHasWeight = fPreparator.GetVarList().GetWeightIndex() >= 0;
+    fHasTarget = fPreparator.GetVarList().GetTargetIndex() >= 0;
+    fNumAllCases = fPreparator.GetAllvarNumOfCases();
+    fFileNames = fPreparator.GetFileNames();
+    fVarToFile = &fPreparator.GetVarIndices();
+    if (fHasTarget) {
+      fTuples = std::make_unique<std::vector<BINDataTuple>>();
+      fTuples->reserve(fNumAllCases);
+    }
+    if (!fPreparator.HasAnyFile()) return status;
+
+    int file = 0;
+    if (fHasTarget) {
+      fTargetFile = 0;
+      fTargetIterator = std::make_unique<BinaryRecordIterator>(GetFileName(file++));
+    }
+    if (fHasWeight) {
+      fWeightFile = file;
+      fWeightIterator = std::make_unique<BinaryRecordIterator>(GetFileName(file));
+    }
+    return status;
+  });
+}
+
+MCStatus BINDataSet::GetAttribute(unsigned int attribute, unsigned int target,
+                                  std::vector<BINDataTuple>*& tuples) {
+  tuples = nullptr;
+  return MCBinning::Guard([&]() -> MCStatus {
+    bool isValid = false;
+    if (fTuples) IsValidTarget(static_cast<int>(target), isValid);
+    if (!isValid) return MCStatus(120010, false);
+    MCStatus status = CheckAttribute(attribute);
+    if (status.IsError()) return status;
+
+    const auto targetFile = static_cast<unsigned int>(GetFile(target));
+    fNumTargetCategories =
+        static_cast<unsigned int>(fPreparator.GetNumOfCategories()[targetFile]) + 1;
+    if (targetFile != fTargetFile && fTargetIterator) {
+      fTargetIterator =
+          std::make_unique<BinaryRecordIterator>(GetFileName(static_cast<int>(targetFile)));
+      fTargetFile = targetFile;
+    }
+
+    status = LoadSorted(attribute, *fTuples);
+    if (!status.IsOK()) return status;
+    if (fIsThresholdSet) {
+      fNeedPreprocess = fThresholdDistinct > 0 && fNumDistinctValues > fThresholdDistinct;
+    }
+    tuples = fTuples.get();
+    return status;
+  });
+}
+
+MCStatus BINDataSet::GetAttribute(unsigned int attribute, std::vector<EFBINDataTuple>*& tuples) {
+  tuples = nullptr;
+  return MCBinning::Guard([&]() -> MCStatus {
+    MCStatus status = CheckAttribute(attribute);
+    if (status.IsError()) return status;
+    if (!fEFTuples) fEFTuples = std::make_unique<std::vector<EFBINDataTuple>>();
+    status = LoadSorted(attribute, *fEFTuples);
+    if (status.IsOK()) tuples = fEFTuples.get();
+    return status;
+  });
+}
+
+template <typename Tuple>
+MCStatus BINDataSet::LoadSorted(unsigned int attribute, std::vector<Tuple>& tuples) {
+  fMinimum = fMaximum = MCMV::Missing();
+  const MCStatus status = ReadCases(static_cast<unsigned int>(GetFile(attribute)), tuples);
+  if (!status.IsOK() || tuples.empty()) return status;
+
+  MCBinning::SortByValue(tuples);
+  fMinimum = tuples.front().value;
+  fMaximum = tuples.back().value;
+  fNumDistinctValues = 1;
+  for (std::size_t i = 1; i < tuples.size(); ++i) {
+    if (tuples[i].value != tuples[i - 1].value) ++fNumDistinctValues;
+  }
+  return status;
+}
+
+MCStatus BINDataSet::ReadNextAttribute(unsigned int file) {
+  return MCBinning::Guard([&]() -> MCStatus {
+    if (file >= fFileNames.size()) return MCStatus(120011, false);
+    if (fTuples) return ReadCases(file, *fTuples);
+    if (!fEFTuples) fEFTuples = std::make_unique<std::vector<EFBINDataTuple>>();
+    return ReadCases(file, *fEFTuples);
+  });
+}
+
+template <typename Tuple>
+MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Tuple>& tuples) {
+  constexpr bool kHasTarget = CaseCollector<Tuple>::kHasTarget;
+  fNumCases = 0;
+  fNumDistinctValues = 0;
+  fTotalWeight = 0.0;
+  fTotalWeightWithMissing = 0.0;
+  tuples.clear();
+  if (!fPreparator.HasAnyFile()) return MCStatus();
+
+  const MCStatus notWhole(120021, false);
+  const auto values = std::make_unique<BinaryRecordIterator>(GetFileName(static_cast<int>(file)));
+  if (!IsWhole(static_cast<int>(file), values)) return notWhole;
+  if (kHasTarget) {
+    if (!IsWhole(static_cast<int>(fTargetFile), fTargetIterator)) return notWhole;
+    fTargetIterator->NewPass();
+  }
+  if (fHasWeight) {
+    if (!IsWhole(fWeightFile, fWeightIterator)) return notWhole;
+    fWeightIterator->NewPass();
+  }
+
+  tuples.resize(fPreparator.GetAllvarNumOfCases());
+  CaseCollector<Tuple> collector(tuples.data());
+  std::size_t casesRead = 0;
+  while (values->HasMore()) {
+    const BinaryRecordIterator::Block block = values->NextBlock();
+    const double* const targets = kHasTarget ? NextInStep(*fTargetIterator, block.count) : nullptr;
+    const double* const weights = fHasWeight ? NextInStep(*fWeightIterator, block.count) : nullptr;
+    if ((kHasTarget && targets == nullptr) || (fHasWeight && weights == nullptr)) break;
+    casesRead += block.count;
+    if (fHasWeight) {
+      collector.Add(targets, weights, block.values, block.count);
+    } else {
+      collector.Add(targets, block.values, block.count);
+    }
+  }
+  if (casesRead != tuples.size()) {  // a read failed half-way
+    tuples.clear();
+    return notWhole;
+  }
+
+  tuples.resize(collector.GetCount());
+  fNumCases = static_cast<unsigned int>(collector.GetCount());
+  fTotalWeight = collector.GetTotalWeight();
+  fTotalWeightWithMissing = collector.GetTotalWeightWithMissing();
+  fLargestTarget = collector.GetLargestTarget();
+  return MCStatus();
+}
+
+MCStatus BINDataSet::CreateBinTable(const std::vector<double>* cutPoints, bool rightBorderClosed,
+                                    std::vector<double>& table) {
+  const MCStatus misfit(120002, true);
+  if (cutPoints == nullptr || cutPoints->empty() || !fTuples) return misfit;
+  return MCBinning::Guard([&]() -> MCStatus {
+    const std::size_t binCount = cutPoints->size() - 1;
+    const std::size_t categoryCount = fNumTargetCategories;
+    table.assign(binCount * categoryCount, 0.0);
+    if (binCount == 0 || fLargestTarget >= categoryCount) return misfit;
+
+    const double* upper = cutPoints->data() + 1;
+    const double* const beyondLast = cutPoints->data() + cutPoints->size();
+    double* bin = table.data();
+    // Written so that a NaN closes every bin.
+    const auto isAbove = [&](double value) {
+      return rightBorderClosed ? !(value <= *upper) : !(value < *upper);
+    };
+    for (std::size_t i = 0; i < fNumCases; ++i) {
+      const BINDataTuple& tuple = (*fTuples)[i];
+      while (isAbove(tuple.value)) {
+        bin += categoryCount;
+        if (++upper == beyondLast) return misfit;
+      }
+      bin[tuple.target] += tuple.weight;
+    }
+    if (upper + 1 == beyondLast) return MCStatus();
+    std::fill_n(bin, categoryCount, 0.0);  // only closed bins are kept
+    return misfit;
+  });
+}
+
+MCStatus BINDataSet::IsValidTarget(int target, bool& valid) const {
+  if (target < 0) return MCStatus(120010, false);
+  return fPreparator.IsValidTarget(GetFile(static_cast<unsigned int>(target)), valid);
+}
+
+void BINDataSet::SetThresholdDistinct(unsigned int threshold) {
+  if (threshold == 0) return;
+  fThresholdDistinct = threshold;
+  fIsThresholdSet = true;
+}
+
+bool BINDataSet::SetNumberOfCases(unsigned long count) {
+  if (count == 0) return false;
+  fNumAllCases = count;
+  return true;
+}
+
+MCStatus BINDataSet::CheckAttribute(unsigned int attribute) const {
+  const int file = GetFile(attribute);
+  if (file < 0) return MCStatus(120011, false);
+  if (!fPreparator.HasStopped(file)) return MCStatus();
+  MCStatus status(120012, false);
+  status.SetDiscreteDatum(0, file);
+  return status;
+}
+
+// The file position of a variable, or -1.
+int BINDataSet::GetFile(unsigned int variable) const {
+  return fVarToFile != nullptr && variable < fVarToFile->size() ? (*fVarToFile)[variable] : -1;
+}
+
+std::string BINDataSet::GetFileName(int file) const {
+  return fFileNames[static_cast<std::size_t>(file)];
+}
+
+bool BINDataSet::IsWhole(int file, const FileIterator& iterator) const {
+  return iterator && fPreparator.IsWhole(file, iterator->GetFileDescriptor());
+}
+
+std::ostream& BINDataSet::Display(std::ostream& os) const {
+  MCBinning::DisplayStart(os, "BINDataSet");
+  os << "Number of all cases = " << fNumAllCases << '\n'
+     << "Number of cases = " << fNumCases << '\n'
+     << "Number of distinct values = " << fNumDistinctValues << '\n'
+     << "Number of target categories = " << fNumTargetCategories << '\n'
+     << "Total weight = " << fTotalWeight << '\n'
+     << "Total weight with missing = " << fTotalWeightWithMissing << '\n'
+     << "Minimum = " << fMinimum << '\n'
+     << "Maximum = " << fMaximum << '\n';
+  return MCBinning::DisplayEnd(os, "BINDataSet");
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+// One valid case of an attribute in equal-frequency binning.
+struct EFBINDataTuple {
+  double value;
+  double weight;
+
+  // By value alone: cases of equal value are equivalent.
+  bool operator<(const EFBINDataTuple& other) const { return value < other.value; }
+};

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace MCBinning {
+
+// One temporary file of the data pass: made exclusively at its first append, readable by
+// its owner alone, removed with this object.
+//
+// It is known by what it is, not by its name: a file that someone else put under the same
+// name is never appended to, read or removed.
+class TempFile {
+ public:
+  enum class AppendResult { kOk, kNameTaken, kFailed };
+
+  explicit TempFile(std::string name);
+  TempFile(TempFile&& other) noexcept;
+  TempFile& operator=(TempFile&&) = delete;
+  ~TempFile();
+
+  const std::string& GetName() const { return fName; }
+
+  // Whether the file has been made.
+  bool IsBegun() const { return fIdentity.inode != 0; }
+
+  // Another name, for a file that is not begun.
+  void SetName(std::string name);
+
+  // Appends `count` values. kNameTaken, with nothing written, when the file is not begun and
+  // its name exists; kFailed when the file cannot be made, is another one by now, or not
+  // everything could be written.
+  AppendResult Append(const double* values, std::size_t count);
+
+  // Whether the open file `descriptor` is this file and holds exactly `valueCount` values.
+  bool IsWhole(int descriptor, std::uint64_t valueCount) const;
+
+ private:
+  // Inode numbers are reused at once by some file systems; size and, where the file system
+  // keeps it, time of birth tell a successor apart.
+  struct Identity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::int64_t birthSecond = 0;
+    std::uint32_t birthNanosecond = 0;
+    std::uint64_t size = 0;
+
+    bool operator==(const Identity&) const = default;
+  };
+
+  // Of the open file, or of the file `name` when `descriptor` is AT_FDCWD; all 0 when there
+  // is none.
+  static Identity Identify(int descriptor, const char* name);
+
+  std::string fName;
+  Identity fIdentity;
+};
+
+}  // namespace MCBinning
