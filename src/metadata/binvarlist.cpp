@@ -51,7 +51,10 @@ bool HasStrings(const IBINVariable& variable) {
 }
 
 // Where an index is after the variable at `removed` is gone.
-int IndexAfterRemoval(int index, int removed) { return removed < index ? index - 1 : index; }
+int IndexAfterRemoval(int index, int removed) {
+  if (removed == index) return kNone;
+  return removed < index ? index - 1 : index;
+}
 
 bool HaveEqualUserMissing(const IBINVariable& a, const IBINVariable& b) {
   const IBINUserMissing* const ofA = a.GetUserMissingInfo();
@@ -258,15 +261,14 @@ int BINVarList::UpdateNumbersOfCategories() {
 bool BINVarList::RemoveVar(int i) {
   const IBINVariable* const variable = GetVarAt(i);
   if (variable == nullptr) return false;
-  const bool isWeight = i == fWeightIndex;
   const bool isTarget = variable->GetVariableRole() == IBINVariable::RoleTarget;
-  if (!isWeight) {
+  if (i != fWeightIndex) {
     // Told by the encoder: a categorical variable may claim to be of continuous level.
     --(variable->GetEncoder() == nullptr ? fNumContVar : fNumCatVar);
   }
   fVariables.erase(fVariables.begin() + i);
   fTargetIndex = isTarget ? kNone : IndexAfterRemoval(fTargetIndex, i);
-  fWeightIndex = isWeight ? kNone : IndexAfterRemoval(fWeightIndex, i);
+  fWeightIndex = IndexAfterRemoval(fWeightIndex, i);
   return true;
 }
 

@@ -117,9 +117,9 @@ class MCBINNING_API BINVarList {
   // Brings the counts of all categorical variables up to date and returns their sum.
   int UpdateNumbersOfCategories();
 
-  // Deletes the variable and closes the gap. Target and weight index follow; removing any
-  // variable of target role leaves the list without recorded target. False when i is out
-  // of range or no variable has the name.
+  // Deletes the variable and closes the gap. Target and weight index follow; removing the
+  // recorded target, or any variable of target role, leaves the list without one. False when i is
+  // out of range or no variable has the name.
   bool RemoveVar(int i);
   bool RemoveVar(std::string name);
 

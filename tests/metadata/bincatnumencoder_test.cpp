@@ -76,6 +76,9 @@ TEST(BINCatNumEncoder, LabelsFillUpToTheCategories) {
   encoder.SetValueLabels({"five"});
   encoder.SetValueLabel(99, "lengthens the list all the same");
   EXPECT_EQ(*encoder.GetValueLabels(), (Labels{"five", "", ""}));
+  encoder.SetValueLabels({"a", "b", "c", "d"});
+  encoder.SetValueLabel(0, "five");
+  EXPECT_EQ(*encoder.GetValueLabels(), (Labels{"five", "b", "c", "d"}));
 }
 
 TEST(BINCatNumEncoder, CopiesGrowApart) {

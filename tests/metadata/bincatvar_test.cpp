@@ -54,15 +54,6 @@ INSTANTIATE_TEST_SUITE_P(
                     CountExample{"Huge", kMaxInt, 0, kMaxInt, IBINVariable::VarStatusOk}),
     RowName);
 
-TEST(BINCatVar, OnlyNumericLevelHasANumericEncoder) {
-  for (int level = 0; level <= 4; ++level) {
-    const auto measureLevel = static_cast<IBINVariable::MeasureLevel>(level);
-    const BINCatVar variable("c", "", 2, measureLevel, IBINVariable::RoleAttribute);
-    EXPECT_EQ(variable.GetMeasureLevel(), level);
-    EXPECT_EQ(variable.GetEncoder()->GetEncoderType(), level == 2 ? 2 : 3);
-  }
-}
-
 TEST(BINCatVar, AssignmentTakesLevelAndEncoderAlong) {
   BINCatVar assigned("s", "", 9, IBINVariable::MeasureStringCategorical, IBINVariable::RoleTarget);
   assigned = NumericCatVar(2, 3);

@@ -43,12 +43,4 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"Unsigned", {"c", true, "\xff", true}, "0011", "BINStringInterval: [ c, \xff ]\n"}),
     RowName);
 
-TEST(BINStringInterval, SettingAnEndTellsWhetherAnythingIsLeft) {
-  BINStringInterval interval("a", true, "c", true);
-  EXPECT_TRUE(interval.SetLeftEnd("c", true));
-  EXPECT_FALSE(interval.SetRightEnd("c", false));
-  EXPECT_EQ(interval, BINStringInterval("c", true, "c", false));
-  EXPECT_FALSE(interval == BINStringInterval("c", true, "c", true));
-}
-
 }  // namespace

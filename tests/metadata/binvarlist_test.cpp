@@ -139,6 +139,10 @@ TEST(BINVarList, ANewTargetReplacesTheRecordedOneAChangedRoleDoesNot) {
   EXPECT_EQ(list.GetVariableRole(kWeight), Var::RoleFrequencyWeight);
   EXPECT_EQ(list.AddCatVar("t", "", {1, 2}, Var::RoleTarget), 5);
   EXPECT_EQ(list.GetTargetIndex(), 5);
+  list.SetVariableRole(5, Var::RoleAttribute);
+  list.SetVariableRole(kWeight, Var::RoleTarget);
+  list.RemoveVar(kWeight);
+  EXPECT_EQ(list.GetTargetIndex(), -1) << "never the index of another variable";
 }
 
 struct Removal {

@@ -3,12 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <sstream>
 
 #include "common/missing.h"
 #include "metadata/binnumericusermissing.h"
 #include "metadata/binroundencoder.h"
-#include "support/hostusermissing.h"
 
 namespace {
 
@@ -48,23 +46,6 @@ TEST(BINWeightVar, AssignmentKeepsTheOptionAndTakesTheMissingValues) {
   EXPECT_EQ(assigned.GetVariableName(), "none");
   EXPECT_EQ(assigned.GetUserMissingInfo(), nullptr);
   EXPECT_EQ(Encode(assigned, 7), 7.0);
-}
-
-TEST(BINWeightVar, StaysTheWeight) {
-  BINWeightVar variable("w", "", IBINVariable::RoundClosest);
-  variable.SetVariableRole(IBINVariable::RoleTarget);
-  EXPECT_EQ(variable.GetVariableRole(), IBINVariable::RoleFrequencyWeight);
-}
-
-TEST(BINWeightVar, ShowsMissingValuesOfEncoderAndVariable) {
-  BINWeightVar variable("w", "weight", IBINVariable::RoundClosest);
-  variable.SetUserMissingInfo(new HostUserMissing(IBINUserMissing::UserMissingNumeric));
-  std::ostringstream os;
-  variable.Display(os);
-  EXPECT_EQ(os.str(),
-            "Frequency weight variable: name = w, label = weight\n"
-            "\tBINRoundEncoder: option = Round to closest int\n"
-            "\t\tUser-missing values for this encoder:\n\t\thost\n\nhost\n");
 }
 
 }  // namespace
