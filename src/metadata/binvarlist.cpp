@@ -263,8 +263,8 @@ bool BINVarList::RemoveVar(int i) {
   if (variable == nullptr) return false;
   const bool isTarget = variable->GetVariableRole() == IBINVariable::RoleTarget;
   if (i != fWeightIndex) {
-    // Told by the encoder: a categorical variable may claim to be of continuous level.
-    --(variable->GetEncoder() == nullptr ? fNumContVar : fNumCatVar);
+    const bool isContinuous = variable->GetMeasureLevel() == IBINVariable::MeasureContinuous;
+    --(isContinuous ? fNumContVar : fNumCatVar);
   }
   fVariables.erase(fVariables.begin() + i);
   fTargetIndex = isTarget ? kNone : IndexAfterRemoval(fTargetIndex, i);

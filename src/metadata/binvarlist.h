@@ -117,7 +117,8 @@ class MCBINNING_API BINVarList {
   // Brings the counts of all categorical variables up to date and returns their sum.
   int UpdateNumbersOfCategories();
 
-  // Deletes the variable and closes the gap. Target and weight index follow; removing the
+  // Deletes the variable and closes the gap. The count of its measure level goes down: that of
+  // continuous variables for a categorical one that claims to be continuous. Target and weight index follow; removing the
   // recorded target, or any variable of target role, leaves the list without one. False when i is
   // out of range or no variable has the name.
   bool RemoveVar(int i);

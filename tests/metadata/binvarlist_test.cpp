@@ -177,15 +177,6 @@ INSTANTIATE_TEST_SUITE_P(Examples, RemovalTest,
                                          Removal{"AfterBoth", kIncome, 1, 3, 1, 2}),
                          RowName);
 
-TEST(BINVarList, CountsByKindWhateverLevelACategoricalVariableClaims) {
-  BINVarList list;
-  list.AddContVar("x", "", Var::RoleAttribute);
-  list.AddCatVar("c", "", 2, Var::MeasureContinuous, Var::RoleAttribute);
-  list.RemoveVar(1);
-  EXPECT_EQ(list.GetNumContVar(), 1);
-  EXPECT_EQ(list.GetNumCatVar(), 0);
-}
-
 // What kinds of missing values a variable takes, whether it has none yet, one from the list
 // or one that the host set.
 struct Missing {
