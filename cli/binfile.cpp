@@ -1,0 +1,153 @@
+#include "cli/binfile.h"
+
+#include <cfloat>
+
+#include "cli/jsonwriter.h"
+#include "cli/statustext.h"
+
+namespace MCBin {
+
+namespace {
+
+const char* NameOf(VariableKind kind) {
+  switch (kind) {
+    case VariableKind::kNumericCategorical:
+      return "numeric-categorical";
+    case VariableKind::kStringCategorical:
+      return "string-categorical";
+    case VariableKind::kContinuous:
+      break;
+  }
+  return "continuous";
+}
+
+void WriteSettings(JsonWriter& json, const RunOptions& options) {
+  json.Key("settings");
+  json.BeginObject();
+  if (options.algorithm == Algorithm::kSupervised) {
+    json.Member("prebin_above", options.prebinAbove);
+    json.Member("prebins", options.prebins);
+    json.Member("small_bins", options.smallBins);
+  } else {
+    json.Member("bins", options.bins);
+  }
+  if (options.weight) {
+    json.Member("weight", *options.weight);
+    json.Member("rounding",
+                options.rounding == IBINVariable::RoundTruncate ? "truncate" : "closest");
+  }
+  json.EndObject();
+}
+
+void WriteSource(JsonWriter& json, const BinModel& model) {
+  json.Key("source");
+  json.BeginObject();
+  json.Member("name", model.sourceName);
+  json.Member("delimiter", std::string(1, model.options.delimiter));
+  json.Member("na", model.options.missingTexts);
+  json.Member("records", model.recordCount);
+  json.Key("dropped");
+  json.BeginObject();
+  json.Member("missing_weight", model.dropped.missing);
+  json.Member("zero_weight", model.dropped.zero);
+  json.Member("weight_rounded_to_zero", model.dropped.roundedToZero);
+  json.EndObject();
+  json.EndObject();
+}
+
+// A numeric variable's values as numbers, a text variable's as texts.
+void WriteMissing(JsonWriter& json, const VariableInfo& variable) {
+  const MissingDefinition& missing = variable.missing;
+  if (missing.IsEmpty()) return;
+  json.Key("user_missing");
+  json.BeginObject();
+  json.Key("values");
+  if (variable.kind == VariableKind::kStringCategorical) {
+    json.Value(missing.values);
+  } else {
+    json.Value(missing.NumericValues());
+  }
+  if (missing.interval) {
+    json.Key("interval");
+    json.BeginObject();
+    if (missing.interval->low != -DBL_MAX) json.Member("low", missing.interval->low);
+    if (missing.interval->high != DBL_MAX) json.Member("high", missing.interval->high);
+    json.EndObject();
+  }
+  json.EndObject();
+}
+
+void WriteVariables(JsonWriter& json, const char* key, const std::vector<VariableInfo>& variables) {
+  json.Key(key);
+  json.BeginArray();
+  for (const VariableInfo& variable : variables) {
+    json.BeginObject();
+    json.Member("name", variable.name);
+    json.Member("kind", NameOf(variable.kind));
+    if (variable.kind == VariableKind::kNumericCategorical) {
+      json.Member("categories", variable.numbers);
+    } else if (variable.kind == VariableKind::kStringCategorical) {
+      json.Member("categories", variable.texts);
+    }
+    WriteMissing(json, variable);
+    json.EndObject();
+  }
+  json.EndArray();
+}
+
+void WriteOptional(JsonWriter& json, const char* key, const std::optional<double>& value) {
+  if (value) json.Member(key, *value);
+}
+
+void WriteResult(JsonWriter& json, const BinModel& model, const AttributeBins& bins) {
+  json.BeginObject();
+  json.Member("attribute", model.GetAttribute(bins).name);
+  if (bins.target) json.Member("target", model.GetTarget(bins)->name);
+  json.Key("status");
+  json.BeginObject();
+  json.Member("code", bins.status.GetErrorCode());
+  json.Member("severity", DescribeSeverity(bins.status));
+  json.Member("text", DescribeStatus(bins.status));
+  json.EndObject();
+  json.Member("cut_points", bins.cutPoints);
+  json.Member("bin_weights", bins.binWeights);
+  if (bins.target) {
+    json.Key("class_weights");
+    json.BeginArray();
+    for (const std::vector<double>& weights : bins.classWeights) json.Value(weights);
+    json.EndArray();
+  }
+  json.Member("valid_weight", bins.validWeight);
+  json.Member("weight_with_missing", bins.weightWithMissing);
+  json.Member("distinct_values", bins.distinctValues);
+  WriteOptional(json, "minimum", bins.minimum);
+  WriteOptional(json, "maximum", bins.maximum);
+  WriteOptional(json, "model_entropy", bins.modelEntropy);
+  WriteOptional(json, "information_gain", bins.informationGain);
+  json.EndObject();
+}
+
+}  // namespace
+
+std::string WriteBinFile(const BinModel& model) {
+  const bool supervised = model.options.algorithm == Algorithm::kSupervised;
+  JsonWriter json;
+  json.BeginObject();
+  json.Member("format", "mcbin-bins");
+  json.Member("version", kBinFileVersion);
+  json.Member("tool", "mcbin " MCBINNING_VERSION);
+  json.Member("algorithm", supervised ? "supervised" : "equal-frequency");
+  json.Member("closed", model.options.rightClosed ? "right" : "left");
+  WriteSettings(json, model.options);
+  WriteSource(json, model);
+  WriteVariables(json, "attributes", model.attributes);
+  if (supervised) WriteVariables(json, "targets", model.targets);
+  json.Key("results");
+  json.BeginArray();
+  for (const AttributeBins& bins : model.results) WriteResult(json, model, bins);
+  json.EndArray();
+  json.EndObject();
+  return json.GetText();
+}
+
+}  // namespace MCBin

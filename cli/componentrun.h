@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "cli/binmodel.h"
+#include "cli/csvrecorditerator.h"
+#include "cli/inputvariables.h"
+#include "cli/progressbar.h"
+#include "cli/runoptions.h"
+
+namespace MCBin {
+
+// What one run of the component works on. Borrows everything.
+struct ComponentRun {
+  const RunOptions& options;
+  InputVariables& variables;
+  CsvRecordIterator& records;
+  std::uint64_t recordCount;
+  const std::string& tempDir;
+  ProgressBar& progress;
+};
+
+// Bin every attribute against every target, or every attribute on its own. Results come
+// target by target, in the order of the attributes.
+//
+// Throw InputError when the run as a whole failed (a result's own failure is its status),
+// and Interrupt::Requested when the user stopped it.
+std::vector<AttributeBins> RunSupervised(const ComponentRun& run);
+std::vector<AttributeBins> RunEqualFrequency(const ComponentRun& run);
+
+}  // namespace MCBin

@@ -1,0 +1,215 @@
+#include "cli/inputvariables.h"
+
+#include <fmt/format.h>
+
+#include "cli/displaytext.h"
+#include "cli/inputerror.h"
+#include "cli/usageerror.h"
+
+namespace MCBin {
+
+namespace {
+
+class Builder {
+ public:
+  Builder(const std::string& fileName, IBINVariable::BINWRoundingOption rounding,
+          std::vector<std::string>& notes)
+      : fFileName(fileName), fRounding(rounding), fNotes(notes) {}
+
+  void Add(const ColumnRequest& request, const ColumnScan& scan) {
+    switch (request.use) {
+      case ColumnUse::kTarget:
+        AddTarget(request, scan);
+        break;
+      case ColumnUse::kWeight:
+        fVariables.list.AddWeightVar(request.name, "", fRounding);
+        fVariables.positions.push_back(request.position);
+        break;
+      case ColumnUse::kAttribute:
+        AddAttribute(request, scan);
+        break;
+    }
+  }
+
+  InputVariables Finish() {
+    if (!fNotNumeric.empty()) {
+      fNotes.push_back(
+          fmt::format("left out because they are not numeric: {}; --categorical NAME "
+                      "bins a column by the codes of its categories",
+                      fNotNumeric));
+    }
+    if (fVariables.attributes.empty()) {
+      throw InputError(fmt::format("{}: no column can be binned{}{}", fFileName,
+                                   fNotNumeric.empty() ? "" : "; not numeric: ", fNotNumeric));
+    }
+    return std::move(fVariables);
+  }
+
+ private:
+  std::string Where(const ColumnScan::Sighting& sighting) const {
+    return fmt::format("{}:{}", fFileName, sighting.line);
+  }
+
+  void AddTarget(const ColumnRequest& request, const ColumnScan& scan) {
+    CheckCategories(request, scan, "a target has");
+    if (scan.GetCategoryCount() < 2) {
+      const bool none = scan.GetCategoryCount() == 0;
+      throw InputError(
+          fmt::format("{}: the target {} has {}; at least two different values are "
+                      "needed",
+                      fFileName, QuotedText(request.name),
+                      none ? "no value" : "a single value in all records"));
+    }
+    const auto role =
+        fVariables.targets.empty() ? IBINVariable::RoleTarget : IBINVariable::RoleAttribute;
+    fVariables.targetIndexes.push_back(fVariables.list.Size());
+    fVariables.targets.push_back(AddCategorical(request, scan, role));
+  }
+
+  void AddAttribute(const ColumnRequest& request, const ColumnScan& scan) {
+    const bool categorical = request.kind == KindRequest::kCategorical;
+    if (!categorical && !scan.IsNumeric()) {
+      LeaveOutText(request, *scan.GetFirstText());
+      return;
+    }
+    if (categorical) {
+      CheckCategories(request, scan, "a categorical column has");
+      if (scan.GetCategoryCount() < 2) {
+        fNotes.push_back(fmt::format("left out: column {} has fewer than two categories",
+                                     QuotedText(request.name)));
+        return;
+      }
+    } else {
+      CheckFinite(request, scan);
+    }
+    fVariables.attributeIndexes.push_back(fVariables.list.Size());
+    fVariables.attributes.push_back(categorical
+                                        ? AddCategorical(request, scan, IBINVariable::RoleAttribute)
+                                        : AddContinuous(request));
+  }
+
+  void LeaveOutText(const ColumnRequest& request, const ColumnScan::Sighting& text) {
+    if (request.byName) {
+      throw InputError(
+          fmt::format("{}: {} in column {} is not a number; use --na for texts that "
+                      "mean missing, or --categorical to bin the column by the codes "
+                      "of its categories",
+                      Where(text), QuotedText(text.text), QuotedText(request.name)));
+    }
+    constexpr int kMostNamed = 10;
+    if (++fNotNumericCount > kMostNamed) {
+      if (fNotNumericCount == kMostNamed + 1) fNotNumeric += " and more";
+      return;
+    }
+    fNotNumeric += fmt::format("{}{} (line {}: {})", fNotNumeric.empty() ? "" : ", ",
+                               QuotedText(request.name), text.line, ElideText(text.text, 20));
+  }
+
+  void CheckFinite(const ColumnRequest& request, const ColumnScan& scan) const {
+    const auto& infinite = scan.GetFirstInfinite();
+    if (!infinite) return;
+    throw InputError(
+        fmt::format("{}: the number {} in column {} is infinite or too large; read it "
+                    "as missing with --na {}, or leave the column out",
+                    Where(*infinite), QuotedText(infinite->text), QuotedText(request.name),
+                    ElideText(infinite->text, 40)));
+  }
+
+  void CheckCategories(const ColumnRequest& request, const ColumnScan& scan,
+                       const char* whatHas) const {
+    if (scan.IsNumeric()) CheckFinite(request, scan);
+    const auto& beyond = scan.GetFirstBeyond();
+    if (!beyond) return;
+    throw InputError(
+        fmt::format("{}: column {}: {} at most {} different values of at most {} "
+                    "bytes, {} is one too many; choose another column, or bin it "
+                    "first",
+                    Where(*beyond), QuotedText(request.name), whatHas, ColumnScan::kMaxCategories,
+                    ColumnScan::kMaxCategoryBytes, QuotedText(beyond->text)));
+  }
+
+  VariableInfo AddContinuous(const ColumnRequest& request) {
+    const int index = fVariables.list.AddContVar(request.name, "", IBINVariable::RoleAttribute);
+    fVariables.positions.push_back(request.position);
+    SetNumericMissing(index, request.missing);
+    return {request.name, VariableKind::kContinuous, request.missing, {}, {}};
+  }
+
+  VariableInfo AddCategorical(const ColumnRequest& request, const ColumnScan& scan,
+                              IBINVariable::VariableRole role) {
+    VariableInfo info{request.name, VariableKind::kStringCategorical, request.missing, {}, {}};
+    const auto level = scan.IsNumeric() ? IBINVariable::MeasureNumericCategorical
+                                        : IBINVariable::MeasureStringCategorical;
+    const int index = fVariables.list.AddCatVar(request.name, "", 0, level, role);
+    fVariables.positions.push_back(request.position);
+    IBINEncoder* const encoder = fVariables.list.GetEncoderAt(index);
+    if (scan.IsNumeric()) {
+      info.kind = VariableKind::kNumericCategorical;
+      SetNumericMissing(index, request.missing);
+      auto& numbers = dynamic_cast<BINCatNumEncoder&>(*encoder);
+      for (int code = 0; code < scan.GetCategoryCount(); ++code) {
+        info.numbers.push_back(scan.GetNumbers().Decode(code));
+        numbers.Encode(info.numbers.back());
+      }
+    } else {
+      SetTextMissing(index, request.missing);
+      auto& texts = dynamic_cast<BINStringEncoder&>(*encoder);
+      for (int code = 0; code < scan.GetCategoryCount(); ++code) {
+        info.texts.push_back(scan.GetTexts().Decode(code));
+        CheckUtf8(request, info.texts.back());
+        texts.Encode(info.texts.back());
+      }
+    }
+    fVariables.list.GetVarAt(index)->UpdateNumberOfCategories();
+    return info;
+  }
+
+  void CheckUtf8(const ColumnRequest& request, const std::string& text) const {
+    if (IsUtf8(text)) return;
+    throw InputError(
+        fmt::format("{}: the value {} in column {} is not UTF-8 text; convert the "
+                    "file first, for example: iconv -f LATIN1 -t UTF-8",
+                    fFileName, QuotedText(text), QuotedText(request.name)));
+  }
+
+  void SetNumericMissing(int index, const MissingDefinition& missing) {
+    for (const double value : missing.NumericValues()) {
+      fVariables.list.AddDiscreteUserMissing(index, value, "");
+    }
+    if (missing.interval) {
+      fVariables.list.SetMissingInterval(index, missing.interval->low, missing.interval->high);
+    }
+  }
+
+  void SetTextMissing(int index, const MissingDefinition& missing) {
+    if (missing.interval) {
+      throw UsageError(
+          fmt::format("--missing {}: an interval needs a numeric column; a text with "
+                      "a colon is written in double quotes",
+                      QuotedText(missing.column)));
+    }
+    for (const std::string& value : missing.values) {
+      fVariables.list.AddDiscreteUserMissing(index, value, "");
+    }
+  }
+
+  const std::string& fFileName;
+  const IBINVariable::BINWRoundingOption fRounding;
+  std::vector<std::string>& fNotes;
+  InputVariables fVariables;
+  std::string fNotNumeric;
+  int fNotNumericCount = 0;
+};
+
+}  // namespace
+
+InputVariables MakeInputVariables(const std::string& fileName,
+                                  const std::vector<ColumnRequest>& requests, const InputScan& scan,
+                                  IBINVariable::BINWRoundingOption rounding,
+                                  std::vector<std::string>& notes) {
+  Builder builder(fileName, rounding, notes);
+  for (std::size_t i = 0; i < requests.size(); ++i) builder.Add(requests[i], scan.columns[i]);
+  return builder.Finish();
+}
+
+}  // namespace MCBin

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace MCBin {
+
+// Bin `bin` of the bins that the cut points make, such as "(-inf, 5.5]" with the right
+// border closed or "[5.5, 6.1)" with the left. Requires bin <= cutPoints.size().
+std::string IntervalText(const std::vector<double>& cutPoints, std::size_t bin, bool rightClosed);
+
+}  // namespace MCBin

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace MCBin {
+
+// One item of a list given as an option's value.
+struct OptionItem {
+  std::string text;
+  bool quoted;
+};
+
+// Splits "a,b,c" at its commas. An item that holds a comma is written in double quotes,
+// as in a CSV file: a,"b, c". Throws UsageError for a quote that is not closed
+// and for text that is not UTF-8.
+std::vector<OptionItem> SplitOptionList(std::string_view list);
+
+// The items' texts.
+std::vector<std::string> SplitOptionNames(std::string_view list);
+
+}  // namespace MCBin

@@ -1,0 +1,74 @@
+#include "cli/progressbar.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+#include <utility>
+
+namespace MCBin {
+
+namespace {
+
+bool IsTerminal() {
+  const char* const kind = std::getenv("TERM");
+  const bool canMove = kind != nullptr && std::string_view(kind) != "dumb";
+  return canMove && isatty(STDERR_FILENO) == 1;
+}
+
+std::string FormatDuration(double seconds) {
+  const auto whole = static_cast<long>(std::min(seconds, 359999.0) + 0.5);
+  if (whole < 3600) return fmt::format("{}:{:02}", whole / 60, whole % 60);
+  return fmt::format("{}:{:02}:{:02}", whole / 3600, whole / 60 % 60, whole % 60);
+}
+
+}  // namespace
+
+ProgressBar::ProgressBar(bool enabled) : fVisible(enabled && IsTerminal()) {}
+
+ProgressBar::~ProgressBar() { Finish(); }
+
+void ProgressBar::Start(std::string step, std::uint64_t total, std::string unit, double scale) {
+  Finish();
+  fStep = std::move(step);
+  fTotal = total;
+  fUnit = std::move(unit);
+  fScale = scale;
+  fStart = Clock::now();
+  fLastDraw = fStart;
+}
+
+void ProgressBar::Update(std::uint64_t done) {
+  if (!fVisible) return;
+  const auto now = Clock::now();
+  if (now - fLastDraw < std::chrono::milliseconds(100)) return;
+  fLastDraw = now;
+  Draw(static_cast<double>(done), std::chrono::duration<double>(now - fStart).count());
+}
+
+void ProgressBar::Draw(double done, double seconds) {
+  constexpr int kBarWidth = 24;
+  const double share = fTotal == 0 ? 1.0 : std::min(1.0, done / static_cast<double>(fTotal));
+  const int filled = static_cast<int>(share * kBarWidth);
+  const double rate = seconds > 0.0 ? done / seconds : 0.0;
+  const double left = rate > 0.0 ? (static_cast<double>(fTotal) - done) / rate : 0.0;
+  const std::string line = fmt::format("\r{} [{:#<{}}{:.<{}}] {:3.0f}%  {:.0f} {}/s  {} left\x1b[K",
+                                       fStep, "", filled, "", kBarWidth - filled, 100.0 * share,
+                                       rate / fScale, fUnit, FormatDuration(std::max(0.0, left)));
+  std::fputs(line.c_str(), stderr);
+  std::fflush(stderr);
+  fDrawn = true;
+}
+
+void ProgressBar::Finish() {
+  if (fDrawn) {
+    std::fputs("\r\x1b[K", stderr);
+    std::fflush(stderr);
+  }
+  fDrawn = false;
+}
+
+}  // namespace MCBin

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "cli/filedescriptor.h"
+
+namespace MCBin {
+
+// Standard output, for results only.
+//
+// While it lives, whatever else is written to descriptor 1 goes to standard error, such
+// as the component's line about a temporary file that cannot be read. A reader that went
+// away (a closed pipe) is no error: the rest is dropped.
+class ResultStream {
+ public:
+  ResultStream();
+  ~ResultStream();
+  ResultStream(const ResultStream&) = delete;
+  ResultStream& operator=(const ResultStream&) = delete;
+
+  // Throws InputError when standard output is closed or cannot be written (a full disk).
+  void Write(std::string_view text);
+  void Flush();
+
+ private:
+  FileDescriptor fOutput;
+  std::string fPending;
+  bool fReaderGone = false;
+};
+
+}  // namespace MCBin

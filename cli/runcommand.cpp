@@ -1,0 +1,140 @@
+#include "cli/runcommand.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <new>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/binfile.h"
+#include "cli/binmodel.h"
+#include "cli/columnnames.h"
+#include "cli/columnselection.h"
+#include "cli/componentrun.h"
+#include "cli/csvreader.h"
+#include "cli/csvrecorditerator.h"
+#include "cli/exitcode.h"
+#include "cli/inputerror.h"
+#include "cli/inputfile.h"
+#include "cli/inputscan.h"
+#include "cli/inputvariables.h"
+#include "cli/interrupt.h"
+#include "cli/outputfile.h"
+#include "cli/privatedirectory.h"
+#include "cli/progressbar.h"
+#include "cli/resultstream.h"
+#include "cli/textreport.h"
+#include "cli/usageerror.h"
+
+namespace MCBin {
+
+namespace {
+
+ColumnNames ReadHeader(CsvReader& reader) {
+  if (!reader.Next()) {
+    throw InputError(fmt::format("{}: there is no header row", reader.GetName()));
+  }
+  return ColumnNames(reader);
+}
+
+void PrintNotes(const std::vector<std::string>& notes, bool quiet) {
+  if (quiet) return;
+  for (const std::string& note : notes) fmt::print(stderr, "mcbin: {}\n", note);
+}
+
+void PrintCounts(const BinModel& model) {
+  if (model.options.quiet) return;
+  const DroppedRecords& dropped = model.dropped;
+  fmt::print(stderr, "mcbin: {} records read", model.recordCount);
+  if (dropped.GetTotal() > 0) {
+    fmt::print(stderr, ", {} dropped for their weight ({} missing, {} zero, {} rounded to zero)",
+               dropped.GetTotal(), dropped.missing, dropped.zero, dropped.roundedToZero);
+  }
+  fmt::print(stderr, "\n");
+}
+
+// Both passes over the file and the component's run. All temporary files are gone when it
+// returns.
+BinModel MakeBins(const RunOptions& options) {
+  const PrivateDirectory directory(options.tempDir);
+  const InputFile input(options.input, directory.GetPath());
+  CsvReader reader(input.Get(), input.GetName(), options.delimiter);
+  const ColumnNames names = ReadHeader(reader);
+  std::vector<std::string> notes;
+  const std::vector<ColumnRequest> requests = SelectColumns(names, options, notes);
+
+  constexpr double kBytesPerMB = 1e6;
+  const MissingTexts missingTexts(options.missingTexts);
+  ProgressBar progress(!options.quiet);
+  progress.Start("scanning", input.GetSize(), "MB", kBytesPerMB);
+  const InputScan scan = ScanInput(reader, requests, options.rounding, missingTexts, progress);
+  progress.Finish();
+  InputVariables variables =
+      MakeInputVariables(input.GetName(), requests, scan, options.rounding, notes);
+  PrintNotes(notes, options.quiet);
+
+  CsvRecordIterator records(reader, variables, missingTexts, scan.recordCount);
+  const ComponentRun run{options,          variables,           records,
+                         scan.recordCount, directory.GetPath(), progress};
+  std::vector<AttributeBins> results =
+      options.algorithm == Algorithm::kSupervised ? RunSupervised(run) : RunEqualFrequency(run);
+  progress.Finish();
+  return {options,           input.GetName(),      scan.recordCount,
+          scan.dropped,      variables.attributes, variables.targets,
+          std::move(results)};
+}
+
+void WriteResults(const BinModel& model, std::optional<OutputFile>& jsonFile, ResultStream& out) {
+  const bool jsonOnly = model.options.jsonFile && !jsonFile;
+  if (jsonOnly) {
+    out.Write(WriteBinFile(model));
+    out.Flush();
+    return;
+  }
+  if (jsonFile) {
+    jsonFile->Write(WriteBinFile(model));
+    jsonFile->Commit();
+  }
+  WriteTextReport(model, out);
+}
+
+int Run(const RunOptions& options) {
+  ResultStream out;
+  std::optional<OutputFile> jsonFile;
+  if (options.jsonFile && *options.jsonFile != "-") jsonFile.emplace(*options.jsonFile);
+  const BinModel model = MakeBins(options);
+  PrintCounts(model);
+  WriteResults(model, jsonFile, out);
+  const bool allOk = std::all_of(model.results.begin(), model.results.end(),
+                                 [](const AttributeBins& bins) { return bins.status.IsOK(); });
+  return options.strict && !allOk ? kExitWarnings : kExitDone;
+}
+
+int Fail(const std::string& message, int exitCode) {
+  fmt::print(stderr, "mcbin: error: {}\n", message);
+  return exitCode;
+}
+
+}  // namespace
+
+int RunCommand(const RunOptions& options) {
+  try {
+    return Run(options);
+  } catch (const Interrupt::Requested&) {
+    fmt::print(stderr, "mcbin: cancelled\n");
+    return kExitCancelled;
+  } catch (const UsageError& error) {
+    return Fail(error.what(), kExitUsage);
+  } catch (const InputError& error) {
+    return Fail(error.what(), kExitFailed);
+  } catch (const std::bad_alloc&) {
+    return Fail("not enough memory", kExitFailed);
+  } catch (const std::exception& error) {
+    return Fail(error.what(), kExitFailed);
+  }
+}
+
+}  // namespace MCBin

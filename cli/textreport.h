@@ -1,0 +1,13 @@
+#pragma once
+
+#include "cli/binmodel.h"
+#include "cli/resultstream.h"
+
+namespace MCBin {
+
+// Prints the results for people: a summary line for each, then a table for each. Those of
+// supervised binning are ordered by information gain, the most informative first; the
+// others come in the order of the model.
+void WriteTextReport(const BinModel& model, ResultStream& out);
+
+}  // namespace MCBin

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace MCBin {
+
+// A table of aligned columns for a terminal. Cells are UTF-8 and printable.
+class TextTable {
+ public:
+  enum class Align { kLeft, kRight };
+
+  void AddColumn(std::string header, Align align);
+
+  // Requires a cell for each column.
+  void AddRow(std::vector<std::string> cells);
+
+  // Header and rows, each a line that begins with two blanks.
+  std::string Render() const;
+
+ private:
+  std::vector<Align> fAligns;
+  std::vector<std::vector<std::string>> fRows = {{}};  // the header first
+};
+
+}  // namespace MCBin

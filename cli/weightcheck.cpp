@@ -1,0 +1,51 @@
+#include "cli/weightcheck.h"
+
+#include <fmt/format.h>
+
+#include "cli/displaytext.h"
+#include "cli/inputerror.h"
+#include "cli/number.h"
+#include "cli/usermissing.h"
+#include "common/missing.h"
+
+namespace MCBin {
+
+WeightCheck::WeightCheck(const ColumnRequest& weight, IBINVariable::BINWRoundingOption rounding,
+                         const MissingTexts& missingTexts)
+    : fWeight(weight),
+      fMissingTexts(missingTexts),
+      fUserMissing(MakeNumericUserMissing(weight.missing)),
+      fEncoder(rounding) {}
+
+bool WeightCheck::Check(const CsvReader& reader) {
+  const CsvField& field = reader.GetFields()[fWeight.position];
+  const bool missing = fMissingTexts.IsMissing(field);
+  const ParsedNumber weight =
+      missing ? ParsedNumber{NumberKind::kNaN, 0.0} : ParseNumber(field.text);
+  const bool userMissing =
+      weight.kind == NumberKind::kNumber && fUserMissing->Contains(weight.value);
+  if (weight.kind == NumberKind::kNaN || userMissing) {
+    ++fDropped.missing;
+    return false;
+  }
+  if (weight.kind != NumberKind::kNumber || weight.value < 0.0) {
+    const char* const problem = weight.kind == NumberKind::kText       ? "is not a number"
+                                : weight.kind == NumberKind::kInfinite ? "is infinite"
+                                                                       : "is negative";
+    throw InputError(
+        fmt::format("{}: the weight {} in column {} {}; weights are numbers from 0 "
+                    "up, an empty field drops the record",
+                    reader.Where(), QuotedText(field.text), QuotedText(fWeight.name), problem));
+  }
+  if (weight.value == 0.0) {
+    ++fDropped.zero;
+    return false;
+  }
+  if (MCMV::IsMissing(fEncoder.Encode(weight.value))) {
+    ++fDropped.roundedToZero;
+    return false;
+  }
+  return true;
+}
+
+}  // namespace MCBin

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "cli/columnrequest.h"
+#include "cli/csvreader.h"
+#include "cli/missingtexts.h"
+#include "metadata/binnumericusermissing.h"
+#include "metadata/binroundencoder.h"
+
+namespace MCBin {
+
+// Records that take no part in a run, by what is wrong with their weight.
+struct DroppedRecords {
+  std::uint64_t missing = 0;
+  std::uint64_t zero = 0;
+  std::uint64_t roundedToZero = 0;
+
+  std::uint64_t GetTotal() const { return missing + zero + roundedToZero; }
+};
+
+// Checks the weight of every record in the first pass.
+class WeightCheck {
+ public:
+  WeightCheck(const ColumnRequest& weight, IBINVariable::BINWRoundingOption rounding,
+              const MissingTexts& missingTexts);
+  WeightCheck(const WeightCheck&) = delete;
+  WeightCheck& operator=(const WeightCheck&) = delete;
+
+  // Whether the reader's current record has a usable weight; counts it otherwise. Throws
+  // InputError when the weight is negative, infinite or no number.
+  bool Check(const CsvReader& reader);
+
+  const DroppedRecords& GetDropped() const { return fDropped; }
+
+ private:
+  const ColumnRequest& fWeight;
+  const MissingTexts& fMissingTexts;
+  const std::unique_ptr<BINNumericUserMissing> fUserMissing;
+  const BINRoundEncoder fEncoder;
+  DroppedRecords fDropped;
+};
+
+}  // namespace MCBin

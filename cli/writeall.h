@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string_view>
+
+namespace MCBin {
+
+// Writes all of `text` to an open file; false, with errno set, when that fails.
+// Throws Interrupt::Requested when a signal interrupts a write that waits.
+bool WriteAll(int file, std::string_view text);
+
+}  // namespace MCBin
