@@ -135,7 +135,7 @@ int Scenario::Append(ScenarioVariable variable) {
 BINVarList Scenario::VarList() const {
   BINVarList list;
   for (const ScenarioVariable& variable : variables) {
-    const std::string name = "v" + std::to_string(list.Size());
+    const std::string name = std::to_string(list.Size());
     int index = -1;
     if (variable.level == IBINVariable::MeasureContinuous) {
       index = list.AddContVar(name, name, variable.role);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <cstddef>
 #include <filesystem>
@@ -8,10 +9,11 @@
 #include <stdexcept>
 #include <string>
 
-// An own empty directory for as long as the object lives.
+// An own empty directory for as long as the object lives; in memory where the system has
+// such a place, since thousands of small files are made and removed.
 class TempDir {
  public:
-  TempDir() : fPath((std::filesystem::temp_directory_path() / "mcbinning-XXXXXX").string()) {
+  TempDir() : fPath((Base() / "mcbinning-XXXXXX").string()) {
     if (mkdtemp(fPath.data()) == nullptr) throw std::runtime_error("cannot make " + fPath);
   }
   ~TempDir() {
@@ -29,5 +31,11 @@ class TempDir {
   }
 
  private:
+  static std::filesystem::path Base() {
+    const std::filesystem::path inMemory = "/dev/shm";
+    const bool usable = getenv("TMPDIR") == nullptr && access(inMemory.c_str(), W_OK) == 0;
+    return usable ? inMemory : std::filesystem::temp_directory_path();
+  }
+
   std::string fPath;
 };

@@ -1,0 +1,301 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <memory>
+#include <sstream>
+
+#include "algorithm/binfactory.h"
+#include "algorithm/binsettings.h"
+#include "algorithm/ibinalgorithm.h"
+#include "output/binoutput.h"
+#include "support/agreement.h"
+#include "support/rowname.h"
+#include "support/scenario.h"
+#include "support/tempdir.h"
+
+namespace {
+
+using Results = std::vector<BINAttributeTargetResults>;
+
+struct Outcome {
+  MCBinning::MCStatus status;
+  Results results;
+};
+
+// Null lists mean what they mean to the library.
+Outcome Bin(const Scenario& scenario, const std::vector<int>* attributes,
+            const std::vector<int>* targets) {
+  const TempDir directory;
+  BINSettings settings;
+  settings.SetTempDirName(directory.Path());
+  settings.SetRightBorderClosed(scenario.options.rightBorderClosed);
+  settings.SetNumDistinctValueThreshold(scenario.options.distinctThreshold);
+  settings.SetNumberOfBins(scenario.options.numberOfBins);
+  settings.SetSmallBinDetectionThreshold(scenario.options.smallBinThreshold);
+  BINVarList list = scenario.VarList();
+  BINFactory factory;
+  const std::unique_ptr<IBINAlgorithm> algorithm(factory.CreateBINAlgorithm(settings, list));
+  Outcome run;
+  if (!algorithm) {
+    run.status = factory.GetStatus();
+    return run;
+  }
+  MCCommon::InMemoryRecordIterator records = scenario.Records();
+  run.status = algorithm->CreateBins(records, attributes, targets);
+  algorithm->GetBinningResults().GetAllCutPoints(run.results);
+  return run;
+}
+
+reference::Binning Expected(const Scenario& scenario, int attribute, int target) {
+  return reference::BinAgainstTarget(scenario.Stored(attribute), scenario.Stored(target),
+                                     scenario.StoredWeights(), scenario.options, attribute, target);
+}
+
+// Every difference of a run from the reference, with the pair it is about.
+std::string DifferencesOf(const Outcome& run, const Scenario& scenario) {
+  std::string text;
+  bool allOk = true;
+  for (const BINAttributeTargetResults& result : run.results) {
+    const int attribute = result.GetAttributeIndex();
+    const int target = result.GetTargetIndex();
+    allOk = allOk && result.GetStatus().IsOK();
+    const std::string pair = Differences(Expected(scenario, attribute, target), result);
+    if (pair.empty()) continue;
+    text += " attribute " + std::to_string(attribute) + ", target " + std::to_string(target) +
+            ":\n" + pair;
+  }
+  const std::string outcome = run.results.empty() ? "120004/-1[0 0 0]"
+                              : allOk             ? "0/0[0 0 0]"
+                                                  : "120018/1[0 0 0]";
+  if (Text(run.status) != outcome) {
+    text += " run: expected " + outcome + ", got " + Text(run.status) + '\n';
+  }
+  return text;
+}
+
+struct Pairs {
+  std::vector<int> attributes;
+  std::vector<int> targets;
+};
+
+Pairs AllPairs(const Scenario& scenario) {
+  Pairs pairs;
+  for (const int target : scenario.CategoricalIndices()) {
+    for (int v = 0; v < static_cast<int>(scenario.variables.size()); ++v) {
+      if (v == target || v == scenario.WeightIndex()) continue;
+      pairs.attributes.push_back(v);
+      pairs.targets.push_back(target);
+    }
+  }
+  return pairs;
+}
+
+Outcome BinAllPairs(const Scenario& scenario) {
+  const Pairs pairs = AllPairs(scenario);
+  return Bin(scenario, &pairs.attributes, &pairs.targets);
+}
+
+// The results when every attribute is asked for in one of three ways.
+Outcome BinInSomeWay(const Scenario& scenario, std::uint64_t seed) {
+  if (seed % 3 == 0) return Bin(scenario, nullptr, nullptr);
+  if (seed % 3 == 1) return BinAllPairs(scenario);
+  std::vector<int> attributes;
+  for (int v = static_cast<int>(scenario.variables.size()) - 1; v >= 0; --v) {
+    if (v != scenario.TargetIndex() && v != scenario.WeightIndex()) attributes.push_back(v);
+  }
+  return Bin(scenario, &attributes, nullptr);
+}
+
+TEST(SupervisedProperty, RandomInputsAgreeWithTheReference) {
+  for (std::uint64_t seed = TestSeed(); seed < TestSeed() + 2000; ++seed) {
+    const Scenario scenario = RandomScenario(seed, 150, true);
+    const Outcome run = BinInSomeWay(scenario, seed);
+    ASSERT_EQ(DifferencesOf(run, scenario), "") << "MCBINNING_TEST_SEED=" << seed;
+  }
+}
+
+// Every sequence of `cases` values out of three, as one attribute each, against every
+// sequence of two classes, as one target each.
+Scenario EverySequence(int cases) {
+  Scenario scenario;
+  const auto append = [&](int base, auto makeVariable) {
+    int sequences = 1;
+    for (int i = 0; i < cases; ++i) sequences *= base;
+    for (int number = 0; number < sequences; ++number) {
+      std::vector<double> digits;
+      for (int i = 0, rest = number; i < cases; ++i, rest /= base) digits.push_back(rest % base);
+      scenario.Append(makeVariable(digits));
+    }
+  };
+  append(2, [](const std::vector<double>& codes) { return Categorical(codes, 2); });
+  append(3, [](const std::vector<double>& values) { return Continuous(values); });
+  scenario.variables.front().role = IBINVariable::RoleTarget;
+  return scenario;
+}
+
+class EverySmallInput : public testing::TestWithParam<int> {};
+
+TEST_P(EverySmallInput, AgreesWithTheReference) {
+  Scenario scenario = EverySequence(GetParam());
+  std::vector<double> weights;
+  for (int i = 0; i < GetParam(); ++i) weights.push_back(1 << i);
+  for (const bool weighted : {false, true}) {
+    if (weighted) scenario.Append(Weights(weights));
+    for (const bool closed : {false, true}) {
+      for (const int threshold : {-1, 1}) {
+        scenario.options = {closed, threshold, 3, 1.0};
+        ASSERT_EQ(DifferencesOf(BinAllPairs(scenario), scenario), "")
+            << (weighted ? "weighted" : "unweighted") << ", right border closed " << closed
+            << ", pre-bins above " << threshold;
+      }
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, EverySmallInput, testing::Values(1, 2, 3, 4, 5),
+                         testing::PrintToStringParamName());
+
+struct LargeInput {
+  const char* name;
+  int cases;
+  int distinct;
+  int categories;
+  bool weighted;
+  int threshold;
+};
+
+void PrintTo(const LargeInput& input, std::ostream* os) { *os << input.name; }
+
+class LargeInputTest : public testing::TestWithParam<LargeInput> {};
+
+// Reaches what small inputs cannot: several cache fills, every sort and search strategy.
+TEST_P(LargeInputTest, AgreesWithTheReference) {
+  const LargeInput& input = GetParam();
+  std::mt19937_64 random(TestSeed());
+  const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+  std::vector<double> values;
+  std::vector<double> shuffled;
+  std::vector<double> codes;
+  std::vector<double> weights;
+  for (int i = 0; i < input.cases; ++i) {
+    const int level = below(input.distinct);
+    const int segment = static_cast<int>(17.0 * level / input.distinct);
+    values.push_back(level * 0.37 - 100.0);
+    shuffled.push_back(below(input.distinct) * 1e-3);
+    codes.push_back(below(3) == 0 ? below(input.categories) : segment % input.categories);
+    weights.push_back(below(50));
+  }
+  for (const bool closed : {false, true}) {
+    Scenario scenario;
+    scenario.options = {closed, input.threshold, 1000, 0.5};
+    scenario.Append(Categorical(codes, input.categories, IBINVariable::RoleTarget));
+    scenario.Append(Continuous(values));
+    scenario.Append(Continuous(shuffled));
+    std::sort(values.begin(), values.end());
+    scenario.Append(Continuous(values));
+    if (input.weighted) scenario.Append(Weights(weights));
+    EXPECT_EQ(DifferencesOf(BinAllPairs(scenario), scenario), "")
+        << "MCBINNING_TEST_SEED=" << TestSeed() << ", right border closed " << closed;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Inputs, LargeInputTest,
+    testing::Values(LargeInput{"FewDistinctValues", 12000, 16, 2, false, -1},
+                    LargeInput{"ManyDistinctValues", 12000, 1 << 30, 2, false, -1},
+                    LargeInput{"ManyDistinctValuesWeighted", 10001, 1 << 30, 3, true, -1},
+                    LargeInput{"Ties", 20000, 5000, 5, true, -1},
+                    LargeInput{"TwelveCategories", 5000, 3000, 12, false, -1},
+                    LargeInput{"PreBins", 20000, 10000, 4, true, 999}),
+    RowName);
+
+TEST(SupervisedProperty, DoubledWeightsAreRepeatedCases) {
+  for (std::uint64_t seed = TestSeed(); seed < TestSeed() + 50; ++seed) {
+    Scenario doubled = RandomScenario(seed, 60, true);
+    if (doubled.WeightIndex() >= 0) continue;
+    Scenario repeated = doubled;
+    for (ScenarioVariable& variable : repeated.variables) {
+      const std::vector<double> once = variable.values;
+      variable.values.insert(variable.values.end(), once.begin(), once.end());
+    }
+    doubled.Append(Weights(std::vector<double>(doubled.variables.front().values.size(), 2.0)));
+    const Results a = Bin(doubled, nullptr, nullptr).results;
+    const Results b = Bin(repeated, nullptr, nullptr).results;
+    ASSERT_EQ(a.size(), b.size());
+    for (std::size_t i = 0; i < a.size(); ++i) {
+      ASSERT_EQ(a[i].GetCutPoints(), b[i].GetCutPoints()) << "MCBINNING_TEST_SEED=" << seed;
+      ASSERT_EQ(a[i].GetCellCounts(), b[i].GetCellCounts()) << "MCBINNING_TEST_SEED=" << seed;
+    }
+  }
+}
+
+// Four columns of measurements, then the species.
+Scenario Iris() {
+  std::ifstream file(MCBINNING_EXAMPLES_DIR "/iris.csv");
+  std::string line;
+  std::getline(file, line);
+  std::vector<std::vector<double>> columns(5);
+  std::map<std::string, int> codes;
+  while (std::getline(file, line)) {
+    std::istringstream fields(line);
+    std::string field;
+    for (std::size_t column = 0; column < 5; ++column) {
+      std::getline(fields, field, ',');
+      const auto code = [&] { return codes.emplace(field, codes.size()).first->second; };
+      columns[column].push_back(column == 4 ? code() : std::stod(field));
+    }
+  }
+  Scenario scenario;
+  for (std::size_t column = 0; column < 4; ++column) scenario.Append(Continuous(columns[column]));
+  scenario.Append(Categorical(columns[4], 3, IBINVariable::RoleTarget));
+  scenario.options.distinctThreshold = 1000;
+  return scenario;
+}
+
+struct IrisExample {
+  const char* name;
+  int attribute;
+  std::vector<double> cutPoints;
+  std::vector<std::vector<double>> counts;
+  double modelEntropy;
+};
+
+void PrintTo(const IrisExample& example, std::ostream* os) { *os << example.name; }
+
+class IrisTest : public testing::TestWithParam<IrisExample> {};
+
+TEST_P(IrisTest, GivesThePublishedBins) {
+  const Scenario iris = Iris();
+  const std::vector<int> attribute{GetParam().attribute};
+  const Outcome run = Bin(iris, &attribute, nullptr);
+  ASSERT_EQ(Text(run.status), "0/0[0 0 0]");
+  const BINAttributeTargetResults& result = run.results.at(0);
+  EXPECT_EQ(result.GetCutPoints(), GetParam().cutPoints);
+  EXPECT_EQ(result.GetCellCounts(), GetParam().counts);
+  EXPECT_EQ(result.GetModelEntropy(), GetParam().modelEntropy);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Attributes, IrisTest,
+    testing::Values(
+        IrisExample{"SepalLength",
+                    0,
+                    {5.5, 6.1},
+                    {{59, 47, 11, 1}, {36, 3, 23, 10}, {55, 0, 16, 39}},
+                    0.9326788026552858},
+        IrisExample{
+            "SepalWidth", 1, {3.3}, {{113, 19, 49, 45}, {37, 31, 1, 5}}, 1.3018365115523247},
+        IrisExample{"PetalLength",
+                    2,
+                    {1.9, 4.7},
+                    {{50, 50, 0, 0}, {45, 0, 44, 1}, {55, 0, 6, 49}},
+                    0.22841749995118951},
+        IrisExample{"PetalWidth",
+                    3,
+                    {0.6, 1.7},
+                    {{50, 50, 0, 0}, {54, 0, 49, 5}, {46, 0, 1, 45}},
+                    0.2065597528302168}),
+    RowName);
+
+}  // namespace
