@@ -1,0 +1,33 @@
+# cmake -D NM=... -D LIBRARY=... -D EXPECTED=... -D ACTUAL=... -P exported_names.cmake
+# Compares the names that the library exports with those of the file EXPECTED; leaves what it found
+# in the file ACTUAL.
+cmake_minimum_required(VERSION 3.25)
+
+execute_process(
+  COMMAND ${NM} --dynamic --defined-only --demangle --format=posix ${LIBRARY}
+  OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+
+# A line is "<name> <type letter> <address> <size>"; constructors and destructors come twice.
+# Brackets would glue list elements together.
+string(REPLACE "[abi:cxx11]" "" symbols "${symbols}")
+string(REGEX REPLACE " [A-Za-z] [0-9a-f]+ [0-9a-f]*\n" ";" names "${symbols}")
+list(REMOVE_ITEM names "")
+list(REMOVE_DUPLICATES names)
+list(SORT names)
+list(JOIN names "\n" text)
+file(WRITE ${ACTUAL} "${text}\n")
+
+file(STRINGS ${EXPECTED} expectedNames)
+set(missing ${expectedNames})
+list(REMOVE_ITEM missing ${names})
+set(unexpected ${names})
+list(REMOVE_ITEM unexpected ${expectedNames})
+foreach(name IN LISTS missing)
+  message("no longer exported: ${name}")
+endforeach()
+foreach(name IN LISTS unexpected)
+  message("exported, but not listed: ${name}")
+endforeach()
+if(missing OR unexpected)
+  message(FATAL_ERROR "If that is meant, copy ${ACTUAL} to ${EXPECTED}.")
+endif()
