@@ -19,6 +19,11 @@ std::string LowerCase(std::string text) {
   return text;
 }
 
+bool IsBinary(char c) {
+  const bool ordinary = static_cast<unsigned char>(c) >= 0x20;
+  return !ordinary && c != '\t' && c != '\n' && c != '\r';
+}
+
 // Single-character changes that turn one text into the other (Levenshtein).
 std::size_t EditDistance(const std::string& a, const std::string& b) {
   std::vector<std::size_t> row(b.size() + 1);
@@ -38,6 +43,12 @@ std::size_t EditDistance(const std::string& a, const std::string& b) {
 
 ColumnNames::ColumnNames(const CsvReader& header) : fFileName(header.GetName()) {
   for (const CsvField& field : header.GetFields()) {
+    if (std::any_of(field.text.begin(), field.text.end(), IsBinary)) {
+      throw InputError(
+          fmt::format("{}: control characters in the header; this is a binary file, "
+                      "not CSV text",
+                      header.Where()));
+    }
     if (!IsUtf8(field.text)) {
       throw InputError(
           fmt::format("{}: the name of column {} is not UTF-8 text: {}; convert the "

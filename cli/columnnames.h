@@ -12,8 +12,8 @@ namespace MCBin {
 class ColumnNames {
  public:
   // Takes the names from the reader's current record. Throws InputError when two columns
-  // have the same name or a name is not UTF-8. Empty names are allowed: such columns
-  // cannot be asked for.
+  // have the same name, or a name is not UTF-8 or holds control characters. Empty names are
+  // allowed: such columns cannot be asked for.
   explicit ColumnNames(const CsvReader& header);
 
   std::size_t GetCount() const { return fNames.size(); }

@@ -9,7 +9,7 @@ namespace {
 
 ColumnScan::Sighting MakeSighting(std::uint64_t line, std::string_view text) {
   constexpr std::size_t kShownBytes = 100;
-  return {line, std::string(text.substr(0, kShownBytes))};
+  return {line, std::string(text.substr(0, kShownBytes)), text.size()};
 }
 
 }  // namespace

@@ -27,7 +27,8 @@ class ColumnScan {
   // A field worth telling the user about.
   struct Sighting {
     std::uint64_t line;
-    std::string text;  // its beginning
+    std::string text;   // its beginning
+    std::size_t bytes;  // of the whole
   };
 
   explicit ColumnScan(const ColumnRequest& request);

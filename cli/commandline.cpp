@@ -5,9 +5,10 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <limits>
-#include <map>
+#include <memory>
 #include <string_view>
 
+#include "cli/displaytext.h"
 #include "cli/exitcode.h"
 #include "cli/optionlist.h"
 #include "cli/usageerror.h"
@@ -16,29 +17,41 @@ namespace MCBin {
 
 namespace {
 
-constexpr const char* kDescription =
-    "Bins the variables of a CSV file.\n\n"
+constexpr const char* kSupervised = "supervised";
+constexpr const char* kEqualFrequency = "equal-frequency";
+
+constexpr const char* kToolExamples =
     "  mcbin supervised --target species iris.csv      cut points that separate the classes\n"
     "  mcbin equal-frequency --bins 10 sales.csv       bins of equal weight, without a target\n"
-    "  mcbin supervised --target class --json bins.json data.csv    the same for programs\n\n"
-    "`mcbin supervised --help` and `mcbin equal-frequency --help` list the options.";
+    "  mcbin supervised --help                         the options of a command\n";
 
-constexpr const char* kSupervisedDescription =
-    "Finds cut points that separate the classes of a target (entropy and minimum description\n"
-    "length).\n\n"
+constexpr const char* kSupervisedExamples =
     "  mcbin supervised --target species iris.csv\n"
     "  mcbin supervised --target churn --weight w --attributes age,income customers.csv\n"
-    "  zcat big.csv.gz | mcbin supervised --target y --json bins.json";
+    "  zcat big.csv.gz | mcbin supervised --target y --json bins.json\n";
 
-constexpr const char* kEqualFrequencyDescription =
-    "Divides every attribute into bins of about equal weight; needs no target.\n\n"
+constexpr const char* kEqualFrequencyExamples =
     "  mcbin equal-frequency --bins 10 sales.csv\n"
-    "  mcbin equal-frequency --bins 4 --attributes price,area --json bins.json homes.csv";
+    "  mcbin equal-frequency --bins 4 --attributes price,area --json bins.json homes.csv\n";
 
 constexpr const char* kFooter =
     "Lists are separated by commas; an option with a list may be repeated.\n"
     "Exit codes: 0 done, 1 input refused or run failed, 2 wrong usage,\n"
     "3 with --strict when a result has a warning or an error, 130 cancelled.";
+
+// Help that begins with examples.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  HelpFormatter() { column_width(30); }
+
+  std::string make_description(const CLI::App* app) const override {
+    const std::string name = app->get_name();
+    const char* const examples = name == kSupervised       ? kSupervisedExamples
+                                 : name == kEqualFrequency ? kEqualFrequencyExamples
+                                                           : kToolExamples;
+    return fmt::format("{}\n\n{}\n", app->get_description(), examples);
+  }
+};
 
 // The options as CLI11 fills them; what needs a second look is still text.
 struct RawOptions {
@@ -50,7 +63,8 @@ struct RawOptions {
   std::vector<std::string> continuous;
   std::vector<std::string> missingTexts;
   std::vector<std::string> missing;
-  bool truncate = false;
+  std::string rounding = "closest";
+  std::string closed = "right";
 };
 
 // An option that may be repeated and takes one text each time.
@@ -59,37 +73,36 @@ void AddList(CLI::App& command, const std::string& flag, std::vector<std::string
   command.add_option(flag, values, help)->allow_extra_args(false)->type_name(typeName);
 }
 
+void AddChoice(CLI::App& command, const std::string& flag, std::string& value,
+               const std::vector<std::string>& choices, const std::string& help) {
+  command.add_option(flag, value, help)
+      ->check(CLI::IsMember(choices).description(""))
+      ->type_name(fmt::format("{}", fmt::join(choices, "|")));
+}
+
 void AddInputOptions(CLI::App& command, RawOptions& raw) {
-  command.add_option("FILE", raw.run.input, "CSV file with a header row; '-' or none: stdin");
+  command.add_option("FILE", raw.run.input, "CSV file with a header row; '-' or none: stdin")
+      ->type_name("");
   AddList(command, "--attributes", raw.attributes, "NAMES",
           "columns to bin (default: every continuous column)");
   AddList(command, "--categorical", raw.categorical, "NAMES",
-          "columns to read as categories; attributes among them are binned by code");
+          "columns to read as categories; as attributes binned by code");
   AddList(command, "--continuous", raw.continuous, "NAMES",
-          "columns to read as numbers; any other text in them is an error");
+          "columns to read as numbers; other text is an error");
   command.add_option("--weight", raw.run.weight, "column of frequency weights")->type_name("NAME");
-  const std::map<std::string, IBINVariable::BINWRoundingOption> roundings = {
-      {"closest", IBINVariable::RoundClosest}, {"truncate", IBINVariable::RoundTruncate}};
-  command.add_option("--rounding", raw.run.rounding, "how weights become whole numbers (closest)")
-      ->transform(CLI::Transformer(roundings))
-      ->check(CLI::IsMember({std::to_string(IBINVariable::RoundClosest),
-                             std::to_string(IBINVariable::RoundTruncate)})
-                  .description(""))
-      ->type_name("closest|truncate");
+  AddChoice(command, "--rounding", raw.rounding, {"closest", "truncate"},
+            "how weights become whole numbers (closest)");
   AddList(command, "--na", raw.missingTexts, "TEXTS",
           "texts that mean missing, beside the empty field (NA)");
-  AddList(command, "--missing", raw.missing, "NAME=V1,V2,LOW:HIGH",
-          "values of a column that count as missing");
+  AddList(command, "--missing", raw.missing, "NAME=VALUES",
+          "values of a column that count as missing: v1,v2,low:high");
   command.add_option("--delimiter", raw.delimiter, "field delimiter; tab or '\\t' for a tab (,)")
       ->type_name("CHAR");
 }
 
 void AddRunOptions(CLI::App& command, RawOptions& raw) {
-  const std::map<std::string, bool> sides = {{"right", true}, {"left", false}};
-  command.add_option("--closed", raw.run.rightClosed, "border that belongs to a bin (right)")
-      ->transform(CLI::Transformer(sides))
-      ->check(CLI::IsMember({"true", "false"}).description(""))
-      ->type_name("right|left");
+  AddChoice(command, "--closed", raw.closed, {"right", "left"},
+            "border that belongs to a bin (right)");
   command
       .add_option("--json", raw.run.jsonFile, "also write the bins to FILE; '-': to stdout only")
       ->type_name("FILE");
@@ -101,13 +114,14 @@ void AddRunOptions(CLI::App& command, RawOptions& raw) {
 }
 
 CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
-  CLI::App& command = *app.add_subcommand("supervised", kSupervisedDescription);
+  CLI::App& command =
+      *app.add_subcommand(kSupervised, "Finds cut points that separate the classes of a target.");
   AddList(command, "--target", raw.targets, "NAME", "column with the classes; may be repeated");
   command.get_option("--target")->required();
   AddInputOptions(command, raw);
   command
       .add_option("--prebin-above", raw.run.prebinAbove,
-                  "pre-bin attributes with more distinct values; 0: never (1000)")
+                  "pre-bin above this many distinct values; 0: never (1000)")
       ->check(CLI::NonNegativeNumber.description(""))
       ->type_name("N");
   command.add_option("--prebins", raw.run.prebins, "number of equal-frequency pre-bins (1000)")
@@ -115,7 +129,7 @@ CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
       ->type_name("N");
   command
       .add_option("--small-bins", raw.run.smallBins,
-                  "merge an inner bin with less than this share of a neighbour's weight (0)")
+                  "merge inner bins below this share of a neighbour (0)")
       ->check(CLI::Range(0.0, 1.0).description(""))
       ->type_name("SHARE");
   AddRunOptions(command, raw);
@@ -123,7 +137,8 @@ CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
 }
 
 CLI::App& AddEqualFrequency(CLI::App& app, RawOptions& raw) {
-  CLI::App& command = *app.add_subcommand("equal-frequency", kEqualFrequencyDescription);
+  CLI::App& command =
+      *app.add_subcommand(kEqualFrequency, "Divides attributes into bins of about equal weight.");
   command.add_option("--bins", raw.run.bins, "number of bins (10)")
       ->check(CLI::Range(2, std::numeric_limits<int>::max()).description(""))
       ->type_name("N");
@@ -163,6 +178,9 @@ std::vector<std::string> JoinMissingTexts(const std::vector<std::string>& lists)
 
 RunOptions Finish(RawOptions raw) {
   RunOptions& run = raw.run;
+  run.rounding =
+      raw.rounding == "truncate" ? IBINVariable::RoundTruncate : IBINVariable::RoundClosest;
+  run.rightClosed = raw.closed == "right";
   run.delimiter = ParseDelimiter(raw.delimiter);
   run.targets = JoinLists(raw.targets);
   run.attributes = JoinLists(raw.attributes);
@@ -176,10 +194,10 @@ RunOptions Finish(RawOptions raw) {
 }  // namespace
 
 CommandLine ParseCommandLine(int argc, const char* const* argv) {
-  CLI::App app(kDescription, "mcbin");
+  CLI::App app("Bins the variables of a CSV file.", "mcbin");
+  app.formatter(std::make_shared<HelpFormatter>());
   app.set_version_flag("--version", "mcbin " MCBINNING_VERSION);
   app.require_subcommand(1);
-  app.get_formatter()->column_width(36);
   RawOptions raw;
   const CLI::App& supervised = AddSupervised(app, raw);
   AddEqualFrequency(app, raw);
@@ -192,7 +210,12 @@ CommandLine ParseCommandLine(int argc, const char* const* argv) {
     app.exit(asked);
     return {std::nullopt, kExitDone};
   } catch (const CLI::ParseError& error) {
-    fmt::print(stderr, "mcbin: {}\nRun with --help for the options.\n", error.what());
+    const bool unknownCommand = app.get_subcommands().empty() && argc > 1 && argv[1][0] != '-';
+    const std::string problem =
+        unknownCommand ? fmt::format("there is no command {}; the commands are {} and {}",
+                                     QuotedText(argv[1]), kSupervised, kEqualFrequency)
+                       : error.what();
+    fmt::print(stderr, "mcbin: {}\nRun with --help for the options.\n", problem);
   } catch (const UsageError& error) {
     fmt::print(stderr, "mcbin: {}\n", error.what());
   }

@@ -120,12 +120,16 @@ class Builder {
     if (scan.IsNumeric()) CheckFinite(request, scan);
     const auto& beyond = scan.GetFirstBeyond();
     if (!beyond) return;
+    const bool tooLong = beyond->bytes > ColumnScan::kMaxCategoryBytes;
+    const std::string limit =
+        tooLong ? fmt::format("values of at most {} bytes, this one has {}",
+                              ColumnScan::kMaxCategoryBytes, beyond->bytes)
+                : fmt::format("at most {} different values, {} is one too many",
+                              ColumnScan::kMaxCategories, QuotedText(beyond->text));
     throw InputError(
-        fmt::format("{}: column {}: {} at most {} different values of at most {} "
-                    "bytes, {} is one too many; choose another column, or bin it "
+        fmt::format("{}: column {}: {} {}; choose another column, or group its values "
                     "first",
-                    Where(*beyond), QuotedText(request.name), whatHas, ColumnScan::kMaxCategories,
-                    ColumnScan::kMaxCategoryBytes, QuotedText(beyond->text)));
+                    Where(*beyond), QuotedText(request.name), whatHas, limit));
   }
 
   VariableInfo AddContinuous(const ColumnRequest& request) {

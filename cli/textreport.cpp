@@ -23,7 +23,7 @@ using Align = TextTable::Align;
 constexpr std::size_t kNameWidth = 32;
 constexpr std::size_t kLabelWidth = 16;
 constexpr std::size_t kMostClassColumns = 6;  // with more classes, the largest are named
-constexpr std::size_t kMostCutPoints = 6;     // in a summary line
+constexpr std::size_t kCutPointsWidth = 40;   // in a summary line
 
 std::string StatusCell(const MCBinning::MCStatus& status) {
   if (status.IsOK()) return "ok";
@@ -34,11 +34,12 @@ std::string StatusCell(const MCBinning::MCStatus& status) {
 std::string CutPointsCell(const std::vector<double>& cutPoints) {
   if (cutPoints.empty()) return "-";
   std::string text;
-  for (std::size_t i = 0; i < cutPoints.size() && i < kMostCutPoints; ++i) {
-    text += (i == 0 ? "" : ", ") + FormatNumber(cutPoints[i]);
-  }
-  if (cutPoints.size() > kMostCutPoints) {
-    text += fmt::format(", \u2026 {} more", cutPoints.size() - kMostCutPoints);
+  for (std::size_t i = 0; i < cutPoints.size(); ++i) {
+    const std::string next = (i == 0 ? "" : ", ") + FormatNumber(cutPoints[i]);
+    if (i > 0 && text.size() + next.size() > kCutPointsWidth) {
+      return text + fmt::format(", \u2026 {} more", cutPoints.size() - i);
+    }
+    text += next;
   }
   return text;
 }
