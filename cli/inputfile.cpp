@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <poll.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -14,6 +15,19 @@
 #include "cli/writeall.h"
 
 namespace MCBin {
+
+namespace {
+
+// Waits in short steps: a signal that comes just before a read would not end that read.
+void WaitForInput(int file) {
+  constexpr int kStepMilliseconds = 200;
+  pollfd input = {file, POLLIN, 0};
+  do {
+    Interrupt::ThrowIfRequested();
+  } while (poll(&input, 1, kStepMilliseconds) == 0);
+}
+
+}  // namespace
 
 InputFile::InputFile(const std::string& path, const std::string& privateDirectory)
     : fName(path == "-" ? "standard input" : PrintableText(path)) {
@@ -50,7 +64,7 @@ void InputFile::CopyPipe(const std::string& privateDirectory) {
   if (!copy.IsOpen()) refuse();
   std::vector<char> chunk(std::size_t{1} << 20);
   for (;;) {
-    Interrupt::ThrowIfRequested();
+    WaitForInput(fFile.Get());
     const ssize_t got = read(fFile.Get(), chunk.data(), chunk.size());
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) throw InputError(fmt::format("{}: cannot read: {}", fName, std::strerror(errno)));

@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "cli/displaytext.h"
+#include "cli/missingdefinition.h"
+#include "cli/missingtexts.h"
+#include "cli/optionlist.h"
+#include "cli/usageerror.h"
+#include "support/rowname.h"
+
+namespace {
+
+using MCBin::MissingDefinition;
+using MCBin::ParseMissingDefinition;
+using MCBin::UsageError;
+
+struct MissingExample {
+  const char* name;
+  const char* text;
+  const char* column;
+  std::vector<std::string> values;
+  std::vector<double> interval;  // low and high, or nothing
+};
+void PrintTo(const MissingExample& row, std::ostream* os) { *os << row.name; }
+
+class MissingDefinitionTest : public testing::TestWithParam<MissingExample> {};
+
+TEST_P(MissingDefinitionTest, IsRead) {
+  const MissingDefinition definition = ParseMissingDefinition(GetParam().text);
+  EXPECT_EQ(definition.column, GetParam().column);
+  EXPECT_EQ(definition.values, GetParam().values);
+  std::vector<double> interval;
+  if (definition.interval) interval = {definition.interval->low, definition.interval->high};
+  EXPECT_EQ(interval, GetParam().interval);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Examples, MissingDefinitionTest,
+    testing::Values(MissingExample{"Values", "age=-1,99", "age", {"-1", "99"}, {}},
+                    MissingExample{"Interval", "age=99:120", "age", {}, {99, 120}},
+                    MissingExample{"Both", "age=-1,99:120", "age", {"-1"}, {99, 120}},
+                    MissingExample{"OpenBelow", "x=:0", "x", {}, {-DBL_MAX, 0}},
+                    MissingExample{"OpenAbove", "x=1e6:", "x", {}, {1e6, DBL_MAX}},
+                    MissingExample{"TimeIsNoInterval", "t=ab:cd,:", "t", {"ab:cd", ":"}, {}},
+                    MissingExample{
+                        "QuotedIsText", "t=\"10:30\",\"a,b\"", "t", {"10:30", "a,b"}, {}},
+                    MissingExample{"EqualsSignInValue", "x=a=b", "x", {"a=b"}, {}},
+                    MissingExample{"QuotedName", "\"a=b\"=1", "a=b", {"1"}, {}}),
+    RowName);
+
+TEST(MissingDefinition, RefusesWhatMakesNoSense) {
+  for (const char* text :
+       {"", "age", "=1", "age=", "age=5:1", "age=1:2,3:4", "age=\"1", "\"age=1", "age=\xFF"}) {
+    EXPECT_THROW(ParseMissingDefinition(text), UsageError) << text;
+  }
+}
+
+TEST(MissingTexts, KnowsEmptyFieldsAndTheList) {
+  const MCBin::MissingTexts usual({"NA"});
+  EXPECT_TRUE(usual.IsMissing({"", false}));
+  EXPECT_TRUE(usual.IsMissing({"  ", false}));
+  EXPECT_TRUE(usual.IsMissing({" NA ", false}));
+  EXPECT_TRUE(usual.IsMissing({"NA", true}));
+  EXPECT_FALSE(usual.IsMissing({"", true}));
+  EXPECT_FALSE(usual.IsMissing({"NAN", false}));
+
+  const MCBin::MissingTexts other({"?", "\"\""});
+  EXPECT_TRUE(other.IsMissing({"?", false}));
+  EXPECT_TRUE(other.IsMissing({"", true}));
+  EXPECT_FALSE(other.IsMissing({"NA", false}));
+}
+
+TEST(OptionList, SplitsAtCommasOutsideQuotes) {
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(MCBin::SplitOptionNames("a,b c,"), (Names{"a", "b c", ""}));
+  EXPECT_EQ(MCBin::SplitOptionNames("\"a,b\",\"c\"\"d\""), (Names{"a,b", "c\"d"}));
+  EXPECT_THROW(MCBin::SplitOptionNames("\"a"), UsageError);
+  EXPECT_THROW(MCBin::SplitOptionNames("\"a\"b"), UsageError);
+}
+
+TEST(DisplayText, KeepsDataFromMovingTheCursor) {
+  EXPECT_EQ(MCBin::PrintableText("a\n\x1B[2J\xFF"), "a\\n\\x1B[2J\\xFF");
+  EXPECT_EQ(MCBin::ElideText("Größenklasse", 6), "Größe\u2026");
+  EXPECT_EQ(MCBin::ElideText("Größe", 5), "Größe");
+  EXPECT_EQ(MCBin::DisplayWidth("日本é"), 5u);
+  EXPECT_FALSE(MCBin::IsUtf8("\xC0\x80"));      // overlong
+  EXPECT_FALSE(MCBin::IsUtf8("\xED\xA0\x80"));  // a surrogate
+  EXPECT_TRUE(MCBin::IsUtf8("日本\U0001F600"));
+}
+
+}  // namespace
