@@ -89,7 +89,7 @@ const double* BINDataCache::GetRowPtr(int row) const {
 }
 
 double* BINDataCache::GetColPtr(int col) {
-  return HasCol(col) ? fData.data() + Position(0, col) : nullptr;
+  return HasCol(col) && fRows > 0 ? fData.data() + Position(0, col) : nullptr;
 }
 
 int BINDataCache::GetRowSize(int row) const {
