@@ -52,15 +52,15 @@ class MCBINNING_API BINAlgorithm : public IBINAlgorithm {
   void Display(std::ostream& os) const override;
   const BINVarList& GetVarList() const override;
 
-  // Partitions the sorted `tuples`. Candidates are the ascending `cutPoints`, or every
-  // distinct value. `cuts` and `counts` are expected empty and receive the accepted cut
-  // points and the bins; `modelEntropy` the entropy of the partition, in bits. `cutPoints`
-  // is changed: the value that cannot separate anything is removed. Warnings: 120017 no cut
-  // accepted, one bin; 120002 the values do not fit the candidates (a NaN, an infinity), no
+  // Partitions the sorted cases, `tuples`, that the pair run last has. Candidates are the ascending
+  // `cutPoints`, or every distinct value. `cuts` and `counts` are expected empty and receive the
+  // accepted cut points and the bins; `modelEntropy` the entropy of the partition, in bits.
+  // `cutPoints` is changed: the value that cannot separate anything is removed. Warnings: 120017 no
+  // cut accepted, one bin; 120002 the values do not fit the candidates (a NaN, an infinity), no
   // bin. Error 120002 before the first run.
-  MCBinning::MCStatus MDLP(const std::vector<BINDataTuple>* tuples,
-                           std::vector<double>& cutPoints, std::set<double>& cuts,
-                           std::vector<double>& counts, double& modelEntropy) const;
+  MCBinning::MCStatus MDLP(const std::vector<BINDataTuple>* tuples, std::vector<double>& cutPoints,
+                           std::set<double>& cuts, std::vector<double>& counts,
+                           double& modelEntropy) const;
   MCBinning::MCStatus MDLP(const std::vector<BINDataTuple>* tuples, std::set<double>& cuts,
                            std::vector<double>& counts, double& modelEntropy) const;
 
@@ -109,7 +109,9 @@ class MCBINNING_API BINAlgorithm : public IBINAlgorithm {
   void StoreRefused(const MCBinning::MCStatus& status, int attribute, int target);
   void DoCancel();
 
-  std::vector<double> CollectDistinctValues(const std::vector<BINDataTuple>& tuples) const;
+  MCBinning::MCStatus PartitionTable(const std::vector<double>& boundaries,
+                                     const std::vector<double>& table, std::set<double>& cuts,
+                                     std::vector<double>& counts, double& modelEntropy) const;
   void RemoveEdge(const std::vector<BINDataTuple>& tuples, std::vector<double>& cutPoints) const;
   void CountBins(const std::vector<double>& boundaries, const std::vector<double>& table,
                  const std::set<double>& cuts, std::vector<double>& counts) const;

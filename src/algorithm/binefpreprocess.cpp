@@ -13,15 +13,13 @@ namespace {
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 
 // False when either is infinite, a NaN, or both are 0.
-bool IsRelativelyEqual(double a, double b) {
-  return std::fabs(a - b) / std::max(a, b) < kEpsilon;
-}
+bool IsRelativelyEqual(double a, double b) { return std::fabs(a - b) / std::max(a, b) < kEpsilon; }
 
 // One step of the scan over distinct values, up to a target weight.
 struct Scan {
   double totalWeight;
-  double target;         // the weight to reach
-  double startWeight;    // the state the step began with
+  double target;       // the weight to reach
+  double startWeight;  // the state the step began with
   double startPrevious;
   bool isAtStart;
   std::size_t position;  // cases consumed
@@ -152,8 +150,7 @@ bool BINEFPreProcess::FindCutPts(std::vector<double>& cutPoints, std::vector<dou
 double BINEFPreProcess::GetPercentile(std::vector<double>& cutPoints,
                                       std::vector<double>& binWeights, double percent,
                                       unsigned int& position, double& cumulativeWeight,
-                                      double& previousCumulativeWeight,
-                                      const double& totalWeight) {
+                                      double& previousCumulativeWeight, const double& totalWeight) {
   const bool isFinalPercent = std::fabs(percent - 100.0) <= 100.0 * kEpsilon;
   const double target = isFinalPercent ? totalWeight : totalWeight * percent / 100.0;
 

@@ -26,9 +26,8 @@ class MCBINNING_API BINEFPreProcess {
 
   // Cuts `tuples`, which are sorted by value, weigh `totalWeight` in all, stay the caller's
   // and are kept for FindCutPts(). See there for the result.
-  bool EFCreatePercentileCutPts(std::vector<EFBINDataTuple>* tuples,
-                                std::vector<double>& cutPoints, std::vector<double>& binWeights,
-                                double totalWeight);
+  bool EFCreatePercentileCutPts(std::vector<EFBINDataTuple>* tuples, std::vector<double>& cutPoints,
+                                std::vector<double>& binWeights, double totalWeight);
   bool EFCreatePercentileCutPts(std::vector<BINDataTuple>* tuples, std::vector<double>& cutPoints,
                                 std::vector<double>& binWeights, double totalWeight);
 

@@ -50,9 +50,7 @@ MCStatus EFBINAlgorithm::CreateBins(MCCommon::RecordIterator& records,
                                     const std::vector<int>* attributes) {
   return RunFrame::CreateBins(
       *this, records, std::nullopt, 120011,
-      [&] {
-        return attributes == nullptr || CheckVariableIndices(attributes, fAttributeStatuses);
-      },
+      [&] { return attributes == nullptr || CheckVariableIndices(attributes, fAttributeStatuses); },
       [&] { return DoCreateBins(attributes); });
 }
 
@@ -93,8 +91,8 @@ MCStatus EFBINAlgorithm::DoCreateBins(const std::vector<int>* attributes) {
     if (fAttributeStatuses[i].IsOK()) {
       runAttribute(attribute);
     } else {
-      RunFrame::ThrowIfOutOfMemory(fResults.SetAttributeResults(
-          fAttributeStatuses[i], {}, {}, attribute, 0, 0.0, 0.0, 0.0, 0.0));
+      RunFrame::ThrowIfOutOfMemory(fResults.SetAttributeResults(fAttributeStatuses[i], {}, {},
+                                                                attribute, 0, 0.0, 0.0, 0.0, 0.0));
     }
   }
   return result;

@@ -1,7 +1,7 @@
 #include "algorithm/efbinfactory.h"
 
-#include "algorithm/efbinalgorithm.h"
 #include "algorithm/createalgorithm.h"
+#include "algorithm/efbinalgorithm.h"
 #include "common/displayframe.h"
 
 EFBINFactory::EFBINFactory() = default;

@@ -31,14 +31,12 @@ bool EFBINSettings::SetNumberOfBins(int count) {
 bool EFBINSettings::operator==(const EFBINSettings& other) const {
   return fNSkippedAttReports == other.fNSkippedAttReports &&
          fNSkippedCasesReports == other.fNSkippedCasesReports &&
-         fRightBorderClosed == other.fRightBorderClosed &&
-         fNumberOfBins == other.fNumberOfBins;
+         fRightBorderClosed == other.fRightBorderClosed && fNumberOfBins == other.fNumberOfBins;
 }
 
 std::ostream& EFBINSettings::Display(std::ostream& os) const {
   MCBinning::DisplayStart(os, "EFBINSettings");
   MCBinning::DisplaySkippedReports(os, fNSkippedAttReports, fNSkippedCasesReports);
-  os << fRightBorderClosed << '\n'
-     << "Number of bins for EF = " << fNumberOfBins << '\n';
+  os << fRightBorderClosed << '\n' << "Number of bins for EF = " << fNumberOfBins << '\n';
   return MCBinning::DisplayEnd(os, "EFBINSettings");
 }

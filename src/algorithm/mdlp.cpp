@@ -25,8 +25,8 @@ double BINAlgorithm::ComputeEntropy(const std::vector<double>* left,
   return MCBinning::SplitEntropy(left->data(), right->data(), left->size() - 1);
 }
 
-double BINAlgorithm::ComputeDelta(const std::vector<double>* left,
-                                  const std::vector<double>* right, double parentEntropy) const {
+double BINAlgorithm::ComputeDelta(const std::vector<double>* left, const std::vector<double>* right,
+                                  double parentEntropy) const {
   const auto leftCategories = static_cast<double>(MCBinning::VectorXNonZero(*left, 1));
   const auto rightCategories = static_cast<double>(MCBinning::VectorXNonZero(*right, 1));
   // Categories on both sides count twice: not the number of categories of the parent.
@@ -47,26 +47,19 @@ void BINAlgorithm::ComputeModelEntropy(const std::vector<double>& counts,
   modelEntropy = sum / fDataSet->GetTotalweight();
 }
 
-std::vector<double> BINAlgorithm::CollectDistinctValues(
-    const std::vector<BINDataTuple>& tuples) const {
-  std::vector<double> values;
-  values.reserve(fDataSet->GetNumDistinctValues());
-  for (std::size_t i = 0; i < fNumCases; ++i) {
-    if (values.empty() || tuples[i].value != values.back()) values.push_back(tuples[i].value);
-  }
-  return values;
-}
-
 MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::set<double>& cuts,
                             std::vector<double>& counts, double& modelEntropy) const {
-  if (!fDataSet || tuples == nullptr) return MCStatus(120002, false);
-  std::vector<double> cutPoints = CollectDistinctValues(*tuples);
-  return MDLP(tuples, cutPoints, cuts, counts, modelEntropy);
+  if (!fDataSet || tuples == nullptr || fNumCases == 0) return MCStatus(120002, false);
+  std::vector<double> boundaries;
+  std::vector<double> table;
+  const MCStatus status = fDataSet->CreateDistinctBinTable(fRightBorderClosed, boundaries, table);
+  if (!status.IsOK()) return status;
+  return PartitionTable(boundaries, table, cuts, counts, modelEntropy);
 }
 
-MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples,
-                            std::vector<double>& cutPoints, std::set<double>& cuts,
-                            std::vector<double>& counts, double& modelEntropy) const {
+MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::vector<double>& cutPoints,
+                            std::set<double>& cuts, std::vector<double>& counts,
+                            double& modelEntropy) const {
   if (!fDataSet || tuples == nullptr || fNumCases == 0) return MCStatus(120002, false);
   RemoveEdge(*tuples, cutPoints);
   std::vector<double> boundaries;
@@ -76,17 +69,22 @@ MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples,
   boundaries.push_back(DBL_MAX);
 
   std::vector<double> table;
-  MCStatus result = fDataSet->CreateBinTable(&boundaries, fRightBorderClosed, table);
-  if (!result.IsOK()) return result;
-
+  const MCStatus status = fDataSet->CreateBinTable(&boundaries, fRightBorderClosed, table);
+  if (!status.IsOK()) return status;
   // One boundary per row: its closed end.
   if (fRightBorderClosed) {
     boundaries.erase(boundaries.begin());
   } else {
     boundaries.pop_back();
   }
-  const int rowCount = static_cast<int>(table.size() / fNumTargetCategories);
-  result = MDLPCut(&boundaries, &table, 0, rowCount - 1, cuts);
+  return PartitionTable(boundaries, table, cuts, counts, modelEntropy);
+}
+
+MCStatus BINAlgorithm::PartitionTable(const std::vector<double>& boundaries,
+                                      const std::vector<double>& table, std::set<double>& cuts,
+                                      std::vector<double>& counts, double& modelEntropy) const {
+  const int rowCount = static_cast<int>(boundaries.size());
+  MCStatus result = MDLPCut(&boundaries, &table, 0, rowCount - 1, cuts);
   if (cuts.empty()) result = MCStatus(120017, true);
   if (result.IsError()) return result;
 
@@ -118,6 +116,7 @@ MCStatus BINAlgorithm::MDLPCut(const std::vector<double>* boundaries,
     return MCStatus(120002, false);
   }
 
+  const MCBinning::SplitSearch search(*binTable, categoryCount, fRightBorderClosed);
   std::vector<double> left(categoryCount + 1);
   std::vector<double> right(categoryCount + 1);
   std::vector<std::pair<int, int>> intervals{{first, last}};
@@ -127,10 +126,10 @@ MCStatus BINAlgorithm::MDLPCut(const std::vector<double>* boundaries,
     if (to - from < 1) continue;
 
     std::fill(left.begin(), left.end(), 0.0);
-    MCBinning::SumRows(*binTable, from, to, right);
+    search.SumRows(from, to, right);
     const double entropy = Entropy(&right);
     const double weight = right[0];
-    const int best = FindBestCutPoint(binTable, from, to, &left, &right);
+    const int best = search.FindBest(from, to, left, right);
     const double gain = entropy - ComputeEntropy(&left, &right);
     const double delta = ComputeDelta(&left, &right, entropy);
     if (!(gain > Log2(weight - 1.0) / weight + delta / weight)) continue;
@@ -147,7 +146,8 @@ MCStatus BINAlgorithm::MDLPCut(const std::vector<double>* boundaries,
 
 int BINAlgorithm::FindBestCutPoint(const std::vector<double>* binTable, int first, int last,
                                    std::vector<double>* left, std::vector<double>* right) const {
-  return MCBinning::FindBestSplit(*binTable, first, last, fRightBorderClosed, *left, *right);
+  const MCBinning::SplitSearch search(*binTable, left->size() - 1, fRightBorderClosed);
+  return search.FindBest(first, last, *left, *right);
 }
 
 // Both walk upwards, so each row is looked at once.

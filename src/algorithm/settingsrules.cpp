@@ -17,8 +17,8 @@ std::string DefaultTempDirectory() {
 }
 
 void DisplaySkippedReports(std::ostream& os, int attributeReports, int casesReports) {
-  os << "Number of progress reports to skip when create bins for attribute = "
-     << attributeReports << '\n'
+  os << "Number of progress reports to skip when create bins for attribute = " << attributeReports
+     << '\n'
      << "Number of progress reports to skip when read data file = " << casesReports << '\n';
 }
 

@@ -1,7 +1,10 @@
 #include "algorithm/splitsearch.h"
 
 #include <algorithm>
-#include <cstddef>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <limits>
 
 #include "algorithm/binentropy.h"
 
@@ -9,21 +12,39 @@ namespace MCBinning {
 
 namespace {
 
-const double* RowAt(const std::vector<double>& binTable, int row, std::size_t categoryCount) {
-  return binTable.data() + static_cast<std::size_t>(row) * categoryCount;
+// A block is looked at whole; then its leaves, if need be; then a leaf's rows.
+constexpr std::size_t kBlockRows = 256;
+constexpr std::size_t kLeafRows = 16;
+constexpr std::size_t kBlocksPerGroup = 16;
+
+// Shorter intervals are scanned at once.
+constexpr std::size_t kFewRows = 2 * kBlockRows;
+
+constexpr double kTwoTo52 = 4503599627370496.0;
+
+// Whether all are whole numbers from 0 up to 2^51. Written without branches, for the sake of
+// vector instructions: between 2^52 and 2^53 a double has no fraction bits, so the sum loses
+// what is not whole.
+bool AreWhole(const std::vector<double>& numbers) {
+  constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
+  std::uint64_t wrongBits = 0;
+  for (const double x : numbers) {
+    const double lost = ((x + kTwoTo52) - kTwoTo52) - x;
+    wrongBits |= std::bit_cast<std::uint64_t>(lost) | (std::bit_cast<std::uint64_t>(x) & kSign);
+  }
+  return wrongBits == 0;
 }
 
-// Whether a cut between two rows can be worth anything: not when both hold weight in one
-// and the same category and in no other.
-bool IsBoundary(const double* row, const double* next, std::size_t categoryCount) {
-  int shared = 0;
-  for (std::size_t category = 0; category < categoryCount; ++category) {
-    const bool isEmpty = row[category] == 0.0;
-    const bool isNextEmpty = next[category] == 0.0;
-    if (isEmpty != isNextEmpty) return true;
-    if (!isEmpty && ++shared > 1) return true;
+// With the number of categories known, the sums stay in registers: five times faster.
+template <std::size_t kCategories>
+void AddRowsOf(const double* row, const double* end, SplitBound::Weights& weights) {
+  std::array<double, kCategories> sums;
+  std::copy_n(weights.begin(), kCategories, sums.begin());
+  for (; row < end; row += kCategories) {
+    for (std::size_t category = 0; category < kCategories; ++category)
+      sums[category] += row[category];
   }
-  return shared != 1;
+  std::copy_n(sums.begin(), kCategories, weights.begin());
 }
 
 void MoveRow(const double* row, std::vector<double>& left, std::vector<double>& right) {
@@ -43,59 +64,223 @@ void Subtract(const std::vector<double>& totals, const std::vector<double>& part
 
 }  // namespace
 
-void SumRows(const std::vector<double>& binTable, int first, int last, std::vector<double>& sum) {
-  const std::size_t categoryCount = sum.size() - 1;
-  std::fill(sum.begin(), sum.end(), 0.0);
-  for (int row = first; row <= last; ++row) {
-    const double* const weights = RowAt(binTable, row, categoryCount);
-    for (std::size_t category = 0; category < categoryCount; ++category) {
-      sum[category + 1] += weights[category];
-    }
-  }
-  for (std::size_t category = 1; category <= categoryCount; ++category) sum[0] += sum[category];
+SplitSearch::SplitSearch(const std::vector<double>& binTable, std::size_t categoryCount,
+                         bool rightBorderClosed)
+    : fTable(binTable), fCategoryCount(categoryCount), fRightBorderClosed(rightBorderClosed) {
+  const bool isWorthIt = fTable.size() / fCategoryCount > kFewRows && fCategoryCount >= 2 &&
+                         fCategoryCount <= SplitBound::kMostCategories;
+  if (isWorthIt) SumBlocks();
 }
 
-int FindBestSplit(const std::vector<double>& binTable, int first, int last,
-                  bool rightBorderClosed, std::vector<double>& left, std::vector<double>& right) {
-  const std::size_t categoryCount = left.size() - 1;
-  const std::vector<double> totals = right;
-  int best = 0;
-  double bestEntropy = 0.0;
-  bool haveBest = false;
-  int nextRow = first;
-  bool wasBoundary = false;
+void SplitSearch::SumBlocks() {
+  const std::size_t rowCount = fTable.size() / fCategoryCount;
+  if (!AreWhole(fTable)) return;
 
-  for (int row = first; row <= last; ++row) {
-    bool isCandidate = wasBoundary;
-    if (row < last) {
-      wasBoundary = IsBoundary(RowAt(binTable, row, categoryCount),
-                               RowAt(binTable, row + 1, categoryCount), categoryCount);
-      isCandidate = isCandidate || wasBoundary;
-    }
-    if (!isCandidate) continue;
+  fBlockSums.reserve((rowCount / kBlockRows + 1) * fCategoryCount);
+  Weights weights{};
+  for (std::size_t row = 0; row + kBlockRows <= rowCount; row += kBlockRows) {
+    fBlockSums.insert(fBlockSums.end(), weights.begin(),
+                      weights.begin() + static_cast<std::ptrdiff_t>(fCategoryCount));
+    AddRows(row, row + kBlockRows, weights);
+  }
+  fBlockSums.insert(fBlockSums.end(), weights.begin(),
+                    weights.begin() + static_cast<std::ptrdiff_t>(fCategoryCount));
+  AddRows(rowCount / kBlockRows * kBlockRows, rowCount, weights);
+  double total = 0.0;
+  for (const double weight : weights) total += weight;
+  if (!(total < kTwoTo52)) fBlockSums.clear();
+}
 
-    const int lastMoved = rightBorderClosed ? row : row - 1;
-    for (; nextRow <= lastMoved; ++nextRow) {
-      MoveRow(RowAt(binTable, nextRow, categoryCount), left, right);
+void SplitSearch::AddRows(std::size_t first, std::size_t end, Weights& weights) const {
+  switch (fCategoryCount) {
+    case 2:
+      return AddRowsOf<2>(RowAt(first), RowAt(end), weights);
+    case 3:
+      return AddRowsOf<3>(RowAt(first), RowAt(end), weights);
+    case 4:
+      return AddRowsOf<4>(RowAt(first), RowAt(end), weights);
+    case 5:
+      return AddRowsOf<5>(RowAt(first), RowAt(end), weights);
+    case 6:
+      return AddRowsOf<6>(RowAt(first), RowAt(end), weights);
+    case 7:
+      return AddRowsOf<7>(RowAt(first), RowAt(end), weights);
+    case 8:
+      return AddRowsOf<8>(RowAt(first), RowAt(end), weights);
+  }
+}
+
+// The weights of all rows before `row`, exact, from the sums of whole blocks.
+SplitSearch::Weights SplitSearch::SumBefore(std::size_t row) const {
+  Weights weights{};
+  const std::size_t block = row / kBlockRows;
+  std::copy_n(fBlockSums.begin() + static_cast<std::ptrdiff_t>(block * fCategoryCount),
+              fCategoryCount, weights.begin());
+  AddRows(block * kBlockRows, row, weights);
+  return weights;
+}
+
+void SplitSearch::SumRows(int first, int last, std::vector<double>& sum) const {
+  const auto from = static_cast<std::size_t>(first);
+  const auto end = static_cast<std::size_t>(last + 1);
+  std::fill(sum.begin(), sum.end(), 0.0);
+  if (from < end && !fBlockSums.empty()) {
+    const Weights below = SumBefore(from);
+    const Weights upTo = SumBefore(end);
+    for (std::size_t category = 0; category < fCategoryCount; ++category) {
+      sum[category + 1] = upTo[category] - below[category];
     }
-    const double entropy = SplitEntropy(left.data(), right.data(), categoryCount);
-    if (!haveBest || bestEntropy > entropy) {
-      best = row;
-      bestEntropy = entropy;
-      haveBest = true;
+  } else {
+    for (std::size_t row = from; row < end; ++row) {
+      for (std::size_t category = 0; category < fCategoryCount; ++category) {
+        sum[category + 1] += RowAt(row)[category];
+      }
     }
   }
+  for (std::size_t category = 1; category <= fCategoryCount; ++category) sum[0] += sum[category];
+}
 
-  // Summed anew, from the nearer end.
-  const int lastLeft = rightBorderClosed ? best : best - 1;
+int SplitSearch::FindBest(int first, int last, std::vector<double>& left,
+                          std::vector<double>& right) const {
+  const std::vector<double> totals = right;
+  Search search{static_cast<std::size_t>(first),
+                static_cast<std::size_t>(last),
+                totals,
+                left,
+                right,
+                0,
+                0.0,
+                false,
+                std::numeric_limits<double>::infinity()};
+  if (!fBlockSums.empty() && static_cast<std::size_t>(last - first) > kFewRows) {
+    ScanBlocks(search);
+  } else {
+    ScanRows(search, search.first, search.last + 1);
+  }
+  const int best = static_cast<int>(search.best);
+  SumBothSides(first, last, best, totals, left, right);
+  return best;
+}
+
+// Summed from the nearer end, so that nothing of the scan's rounding is left.
+void SplitSearch::SumBothSides(int first, int last, int best, const std::vector<double>& totals,
+                               std::vector<double>& left, std::vector<double>& right) const {
+  const int lastLeft = fRightBorderClosed ? best : best - 1;
   if ((first + last) / 2.0 >= best) {
-    SumRows(binTable, first, lastLeft, left);
+    SumRows(first, lastLeft, left);
     Subtract(totals, left, right);
   } else {
-    SumRows(binTable, lastLeft + 1, last, right);
+    SumRows(lastLeft + 1, last, right);
     Subtract(totals, right, left);
   }
-  return best;
+}
+
+// Whether a cut between a row and the next can be worth anything: not when both hold weight
+// in one and the same category and in no other.
+bool SplitSearch::IsBoundary(std::size_t row) const {
+  const double* const weights = RowAt(row);
+  const double* const next = RowAt(row + 1);
+  int shared = 0;
+  for (std::size_t category = 0; category < fCategoryCount; ++category) {
+    const bool isEmpty = weights[category] == 0.0;
+    const bool isNextEmpty = next[category] == 0.0;
+    if (isEmpty != isNextEmpty) return true;
+    if (!isEmpty && ++shared > 1) return true;
+  }
+  return shared != 1;
+}
+
+// Evaluates the splits at rows first .. end-1 of the interval; `left` and `right` are the
+// weights below and from row `first` on.
+void SplitSearch::ScanRows(Search& search, std::size_t first, std::size_t end) const {
+  bool wasBoundary = first > search.first && IsBoundary(first - 1);
+  for (std::size_t row = first; row < end; ++row) {
+    bool isCandidate = wasBoundary;
+    if (row < search.last) {
+      wasBoundary = IsBoundary(row);
+      isCandidate = isCandidate || wasBoundary;
+    }
+    if (fRightBorderClosed) MoveRow(RowAt(row), search.left, search.right);
+    if (isCandidate) {
+      const double entropy = SplitEntropy(search.left.data(), search.right.data(), fCategoryCount);
+      if (!search.haveBest || search.bestEntropy > entropy) {
+        search.best = row;
+        search.bestEntropy = entropy;
+        search.haveBest = true;
+      }
+    }
+    if (!fRightBorderClosed) MoveRow(RowAt(row), search.left, search.right);
+  }
+}
+
+void SplitSearch::ScanBlocks(Search& search) const {
+  const SplitBound bound(search.totals.data() + 1, fCategoryCount);
+  const std::size_t end = search.last + 1;
+
+  // A split between two rows of one and the same category is not evaluated, but one end of
+  // its run is, and no worse: so any split's entropy limits the best one's.
+  const Weights start = SumBefore(search.first);
+  const auto before = [&](std::size_t row) {
+    Weights weights = SumBefore(row);
+    for (std::size_t category = 0; category < fCategoryCount; ++category) {
+      weights[category] -= start[category];
+    }
+    return weights;
+  };
+  for (std::size_t row = (search.first / kBlockRows + 1) * kBlockRows; row < end;
+       row += kBlockRows) {
+    const Weights left = before(row);
+    search.limit = std::min(search.limit, bound.GetLeast(left, left) + SplitBound::kRounding);
+  }
+
+  // Calls `visit` for each part of the rows that may hold the best split.
+  const auto forEach = [&](std::size_t first, std::size_t last, std::size_t step, auto visit) {
+    Weights low = before(first);
+    while (first < last) {
+      const std::size_t next = std::min((first / step + 1) * step, last);
+      const Weights high = before(next);
+      if (bound.GetLeast(low, high) <= search.limit) visit(first, next, low);
+      first = next;
+      low = high;
+    }
+  };
+  const auto scanBlock = [&](std::size_t first, std::size_t last, const Weights& low) {
+    ScanBlock(search, bound, first, last, low);
+  };
+  forEach(search.first, end, kBlocksPerGroup * kBlockRows,
+          [&](std::size_t first, std::size_t last, const Weights&) {
+            forEach(first, last, kBlockRows, scanBlock);
+          });
+  if (!search.haveBest) {
+    std::fill(search.left.begin(), search.left.end(), 0.0);
+    search.right = search.totals;
+    ScanRows(search, search.first, end);
+  }
+}
+
+// `before` are the interval's weights below row `first`.
+void SplitSearch::ScanBlock(Search& search, const SplitBound& bound, std::size_t first,
+                            std::size_t end, const Weights& before) const {
+  Weights low = before;
+  for (std::size_t row = first; row < end;) {
+    const std::size_t next = std::min((row / kLeafRows + 1) * kLeafRows, end);
+    Weights high = low;
+    AddRows(row, next, high);
+    if (bound.GetLeast(low, high) <= search.limit) {
+      search.left[0] = 0.0;
+      for (std::size_t category = 0; category < fCategoryCount; ++category) {
+        search.left[0] += low[category];
+        search.left[category + 1] = low[category];
+      }
+      Subtract(search.totals, search.left, search.right);
+      ScanRows(search, row, next);
+      if (search.haveBest) {
+        search.limit = std::min(search.limit, search.bestEntropy + SplitBound::kRounding);
+      }
+    }
+    row = next;
+    low = high;
+  }
 }
 
 }  // namespace MCBinning

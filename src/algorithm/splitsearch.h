@@ -1,15 +1,65 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
+
+#include "algorithm/splitbound.h"
 
 namespace MCBinning {
 
-// The weights of rows first..last of a bin table as a category weight vector. `sum` has one
-// entry more than a row.
-void SumRows(const std::vector<double>& binTable, int first, int last, std::vector<double>& sum);
+// Finds the best split of any interval of a bin table's rows.
+//
+// The plain scan evaluates every row that can be a split. The block search gives the same
+// answer, bit by bit, and looks at few rows: whole blocks whose bound (see SplitBound) is
+// worse than a split already known are skipped, the others are scanned in row order with the
+// plain scan's own arithmetic. That is exact while all weights are whole numbers and sum up
+// to less than 2^52, whatever the order they are added in; and it pays for few categories.
+// Otherwise every search is a plain scan.
+class SplitSearch {
+ public:
+  // Keeps a reference to the table, which has `categoryCount` entries a row.
+  SplitSearch(const std::vector<double>& binTable, std::size_t categoryCount,
+              bool rightBorderClosed);
 
-// See BINAlgorithm::FindBestCutPoint.
-int FindBestSplit(const std::vector<double>& binTable, int first, int last,
-                  bool rightBorderClosed, std::vector<double>& left, std::vector<double>& right);
+  // The weights of rows first..last (both included): the total, then each category.
+  void SumRows(int first, int last, std::vector<double>& sum) const;
+
+  // See BINAlgorithm::FindBestCutPoint. On entry `left` holds zeros, `right` the sum.
+  int FindBest(int first, int last, std::vector<double>& left, std::vector<double>& right) const;
+
+ private:
+  using Weights = SplitBound::Weights;
+
+  // An interval under search.
+  struct Search {
+    std::size_t first;
+    std::size_t last;
+    const std::vector<double>& totals;
+    std::vector<double>& left;  // the split under evaluation
+    std::vector<double>& right;
+    std::size_t best;
+    double bestEntropy;
+    bool haveBest;
+    double limit;  // no split with more entropy than this is the best
+  };
+
+  void SumBlocks();
+  const double* RowAt(std::size_t row) const { return fTable.data() + row * fCategoryCount; }
+  bool IsBoundary(std::size_t row) const;
+  void AddRows(std::size_t first, std::size_t end, Weights& weights) const;
+  Weights SumBefore(std::size_t row) const;
+
+  void ScanRows(Search& search, std::size_t first, std::size_t end) const;
+  void ScanBlocks(Search& search) const;
+  void ScanBlock(Search& search, const SplitBound& bound, std::size_t first, std::size_t end,
+                 const Weights& before) const;
+  void SumBothSides(int first, int last, int best, const std::vector<double>& totals,
+                    std::vector<double>& left, std::vector<double>& right) const;
+
+  const std::vector<double>& fTable;
+  std::size_t fCategoryCount;
+  bool fRightBorderClosed;
+  std::vector<double> fBlockSums;  // the weights of all rows before each block; empty: plain only
+};
 
 }  // namespace MCBinning

@@ -4,8 +4,7 @@ namespace MCBinning {
 
 static_assert(sizeof(long) == 8, "status codes and data are 64-bit integers");
 
-MCStatus::MCStatus()
-    : errorCode(0), severity(0), discreteData{0, 0, 0}, scaleData{0.0, 0.0, 0.0} {}
+MCStatus::MCStatus() : errorCode(0), severity(0), discreteData{0, 0, 0}, scaleData{0.0, 0.0, 0.0} {}
 
 MCStatus::MCStatus(long code, bool warning)
     : errorCode(code),

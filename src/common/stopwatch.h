@@ -9,9 +9,7 @@ class Stopwatch {
  public:
   Stopwatch() : fStart(std::clock()) {}
 
-  double GetSeconds() const {
-    return static_cast<double>(std::clock() - fStart) / 1000000.0;
-  }
+  double GetSeconds() const { return static_cast<double>(std::clock() - fStart) / 1000000.0; }
 
  private:
   std::clock_t fStart;

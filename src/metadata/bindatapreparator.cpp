@@ -1,5 +1,7 @@
 #include "metadata/bindatapreparator.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -7,8 +9,6 @@
 #include <ctime>
 #include <limits>
 #include <utility>
-
-#include <sys/stat.h>
 
 #include "common/bincancelinfo.h"
 #include "common/binprogressreporter.h"

@@ -1,6 +1,7 @@
 #include "metadata/bindataset.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <cstdint>
 #include <type_traits>
 
@@ -9,8 +10,8 @@
 #include "common/missing.h"
 #include "metadata/bindatapreparator.h"
 #include "metadata/binvarlist.h"
+#include "metadata/casesorter.h"
 #include "metadata/categorycode.h"
-#include "metadata/tuplesort.h"
 
 using MCBinning::BinaryRecordIterator;
 using MCBinning::MCStatus;
@@ -34,8 +35,7 @@ class CaseCollector {
     fTotalWeight = static_cast<double>(fCount);
   }
 
-  void Add(const double* targets, const double* weights, const double* values,
-           std::size_t count) {
+  void Add(const double* targets, const double* weights, const double* values, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
       const double weight = weights[i];
       if (weight == fMissing) continue;
@@ -104,7 +104,8 @@ BINDataSet::BINDataSet(MCCommon::RecordIterator& records, BINDataPreparator& pre
       fWeightFile(-1),
       fMinimum(MCMV::Missing()),
       fMaximum(MCMV::Missing()),
-      fLargestTarget(0) {}
+      fLargestTarget(0),
+      fSorter(std::make_unique<MCBinning::CaseSorter>()) {}
 
 BINDataSet::~BINDataSet() = default;
 
@@ -184,7 +185,7 @@ MCStatus BINDataSet::LoadSorted(unsigned int attribute, std::vector<Tuple>& tupl
   const MCStatus status = ReadCases(static_cast<unsigned int>(GetFile(attribute)), tuples);
   if (!status.IsOK() || tuples.empty()) return status;
 
-  MCBinning::SortByValue(tuples);
+  fSorter->Sort(tuples);
   fMinimum = tuples.front().value;
   fMaximum = tuples.back().value;
   fNumDistinctValues = 1;
@@ -281,6 +282,36 @@ MCStatus BINDataSet::CreateBinTable(const std::vector<double>* cutPoints, bool r
     if (upper + 1 == beyondLast) return MCStatus();
     std::fill_n(bin, categoryCount, 0.0);  // only closed bins are kept
     return misfit;
+  });
+}
+
+MCStatus BINDataSet::CreateDistinctBinTable(bool rightBorderClosed, std::vector<double>& boundaries,
+                                            std::vector<double>& table) {
+  const MCStatus misfit(120002, true);
+  const std::size_t categoryCount = fNumTargetCategories;
+  if (!fTuples || fNumCases == 0 || fLargestTarget >= categoryCount) return misfit;
+  // Nothing lies above the last value, and a NaN comes last.
+  const double last = fTuples->back().value;
+  if (rightBorderClosed ? !(last <= DBL_MAX) : !(last < DBL_MAX)) return misfit;
+  return MCBinning::Guard([&]() -> MCStatus {
+    boundaries.resize(fNumDistinctValues);
+    table.assign(fNumDistinctValues * categoryCount, 0.0);
+    double* boundary = boundaries.data();
+    double* bin = table.data();
+    *boundary = fTuples->front().value;
+    for (const BINDataTuple& tuple : *fTuples) {
+      if (tuple.value != *boundary) {
+        *++boundary = tuple.value;
+        bin += categoryCount;
+      }
+      bin[tuple.target] += tuple.weight;
+    }
+    if (rightBorderClosed) {
+      boundaries.back() = DBL_MAX;
+    } else {
+      boundaries.front() = -DBL_MAX;
+    }
+    return MCStatus();
   });
 }
 

@@ -15,6 +15,10 @@
 
 class BINDataPreparator;
 
+namespace MCBinning {
+class CaseSorter;
+}
+
 // Serves one attribute at a time: its valid cases sorted by value, their totals, and bin
 // tables over them.
 //
@@ -60,8 +64,17 @@ class MCBINNING_API BINDataSet {
   // compared: everything up to the second one is bin 0. Warning 120002 when there are no cut
   // points, when a value lies beyond the last or is a NaN, or when no value reaches the last
   // bin; the table is then not to be used.
-  MCBinning::MCStatus CreateBinTable(const std::vector<double>* cutPoints,
-                                     bool rightBorderClosed, std::vector<double>& table);
+  MCBinning::MCStatus CreateBinTable(const std::vector<double>* cutPoints, bool rightBorderClosed,
+                                     std::vector<double>& table);
+
+  // The bin table with a bin for every distinct value, as CreateBinTable() gives it for all of
+  // them, and one boundary per bin: the bin's own value, but the largest finite double for the
+  // last bin with the right border closed, the most negative one for the first bin otherwise.
+  // The last value must lie below (or, with the right border closed, on) the largest finite
+  // double: warning 120002 if not.
+  MCBinning::MCStatus CreateDistinctBinTable(bool rightBorderClosed,
+                                             std::vector<double>& boundaries,
+                                             std::vector<double>& table);
 
   // Whether a variable can be a target. Error 120010 for a negative index, 120013 beyond the
   // list.
@@ -126,4 +139,5 @@ class MCBINNING_API BINDataSet {
   double fMaximum;
 
   unsigned int fLargestTarget;  // the largest target code among the loaded cases
+  std::unique_ptr<MCBinning::CaseSorter> fSorter;
 };

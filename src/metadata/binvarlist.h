@@ -118,9 +118,9 @@ class MCBINNING_API BINVarList {
   int UpdateNumbersOfCategories();
 
   // Deletes the variable and closes the gap. The count of its measure level goes down: that of
-  // continuous variables for a categorical one that claims to be continuous. Target and weight index follow; removing the
-  // recorded target, or any variable of target role, leaves the list without one. False when i is
-  // out of range or no variable has the name.
+  // continuous variables for a categorical one that claims to be continuous. Target and weight
+  // index follow; removing the recorded target, or any variable of target role, leaves the list
+  // without one. False when i is out of range or no variable has the name.
   bool RemoveVar(int i);
   bool RemoveVar(std::string name);
 

@@ -1,12 +1,12 @@
 #include "metadata/tempfile.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <utility>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <utility>
 
 namespace MCBinning {
 
@@ -41,8 +41,7 @@ TempFile::~TempFile() {
 void TempFile::SetName(std::string name) { fName = std::move(name); }
 
 TempFile::AppendResult TempFile::Append(const double* values, std::size_t count) {
-  const int flags =
-      O_WRONLY | O_APPEND | O_CLOEXEC | (IsBegun() ? O_NOFOLLOW : O_CREAT | O_EXCL);
+  const int flags = O_WRONLY | O_APPEND | O_CLOEXEC | (IsBegun() ? O_NOFOLLOW : O_CREAT | O_EXCL);
   const int descriptor = ::open(fName.c_str(), flags, kOwnerOnly);
   if (descriptor < 0) {
     return !IsBegun() && errno == EEXIST ? AppendResult::kNameTaken : AppendResult::kFailed;

@@ -20,11 +20,10 @@ BINOutput::BINOutput() = default;
 BINOutput::~BINOutput() = default;
 
 MCStatus BINOutput::SetAttributeTargetResults(MCStatus status, const std::set<double>& cutPoints,
-                                              const std::vector<double>& counts,
-                                              int attributeIndex, int targetIndex,
-                                              unsigned int nDistinctValues, double totalWeight,
-                                              double totalWeightWithMissing, double minimum,
-                                              double maximum, double modelEntropy) {
+                                              const std::vector<double>& counts, int attributeIndex,
+                                              int targetIndex, unsigned int nDistinctValues,
+                                              double totalWeight, double totalWeightWithMissing,
+                                              double minimum, double maximum, double modelEntropy) {
   if (!IsPair(attributeIndex, targetIndex)) return MCStatus(120013, false);
   return MCBinning::Guard([&] {
     BINAttributeTargetResults record;

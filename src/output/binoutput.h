@@ -28,11 +28,13 @@ class MCBINNING_API BINOutput {
   // are not stored. A pair that is set again gets a second record, but lookups by pair
   // still find the first. Error 120013, and nothing stored, when an index is negative or
   // both are equal. The record's own status is not this call's result.
-  MCBinning::MCStatus SetAttributeTargetResults(
-      MCBinning::MCStatus status, const std::set<double>& cutPoints,
-      const std::vector<double>& counts, int attributeIndex, int targetIndex,
-      unsigned int nDistinctValues, double totalWeight, double totalWeightWithMissing,
-      double minimum, double maximum, double modelEntropy);
+  MCBinning::MCStatus SetAttributeTargetResults(MCBinning::MCStatus status,
+                                                const std::set<double>& cutPoints,
+                                                const std::vector<double>& counts,
+                                                int attributeIndex, int targetIndex,
+                                                unsigned int nDistinctValues, double totalWeight,
+                                                double totalWeightWithMissing, double minimum,
+                                                double maximum, double modelEntropy);
 
   // Replaces `out` by all records. Error 120020, `out` unchanged, when there is none.
   MCBinning::MCStatus GetAllCutPoints(std::vector<BINAttributeTargetResults>& out) const;

@@ -12,10 +12,10 @@ EFBINOutput::EFBINOutput() = default;
 EFBINOutput::~EFBINOutput() = default;
 
 MCStatus EFBINOutput::SetAttributeResults(MCStatus status, const std::vector<double>& cutPoints,
-                                          const std::vector<double>& binWeights,
-                                          int attributeIndex, unsigned int nDistinctValues,
-                                          double totalWeight, double totalWeightWithMissing,
-                                          double minimum, double maximum) {
+                                          const std::vector<double>& binWeights, int attributeIndex,
+                                          unsigned int nDistinctValues, double totalWeight,
+                                          double totalWeightWithMissing, double minimum,
+                                          double maximum) {
   if (attributeIndex < 0) return MCStatus(120011, false);
   return MCBinning::Guard([&] {
     BINAttributeResults record;

@@ -24,10 +24,10 @@ class MCBINNING_API EFBINOutput {
   // stored, when the index is negative. The record's own status is not this call's result.
   MCBinning::MCStatus SetAttributeResults(MCBinning::MCStatus status,
                                           const std::vector<double>& cutPoints,
-                                          const std::vector<double>& binWeights,
-                                          int attributeIndex, unsigned int nDistinctValues,
-                                          double totalWeight, double totalWeightWithMissing,
-                                          double minimum, double maximum);
+                                          const std::vector<double>& binWeights, int attributeIndex,
+                                          unsigned int nDistinctValues, double totalWeight,
+                                          double totalWeightWithMissing, double minimum,
+                                          double maximum);
 
   // Replaces `out` by all records. Error 120020, `out` unchanged, when there is none.
   MCBinning::MCStatus GetAllCutPoints(std::vector<BINAttributeResults>& out) const;
