@@ -88,7 +88,12 @@ ParsedNumber ParseNumber(std::string_view text) {
   return {NumberKind::kNumber, value};
 }
 
-std::string FormatNumber(double value) { return ToText(value == 0.0 ? 0.0 : value); }
+std::string FormatNumber(double value) {
+  constexpr double kExactWholes = 1e15;
+  const bool plainWhole = std::abs(value) < kExactWholes && value == std::trunc(value);
+  if (plainWhole) return std::to_string(static_cast<std::int64_t>(value));
+  return ToText(value);
+}
 
 std::string FormatFixed(double value, int decimals) {
   return ToText(value, std::chars_format::fixed, decimals);

@@ -22,7 +22,8 @@ ParsedNumber ParseNumber(std::string_view text);
 // The text without blanks and tabs at its ends.
 std::string_view TrimBlanks(std::string_view text);
 
-// The shortest text that reads back as the same double.
+// The shortest text that reads back as the same double; whole numbers below 1e15 without
+// an exponent.
 std::string FormatNumber(double value);
 
 // With a fixed number of decimals.

@@ -55,6 +55,8 @@ TEST(Number, ReadsTheNearestDouble) {
 TEST(Number, FormatsTheShortestText) {
   EXPECT_EQ(FormatNumber(0.1), "0.1");
   EXPECT_EQ(FormatNumber(-0.0), "0");
+  EXPECT_EQ(FormatNumber(-2e6), "-2000000");
+  EXPECT_EQ(FormatNumber(1e15), "1e+15");
   EXPECT_EQ(FormatNumber(5e-324), "5e-324");
   EXPECT_EQ(MCBin::FormatFixed(std::numeric_limits<double>::max(), 1).size(), 311u);
   EXPECT_EQ(MCBin::FormatShare(1.0 / 3.0), "33.3%");
