@@ -83,7 +83,7 @@ double RandomWeight(Dice& dice, int shape, reference::Rounding rounding) {
   if (shape == 0) return 1.0;
   if (shape == 1) return dice.Roll(12);
   if (shape == 2) return -1.0 + 5.0 * dice.Share();
-  return dice.OneIn(8) ? 1000.0 * dice.Share() : dice.Roll(9) / 2.0;
+  return dice.OneIn(8) ? 1e17 * dice.Share() : dice.Roll(9) / 2.0;
 }
 
 void AddMissing(Dice& dice, ScenarioVariable& variable) {
