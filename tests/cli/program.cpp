@@ -26,6 +26,10 @@ void Program::Write(const std::string& name, const std::string& content) const {
   std::ofstream(fDirectory.Path() + "/" + name, std::ios::binary) << content;
 }
 
+void Program::Link(const std::string& name, const std::string& target) const {
+  std::filesystem::create_directory_symlink(target, fDirectory.Path() + "/" + name);
+}
+
 std::string Program::Read(const std::string& name) const {
   return ReadFile(fDirectory.Path() + "/" + name);
 }

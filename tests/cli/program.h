@@ -20,6 +20,9 @@ class Program {
   // Writes a file into the directory, for the program to read.
   void Write(const std::string& name, const std::string& content) const;
 
+  // Makes a directory elsewhere reachable from it.
+  void Link(const std::string& name, const std::string& target) const;
+
   // The content of a file in the directory.
   std::string Read(const std::string& name) const;
 

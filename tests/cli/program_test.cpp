@@ -331,4 +331,25 @@ TEST(Help, BeginsWithExamplesOnStandardOutput) {
   EXPECT_EQ(program.Run({"--version"}).out.substr(0, 6), "mcbin ");
 }
 
+// What the guide shows is what the program prints; "..." stands for the rest.
+TEST(Guide, ShowsTheRealOutput) {
+  std::ifstream guide(MCBINNING_EXAMPLES_DIR "/../docs/command-line.md");
+  const Program program;
+  program.Link("examples", MCBINNING_EXAMPLES_DIR);
+  int commandsRun = 0;
+  for (std::string line; std::getline(guide, line);) {
+    const std::string prompt = "$ mcbin ";
+    if (line.rfind(prompt, 0) != 0 || line.find('|') != std::string::npos) continue;
+    std::istringstream command(line.substr(prompt.size()));
+    Words arguments;
+    for (std::string word; command >> word;) arguments.push_back(word);
+    std::string shown;
+    while (std::getline(guide, line) && line != "```" && line != "...") shown += line + "\n";
+    const std::string printed = program.Run(arguments).out;
+    EXPECT_EQ(line == "..." ? printed.substr(0, shown.size()) : printed, shown);
+    ++commandsRun;
+  }
+  EXPECT_EQ(commandsRun, 2);
+}
+
 }  // namespace
