@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <cmath>
 #include <fstream>
+#include <limits>
 #include <map>
 #include <memory>
 #include <sstream>
@@ -175,14 +178,17 @@ TEST_P(LargeInputTest, AgreesWithTheReference) {
   std::mt19937_64 random(TestSeed());
   const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
   std::vector<double> values;
-  std::vector<double> shuffled;
+  std::vector<double> neighbours;  // differ in their last bits only
+  std::vector<double> anyBits;
   std::vector<double> codes;
   std::vector<double> weights;
   for (int i = 0; i < input.cases; ++i) {
     const int level = below(input.distinct);
     const int segment = static_cast<int>(17.0 * level / input.distinct);
     values.push_back(level * 0.37 - 100.0);
-    shuffled.push_back(below(input.distinct) * 1e-3);
+    neighbours.push_back(1.0 + level * std::numeric_limits<double>::epsilon());
+    const double bits = std::bit_cast<double>(random());
+    anyBits.push_back(std::isfinite(bits) ? bits : level % 2 == 0 ? -0.0 : 0.0);
     codes.push_back(below(3) == 0 ? below(input.categories) : segment % input.categories);
     weights.push_back(below(50) * input.weightUnit);
   }
@@ -191,7 +197,8 @@ TEST_P(LargeInputTest, AgreesWithTheReference) {
     scenario.options = {closed, input.threshold, 1000, 0.5};
     scenario.Append(Categorical(codes, input.categories, IBINVariable::RoleTarget));
     scenario.Append(Continuous(values));
-    scenario.Append(Continuous(shuffled));
+    scenario.Append(Continuous(neighbours));
+    scenario.Append(Continuous(anyBits));
     std::sort(values.begin(), values.end());
     scenario.Append(Continuous(values));
     if (input.weightUnit > 0.0) scenario.Append(Weights(weights));
