@@ -21,7 +21,8 @@ class BINEFPreProcess;
 
 namespace MCBinning {
 class RunFrame;
-}
+class SplitSearch;
+}  // namespace MCBinning
 
 // Supervised binning: recursive partitioning by class entropy, stopped by the minimum
 // description length principle (Fayyad and Irani, "Multi-interval discretization of
@@ -112,8 +113,11 @@ class MCBINNING_API BINAlgorithm : public IBINAlgorithm {
   MCBinning::MCStatus PartitionTable(const std::vector<double>& boundaries,
                                      const std::vector<double>& table, std::set<double>& cuts,
                                      std::vector<double>& counts, double& modelEntropy) const;
+  bool HasCases(const std::vector<BINDataTuple>* tuples) const;
   void RemoveEdge(const std::vector<BINDataTuple>& tuples, std::vector<double>& cutPoints) const;
-  void CountBins(const std::vector<double>& boundaries, const std::vector<double>& table,
+  void SplitRows(const MCBinning::SplitSearch& search, const std::vector<double>& boundaries,
+                 int first, int last, std::set<double>& cuts) const;
+  void CountBins(const MCBinning::SplitSearch& search, const std::vector<double>& boundaries,
                  const std::set<double>& cuts, std::vector<double>& counts) const;
 
   unsigned long fNumCases;

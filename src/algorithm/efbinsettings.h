@@ -18,7 +18,7 @@ class MCBINNING_API EFBINSettings {
 
   // Told about progress; null for nobody. Stays the host's and must outlive its use.
   void SetProgressListener(ProgressListener* listener) { fProgressListener = listener; }
-  ProgressListener* GetProgressListener() const { return fProgressListener; }
+  ProgressListener* GetProgressListener() { return fProgressListener; }
 
   // With N, every (N + 1)-th attribute is reported. N >= 0; default 0.
   bool SetNSkippedAttReports(int count);

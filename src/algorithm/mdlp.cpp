@@ -49,7 +49,7 @@ void BINAlgorithm::ComputeModelEntropy(const std::vector<double>& counts,
 
 MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::set<double>& cuts,
                             std::vector<double>& counts, double& modelEntropy) const {
-  if (!fDataSet || tuples == nullptr || fNumCases == 0) return MCStatus(120002, false);
+  if (!HasCases(tuples)) return MCStatus(120002, false);
   std::vector<double> boundaries;
   std::vector<double> table;
   const MCStatus status = fDataSet->CreateDistinctBinTable(fRightBorderClosed, boundaries, table);
@@ -60,7 +60,7 @@ MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::set<do
 MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::vector<double>& cutPoints,
                             std::set<double>& cuts, std::vector<double>& counts,
                             double& modelEntropy) const {
-  if (!fDataSet || tuples == nullptr || fNumCases == 0) return MCStatus(120002, false);
+  if (!HasCases(tuples)) return MCStatus(120002, false);
   RemoveEdge(*tuples, cutPoints);
   std::vector<double> boundaries;
   boundaries.reserve(cutPoints.size() + 2);
@@ -83,17 +83,19 @@ MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::vector
 MCStatus BINAlgorithm::PartitionTable(const std::vector<double>& boundaries,
                                       const std::vector<double>& table, std::set<double>& cuts,
                                       std::vector<double>& counts, double& modelEntropy) const {
-  const int rowCount = static_cast<int>(boundaries.size());
-  MCStatus result = MDLPCut(&boundaries, &table, 0, rowCount - 1, cuts);
-  if (cuts.empty()) result = MCStatus(120017, true);
-  if (result.IsError()) return result;
-
-  CountBins(boundaries, table, cuts, counts);
+  const MCBinning::SplitSearch search(table, fNumTargetCategories, fRightBorderClosed);
+  SplitRows(search, boundaries, 0, static_cast<int>(boundaries.size()) - 1, cuts);
+  CountBins(search, boundaries, cuts, counts);
   if (fSettings.GetSmallBinDetectionThreshold() > 0.0 && cuts.size() >= 2) {
     ProcessLittleBins(&counts, cuts);
   }
   ComputeModelEntropy(counts, modelEntropy);
-  return result;
+  return cuts.empty() ? MCStatus(120017, true) : MCStatus();
+}
+
+// Whether a pair was run, and the tuples can be its own.
+bool BINAlgorithm::HasCases(const std::vector<BINDataTuple>* tuples) const {
+  return fDataSet && tuples != nullptr && fNumCases > 0 && tuples->size() >= fNumCases;
 }
 
 // The candidate at the edge of the values separates nothing.
@@ -117,6 +119,15 @@ MCStatus BINAlgorithm::MDLPCut(const std::vector<double>* boundaries,
   }
 
   const MCBinning::SplitSearch search(*binTable, categoryCount, fRightBorderClosed);
+  SplitRows(search, *boundaries, first, last, cuts);
+  return MCStatus();
+}
+
+// Recursive, with the intervals that wait on a stack of its own.
+void BINAlgorithm::SplitRows(const MCBinning::SplitSearch& search,
+                             const std::vector<double>& boundaries, int first, int last,
+                             std::set<double>& cuts) const {
+  const std::size_t categoryCount = fNumTargetCategories;
   std::vector<double> left(categoryCount + 1);
   std::vector<double> right(categoryCount + 1);
   std::vector<std::pair<int, int>> intervals{{first, last}};
@@ -134,14 +145,13 @@ MCStatus BINAlgorithm::MDLPCut(const std::vector<double>* boundaries,
     const double delta = ComputeDelta(&left, &right, entropy);
     if (!(gain > Log2(weight - 1.0) / weight + delta / weight)) continue;
 
-    cuts.insert((*boundaries)[static_cast<std::size_t>(best)]);
+    cuts.insert(boundaries[static_cast<std::size_t>(best)]);
     const int split = fRightBorderClosed ? best : best - 1;
     // At a weight of 1 a split can be accepted that leaves one part as large as before: to
     // look at that again would go on for ever.
     if (split + 1 > from) intervals.emplace_back(split + 1, to);
     if (split < to) intervals.emplace_back(from, split);
   }
-  return MCStatus();
 }
 
 int BINAlgorithm::FindBestCutPoint(const std::vector<double>* binTable, int first, int last,
@@ -150,26 +160,22 @@ int BINAlgorithm::FindBestCutPoint(const std::vector<double>* binTable, int firs
   return search.FindBest(first, last, *left, *right);
 }
 
-// Both walk upwards, so each row is looked at once.
-void BINAlgorithm::CountBins(const std::vector<double>& boundaries,
-                             const std::vector<double>& table, const std::set<double>& cuts,
+void BINAlgorithm::CountBins(const MCBinning::SplitSearch& search,
+                             const std::vector<double>& boundaries, const std::set<double>& cuts,
                              std::vector<double>& counts) const {
-  const std::size_t categoryCount = fNumTargetCategories;
-  counts.assign((categoryCount + 1) * (cuts.size() + 1), 0.0);
-  double* bin = counts.data();
-  auto cut = cuts.begin();
-  for (std::size_t row = 0; row < boundaries.size(); ++row) {
-    const bool isAtCut = cut != cuts.end() && boundaries[row] == *cut;
-    if (isAtCut && !fRightBorderClosed) bin += categoryCount + 1;
-    for (std::size_t category = 0; category < categoryCount; ++category) {
-      bin[category + 1] += table[row * categoryCount + category];
-    }
-    if (isAtCut && fRightBorderClosed) bin += categoryCount + 1;
-    if (isAtCut) ++cut;
+  const int rowCount = static_cast<int>(boundaries.size());
+  std::vector<double> bin(std::size_t{fNumTargetCategories} + 1);
+  counts.reserve(bin.size() * (cuts.size() + 1));
+  int first = 0;
+  const auto countUpTo = [&](int end) {
+    search.SumRows(first, end - 1, bin);
+    counts.insert(counts.end(), bin.begin(), bin.end());
+    first = end;
+  };
+  for (const double cut : cuts) {
+    const auto row = std::find(boundaries.begin() + first, boundaries.end(), cut);
+    const int cutRow = static_cast<int>(row - boundaries.begin());
+    countUpTo(std::min(fRightBorderClosed ? cutRow + 1 : cutRow, rowCount));
   }
-  for (std::size_t first = 0; first < counts.size(); first += categoryCount + 1) {
-    for (std::size_t category = 1; category <= categoryCount; ++category) {
-      counts[first] += counts[first + category];
-    }
-  }
+  countUpTo(rowCount);
 }

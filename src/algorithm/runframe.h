@@ -102,7 +102,7 @@ class RunFrame {
     if (algorithm.fPreparator) return MCStatus();
     if (!records.HasMore()) return MCStatus(120004, false);
 
-    const auto& settings = algorithm.fSettings;
+    auto& settings = algorithm.fSettings;
     auto preparator = std::make_unique<BINDataPreparator>(
         algorithm.fVarList, algorithm.fCancel, settings.GetTempDirName(),
         settings.GetProgressListener(), settings.GetNSkippedCasesReports());

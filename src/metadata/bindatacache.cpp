@@ -50,6 +50,18 @@ bool BINDataCache::AddElem(int row, double value) {
   return true;
 }
 
+void BINDataCache::AddToRows(const std::vector<int>& rows, const double* values) {
+  const auto cols = static_cast<std::size_t>(fCols);
+  double* const data = fData.data();
+  int* const rowSizes = fRowSizes.data();
+  for (const int row : rows) {
+    const auto position = static_cast<std::size_t>(row);
+    const int rowSize = rowSizes[position]++;
+    data[position * cols + static_cast<std::size_t>(rowSize)] = values[position];
+    if (rowSize + 1 == fCols) fStatus = CacheFull;
+  }
+}
+
 bool BINDataCache::GetRow(int row, std::vector<double>& out) const {
   if (!HasRow(row)) return false;
   const double* const first = GetRowPtr(row);

@@ -28,7 +28,7 @@ class MCBINNING_API BINDataCache {
   void SetStatus(CacheStatus status) { fStatus = status; }
 
   // True when some row is full: the cache is ready to be written out.
-  bool IsAvailable() const { return fStatus == CacheFull; }
+  bool IsAvailable() { return fStatus == CacheFull; }
 
   int GetNRows() const { return fRows; }
   int GetNCols() const { return fCols; }
@@ -38,6 +38,9 @@ class MCBINNING_API BINDataCache {
 
   // Appends to the row; refused when it is full already: flush once IsAvailable().
   bool AddElem(int row, double value);
+
+  // Appends values[row] to each of `rows`, in one go. Requires rows that exist and are not full.
+  void AddToRows(const std::vector<int>& rows, const double* values);
 
   // Whole rows and columns, whatever their fill count. The getters resize `out`; the setters
   // refuse a vector of another length.

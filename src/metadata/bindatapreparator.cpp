@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <limits>
+#include <numeric>
 #include <utility>
 
 #include "common/bincancelinfo.h"
@@ -89,6 +90,8 @@ BINDataPreparator::BINDataPreparator(BINVarList& variables, BINCancelInfo& cance
   fUsable.assign(fileCount, true);
   fHasStopped.assign(fileCount, false);
   fSlots.assign(fileCount, 0.0);
+  fOpenFiles.resize(fOrigRecSize);
+  std::iota(fOpenFiles.begin(), fOpenFiles.end(), 0);
   for (int index = 0; index < variables.Size(); ++index) MapVariable(index);
 }
 
@@ -188,13 +191,13 @@ MCStatus BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
 }
 
 MCStatus BINDataPreparator::ProcessRecord(const MCCommon::Record& in, MCCommon::Record& out) {
+  std::fill(fSlots.begin(), fSlots.end(), 0.0);
   const MCStatus status = PrepareRecord(in);
   for (std::size_t file = 0; file < fProcRecSize; ++file) out[file] = fSlots[file];
   return status;
 }
 
 MCStatus BINDataPreparator::PrepareRecord(const MCCommon::Record& in) {
-  std::fill(fSlots.begin(), fSlots.end(), 0.0);
   fSkipRecord = false;
   if (fWeightEncoder != nullptr) {
     const double weight = fWeightEncoder->Encode(in[static_cast<std::size_t>(fWeightPosition)]);
@@ -240,6 +243,7 @@ bool BINDataPreparator::StoreCategory(double value, std::size_t file) {
   if (!MCBinning::IsCategoryCode(code)) {
     fUsable[file] = false;
     fHasStopped[file] = true;
+    std::erase(fOpenFiles, static_cast<int>(file));
     return false;
   }
   fSlots[file] = value;
@@ -248,9 +252,7 @@ bool BINDataPreparator::StoreCategory(double value, std::size_t file) {
 }
 
 MCStatus BINDataPreparator::StoreRecord() {
-  for (std::size_t file = 0; file < fOrigRecSize; ++file) {
-    if (fUsable[file]) fCache.AddElem(static_cast<int>(file), fSlots[file]);
-  }
+  fCache.AddToRows(fOpenFiles, fSlots.data());
   if (fCache.IsAvailable()) {
     const MCStatus status = TransferData();
     if (status.IsError()) return status;
@@ -273,7 +275,7 @@ void BINDataPreparator::MarkUndeclaredCategories() {
   }
 }
 
-MCStatus BINDataPreparator::IsValidTarget(int file, bool& valid) const {
+MCStatus BINDataPreparator::IsValidTarget(int file, bool& valid) {
   if (file < 0 || static_cast<unsigned int>(file) >= fOrigRecSize) return MCStatus(120013, false);
   valid = fUsable[static_cast<std::size_t>(file)];
   return MCStatus();

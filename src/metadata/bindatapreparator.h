@@ -60,7 +60,7 @@ class MCBINNING_API BINDataPreparator {
 
   // Whether the variable at a file position can be a target. Error 120013, `valid`
   // unchanged, for a position out of range.
-  MCBinning::MCStatus IsValidTarget(int file, bool& valid) const;
+  MCBinning::MCStatus IsValidTarget(int file, bool& valid);
 
   // Sizes the cache and chooses a free file name for every variable; removes the files of an
   // earlier call. Errors: 3, and 1 when cancelled while a name is sought.
@@ -149,6 +149,7 @@ class MCBINNING_API BINDataPreparator {
   std::vector<Column> fColumns;  // the attributes, in file order
   std::vector<double> fSlots;    // the prepared record, by file position
   std::vector<bool> fHasStopped;
+  std::vector<int> fOpenFiles;  // positions of the files that still take values
   std::vector<MCBinning::TempFile> fFiles;
   unsigned long fNameCounter;
 };

@@ -212,6 +212,7 @@ MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Tuple>& tuples) {
   fTotalWeight = 0.0;
   fTotalWeightWithMissing = 0.0;
   tuples.clear();
+  if (!kHasTarget && fTuples) fTuples->clear();  // no longer those of the attribute loaded last
   if (!fPreparator.HasAnyFile()) return MCStatus();
 
   const MCStatus notWhole(120021, false);
@@ -250,7 +251,7 @@ MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Tuple>& tuples) {
   fNumCases = static_cast<unsigned int>(collector.GetCount());
   fTotalWeight = collector.GetTotalWeight();
   fTotalWeightWithMissing = collector.GetTotalWeightWithMissing();
-  fLargestTarget = collector.GetLargestTarget();
+  if (kHasTarget) fLargestTarget = collector.GetLargestTarget();
   return MCStatus();
 }
 
@@ -271,8 +272,7 @@ MCStatus BINDataSet::CreateBinTable(const std::vector<double>* cutPoints, bool r
     const auto isAbove = [&](double value) {
       return rightBorderClosed ? !(value <= *upper) : !(value < *upper);
     };
-    for (std::size_t i = 0; i < fNumCases; ++i) {
-      const BINDataTuple& tuple = (*fTuples)[i];
+    for (const BINDataTuple& tuple : *fTuples) {
       while (isAbove(tuple.value)) {
         bin += categoryCount;
         if (++upper == beyondLast) return misfit;
@@ -289,7 +289,8 @@ MCStatus BINDataSet::CreateDistinctBinTable(bool rightBorderClosed, std::vector<
                                             std::vector<double>& table) {
   const MCStatus misfit(120002, true);
   const std::size_t categoryCount = fNumTargetCategories;
-  if (!fTuples || fNumCases == 0 || fLargestTarget >= categoryCount) return misfit;
+  if (!fTuples || fTuples->empty() || fNumDistinctValues == 0) return misfit;
+  if (fLargestTarget >= categoryCount) return misfit;
   // Nothing lies above the last value, and a NaN comes last.
   const double last = fTuples->back().value;
   if (rightBorderClosed ? !(last <= DBL_MAX) : !(last < DBL_MAX)) return misfit;
@@ -315,7 +316,7 @@ MCStatus BINDataSet::CreateDistinctBinTable(bool rightBorderClosed, std::vector<
   });
 }
 
-MCStatus BINDataSet::IsValidTarget(int target, bool& valid) const {
+MCStatus BINDataSet::IsValidTarget(int target, bool& valid) {
   if (target < 0) return MCStatus(120010, false);
   return fPreparator.IsValidTarget(GetFile(static_cast<unsigned int>(target)), valid);
 }

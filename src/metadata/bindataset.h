@@ -78,7 +78,7 @@ class MCBINNING_API BINDataSet {
 
   // Whether a variable can be a target. Error 120010 for a negative index, 120013 beyond the
   // list.
-  MCBinning::MCStatus IsValidTarget(int target, bool& valid) const;
+  MCBinning::MCStatus IsValidTarget(int target, bool& valid);
 
   // More distinct values than this make NeedPreprocess() true; 0 changes nothing.
   void SetThresholdDistinct(unsigned int threshold);

@@ -21,11 +21,12 @@ namespace MCBinning {
 template <typename Case>
 class TupleSorter {
  public:
-  // Sorts `cases`. Needs as much memory again, kept for the next call.
+  // Sorts `cases`. Needs as much memory again, kept for the next call unless it is much.
   void Sort(std::vector<Case>& cases) {
-    if (IsSorted(cases)) return;
+    const Order order = LookAt(cases.data(), cases.size());
+    if (order.isSorted) return;
     fScratch.resize(cases.size());
-    if (SortRange(cases.data(), fScratch.data(), cases.size())) cases.swap(fScratch);
+    if (SortRange(cases.data(), fScratch.data(), cases.size(), order)) cases.swap(fScratch);
     if (fScratch.size() * sizeof(Case) > kLargestKeptBuffer) std::vector<Case>().swap(fScratch);
   }
 
@@ -57,20 +58,33 @@ class TupleSorter {
 
   static bool IsLess(const Case& a, const Case& b) { return KeyOf(a) < KeyOf(b); }
 
-  static bool IsSorted(const std::vector<Case>& cases) {
-    return std::is_sorted(cases.begin(), cases.end(), IsLess);
+  struct Order {
+    bool isSorted;
+    Key differing;  // the bits in which not all keys agree
+  };
+
+  // One pass without branches.
+  static Order LookAt(const Case* cases, std::size_t count) {
+    Order order{true, 0};
+    if (count == 0) return order;
+    const Key firstKey = KeyOf(cases[0]);
+    Key previous = firstKey;
+    for (std::size_t i = 1; i < count; ++i) {
+      const Key key = KeyOf(cases[i]);
+      order.isSorted = order.isSorted & (previous <= key);
+      order.differing |= key ^ firstKey;
+      previous = key;
+    }
+    return order;
   }
 
   // Returns whether the sorted cases are in `scratch` now.
-  static bool SortRange(Case* cases, Case* scratch, std::size_t count) {
+  static bool SortRange(Case* cases, Case* scratch, std::size_t count, const Order& order) {
     if (count < kSmallCount) {
       std::stable_sort(cases, cases + count, IsLess);
       return false;
     }
-    const Key firstKey = KeyOf(cases[0]);
-    Key differing = 0;
-    for (std::size_t i = 1; i < count; ++i) differing |= KeyOf(cases[i]) ^ firstKey;
-    const int highBits = static_cast<int>(std::bit_width(differing));
+    const int highBits = static_cast<int>(std::bit_width(order.differing));
     const int lowBits = std::max(0, highBits - kMostDigits * kDigitBits);
     const bool isInScratch = SortByDigits(cases, scratch, count, lowBits, highBits);
     if (lowBits > 0) {
@@ -123,7 +137,8 @@ class TupleSorter {
         InsertionSort(cases + first, last - first);
       } else {
         const std::size_t runLength = last - first;
-        if (SortRange(cases + first, scratch, runLength)) {
+        const Order order = LookAt(cases + first, runLength);
+        if (SortRange(cases + first, scratch, runLength, order)) {
           std::copy_n(scratch, runLength, cases + first);
         }
       }
