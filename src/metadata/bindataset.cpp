@@ -2,85 +2,46 @@
 
 #include <algorithm>
 #include <cfloat>
-#include <cstdint>
-#include <type_traits>
 
 #include "common/displayframe.h"
 #include "common/guard.h"
 #include "common/missing.h"
 #include "metadata/bindatapreparator.h"
 #include "metadata/binvarlist.h"
-#include "metadata/casesorter.h"
-#include "metadata/categorycode.h"
+#include "metadata/casebuffers.h"
+#include "metadata/casecollector.h"
 
 using MCBinning::BinaryRecordIterator;
 using MCBinning::MCStatus;
 
 namespace {
 
-// Collects the valid cases of the files that are read in step, and their weights.
-template <typename Tuple>
-class CaseCollector {
- public:
-  static constexpr bool kHasTarget = std::is_same_v<Tuple, BINDataTuple>;
-
-  // Requires room for every case to come.
-  explicit CaseCollector(Tuple* tuples) : fTuples(tuples), fMissing(MCMV::Missing()) {}
-
-  // The next cases. `targets` is not looked at for tuples without one.
-  void Add(const double* targets, const double* values, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) Store(targets, values, i, 1.0);
-    // The sum of ones, without adding them up.
-    fTotalWeightWithMissing += static_cast<double>(count);
-    fTotalWeight = static_cast<double>(fCount);
-  }
-
-  void Add(const double* targets, const double* weights, const double* values, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) {
-      const double weight = weights[i];
-      if (weight == fMissing) continue;
-      fTotalWeightWithMissing += weight;
-      if (Store(targets, values, i, weight)) fTotalWeight += weight;
-    }
-  }
-
-  std::size_t GetCount() const { return fCount; }
-  double GetTotalWeight() const { return fTotalWeight; }
-  double GetTotalWeightWithMissing() const { return fTotalWeightWithMissing; }
-  unsigned int GetLargestTarget() const { return fLargestTarget; }
-
- private:
-  // Writes the case to the next free entry, which stays free when the case is not valid.
-  bool Store(const double* targets, const double* values, std::size_t i, double weight) {
-    const double value = values[i];
-    bool isValid = value != fMissing;
-    if constexpr (kHasTarget) {
-      // Every stored code lies in 0 .. 255, unless the host has given the missing value
-      // another meaning since: what no int can hold is missing still.
-      const int code = MCBinning::ToCategoryCode(targets[i]);
-      isValid = isValid && targets[i] != fMissing && code != MCBinning::kLargestCategoryCode + 1;
-      const auto target = static_cast<std::uint8_t>(code);
-      fTuples[fCount] = {value, target, weight};
-      if (isValid) fLargestTarget = std::max<unsigned int>(fLargestTarget, target);
-    } else {
-      fTuples[fCount] = {value, weight};
-    }
-    fCount += isValid ? 1 : 0;
-    return isValid;
-  }
-
-  Tuple* const fTuples;
-  const double fMissing;
-  std::size_t fCount = 0;
-  double fTotalWeight = 0.0;
-  double fTotalWeightWithMissing = 0.0;
-  unsigned int fLargestTarget = 0;
-};
-
 // The block of a file read in step with another, or null when it is not as long.
 const double* NextInStep(BinaryRecordIterator& iterator, std::size_t count) {
   const BinaryRecordIterator::Block block = iterator.NextBlock();
   return block.count == count ? block.values : nullptr;
+}
+
+// Of sorted cases.
+template <typename Tuple>
+unsigned int CountDistinct(const std::vector<Tuple>& tuples) {
+  unsigned int count = tuples.empty() ? 0 : 1;
+  for (std::size_t i = 1; i < tuples.size(); ++i) {
+    if (tuples[i].value != tuples[i - 1].value) ++count;
+  }
+  return count;
+}
+
+// Gives sorted cases the weight 1. Returns how many distinct values they have.
+template <typename Case, typename Tuple>
+unsigned int MakeTuples(const std::vector<Case>& cases, std::vector<Tuple>& tuples) {
+  tuples.resize(cases.size());
+  unsigned int count = cases.empty() ? 0 : 1;
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    tuples[i] = MCBinning::ToTuple(cases[i]);
+    if (i > 0 && tuples[i].value != tuples[i - 1].value) ++count;
+  }
+  return count;
 }
 
 }  // namespace
@@ -105,7 +66,7 @@ BINDataSet::BINDataSet(MCCommon::RecordIterator& records, BINDataPreparator& pre
       fMinimum(MCMV::Missing()),
       fMaximum(MCMV::Missing()),
       fLargestTarget(0),
-      fSorter(std::make_unique<MCBinning::CaseSorter>()) {}
+      fBuffers(std::make_unique<MCBinning::CaseBuffers>()) {}
 
 BINDataSet::~BINDataSet() = default;
 
@@ -181,44 +142,60 @@ MCStatus BINDataSet::GetAttribute(unsigned int attribute, std::vector<EFBINDataT
 
 template <typename Tuple>
 MCStatus BINDataSet::LoadSorted(unsigned int attribute, std::vector<Tuple>& tuples) {
-  fMinimum = fMaximum = MCMV::Missing();
-  const MCStatus status = ReadCases(static_cast<unsigned int>(GetFile(attribute)), tuples);
-  if (!status.IsOK() || tuples.empty()) return status;
-
-  fSorter->Sort(tuples);
-  fMinimum = tuples.front().value;
-  fMaximum = tuples.back().value;
-  fNumDistinctValues = 1;
-  for (std::size_t i = 1; i < tuples.size(); ++i) {
-    if (tuples[i].value != tuples[i - 1].value) ++fNumDistinctValues;
+  const auto file = static_cast<unsigned int>(GetFile(attribute));
+  MCStatus status;
+  if (fHasWeight) {
+    status = ReadCases(file, tuples);
+    if (status.IsOK()) {
+      fBuffers->Sort(tuples);
+      fNumDistinctValues = CountDistinct(tuples);
+    }
+  } else {
+    auto& cases = fBuffers->GetUnweighted(tuples);
+    status = ReadCases(file, cases);
+    if (status.IsOK()) {
+      fBuffers->Sort(cases);
+      fNumDistinctValues = MakeTuples(cases, tuples);
+    }
   }
+  if (!status.IsOK()) tuples.clear();
+  fMinimum = tuples.empty() ? MCMV::Missing() : tuples.front().value;
+  fMaximum = tuples.empty() ? MCMV::Missing() : tuples.back().value;
   return status;
 }
 
 MCStatus BINDataSet::ReadNextAttribute(unsigned int file) {
   return MCBinning::Guard([&]() -> MCStatus {
     if (file >= fFileNames.size()) return MCStatus(120011, false);
-    if (fTuples) return ReadCases(file, *fTuples);
+    const auto read = [&](auto& tuples) {
+      const MCStatus status = ReadCases(file, tuples);
+      if (!status.IsOK()) tuples.clear();
+      return status;
+    };
+    if (fTuples) return read(*fTuples);
     if (!fEFTuples) fEFTuples = std::make_unique<std::vector<EFBINDataTuple>>();
-    return ReadCases(file, *fEFTuples);
+    return read(*fEFTuples);
   });
 }
 
-template <typename Tuple>
-MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Tuple>& tuples) {
-  constexpr bool kHasTarget = CaseCollector<Tuple>::kHasTarget;
+template <typename Case>
+MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Case>& cases) {
+  using Collector = MCBinning::CaseCollector<Case>;
   fNumCases = 0;
   fNumDistinctValues = 0;
   fTotalWeight = 0.0;
   fTotalWeightWithMissing = 0.0;
-  tuples.clear();
-  if (!kHasTarget && fTuples) fTuples->clear();  // no longer those of the attribute loaded last
-  if (!fPreparator.HasAnyFile()) return MCStatus();
+  // The supervised tuples are those of the attribute loaded last, or none.
+  if (!Collector::kHasTarget && fTuples) fTuples->clear();
+  if (!fPreparator.HasAnyFile()) {
+    cases.clear();
+    return MCStatus();
+  }
 
   const MCStatus notWhole(120021, false);
   const auto values = std::make_unique<BinaryRecordIterator>(GetFileName(static_cast<int>(file)));
   if (!IsWhole(static_cast<int>(file), values)) return notWhole;
-  if (kHasTarget) {
+  if (Collector::kHasTarget) {
     if (!IsWhole(static_cast<int>(fTargetFile), fTargetIterator)) return notWhole;
     fTargetIterator->NewPass();
   }
@@ -227,31 +204,25 @@ MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Tuple>& tuples) {
     fWeightIterator->NewPass();
   }
 
-  tuples.resize(fPreparator.GetAllvarNumOfCases());
-  CaseCollector<Tuple> collector(tuples.data());
+  cases.resize(fPreparator.GetAllvarNumOfCases());
+  Collector collector(cases.data());
   std::size_t casesRead = 0;
   while (values->HasMore()) {
     const BinaryRecordIterator::Block block = values->NextBlock();
-    const double* const targets = kHasTarget ? NextInStep(*fTargetIterator, block.count) : nullptr;
+    const double* const targets =
+        Collector::kHasTarget ? NextInStep(*fTargetIterator, block.count) : nullptr;
     const double* const weights = fHasWeight ? NextInStep(*fWeightIterator, block.count) : nullptr;
-    if ((kHasTarget && targets == nullptr) || (fHasWeight && weights == nullptr)) break;
+    if ((Collector::kHasTarget && targets == nullptr) || (fHasWeight && weights == nullptr)) break;
     casesRead += block.count;
-    if (fHasWeight) {
-      collector.Add(targets, weights, block.values, block.count);
-    } else {
-      collector.Add(targets, block.values, block.count);
-    }
+    collector.Add(targets, weights, block.values, block.count);
   }
-  if (casesRead != tuples.size()) {  // a read failed half-way
-    tuples.clear();
-    return notWhole;
-  }
+  if (casesRead != cases.size()) return notWhole;  // a read failed half-way
 
-  tuples.resize(collector.GetCount());
+  cases.resize(collector.GetCount());
   fNumCases = static_cast<unsigned int>(collector.GetCount());
   fTotalWeight = collector.GetTotalWeight();
   fTotalWeightWithMissing = collector.GetTotalWeightWithMissing();
-  if (kHasTarget) fLargestTarget = collector.GetLargestTarget();
+  if (Collector::kHasTarget) fLargestTarget = collector.GetLargestTarget();
   return MCStatus();
 }
 

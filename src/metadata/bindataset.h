@@ -16,7 +16,7 @@
 class BINDataPreparator;
 
 namespace MCBinning {
-class CaseSorter;
+class CaseBuffers;
 }
 
 // Serves one attribute at a time: its valid cases sorted by value, their totals, and bin
@@ -108,9 +108,9 @@ class MCBINNING_API BINDataSet {
   bool IsWhole(int file, const FileIterator& iterator) const;
   MCBinning::MCStatus CheckAttribute(unsigned int attribute) const;
 
-  // The cases of one file, against the target's or without one.
-  template <typename Tuple>
-  MCBinning::MCStatus ReadCases(unsigned int file, std::vector<Tuple>& tuples);
+  // The valid cases of one file, against the target's or without one, in record order.
+  template <typename Case>
+  MCBinning::MCStatus ReadCases(unsigned int file, std::vector<Case>& cases);
   template <typename Tuple>
   MCBinning::MCStatus LoadSorted(unsigned int attribute, std::vector<Tuple>& tuples);
 
@@ -139,5 +139,5 @@ class MCBINNING_API BINDataSet {
   double fMaximum;
 
   unsigned int fLargestTarget;  // the largest target code among the loaded cases
-  std::unique_ptr<MCBinning::CaseSorter> fSorter;
+  std::unique_ptr<MCBinning::CaseBuffers> fBuffers;
 };

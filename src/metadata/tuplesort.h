@@ -38,14 +38,14 @@ class TupleSorter {
   static constexpr std::size_t kBucketCount = std::size_t{1} << kDigitBits;
   static constexpr std::size_t kSmallCount = 256;  // below, comparing is faster
   static constexpr std::size_t kShortRun = 24;     // below, inserting is faster
-  static constexpr std::size_t kLargestKeptBuffer = std::size_t{64} << 20;  // bytes
+  static constexpr std::size_t kLargestKeptBuffer = std::size_t{32} << 20;  // bytes
 
   using Histogram = std::array<std::uint32_t, kBucketCount>;
 
-  static double ValueOf(double value) { return value; }
+  static double ValueOf(double item) { return item; }
   template <typename Tuple>
-  static double ValueOf(const Tuple& tuple) {
-    return tuple.value;
+  static double ValueOf(const Tuple& item) {
+    return item.value;
   }
 
   // Ascends with the value; the same for -0.0 and 0.0, and for all NaN.
