@@ -1,0 +1,33 @@
+// A host as small as can be: which ages buy?
+
+#include <mcbinning/mcbinning.h>
+
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+int main() {
+  // begin readme
+  BINVarList variables;
+  const int age = variables.AddContVar("age", "", IBINVariable::RoleAttribute);
+  const int buys = variables.AddCatVar("buys", "", std::vector<std::string>{"no", "yes"},
+                                       IBINVariable::RoleTarget);
+  MCCommon::InMemoryRecordIterator records;  // or a MCCommon::RecordIterator of your own
+  for (int i = 18; i < 78; ++i) records.Add({1.0 * i, i >= 30 && i < 46 ? 1.0 : 0.0});
+
+  BINSettings settings;
+  settings.SetNumberOfBins(1000);
+  BINFactory factory;
+  const std::unique_ptr<IBINAlgorithm> binning(factory.CreateBINAlgorithm(settings, variables));
+  if (!binning || binning->CreateBins(records, nullptr, nullptr).IsError()) return 1;
+
+  BINAttributeTargetResults results;
+  binning->GetBinningResults().GetAttributeTargetCutPoints(age, buys, results);
+  for (const double cutPoint : results.GetCutPoints()) std::cout << "cut at " << cutPoint << '\n';
+  for (const std::vector<double>& bin : results.GetCellCounts()) {
+    std::cout << bin[0] << " people: " << bin[1] << " do not buy, " << bin[2] << " do\n";
+  }
+  // end readme
+  return results.GetStatus().IsOK() ? 0 : 1;
+}
