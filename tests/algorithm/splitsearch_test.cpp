@@ -1,0 +1,187 @@
+// The block search against the plain scan, bit by bit.
+
+#include "algorithm/splitsearch.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "support/reference.h"
+#include "support/rowname.h"
+#include "support/scenario.h"
+
+namespace {
+
+using Random = std::mt19937_64;
+using Table = std::vector<double>;
+
+std::vector<std::uint64_t> BitsOf(const std::vector<double>& values) {
+  std::vector<std::uint64_t> bits;
+  for (const double value : values) {
+    bits.push_back(std::isnan(value) ? 0 : std::bit_cast<std::uint64_t>(value) + 1);
+  }
+  return bits;
+}
+
+double Whole(Random& random, int most) {
+  return static_cast<double>(std::uniform_int_distribution<int>(0, most)(random));
+}
+
+// Fills `weight(row, category)` into a table.
+template <typename Weight>
+Table Fill(std::size_t rows, std::size_t categories, Weight weight) {
+  Table table;
+  for (std::size_t row = 0; row < rows; ++row) {
+    for (std::size_t category = 0; category < categories; ++category) {
+      table.push_back(weight(row, category));
+    }
+  }
+  return table;
+}
+
+// One case a row: the category drifts from the first to the last as `drift` goes from 0 to 1.
+Table OneCaseARow(Random& random, std::size_t rows, std::size_t categories, double drift) {
+  std::size_t chosen = 0;
+  return Fill(rows, categories, [&](std::size_t row, std::size_t category) {
+    if (category == 0) {
+      const double position = static_cast<double>(row * categories) / static_cast<double>(rows);
+      const bool follows = std::bernoulli_distribution(drift)(random);
+      chosen = follows ? static_cast<std::size_t>(position) : random() % categories;
+    }
+    return category == chosen ? 1.0 : 0.0;
+  });
+}
+
+struct Shape {
+  const char* name;
+  Table (*make)(Random& random, std::size_t rows, std::size_t categories);
+};
+
+const Shape kShapes[] = {
+    {"Noise", [](Random& random, std::size_t rows,
+                 std::size_t categories) { return OneCaseARow(random, rows, categories, 0.0); }},
+    {"HalfSeparated",
+     [](Random& random, std::size_t rows, std::size_t categories) {
+       return OneCaseARow(random, rows, categories, 0.5);
+     }},
+    {"Separated",
+     [](Random& random, std::size_t rows, std::size_t categories) {
+       return OneCaseARow(random, rows, categories, 1.0);
+     }},
+    {"Counts",
+     [](Random& random, std::size_t rows, std::size_t categories) {
+       return Fill(rows, categories, [&](std::size_t, std::size_t) { return Whole(random, 3); });
+     }},
+    {"Plateaus",
+     [](Random&, std::size_t rows, std::size_t categories) {
+       return Fill(rows, categories, [&](std::size_t row, std::size_t category) {
+         return row % categories == category ? 1.0 : 0.0;
+       });
+     }},
+    {"MirroredTies",
+     [](Random&, std::size_t rows, std::size_t categories) {
+       return Fill(rows, categories, [&](std::size_t row, std::size_t category) {
+         const bool isMiddle = row >= rows / 4 && row < rows - rows / 4;
+         return category == (isMiddle ? 1 % categories : 0) ? 1.0 : 0.0;
+       });
+     }},
+    {"OneCategory",
+     [](Random&, std::size_t rows, std::size_t categories) {
+       return Fill(rows, categories,
+                   [](std::size_t, std::size_t category) { return category == 0 ? 2.0 : 0.0; });
+     }},
+    {"MostlyEmpty",
+     [](Random& random, std::size_t rows, std::size_t categories) {
+       return Fill(rows, categories, [&](std::size_t, std::size_t) {
+         return random() % 500 == 0 ? Whole(random, 4) : 0.0;
+       });
+     }},
+    {"AllEmpty", [](Random&, std::size_t rows,
+                    std::size_t categories) { return Table(rows * categories, 0.0); }},
+    {"Fractions",
+     [](Random& random, std::size_t rows, std::size_t categories) {
+       return Fill(rows, categories,
+                   [&](std::size_t, std::size_t) { return Whole(random, 9) / 10.0; });
+     }},
+    {"LastRowOfAFraction",
+     [](Random& random, std::size_t rows, std::size_t categories) {
+       Table table = OneCaseARow(random, rows, categories, 0.5);
+       table.back() = 0.5;
+       return table;
+     }},
+    {"SumNearTwoTo53",
+     [](Random& random, std::size_t rows, std::size_t categories) {
+       const double most = std::floor(9007199254740992.0 / static_cast<double>(rows * categories));
+       return Fill(rows, categories, [&](std::size_t, std::size_t) {
+         return random() % 2 == 0 ? most : Whole(random, 3);
+       });
+     }},
+    {"SumBelowTwoTo52",
+     [](Random& random, std::size_t rows, std::size_t categories) {
+       const double most = std::floor(4.5e15 / static_cast<double>(rows * categories));
+       return Fill(rows, categories,
+                   [&](std::size_t, std::size_t) { return most - Whole(random, 1); });
+     }},
+    {"NaNWeight",
+     [](Random& random, std::size_t rows, std::size_t categories) {
+       Table table = OneCaseARow(random, rows, categories, 0.5);
+       table[table.size() / 2] = std::numeric_limits<double>::quiet_NaN();
+       return table;
+     }},
+};
+
+void PrintTo(const Shape& shape, std::ostream* os) { *os << shape.name; }
+
+class SplitSearchTest : public testing::TestWithParam<Shape> {};
+
+void ExpectSameSplit(const Table& table, std::size_t categories, int first, int last,
+                     bool rightBorderClosed) {
+  const MCBinning::SplitSearch search(table, categories, rightBorderClosed);
+  std::vector<double> left(categories + 1, 0.0);
+  std::vector<double> right(categories + 1, 0.0);
+  search.SumRows(first, last, right);
+  std::vector<double> plainLeft = left;
+  std::vector<double> plainRight(categories + 1, 0.0);
+  for (int row = first; row <= last; ++row) {
+    for (std::size_t category = 0; category < categories; ++category) {
+      plainRight[category + 1] += table[static_cast<std::size_t>(row) * categories + category];
+    }
+  }
+  for (std::size_t category = 1; category <= categories; ++category) {
+    plainRight[0] += plainRight[category];
+  }
+  ASSERT_EQ(BitsOf(right), BitsOf(plainRight));
+
+  const int best = search.FindBest(first, last, left, right);
+  ASSERT_EQ(best,
+            reference::BestSplit(table, first, last, rightBorderClosed, plainLeft, plainRight));
+  ASSERT_EQ(BitsOf(left), BitsOf(plainLeft));
+  ASSERT_EQ(BitsOf(right), BitsOf(plainRight));
+}
+
+TEST_P(SplitSearchTest, FindsWhatThePlainScanFinds) {
+  Random random(TestSeed());
+  for (const std::size_t categories : {1U, 2U, 3U, 5U, 7U, 8U, 9U, 40U}) {
+    for (const std::size_t rows : {600U, 5000U}) {
+      const Table table = GetParam().make(random, rows, categories);
+      const int end = static_cast<int>(rows);
+      for (int round = 0; round < 6; ++round) {
+        const int first = round == 0 ? 0 : static_cast<int>(random() % 300);
+        const int last = end - 1 - (round == 0 ? 0 : static_cast<int>(random() % 60));
+        SCOPED_TRACE(testing::Message() << categories << " categories, rows " << first << " to "
+                                        << last << ", seed " << TestSeed());
+        ExpectSameSplit(table, categories, first, last, round % 2 == 0);
+        if (HasFatalFailure()) return;
+      }
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Tables, SplitSearchTest, testing::ValuesIn(kShapes), RowName);
+
+}  // namespace
