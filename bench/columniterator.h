@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "columns.h"
+#include "host/record.h"
+#include "host/recorditerator.h"
+
+namespace bench {
+
+// Hands out columns in memory record by record, with as little work of its own as the record
+// interface allows: the target, the attributes, the weight if there is one.
+class ColumnIterator : public MCCommon::RecordIterator {
+ public:
+  // The columns must outlive the iterator.
+  explicit ColumnIterator(const Columns& columns);
+
+  bool HasMore() override { return fNext < fCaseCount; }
+  const MCCommon::Record* Next() override;
+
+ private:
+  std::vector<const double*> fColumns;
+  MCCommon::Record fRecord;
+  double* fValues;  // of the record, which keeps them in one piece
+  std::size_t fNext = 0;
+  std::size_t fCaseCount;
+};
+
+}  // namespace bench

@@ -1,0 +1,424 @@
+// Prints how the library compares with the plain form of its method and with floors, each as a
+// ratio measured in this one process. See README.md for what the lines mean.
+
+#include <malloc.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <memory>
+#include <regex>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "columns.h"
+#include "comparison.h"
+#include "floors.h"
+#include "librarycalls.h"
+#include "memoryuse.h"
+#include "plainform.h"
+#include "support/tempdir.h"
+#include "toolrun.h"
+#include "tuples.h"
+
+namespace {
+
+using bench::Columns;
+using bench::Comparison;
+using bench::CutPoints;
+using bench::Goal;
+using bench::RunOptions;
+using bench::SecondsOf;
+using bench::Side;
+
+constexpr std::size_t kMillion = 1000000;
+
+Goal FasterThanPlain(double limit) { return {Goal::Kind::kFasterThanPlain, limit, "x faster"}; }
+Goal WithinFloor(double limit) { return {Goal::Kind::kWithinFloor, limit, "x floor"}; }
+
+// Split search.
+
+struct SearchCase {
+  std::size_t valueCount;
+  int classCount;
+  double separation;  // in standard deviations
+  std::vector<Goal> goals;
+};
+
+bench::PlainTable MakeTable(const SearchCase& searchCase) {
+  const bench::Column classes = bench::Classes(searchCase.valueCount, searchCase.classCount, 1);
+  return bench::MakeTable(bench::Normals(classes, searchCase.separation, 2), classes,
+                          searchCase.classCount);
+}
+
+void CompareSplitSearch(const std::string& work, const SearchCase& searchCase) {
+  const bench::PlainTable table = MakeTable(searchCase);
+  const bench::Splitter splitter(searchCase.classCount);
+  struct Found {
+    int row = -1;
+    std::vector<double> left, right;
+  };
+  const auto start = [&](Found& found) {
+    found.left.assign(table.totals.size(), 0.0);
+    found.right = table.totals;
+  };
+
+  Found plain, library;
+  Comparison comparison{work, {}, {}, {}, searchCase.goals, {}};
+  comparison.plain = [&] {
+    start(plain);
+    return SecondsOf([&] {
+      plain.row = reference::BestSplit(table.weights, 0, table.GetRowCount() - 1, true, plain.left,
+                                       plain.right);
+    });
+  };
+  comparison.library = [&] {
+    start(library);
+    return SecondsOf(
+        [&] { library.row = splitter.FindBest(table.weights, library.left, library.right); });
+  };
+  comparison.isSameResult = [&] {
+    return plain.row == library.row && plain.left == library.left && plain.right == library.right;
+  };
+  bench::Compare(comparison);
+}
+
+// All searches that one attribute takes, those without an accepted cut included.
+void ComparePartitioning(const std::string& work, const SearchCase& searchCase) {
+  const bench::PlainTable table = MakeTable(searchCase);
+  const std::vector<double> upperBoundaries(table.boundaries.begin() + 1, table.boundaries.end());
+  const bench::Splitter splitter(searchCase.classCount);
+  std::set<double> library = splitter.FindCutPoints(upperBoundaries, table.weights);
+  std::set<double> plain;
+  Comparison comparison{work, {}, {}, {}, searchCase.goals, {}};
+  comparison.plain = [&] {
+    return SecondsOf([&] { plain = bench::FindCutPointsAgain(table, library); });
+  };
+  comparison.library = [&] {
+    return SecondsOf([&] { library = splitter.FindCutPoints(upperBoundaries, table.weights); });
+  };
+  comparison.isSameResult = [&] { return plain == library; };
+  bench::Compare(comparison);
+}
+
+// Sorting and loading.
+
+// Times `sort` on cases in their first order, not the copy that brings it back.
+template <typename Sort>
+Side SortSide(const std::vector<BINDataTuple>& unsorted, std::vector<BINDataTuple>& tuples,
+              const Sort& sort) {
+  return [&unsorted, &tuples, sort] {
+    std::copy(unsorted.begin(), unsorted.end(), tuples.begin());
+    return SecondsOf([&] { sort(tuples); });
+  };
+}
+
+void CompareSorting(const std::string& work, bool isSorted) {
+  const bench::Column classes = bench::Classes(kMillion, 2, 1);
+  bench::Column values = bench::Normals(classes, bench::kHalfSeparated, 2);
+  if (isSorted) values = bench::Sorted(std::move(values));
+  const std::vector<BINDataTuple> unsorted = bench::MakeTuples(values, classes);
+  std::vector<BINDataTuple> tuples = unsorted;
+  std::vector<BINDataTuple> scratch = unsorted;
+  bench::Sorter sorter;
+
+  Comparison comparison{work, {}, {}, {}, {WithinFloor(isSorted ? 3.0 : 1.3)}, {}};
+  comparison.plain = SortSide(unsorted, tuples, [](std::vector<BINDataTuple>& cases) {
+    std::stable_sort(cases.begin(), cases.end());
+  });
+  comparison.library =
+      SortSide(unsorted, tuples, [&](std::vector<BINDataTuple>& cases) { sorter.Sort(cases); });
+  if (isSorted) {
+    volatile std::uint64_t kept = 0;
+    comparison.floor = SortSide(unsorted, tuples, [&](std::vector<BINDataTuple>& cases) {
+      kept = bench::ReadOnce(cases.data(), cases.size() * sizeof(BINDataTuple));
+    });
+    bench::Compare(comparison);
+    return;
+  }
+  comparison.floor = SortSide(unsorted, tuples, [&](std::vector<BINDataTuple>& cases) {
+    bench::RadixSort(cases, scratch);
+  });
+  bench::Compare(comparison);
+}
+
+void CompareLoading(const std::string& work) {
+  Columns columns = bench::MixedColumns(kMillion, 1, 2);
+  columns.weights.assign(kMillion, 2.0);
+  const TempDir directory;
+  bench::DataPass pass(columns, directory.Path());
+  pass.Run();
+  const std::vector<double> from(3 * kMillion, 1.0);
+  std::vector<double> to(3 * kMillion, 2.0);
+
+  Comparison comparison{work, {}, {}, {}, {WithinFloor(4.0)}, {}};
+  comparison.library = [&] { return SecondsOf([&] { pass.ReadAttribute(0); }); };
+  comparison.floor = [&] {
+    return SecondsOf([&] {
+      std::memcpy(to.data(), from.data(), from.size() * sizeof(double));
+      volatile const double kept = to.back();
+      static_cast<void>(kept);
+    });
+  };
+  bench::Compare(comparison);
+}
+
+// Whole runs.
+
+// A bare radix sort of every attribute's tuples, one write and one read of all values.
+Side RunFloor(const Columns& columns, const std::string& directory) {
+  const auto scratch = std::make_shared<std::vector<BINDataTuple>>(columns.GetCaseCount());
+  return [&columns, directory, scratch] {
+    double seconds = 0.0;
+    std::vector<const bench::Column*> written{&columns.target};
+    for (const bench::Column& attribute : columns.attributes) {
+      written.push_back(&attribute);
+      std::vector<BINDataTuple> tuples = bench::MakeTuples(attribute, columns.target);
+      seconds += SecondsOf([&] { bench::RadixSort(tuples, *scratch); });
+    }
+    std::vector<std::string> files;
+    seconds += SecondsOf([&] {
+      files = bench::WriteColumnFiles(written, directory);
+      bench::ReadColumnFiles(files);
+    });
+    bench::RemoveColumnFiles(files);
+    return seconds;
+  };
+}
+
+template <typename Plain, typename Library>
+void CompareRuns(const std::string& work, const std::vector<Goal>& goals, const Plain& runPlain,
+                 const Library& runLibrary) {
+  const Columns columns = bench::MixedColumns(kMillion, 10, 2);
+  const TempDir directory;
+  CutPoints plain, library;
+  Comparison comparison{work, {}, {}, {}, goals, {}};
+  comparison.plain = [&] { return SecondsOf([&] { plain = runPlain(columns); }); };
+  comparison.library = [&] {
+    return SecondsOf([&] { library = runLibrary(columns, directory.Path()); });
+  };
+  comparison.floor = RunFloor(columns, directory.Path());
+  comparison.isSameResult = [&] { return plain == library; };
+  bench::Compare(comparison);
+}
+
+void CompareSupervised(const std::string& work, const RunOptions& options,
+                       const std::vector<Goal>& goals) {
+  CompareRuns(
+      work, goals,
+      [&](const Columns& columns) { return bench::RunPlainSupervised(columns, options); },
+      [&](const Columns& columns, const std::string& directory) {
+        return bench::RunSupervised(columns, directory, options);
+      });
+}
+
+void CompareEqualFrequency(const std::string& work) {
+  constexpr int kBins = 20;
+  CompareRuns(
+      work, {WithinFloor(0.8)},
+      [](const Columns& columns) { return bench::RunPlainEqualFrequency(columns, kBins); },
+      [](const Columns& columns, const std::string& directory) {
+        return bench::RunEqualFrequency(columns, directory, kBins);
+      });
+}
+
+// The rest.
+
+void MeasureMemory(const std::string& work, int attributeCount) {
+  const TempDir directory;
+  constexpr double kMebibyte = 1024.0 * 1024.0;
+  const double limit = 64.0 * static_cast<double>(kMillion) + 64.0 * kMebibyte;
+  const auto peak =
+      static_cast<double>(bench::PeakMemoryInChild(kMillion, attributeCount, directory.Path()));
+  const auto inMebibytes = [](double bytes) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.0f MiB", bytes / kMebibyte);
+    return std::string(text);
+  };
+  bench::PrintLine(work, inMebibytes(peak), "<= " + inMebibytes(limit), peak <= limit);
+}
+
+void CompareTool(const std::string& work) {
+  const std::string tool = bench::FindTool();
+  if (tool.empty()) {
+    bench::PrintNote(work, "not measured: mcbin has not been built");
+    return;
+  }
+  const TempDir directory;
+  const std::string file = directory.Path() + "/data.csv";
+  bench::WriteCsv(bench::MixedColumns(kMillion, 10, 2), file);
+  Comparison comparison{work, {}, {}, {}, {WithinFloor(4.0)}, {}};
+  comparison.library = [&] {
+    return SecondsOf([&] {
+      bench::RunProgram({tool, "supervised", "--target", "class", "--quiet", "--temp-dir",
+                         directory.Path(), file},
+                        "/dev/null");
+    });
+  };
+  comparison.floor = [&] {
+    return SecondsOf([&] {
+      volatile const double kept = bench::ConvertCsv(file);
+      static_cast<void>(kept);
+    });
+  };
+  bench::Compare(comparison);
+}
+
+// Time per row: the runs over few and over many rows take the places of floor and library.
+void CompareGrowth(const std::string& work, std::size_t manyRows) {
+  constexpr std::size_t kFewRows = 100000;
+  // Fresh memory for every run: what the allocator keeps from one to the next depends on the
+  // sizes, and would favour few rows.
+  mallopt(M_MMAP_THRESHOLD, 128 * 1024);
+  const Columns few = bench::MixedColumns(kFewRows, 2, 2);
+  const Columns many = bench::MixedColumns(manyRows, 2, 2);
+  const TempDir directory;
+  const auto secondsPerMillionRows = [&](const Columns& columns) {
+    const double seconds =
+        SecondsOf([&] { bench::RunSupervised(columns, directory.Path(), RunOptions()); });
+    return seconds * static_cast<double>(kMillion) / static_cast<double>(columns.GetCaseCount());
+  };
+  Comparison comparison{work, {}, {}, {}, {{Goal::Kind::kWithinFloor, 1.5, "x"}}, {}};
+  comparison.library = [&] { return secondsPerMillionRows(many); };
+  comparison.floor = [&] { return secondsPerMillionRows(few); };
+  bench::Compare(comparison);
+}
+
+struct Line {
+  std::string work;
+  void (*measure)(const std::string& work);
+  bool isLarge = false;  // only on request
+};
+
+const std::vector<Line>& AllLines() {
+  static const std::vector<Line> lines{
+      {"split search, 1000000 values, 2 classes",
+       [](const std::string& work) {
+         CompareSplitSearch(work, {kMillion, 2, bench::kHalfSeparated, {FasterThanPlain(12.0)}});
+       }},
+      {"split search, 1000000 values, 2 classes, means 1 apart",
+       [](const std::string& work) {
+         CompareSplitSearch(work, {kMillion, 2, 1.0, {}});
+       }},
+      {"split search, 1000000 values, 5 classes",
+       [](const std::string& work) {
+         CompareSplitSearch(work, {kMillion, 5, bench::kHalfSeparated, {FasterThanPlain(6.0)}});
+       }},
+      {"split search, 1000000 values, 5 classes, means 1 apart",
+       [](const std::string& work) {
+         CompareSplitSearch(work, {kMillion, 5, 1.0, {}});
+       }},
+      {"split search, 100000 values, 2 classes",
+       [](const std::string& work) {
+         CompareSplitSearch(work, {100000, 2, bench::kHalfSeparated, {FasterThanPlain(5.0)}});
+       }},
+      {"split search, 1000000 values, 2 classes, pure noise",
+       [](const std::string& work) {
+         CompareSplitSearch(work, {kMillion, 2, bench::kNoise, {FasterThanPlain(15.0)}});
+       }},
+      {"partition, 1000000 values, 2 classes",
+       [](const std::string& work) {
+         ComparePartitioning(work, {kMillion, 2, bench::kHalfSeparated, {FasterThanPlain(12.0)}});
+       }},
+      {"partition, 1000000 values, 2 classes, means 1 apart",
+       [](const std::string& work) {
+         ComparePartitioning(work, {kMillion, 2, 1.0, {}});
+       }},
+      {"partition, 1000000 values, 5 classes",
+       [](const std::string& work) {
+         ComparePartitioning(work, {kMillion, 5, bench::kHalfSeparated, {FasterThanPlain(6.0)}});
+       }},
+      {"partition, 1000000 values, 5 classes, means 1 apart",
+       [](const std::string& work) {
+         ComparePartitioning(work, {kMillion, 5, 1.0, {}});
+       }},
+      {"partition, 100000 values, 2 classes",
+       [](const std::string& work) {
+         ComparePartitioning(work, {100000, 2, bench::kHalfSeparated, {FasterThanPlain(5.0)}});
+       }},
+      {"partition, 1000000 values, 2 classes, pure noise",
+       [](const std::string& work) {
+         ComparePartitioning(work, {kMillion, 2, bench::kNoise, {FasterThanPlain(15.0)}});
+       }},
+      {"sort 1000000 tuples", [](const std::string& work) { CompareSorting(work, false); }},
+      {"sort 1000000 tuples, sorted already",
+       [](const std::string& work) { CompareSorting(work, true); }},
+      {"load an attribute of 1000000 cases, without sorting", CompareLoading},
+      {"supervised run, 1000000 x 10",
+       [](const std::string& work) {
+         CompareSupervised(work, RunOptions(), {FasterThanPlain(5.0), WithinFloor(1.5)});
+       }},
+      {"equal-frequency run, 1000000 x 10, 20 bins", CompareEqualFrequency},
+      {"supervised run, 1000000 x 10, 1000 pre-bins",
+       [](const std::string& work) {
+         CompareSupervised(work, {1000, 1000}, {WithinFloor(0.9)});
+       }},
+      {"peak memory, 1000000 x 10", [](const std::string& work) { MeasureMemory(work, 10); }},
+      {"peak memory, 1000000 x 200", [](const std::string& work) { MeasureMemory(work, 200); }},
+      {"mcbin supervised, CSV of 1000000 x 11", CompareTool},
+      {"growth per row, 100000 to 1000000 rows",
+       [](const std::string& work) { CompareGrowth(work, kMillion); }},
+      {"growth per row, 100000 to 10000000 rows",
+       [](const std::string& work) { CompareGrowth(work, 10 * kMillion); }, true},
+  };
+  return lines;
+}
+
+int PrintUsage() {
+  std::fputs(
+      "Usage: mcbinning_ratios [--wall] [--large] [FILTER]\n"
+      "  --wall   measure wall time instead of processor time\n"
+      "  --large  also what takes long: 10000000 rows\n"
+      "  FILTER   only the lines that match this regular expression\n",
+      stderr);
+  return 2;
+}
+
+int PrintTable(const std::vector<std::string>& arguments) {
+  bool isLargeWanted = false;
+  std::string filter;
+  for (const std::string& argument : arguments) {
+    if (argument == "--wall") {
+      bench::SetClock(bench::Clock::kWall);
+    } else if (argument == "--large") {
+      isLargeWanted = true;
+    } else if (argument.rfind("-", 0) == 0 || !filter.empty()) {
+      return PrintUsage();
+    } else {
+      filter = argument;
+    }
+  }
+  const std::regex pattern(filter);
+  bench::PrintHeading();
+  for (const Line& line : AllLines()) {
+    if (line.isLarge && !isLargeWanted) continue;
+    if (!std::regex_search(line.work, pattern)) continue;
+    try {
+      line.measure(line.work);
+    } catch (const std::exception& failure) {
+      bench::PrintNote(line.work, std::string("not measured: ") + failure.what());
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+int main(int argumentCount, char** argumentValues) {
+  const std::vector<std::string> arguments(argumentValues + 1, argumentValues + argumentCount);
+  try {
+    if (arguments.size() == 4 && arguments[0] == bench::kMemoryChildOption) {
+      const std::size_t peak =
+          bench::PeakMemoryOfRun(std::stoul(arguments[1]), std::stoi(arguments[2]), arguments[3]);
+      std::printf("%zu\n", peak);
+      return 0;
+    }
+    return PrintTable(arguments);
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "mcbinning_ratios: %s\n", failure.what());
+    return 2;
+  }
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace bench {
+
+// Runs a program to its end, its standard output in a file, its standard error dropped.
+// Throws std::runtime_error when it cannot be started or fails.
+void RunProgram(const std::vector<std::string>& arguments, const std::string& outputFile);
+
+// The command-line tool that was built beside this program; "" when there is none.
+std::string FindTool();
+
+}  // namespace bench
