@@ -1,0 +1,267 @@
+#include "metadata/bindatapreparator.h"
+
+#include <gtest/gtest.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <filesystem>
+#include <optional>
+
+#include "common/bincancelinfo.h"
+#include "common/missing.h"
+#include "metadata/binvarlist.h"
+#include "support/agreement.h"
+#include "support/displaytext.h"
+#include "support/doublefile.h"
+#include "support/hostdoubles.h"
+#include "support/rowname.h"
+#include "support/tempdir.h"
+
+namespace {
+
+// What clock() answers, so that a test knows the names of temporary files.
+std::optional<clock_t> stoppedClock;
+
+}  // namespace
+
+// Takes the C library's place in this program.
+extern "C" clock_t clock() noexcept {
+  if (stoppedClock) return *stoppedClock;
+  timespec used{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+  return used.tv_sec * 1000000 + used.tv_nsec / 1000;
+}
+
+namespace {
+
+using Doubles = std::vector<double>;
+using Rows = std::vector<Doubles>;
+using Strings = std::vector<std::string>;
+using Var = IBINVariable;
+namespace fs = std::filesystem;
+
+const double kMissing = MCMV::Missing();
+const double kNaN = std::nan("");
+
+// By variable index; the files are those of class, w, age and color.
+enum { kAge, kClass, kColor, kWeight };
+enum { kClassFile, kWeightFile, kAgeFile, kColorFile };
+
+BINVarList FourVariables() {
+  BINVarList list;
+  list.AddContVar("age", "", Var::RoleAttribute);
+  list.AddCatVar("class", "", 2, Var::MeasureNumericCategorical, Var::RoleTarget);
+  list.AddCatVar("color", "", 2, Var::MeasureStringCategorical, Var::RoleAttribute);
+  list.AddWeightVar("w", "", Var::RoundClosest);
+  list.AddDiscreteUserMissing(kAge, -99.0, "");
+  list.SetMissingInterval(kAge, 120, 130);
+  return list;
+}
+
+class BINDataPreparatorTest : public testing::Test {
+ protected:
+  BINDataPreparatorTest() { Make(directory.Path()); }
+  ~BINDataPreparatorTest() override { stoppedClock.reset(); }
+
+  void Make(const std::string& tempDirName, ProgressListener* listener = nullptr,
+            int interval = 0) {
+    preparator.emplace(list, cancel, tempDirName, listener, interval);
+  }
+
+  std::string Process(const Rows& rows) {
+    RowIterator records(rows);
+    return Text(preparator->ProcessSource(records));
+  }
+
+  std::vector<bool> UsableFiles() {
+    std::vector<bool> usable;
+    for (int file = 0; file < 4; ++file) {
+      bool valid = false;
+      EXPECT_TRUE(preparator->IsValidTarget(file, valid).IsOK());
+      usable.push_back(valid);
+    }
+    return usable;
+  }
+
+  // Without the directory.
+  Strings FileNames() const {
+    Strings names;
+    for (const std::string& name : preparator->GetFileNames()) {
+      names.push_back(fs::path(name).filename());
+    }
+    return names;
+  }
+
+  TempDir directory;
+  BINVarList list = FourVariables();
+  BINCancelInfo cancel{nullptr};
+  std::optional<BINDataPreparator> preparator;
+};
+
+constexpr int kNone = -1;
+
+struct RecordExample {
+  const char* name;
+  Doubles in;
+  Doubles out;
+  int stoppedFile = kNone;
+  std::string status = "0/0[0 0 0]";
+};
+
+void PrintTo(const RecordExample& example, std::ostream* os) { *os << example.name; }
+
+class PreparedRecord : public BINDataPreparatorTest,
+                       public testing::WithParamInterface<RecordExample> {};
+
+TEST_P(PreparedRecord, HoldsTheseValuesByFile) {
+  MCCommon::Record in(4);
+  MCCommon::Record out(4);
+  for (std::size_t i = 0; i < 4; ++i) in[i] = GetParam().in[i];
+  for (std::size_t i = 0; i < 4; ++i) out[i] = 77;
+  EXPECT_EQ(Text(preparator->ProcessRecord(in, out)), GetParam().status);
+  Doubles prepared;
+  for (std::size_t i = 0; i < 4; ++i) prepared.push_back(std::as_const(out)[i]);
+  EXPECT_TRUE(SameBits(prepared, GetParam().out)) << testing::PrintToString(prepared);
+  std::vector<bool> usable(4, true);
+  if (GetParam().stoppedFile != kNone) {
+    usable[static_cast<std::size_t>(GetParam().stoppedFile)] = false;
+  }
+  EXPECT_EQ(UsableFiles(), usable);
+}
+
+const std::string kBadTarget = "120012/1[1 0 0]";
+const std::string kBadColor = "120012/1[3 0 0]";
+
+const double kM = kMissing;
+const RecordExample kRecords[] = {
+    {"Plain", {30, 1, 0, 2}, {1, 2, 30, 0}},
+    {"WeightRoundsUp", {30, 1, 0, 0.5}, {1, 1, 30, 0}},
+    {"WeightRoundsToZero", {30, 1, 0, 0.4}, {0, 0, 0, 0}},
+    {"BadCodeOfADroppedRecord", {30, 256, 256, kM}, {0, 0, 0, 0}},
+    {"AgeUserMissing", {-99, 1, 0, 1}, {1, 1, kM, 0}},
+    {"AgeInMissingInterval", {120, 1, 0, 1}, {1, 1, kM, 0}},
+    {"AgeNaNIsAValue", {kNaN, 1, 0, 1}, {1, 1, kNaN, 0}},
+    {"TargetMissing", {30, kM, 0, 1}, {kM, 1, 30, 0}},
+    {"TargetTruncatesToMinusOne", {30, -1.5, 0, 1}, {kM, 1, 30, 0}},
+    {"TargetTruncatesToZero", {30, -0.5, 0, 1}, {-0.5, 1, 30, 0}},
+    {"TargetTruncatesTo255", {30, 255.9, 0, 1}, {255.9, 1, 30, 0}},
+    {"TargetMinusTwo", {30, -2, 0, 1}, {0, 1, 30, 0}, kClassFile, kBadTarget},
+    {"Target256", {30, 256, 0, 1}, {0, 1, 30, 0}, kClassFile, kBadTarget},
+    {"TargetNaN", {30, kNaN, 0, 1}, {0, 1, 30, 0}, kClassFile, kBadTarget},
+    {"TargetHuge", {30, 4294967296.0, 0, 1}, {0, 1, 30, 0}, kClassFile, kBadTarget},
+    {"ColorMissing", {30, 1, kM, 1}, {1, 1, 30, kM}},
+    {"ColorMinusOne", {30, 1, -1, 1}, {1, 1, 30, kM}},
+    {"ColorTruncatesToMinusOne", {30, 1, -1.5, 1}, {1, 1, 30, 0}, kColorFile, kBadColor},
+    {"Color256", {30, 1, 256, 1}, {1, 1, 30, 0}, kColorFile, kBadColor},
+    {"ColorNaN", {30, 1, kNaN, 1}, {1, 1, 30, 0}, kColorFile, kBadColor},
+    {"ColorInfinite", {30, 1, -HUGE_VAL, 1}, {1, 1, 30, 0}, kColorFile, kBadColor},
+};
+
+INSTANTIATE_TEST_SUITE_P(Records, PreparedRecord, testing::ValuesIn(kRecords), RowName);
+
+TEST_F(BINDataPreparatorTest, WritesAFilePerVariableUpToItsFirstBadCode) {
+  EXPECT_EQ(Process({{1, 0, 1, 2}, {2, 1, 256, 0.2}, {3, 1, 300, 1}, {}, {4, 0, 0, 1.5}}),
+            "0/0[0 0 0]");
+  ASSERT_EQ(preparator->GetAllvarNumOfCases(), 3u);
+  const Rows files{{0, 1, 0}, {2, 1, 2}, {1, 3, 4}, {1}};
+  for (std::size_t file = 0; file < files.size(); ++file) {
+    EXPECT_EQ(ReadDoubles(preparator->GetFileNames()[file]), files[file]) << file;
+  }
+  EXPECT_EQ(preparator->GetNumOfCategories(), (std::vector<int>{1, 0, 0, 1}));
+  EXPECT_EQ(UsableFiles(), (std::vector<bool>{true, true, true, false}));
+  EXPECT_TRUE(preparator->HasStopped(kColorFile));
+}
+
+TEST_F(BINDataPreparatorTest, MarksMoreCodesThanDeclaredAfterThePass) {
+  EXPECT_EQ(Process({{1, 2, 2, 1}, {2, 0, 0, 1}}), "0/0[0 0 0]");
+  EXPECT_EQ(UsableFiles(), (std::vector<bool>{false, true, true, false}));
+  EXPECT_FALSE(preparator->HasStopped(kClassFile) || preparator->HasStopped(kColorFile));
+  EXPECT_EQ(ReadDoubles(preparator->GetFileNames()[kColorFile]), (Doubles{2, 0})) << "whole";
+  for (const int file : {-1, 4}) {
+    bool valid = true;
+    EXPECT_EQ(Text(preparator->IsValidTarget(file, valid)), "120013/-1[0 0 0]");
+    EXPECT_TRUE(valid) << "left alone";
+  }
+}
+
+TEST_F(BINDataPreparatorTest, ReportsRecordsReadAndCountsDownForAll) {
+  const Rows rows{{1, 0, 0, 1}, {}, {2, 0, 0, 0.1}, {3, 0, 0, 1}};  // null, then dropped
+  for (const auto& [interval, indices] :
+       {std::pair(1, std::vector<int>{1, 1, 2, 3}), std::pair(2, std::vector<int>{1, 3}),
+        std::pair(-1, std::vector<int>{})}) {
+    RecordingListener listener;
+    Make(directory.Path(), &listener, interval);
+    Process(rows);
+    EXPECT_EQ(listener.indices, indices) << interval;
+  }
+}
+
+TEST_F(BINDataPreparatorTest, NamesFilesByTheClockInHexadecimal) {
+  stoppedClock = 0xabf;
+  for (const Strings& row : {Strings{"dir", "dir/abf", "dir/ac2"},
+                             {"dir/", "dir/abf", "dir/ac2"},
+                             {"dir\\", "dir\\abf", "dir\\ac2"},
+                             {"", "abf", "ac2"}}) {
+    Make(row[0]);
+    ASSERT_TRUE(preparator->SetUpTempFiles().IsOK());
+    EXPECT_EQ(preparator->GetFileNames().front(), row[1]);
+    EXPECT_EQ(preparator->GetFileNames().back(), row[2]);
+    EXPECT_FALSE(fs::exists(row[1])) << "made only when written to";
+  }
+}
+
+TEST_F(BINDataPreparatorTest, PassesOverTakenNamesUnlessCancelled) {
+  stoppedClock = 0x10;
+  WriteDoubles(directory.Path() + "/10", {9});
+  WriteDoubles(directory.Path() + "/12", {9});
+  WriteDoubles(directory.Path() + "/13", {9});
+  EXPECT_TRUE(preparator->SetUpTempFiles().IsOK());
+  EXPECT_EQ(FileNames(), (Strings{"11", "14", "15", "16"}));
+
+  CountingCancel query(3);
+  cancel.SetCancelPtr(&query);
+  EXPECT_EQ(Process({{1, 0, 0, 1}}), "1/-1[0 0 0]");
+  EXPECT_EQ(query.polls, 3) << "once per taken name";
+  EXPECT_EQ(Text(preparator->GetStatus()), "1/-1[0 0 0]");
+}
+
+TEST_F(BINDataPreparatorTest, LeavesAloneANameTakenSinceItsChoice) {
+  stoppedClock = 0x10;
+  RowIterator records({{1, 0, 1, 1}, {2, 1, 0, 1}});
+  records.onNext = [&] {
+    WriteDoubles(directory.Path() + "/11", {9});
+    WriteDoubles(directory.Path() + "/14", {9});
+  };
+  EXPECT_TRUE(preparator->ProcessSource(records).IsOK());
+  EXPECT_EQ(FileNames(), (Strings{"10", "15", "12", "13"}));
+  EXPECT_EQ(ReadDoubles(preparator->GetFileNames()[kWeightFile]), (Doubles{1, 1}));
+  preparator.reset();
+  EXPECT_EQ(directory.FileCount(), 2u);
+  EXPECT_EQ(ReadDoubles(directory.Path() + "/11"), Doubles{9});
+}
+
+TEST_F(BINDataPreparatorTest, EndsWhenItMayNotUseTheDirectory) {
+  // Permissions do not bind a privileged user.
+  const uid_t user = geteuid();
+  if (user == 0 && seteuid(65534) != 0) GTEST_SKIP() << "cannot drop privileges";
+  if (user != 0) fs::permissions(directory.Path(), fs::perms::none);
+  EXPECT_TRUE(preparator->SetUpTempFiles().IsOK()) << "the search for a name must not go on";
+  EXPECT_EQ(Text(preparator->TransferData()), "120021/-1[0 0 0]");
+  if (user == 0) {
+    ASSERT_EQ(seteuid(user), 0);
+  }
+  fs::permissions(directory.Path(), fs::perms::owner_all);
+}
+
+TEST_F(BINDataPreparatorTest, DisplaysItsStatus) {
+  const std::string frame = "\nStart of BINDataPreparator display\n\tStatus ";
+  EXPECT_EQ(DisplayText(*preparator), frame + "is OK.\nEnd of BINDataPreparator display\n");
+  RowIterator records({{1, 0, 0, 1}});
+  records.onNext = [&] { cancel.SetCancel(); };
+  preparator->ProcessSource(records);
+  EXPECT_EQ(DisplayText(*preparator),
+            frame + "has error code 1\nEnd of BINDataPreparator display\n");
+}
+
+}  // namespace

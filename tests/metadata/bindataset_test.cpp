@@ -1,0 +1,215 @@
+#include "metadata/bindataset.h"
+
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cmath>
+#include <filesystem>
+
+#include "common/bincancelinfo.h"
+#include "common/missing.h"
+#include "metadata/bindatapreparator.h"
+#include "support/agreement.h"
+#include "support/doublefile.h"
+#include "support/rowname.h"
+#include "support/scenario.h"
+#include "support/tempdir.h"
+
+namespace {
+
+using Doubles = std::vector<double>;
+using Var = IBINVariable;
+
+const double kMissing = MCMV::Missing();
+const double kNaN = std::nan("");
+
+// A data set after its pass over a scenario's records.
+class Loaded {
+ public:
+  explicit Loaded(const Scenario& scenario, unsigned int threshold = 0)
+      : fList(scenario.VarList()), fRecords(scenario.Records()) {
+    set.SetThresholdDistinct(threshold);
+    EXPECT_TRUE(set.HandleDataFile().IsOK());
+  }
+
+  std::string Load(unsigned int attribute, unsigned int target) {
+    const std::string status = Text(set.GetAttribute(attribute, target, tuples));
+    EXPECT_EQ(tuples != nullptr, status == "0/0[0 0 0]");
+    return status;
+  }
+
+  std::string LoadWithoutTarget(unsigned int attribute) {
+    const std::string status = Text(set.GetAttribute(attribute, efTuples));
+    EXPECT_EQ(efTuples != nullptr, status == "0/0[0 0 0]");
+    return status;
+  }
+
+  std::vector<int> Targets() const {
+    std::vector<int> targets;
+    for (const BINDataTuple& tuple : *tuples) targets.push_back(tuple.target);
+    return targets;
+  }
+
+ private:
+  TempDir fDirectory;
+  BINVarList fList;
+  MCCommon::InMemoryRecordIterator fRecords;
+  BINCancelInfo fCancel{nullptr};
+
+ public:
+  BINDataPreparator preparator{fList, fCancel, fDirectory.Path(), nullptr, 0};
+  BINDataSet set{fRecords, preparator};
+  std::vector<BINDataTuple>* tuples = nullptr;
+  std::vector<EFBINDataTuple>* efTuples = nullptr;
+};
+
+const std::string kOk = "0/0[0 0 0]";
+const std::string kMisfit = "120002/1[0 0 0]";
+const std::string kInvalidTarget = "120010/-1[0 0 0]";
+
+TEST(BINDataSet, KeepsRecordOrderOfEqualValuesAndPutsNaNLast) {
+  Scenario scenario;
+  scenario.Append(Continuous({0.0, kNaN, -0.0, HUGE_VAL, -std::nan(""), -0.0, -1}));
+  scenario.Append(Categorical({1, 2, 3, 4, 5, 6, 7}, 8, Var::RoleTarget));
+  Loaded loaded(scenario);
+  EXPECT_EQ(loaded.Load(0, 1), kOk);
+  EXPECT_EQ(loaded.Targets(), (std::vector<int>{7, 1, 3, 6, 4, 2, 5}));
+  EXPECT_EQ(loaded.set.GetNumDistinctValues(), 5u) << "a NaN equals nothing";
+}
+
+TEST(BINDataSet, DoesNotReadWhatStoppedAtABadCode) {
+  Scenario scenario;
+  scenario.Append(Continuous({1, 2, 3}));
+  scenario.Append(Categorical({0, 1, 1}, 2, Var::RoleTarget));
+  scenario.Append(Categorical({0, 256, 1}, 2));
+  scenario.Append(Categorical({0, 1, 2}, 2));  // more codes than declared: whole
+  Loaded loaded(scenario);
+  EXPECT_EQ(loaded.Load(2, 1), "120012/-1[2 0 0]");
+  EXPECT_EQ(loaded.LoadWithoutTarget(2), "120012/-1[2 0 0]");
+  EXPECT_EQ(loaded.Load(3, 1), kOk);
+  EXPECT_EQ(loaded.LoadWithoutTarget(3), kOk);
+  EXPECT_EQ(loaded.set.GetMaximum(), 2);
+  for (const unsigned int target : {2u, 3u, 4u, ~0u}) {
+    EXPECT_EQ(loaded.Load(0, target), kInvalidTarget) << target;
+    EXPECT_EQ(loaded.Load(2, target), kInvalidTarget) << "checked first";
+  }
+  EXPECT_EQ(loaded.Load(4, 1), "120011/-1[0 0 0]");
+  EXPECT_EQ(loaded.LoadWithoutTarget(~0u), "120011/-1[0 0 0]");
+  bool valid = true;
+  EXPECT_EQ(Text(loaded.set.IsValidTarget(-1, valid)), kInvalidTarget);
+  EXPECT_EQ(Text(loaded.set.IsValidTarget(4, valid)), "120013/-1[0 0 0]");
+  EXPECT_TRUE(valid) << "left alone";
+}
+
+TEST(BINDataSet, ServesAnyUsableVariableAsTarget) {
+  Scenario scenario;
+  scenario.Append(Continuous({1, 2, 3, 4}));
+  scenario.Append(Categorical({0, 1, 1, 0}, 2, Var::RoleTarget));
+  scenario.Append(Categorical({3, 0, kMissing, 2}, 5));
+  scenario.Append(Continuous({300, -1.5, 0, 2.9}));
+  Loaded loaded(scenario);
+  EXPECT_EQ(loaded.Load(0, 2), kOk);
+  EXPECT_EQ(loaded.Targets(), (std::vector<int>{3, 0, 2}));
+  EXPECT_EQ(loaded.set.GetNumOfTargetCategories(), 4u) << "codes seen, not declared";
+  EXPECT_EQ(loaded.Load(0, 1), kOk);
+  EXPECT_EQ(loaded.Targets(), (std::vector<int>{0, 1, 1, 0}));
+  EXPECT_EQ(loaded.Load(0, 3), kOk) << "no codes, but kept in 8 bits";
+  EXPECT_EQ(loaded.Targets(), (std::vector<int>{44, 255, 0, 2}));
+  const Doubles cuts{-DBL_MAX, DBL_MAX};
+  Doubles table;
+  EXPECT_EQ(Text(loaded.set.CreateBinTable(&cuts, true, table)), kMisfit);
+}
+
+TEST(BINDataSet, NeedsPreBinsAboveTheThresholdOnly) {
+  Scenario scenario;
+  scenario.Append(Continuous({1, 2, 2}));
+  scenario.Append(Categorical({0, 1, 1}, 2, Var::RoleTarget));
+  scenario.Append(Continuous({1, 2, 3}));
+  scenario.Append(Continuous({kMissing, kMissing, kMissing}));
+  Loaded loaded(scenario, 2);
+  for (const unsigned int attribute : {0u, 2u, 3u}) {
+    EXPECT_EQ(loaded.Load(attribute, 1), kOk);
+    EXPECT_EQ(loaded.set.NeedPreprocess(), attribute == 2) << attribute;
+  }
+  EXPECT_EQ(loaded.set.GetNumDistinctValues(), 0u);
+  EXPECT_EQ(loaded.set.GetMinimum(), kMissing);
+  EXPECT_EQ(loaded.set.GetTotalWeightWithMissing(), 3);
+}
+
+TEST(BINDataSet, NoticesAFileThatWasReplaced) {
+  Scenario scenario;
+  scenario.Append(Continuous({1, 2, 3}));
+  scenario.Append(Categorical({0, 1, 1}, 2, Var::RoleTarget));
+  scenario.Append(Categorical({1, 0, 1}, 2));
+  for (const std::size_t file : {1u, 2u}) {  // the attribute's, another target's
+    Loaded loaded(scenario);
+    EXPECT_EQ(loaded.Load(0, 1), kOk);
+    const std::string name = loaded.preparator.GetFileNames()[file];
+    std::filesystem::remove(name);
+    WriteDoubles(name, {5, 5, 5});
+    EXPECT_EQ(loaded.Load(0, 2), "120021/-1[0 0 0]");
+    EXPECT_EQ(loaded.set.GetNumberOfCases(), 0u);
+    EXPECT_EQ(loaded.LoadWithoutTarget(0), file == 1 ? "120021/-1[0 0 0]" : kOk);
+  }
+}
+
+struct TableExample {
+  const char* name;
+  Doubles cuts;
+  bool rightBorderClosed;
+  Doubles table;
+  bool fits;
+};
+
+void PrintTo(const TableExample& example, std::ostream* os) { *os << example.name; }
+
+class BinTable : public testing::TestWithParam<TableExample> {};
+
+// The cases 1, 5, 5 and 9 of the classes 0, 1, 0 and 1, with weights 1, 2, 4 and 8.
+TEST_P(BinTable, HoldsTheseWeights) {
+  Scenario scenario;
+  scenario.Append(Continuous({5, 9, 1, 5}));
+  scenario.Append(Categorical({1, 1, 0, 0}, 2, Var::RoleTarget));
+  scenario.Append(Weights({2, 8, 1, 4}));
+  Loaded loaded(scenario);
+  ASSERT_EQ(loaded.Load(0, 1), kOk);
+  Doubles table{77};
+  EXPECT_EQ(Text(loaded.set.CreateBinTable(&GetParam().cuts, GetParam().rightBorderClosed, table)),
+            GetParam().fits ? kOk : kMisfit);
+  EXPECT_EQ(table, GetParam().table);
+}
+
+const TableExample kTables[] = {
+    {"UpperCutPointIncluded", {0, 5, 10}, true, {5, 2, 0, 8}, true},
+    {"LowerCutPointIncluded", {0, 5, 10}, false, {1, 0, 4, 10}, true},
+    {"FirstCutPointIsNotCompared", {7, 10}, true, {5, 10}, true},
+    {"EmptyBinsBetween", {0, 1, 2, 3, 9}, true, {1, 0, 0, 0, 0, 0, 4, 10}, true},
+    {"EmptyFirstBin", {0, 1, 10}, false, {0, 0, 5, 10}, true},
+    {"MaximumOnTheLastCutPoint", {0, 5, 9}, true, {5, 2, 0, 8}, true},
+    {"MaximumOnTheOpenLastCutPoint", {0, 5, 9}, false, {1, 0, 4, 2}, false},
+    {"LastBinNotReached", {0, 1, 20, 30}, true, {1, 0, 0, 0, 0, 0}, false},
+    {"CutPointNaN", {0, kNaN, 10}, true, {0, 0, 5, 10}, true},
+    {"LastCutPointNaN", {0, 5, kNaN}, true, {5, 2, 0, 0}, false},
+    {"OneCutPoint", {5}, true, {}, false},
+};
+
+INSTANTIATE_TEST_SUITE_P(Examples, BinTable, testing::ValuesIn(kTables), RowName);
+
+TEST(BINDataSet, HasNoBinTableWithoutCutPointsOrWithANaN) {
+  Scenario scenario;
+  scenario.Append(Continuous({1, kNaN}));
+  scenario.Append(Categorical({1, 0}, 2, Var::RoleTarget));
+  Loaded loaded(scenario);
+  EXPECT_EQ(loaded.Load(0, 1), kOk);
+  Doubles table;
+  const Doubles none;
+  const Doubles all{-HUGE_VAL, 0, HUGE_VAL};
+  for (const bool closed : {false, true}) {
+    EXPECT_EQ(Text(loaded.set.CreateBinTable(nullptr, closed, table)), kMisfit);
+    EXPECT_EQ(Text(loaded.set.CreateBinTable(&none, closed, table)), kMisfit);
+    EXPECT_EQ(Text(loaded.set.CreateBinTable(&all, closed, table)), kMisfit);
+    EXPECT_EQ(table, (Doubles{0, 0, 0, 1}));
+  }
+}
+
+}  // namespace

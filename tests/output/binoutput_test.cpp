@@ -1,0 +1,101 @@
+#include "output/binoutput.h"
+
+#include <gtest/gtest.h>
+
+#include "support/agreement.h"
+#include "support/displaytext.h"
+
+namespace {
+
+using MCBinning::MCStatus;
+using Records = std::vector<BINAttributeTargetResults>;
+
+// A record that its number of distinct values tells from others.
+std::string Set(BINOutput& output, int attribute, int target, unsigned int distinct,
+                const MCStatus& status = {}) {
+  return Text(
+      output.SetAttributeTargetResults(status, {}, {}, attribute, target, distinct, 0, 0, 0, 0, 0));
+}
+
+const std::string kOk = "0/0[0 0 0]";
+const std::string kUnknown = "120013/-1[0 0 0]";
+
+TEST(BINOutput, RefusesWhatIsNoPair) {
+  BINOutput output;
+  EXPECT_EQ(Set(output, -1, 2, 0), kUnknown);
+  EXPECT_EQ(Set(output, 2, -1, 0), kUnknown);
+  EXPECT_EQ(Set(output, 2, 2, 0), kUnknown);
+  Records all(3);
+  EXPECT_EQ(Text(output.GetAllCutPoints(all)), "120020/-1[0 0 0]");
+  EXPECT_EQ(all.size(), 3u) << "left alone";
+}
+
+TEST(BINOutput, FindsTheFirstRecordOfAPair) {
+  BINOutput output;
+  EXPECT_EQ(Set(output, 0, 1, 10, MCStatus(120017, true)), kOk) << "not the record's own status";
+  EXPECT_EQ(Set(output, 1, 0, 20), kOk);
+  EXPECT_EQ(Set(output, 0, 1, 30), kOk);
+  Records all(7);
+  EXPECT_EQ(Text(output.GetAllCutPoints(all)), kOk);
+  ASSERT_EQ(all.size(), 3u);
+  EXPECT_EQ(all[2].GetNDistinctValues(), 30u);
+
+  BINAttributeTargetResults result;
+  EXPECT_EQ(Text(output.GetAttributeTargetCutPoints(1, 0, result)), kOk);
+  EXPECT_EQ(result.GetNDistinctValues(), 20u);
+  EXPECT_EQ(Text(output.GetAttributeTargetCutPoints(0, 1, result)), "120017/1[0 0 0]");
+  EXPECT_EQ(result.GetNDistinctValues(), 10u);
+  for (const auto& [attribute, target] : {std::pair(0, 2), {-1, 1}, {0, -1}, {1, 1}}) {
+    EXPECT_EQ(Text(output.GetAttributeTargetCutPoints(attribute, target, result)), kUnknown);
+  }
+  EXPECT_EQ(result.GetNDistinctValues(), 10u) << "left alone";
+}
+
+TEST(BINOutput, AppendsEveryRecordOfAnAttribute) {
+  BINOutput output;
+  Set(output, 0, 1, 10, MCStatus(120017, true));
+  Set(output, 4, 1, 20);
+  Set(output, 0, 2, 30);
+  Set(output, 0, 3, 40, MCStatus(120016, true));
+  Records records(1);
+  EXPECT_EQ(Text(output.GetAttributeCutPoints(0, records)), "120016/1[0 0 0]") << "the last one's";
+  ASSERT_EQ(records.size(), 4u);
+  EXPECT_EQ(records[3].GetTargetIndex(), 3);
+  EXPECT_EQ(Text(output.GetAttributeCutPoints(1, records)), kUnknown);
+  EXPECT_EQ(Text(output.GetAttributeCutPoints(-1, records)), kUnknown);
+  EXPECT_EQ(records.size(), 4u);
+}
+
+TEST(BINOutput, Display) {
+  BINOutput output;
+  EXPECT_EQ(DisplayText(output),
+            "\nStart of BINOutput display\ncut point :\nEnd of BINOutput display\n");
+  output.SetAttributeTargetResults(MCStatus(120014, true), {2.5, 0.1},
+                                   {3, 1, 2, 4, 4, 0, 5, 0, 5, 8, 8}, 0, 3, 7, 12, 13.5, -1, 1e10,
+                                   0.125);
+  EXPECT_EQ(DisplayText(output),
+            "\nStart of BINOutput display\n"
+            "cut point :"
+            "\nStart of BINAttributeTargetResults display\n"
+            "BINDataTuple   attribute = 0\n"
+            "target = 3\n"
+            "Number of distinct values = 7\n"
+            "Total weight = 12\n"
+            "Total weight with missing = 13.5\n"
+            "Minimum = -1\n"
+            "Maximum = 1e+10\n"
+            "Model Entropy = 0.125\n"
+            "Status has error code 120014\n"
+            "Number of cutpoints = 2, the cutpoints:\n"
+            "0.1\n"
+            "2.5\n"
+            "The CellCounts are\n"
+            "3  1  2  \n"
+            "4  4  0  \n"
+            "5  0  5  \n"
+            "\n"
+            "End of BINAttributeTargetResults display\n"
+            "\nEnd of BINOutput display\n");
+}
+
+}  // namespace
