@@ -115,6 +115,7 @@ TEST(BINDataSet, ServesAnyUsableVariableAsTarget) {
   EXPECT_EQ(loaded.Targets(), (std::vector<int>{0, 1, 1, 0}));
   EXPECT_EQ(loaded.Load(0, 3), kOk) << "no codes, but kept in 8 bits";
   EXPECT_EQ(loaded.Targets(), (std::vector<int>{44, 255, 0, 2}));
+  EXPECT_EQ(loaded.LoadWithoutTarget(0), kOk) << "which is nothing to the table below";
   const Doubles cuts{-DBL_MAX, DBL_MAX};
   Doubles table;
   EXPECT_EQ(Text(loaded.set.CreateBinTable(&cuts, true, table)), kMisfit);
