@@ -9,16 +9,25 @@ namespace MCBin {
 
 namespace {
 
-const char* NameOf(VariableKind kind) {
-  switch (kind) {
-    case VariableKind::kNumericCategorical:
-      return "numeric-categorical";
-    case VariableKind::kStringCategorical:
-      return "string-categorical";
-    case VariableKind::kContinuous:
-      break;
+// Values as texts of a variable of texts, as numbers of any other.
+void WriteMissing(JsonWriter& json, const char* key, const MissingDefinition& missing, bool texts) {
+  if (missing.IsEmpty()) return;
+  json.Key(key);
+  json.BeginObject();
+  json.Key("values");
+  if (texts) {
+    json.Value(missing.values);
+  } else {
+    json.Value(missing.NumericValues());
   }
-  return "continuous";
+  if (missing.interval) {
+    json.Key("interval");
+    json.BeginObject();
+    if (missing.interval->low != -DBL_MAX) json.Member("low", missing.interval->low);
+    if (missing.interval->high != DBL_MAX) json.Member("high", missing.interval->high);
+    json.EndObject();
+  }
+  json.EndObject();
 }
 
 void WriteSettings(JsonWriter& json, const RunOptions& options) {
@@ -35,6 +44,11 @@ void WriteSettings(JsonWriter& json, const RunOptions& options) {
     json.Member("weight", *options.weight);
     json.Member("rounding",
                 options.rounding == IBINVariable::RoundTruncate ? "truncate" : "closest");
+    for (const MissingDefinition& missing : options.missing) {
+      if (missing.column == *options.weight) {
+        WriteMissing(json, "weight_user_missing", missing, false);
+      }
+    }
   }
   json.EndObject();
 }
@@ -55,41 +69,20 @@ void WriteSource(JsonWriter& json, const BinModel& model) {
   json.EndObject();
 }
 
-// A numeric variable's values as numbers, a text variable's as texts.
-void WriteMissing(JsonWriter& json, const VariableInfo& variable) {
-  const MissingDefinition& missing = variable.missing;
-  if (missing.IsEmpty()) return;
-  json.Key("user_missing");
-  json.BeginObject();
-  json.Key("values");
-  if (variable.kind == VariableKind::kStringCategorical) {
-    json.Value(missing.values);
-  } else {
-    json.Value(missing.NumericValues());
-  }
-  if (missing.interval) {
-    json.Key("interval");
-    json.BeginObject();
-    if (missing.interval->low != -DBL_MAX) json.Member("low", missing.interval->low);
-    if (missing.interval->high != DBL_MAX) json.Member("high", missing.interval->high);
-    json.EndObject();
-  }
-  json.EndObject();
-}
-
 void WriteVariables(JsonWriter& json, const char* key, const std::vector<VariableInfo>& variables) {
   json.Key(key);
   json.BeginArray();
   for (const VariableInfo& variable : variables) {
     json.BeginObject();
     json.Member("name", variable.name);
-    json.Member("kind", NameOf(variable.kind));
+    json.Member("kind", kKindNames[static_cast<std::size_t>(variable.kind)]);
     if (variable.kind == VariableKind::kNumericCategorical) {
       json.Member("categories", variable.numbers);
     } else if (variable.kind == VariableKind::kStringCategorical) {
       json.Member("categories", variable.texts);
     }
-    WriteMissing(json, variable);
+    WriteMissing(json, "user_missing", variable.missing,
+                 variable.kind == VariableKind::kStringCategorical);
     json.EndObject();
   }
   json.EndArray();
@@ -133,7 +126,7 @@ std::string WriteBinFile(const BinModel& model) {
   const bool supervised = model.options.algorithm == Algorithm::kSupervised;
   JsonWriter json;
   json.BeginObject();
-  json.Member("format", "mcbin-bins");
+  json.Member("format", kBinFileFormat);
   json.Member("version", kBinFileVersion);
   json.Member("tool", "mcbin " MCBINNING_VERSION);
   json.Member("algorithm", supervised ? "supervised" : "equal-frequency");

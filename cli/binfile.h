@@ -6,7 +6,8 @@
 
 namespace MCBin {
 
-// The version of the bin file's format, which docs/bin-file.md describes.
+// What a bin file says it is, and the version of its format, which docs/bin-file.md describes.
+constexpr const char* kBinFileFormat = "mcbin-bins";
 constexpr int kBinFileVersion = 1;
 
 // The text of the bin file: one JSON object.

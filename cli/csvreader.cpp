@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "cli/inputerror.h"
-#include "cli/interrupt.h"
+#include "cli/inputstream.h"
 
 namespace MCBin {
 
@@ -182,15 +182,14 @@ void CsvReader::UndoubleQuotes() {
 }
 
 void CsvReader::Refill() {
-  Interrupt::ThrowIfRequested();
   MakeRoom();
   const std::size_t room = fCapacity - static_cast<std::size_t>(fEnd - fBuffer.get());
   const bool atStart = fBytesRead == 0;
-  ssize_t got = read(fFile, fEnd, room);
-  while (got < 0 && errno == EINTR) {
-    Interrupt::ThrowIfRequested();
+  ssize_t got = -1;
+  do {
+    InputStream::WaitForInput(fFile);
     got = read(fFile, fEnd, room);
-  }
+  } while (got < 0 && errno == EINTR);
   if (got < 0) throw InputError(fmt::format("{}: cannot read: {}", fName, std::strerror(errno)));
 
   fAtFileEnd = got == 0;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cli/filedescriptor.h"
+#include "cli/inputstream.h"
 
 namespace MCBin {
 
@@ -15,18 +16,19 @@ class InputFile {
   // is a directory or it is empty, and Interrupt::Requested.
   InputFile(const std::string& path, const std::string& privateDirectory);
 
-  int Get() const { return fFile.Get(); }
+  int Get() const { return fFile; }
   std::uint64_t GetSize() const { return fSize; }
 
   // For messages: the path, or "standard input".
-  const std::string& GetName() const { return fName; }
+  const std::string& GetName() const { return fInput.GetName(); }
 
  private:
   void CopyPipe(const std::string& privateDirectory);
 
-  std::string fName;
-  FileDescriptor fFile;
-  std::uint64_t fSize = 0;
+  InputStream fInput;
+  FileDescriptor fCopy;  // of a pipe, in the private directory
+  int fFile;             // the input or its copy
+  std::uint64_t fSize;
 };
 
 }  // namespace MCBin

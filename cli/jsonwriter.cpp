@@ -2,9 +2,21 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
+
 #include "cli/number.h"
 
 namespace MCBin {
+
+namespace {
+
+// As FormatNumber, but a negative zero keeps its sign, and a point: readers take "-0" for the
+// integer 0.
+std::string NumberText(double number) {
+  return number == 0.0 && std::signbit(number) ? "-0.0" : FormatNumber(number);
+}
+
+}  // namespace
 
 void JsonWriter::NewLine() {
   fText += '\n';
@@ -71,7 +83,7 @@ void JsonWriter::Value(std::string_view text) {
 
 void JsonWriter::Value(double number) {
   Separate();
-  fText += FormatNumber(number);
+  fText += NumberText(number);
 }
 
 void JsonWriter::Value(std::uint64_t number) {
@@ -97,7 +109,7 @@ void JsonWriter::AppendList(const std::vector<T>& values) {
   for (const T& value : values) {
     fText += separator;
     if constexpr (std::is_same_v<T, double>) {
-      fText += FormatNumber(value);
+      fText += NumberText(value);
     } else {
       AppendText(value);
     }

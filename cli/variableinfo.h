@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -9,6 +10,10 @@
 namespace MCBin {
 
 enum class VariableKind { kContinuous, kNumericCategorical, kStringCategorical };
+
+// The kinds in bin files, in the order of VariableKind.
+constexpr std::array<const char*, 3> kKindNames = {"continuous", "numeric-categorical",
+                                                   "string-categorical"};
 
 // What a result needs to know about an attribute or a target.
 struct VariableInfo {

@@ -1,0 +1,42 @@
+#include "cli/inputstream.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "cli/displaytext.h"
+#include "cli/inputerror.h"
+#include "cli/interrupt.h"
+
+namespace MCBin {
+
+InputStream::InputStream(const std::string& path, const char* expected)
+    : fName(path == "-" ? "standard input" : PrintableText(path)) {
+  fFile.Reset(path == "-" ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
+                          : open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  struct stat status = {};
+  if (!fFile.IsOpen() || fstat(fFile.Get(), &status) != 0) {
+    throw InputError(fmt::format("{}: cannot open it: {}", fName, std::strerror(errno)));
+  }
+  if (S_ISDIR(status.st_mode)) {
+    throw InputError(fmt::format("{}: this is a directory; give {}", fName, expected));
+  }
+  fIsRegularFile = S_ISREG(status.st_mode) && lseek(fFile.Get(), 0, SEEK_CUR) == 0;
+  if (fIsRegularFile) fSize = static_cast<std::uint64_t>(status.st_size);
+}
+
+// Waits in short steps, so that a signal is seen.
+void InputStream::WaitForInput(int file) {
+  constexpr int kStepMilliseconds = 200;
+  pollfd input = {file, POLLIN, 0};
+  do {
+    Interrupt::ThrowIfRequested();
+  } while (poll(&input, 1, kStepMilliseconds) == 0);
+}
+
+}  // namespace MCBin
