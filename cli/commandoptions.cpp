@@ -1,0 +1,53 @@
+#include "cli/commandoptions.h"
+
+#include <fmt/format.h>
+
+#include <string_view>
+#include <utility>
+
+#include "cli/optionlist.h"
+#include "cli/usageerror.h"
+
+namespace MCBin {
+
+void AddList(CLI::App& command, const std::string& flag, std::vector<std::string>& values,
+             const std::string& typeName, const std::string& help) {
+  command.add_option(flag, values, help)->allow_extra_args(false)->type_name(typeName);
+}
+
+void AddChoice(CLI::App& command, const std::string& flag, std::string& value,
+               const std::vector<std::string>& choices, const std::string& help) {
+  command.add_option(flag, value, help)
+      ->check(CLI::IsMember(choices).description(""))
+      ->type_name(fmt::format("{}", fmt::join(choices, "|")));
+}
+
+char ParseDelimiter(const std::string& text) {
+  if (text == "\\t" || text == "tab") return '\t';
+  constexpr std::string_view kReserved("\"\r\n\0", 4);
+  const bool oneAscii = text.size() == 1 && static_cast<unsigned char>(text[0]) < 0x80;
+  if (!oneAscii || kReserved.find(text[0]) != std::string_view::npos) {
+    throw UsageError("--delimiter: give one ASCII character, such as ';', or tab");
+  }
+  return text[0];
+}
+
+std::vector<std::string> JoinLists(const std::vector<std::string>& lists) {
+  std::vector<std::string> names;
+  for (const std::string& list : lists) {
+    for (std::string& name : SplitOptionNames(list)) names.push_back(std::move(name));
+  }
+  return names;
+}
+
+std::vector<std::string> JoinMissingTexts(const std::vector<std::string>& lists) {
+  std::vector<std::string> texts;
+  for (const std::string& list : lists) {
+    for (OptionItem& item : SplitOptionList(list)) {
+      texts.push_back(item.quoted && item.text.empty() ? "\"\"" : std::move(item.text));
+    }
+  }
+  return texts;
+}
+
+}  // namespace MCBin

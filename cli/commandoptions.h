@@ -1,0 +1,31 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace MCBin {
+
+// What the subcommands' options have in common.
+
+// What a parsed command line asks for: runs the command and returns the exit code.
+using CommandAction = std::function<int()>;
+
+// An option that may be repeated and takes one text each time.
+void AddList(CLI::App& command, const std::string& flag, std::vector<std::string>& values,
+             const std::string& typeName, const std::string& help);
+
+void AddChoice(CLI::App& command, const std::string& flag, std::string& value,
+               const std::vector<std::string>& choices, const std::string& help);
+
+// The option's value as a character. Throws UsageError.
+char ParseDelimiter(const std::string& text);
+
+// The names of all lists, in order. Throws UsageError.
+std::vector<std::string> JoinLists(const std::vector<std::string>& lists);
+
+// The same for --na. A quoted empty item keeps its quotes: it stands for a quoted empty field.
+std::vector<std::string> JoinMissingTexts(const std::vector<std::string>& lists);
+
+}  // namespace MCBin
