@@ -157,6 +157,7 @@ MCStatus BINAlgorithm::RunPair(unsigned int attribute, unsigned int target) {
     } else {
       fNumTargetCategories = fDataSet->GetNumOfTargetCategories();
       result = Partition(cuts, counts, modelEntropy);
+      RunFrame::ThrowIfOutOfMemory(result);
       if (totals.distinctValues == 1) {
         result = MCStatus(120014, true);
         result.SetDiscreteDatum(0, attribute);

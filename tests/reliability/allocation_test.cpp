@@ -1,0 +1,153 @@
+// Memory that runs out, at whichever allocation of a run, and memory that must not pile up.
+
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <new>
+#include <optional>
+#include <string>
+
+#include "reliability/countedmemory.h"
+#include "reliability/wholerun.h"
+#include "support/agreement.h"
+#include "support/tempdir.h"
+
+namespace {
+
+using counted_memory::Failing;
+using counted_memory::Failure;
+
+const std::string kOutOfMemory = "3/-1[0 0 0]";
+
+class Allocation : public testing::TestWithParam<Driver> {
+ protected:
+  TempDir directory;
+  const Scenario scenario = MixedScenario(40);
+  BINVarList variables = scenario.VarList();
+  MCCommon::InMemoryRecordIterator records = scenario.Records();
+};
+
+// Makes allocation number `count` of a run fail, and tells whether there was one. The run ends
+// with error 3, or as if nothing had happened where there is a way round (a smaller buffer).
+bool FailAllocation(WholeRun& run, MCCommon::RecordIterator& records, std::size_t count,
+                    Failure failure, const std::string& expected) {
+  MCBinning::MCStatus status;
+  bool hasFailed = false;
+  {
+    const Failing failing(count, failure);
+    status = run.CreateBins(records);
+    if (!status.IsError()) status = run.ReadResults();
+    hasFailed = failing.HasFailed();
+  }
+  if (status.IsError()) {
+    EXPECT_EQ(Text(status), kOutOfMemory);
+  } else {
+    EXPECT_EQ(run.Text(), expected);
+  }
+  return hasFailed;
+}
+
+TEST_P(Allocation, FailingAnywhereInARunIsStatus3AndTheObjectWorksAgain) {
+  std::string expected;
+  std::size_t resultCount = 0;
+  {
+    WholeRun run(GetParam(), scenario, variables, directory.Path());
+    run.CreateBins(records);
+    expected = run.Text();
+    resultCount = static_cast<std::size_t>(std::count(expected.begin(), expected.end(), '\n'));
+  }
+  for (const Failure failure : {Failure::kOnce, Failure::kForGood}) {
+    bool hasFailed = true;
+    std::size_t count = 0;
+    for (; hasFailed; ++count) {
+      SCOPED_TRACE(count);
+      const std::size_t live = counted_memory::Live();
+      {
+        WholeRun run(GetParam(), scenario, variables, directory.Path());
+        records.Rewind();
+        hasFailed = FailAllocation(run, records, count, failure, expected);
+        if (hasFailed) {
+          records.Rewind();
+          EXPECT_FALSE(run.CreateBins(records).IsError());
+        }
+        EXPECT_EQ(run.Text(resultCount), expected);
+      }
+      EXPECT_EQ(counted_memory::Live(), live);
+      EXPECT_EQ(directory.FileCount(), 0u);
+      if (HasFailure()) return;
+    }
+    EXPECT_GT(count, 50u);
+  }
+}
+
+TEST_P(Allocation, FailingAnywhereInTheFactoryIsStatus3) {
+  bool hasFailed = true;
+  std::size_t count = 0;
+  for (; hasFailed; ++count) {
+    const std::size_t live = counted_memory::Live();
+    std::optional<WholeRun> run;
+    {
+      // The settings, too, are made here: that may throw, as any host's object may.
+      const Failing failing(count, Failure::kOnce);
+      try {
+        run.emplace(GetParam(), scenario, variables, directory.Path());
+      } catch (const std::bad_alloc&) {
+      }
+      hasFailed = failing.HasFailed();
+    }
+    if (run && hasFailed) {
+      EXPECT_EQ(Text(run->GetCreated()), kOutOfMemory) << count;
+    }
+    run.reset();
+    EXPECT_EQ(counted_memory::Live(), live) << count;
+  }
+  EXPECT_GT(count, 5u);
+}
+
+TEST_P(Allocation, NothingPilesUpOverAThousandRuns) {
+  const auto runOnce = [this] {
+    WholeRun run(GetParam(), scenario, variables, directory.Path());
+    records.Rewind();
+    EXPECT_FALSE(run.CreateBins(records).IsError());
+  };
+  const auto openFiles = [] {
+    const std::filesystem::directory_iterator files("/proc/self/fd");
+    return std::distance(begin(files), end(files));
+  };
+  runOnce();
+  const std::size_t live = counted_memory::Live();
+  const auto files = openFiles();
+  const std::size_t heap = mallinfo2().uordblks;
+  for (int i = 0; i < 1000; ++i) runOnce();
+  EXPECT_EQ(counted_memory::Live(), live);
+  EXPECT_EQ(openFiles(), files);
+  EXPECT_LE(mallinfo2().uordblks, heap + 4096) << "of the C library's own";
+}
+
+INSTANTIATE_TEST_SUITE_P(Drivers, Allocation, testing::ValuesIn(kDrivers),
+                         testing::PrintToStringParamName());
+
+// What a host builds may throw, but neither leaks nor is left half-made.
+TEST(VariableList, StaysAsItWasWhenMemoryRunsOut) {
+  const Scenario scenario = MixedScenario(1);
+  bool hasFailed = true;
+  for (std::size_t count = 0; hasFailed; ++count) {
+    const std::size_t live = counted_memory::Live();
+    {
+      const Failing failing(count, Failure::kOnce);
+      try {
+        BINVarList list = scenario.VarList();
+        const BINVarList copy = list;
+        list.AddDiscreteUserMissing(0, -1.0, "none");
+        list.SetMissingInterval(0, 5.0, 6.0);
+      } catch (const std::bad_alloc&) {
+      }
+      hasFailed = failing.HasFailed();
+    }
+    EXPECT_EQ(counted_memory::Live(), live) << count;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,62 @@
+#include "reliability/countedmemory.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+namespace counted_memory {
+
+namespace {
+
+constexpr std::size_t kNever = std::numeric_limits<std::size_t>::max();
+
+std::atomic<std::size_t> gLive = 0;
+std::size_t gLeft = kNever;  // allocations that still succeed
+bool gForGood = false;
+bool gHasFailed = false;
+
+bool Fails() {
+  if (gLeft == kNever) return false;
+  if (gLeft > 0) {
+    --gLeft;
+    return false;
+  }
+  const bool fails = gForGood || !gHasFailed;
+  gHasFailed = true;
+  return fails;
+}
+
+}  // namespace
+
+void* Allocate(std::size_t size) {
+  void* const memory = Fails() ? nullptr : std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  ++gLive;
+  return memory;
+}
+
+void Free(void* memory) {
+  if (memory == nullptr) return;
+  --gLive;
+  std::free(memory);
+}
+
+std::size_t Live() { return gLive; }
+
+Failing::Failing(std::size_t count, Failure failure) {
+  gForGood = failure == Failure::kForGood;
+  gHasFailed = false;
+  gLeft = count;
+}
+
+Failing::~Failing() { gLeft = kNever; }
+
+bool Failing::HasFailed() const { return gHasFailed; }
+
+}  // namespace counted_memory
+
+// The other forms come down to these, but for over-aligned types, of which there are none.
+void* operator new(std::size_t size) { return counted_memory::Allocate(size); }
+void operator delete(void* memory) noexcept { counted_memory::Free(memory); }
+void operator delete(void* memory, std::size_t /*size*/) noexcept { counted_memory::Free(memory); }
