@@ -60,6 +60,17 @@ ColumnNames::ColumnNames(const CsvReader& header) : fFileName(header.GetName()) 
   CheckDuplicates(header.Where());
 }
 
+ColumnNames ColumnNames::Read(CsvReader& reader) {
+  if (!reader.Next()) {
+    throw InputError(fmt::format("{}: there is no header row", reader.GetName()));
+  }
+  return ColumnNames(reader);
+}
+
+bool ColumnNames::Contains(const std::string& name) const {
+  return std::find(fNames.begin(), fNames.end(), name) != fNames.end();
+}
+
 void ColumnNames::CheckDuplicates(const std::string& where) const {
   std::vector<std::size_t> byName(fNames.size());
   std::iota(byName.begin(), byName.end(), std::size_t{0});

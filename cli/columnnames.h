@@ -16,12 +16,17 @@ class ColumnNames {
   // allowed: such columns cannot be asked for.
   explicit ColumnNames(const CsvReader& header);
 
+  // Takes them from the reader's first record, which it reads. Throws InputError also when
+  // there is none.
+  static ColumnNames Read(CsvReader& reader);
+
   std::size_t GetCount() const { return fNames.size(); }
   const std::string& GetName(std::size_t position) const { return fNames[position]; }
 
   // The position of a column. Throws InputError, with names that are similar, when there
   // is none of that name.
   std::size_t Find(const std::string& name) const;
+  bool Contains(const std::string& name) const;
 
  private:
   void CheckDuplicates(const std::string& where) const;

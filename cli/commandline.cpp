@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/applycommandline.h"
 #include "cli/displaytext.h"
 #include "cli/exitcode.h"
 #include "cli/helpformatter.h"
@@ -21,6 +22,7 @@ constexpr const char* kToolHelp =
     "Bins the variables of a CSV file.\n"
     "  mcbin supervised --target species iris.csv      cut points that separate the classes\n"
     "  mcbin equal-frequency --bins 10 sales.csv       bins of equal weight, without a target\n"
+    "  mcbin apply bins.json new.csv                   the bins of other data\n"
     "  mcbin supervised --help                         the options of a command\n";
 
 std::string DescribeProblem(const CLI::App& app, const char* firstArgument,
@@ -43,6 +45,7 @@ CommandLine ParseCommandLine(int argc, const char* const* argv) {
   app.require_subcommand(1);
   CommandAction action;
   AddRunCommands(app, action);
+  AddApplyCommand(app, action);
 
   try {
     app.parse(argc, argv);

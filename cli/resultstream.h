@@ -23,6 +23,9 @@ class ResultStream {
   void Write(std::string_view text);
   void Flush();
 
+  // Nothing written from now on reaches anybody.
+  bool IsReaderGone() const { return fReaderGone; }
+
  private:
   FileDescriptor fOutput;
   std::string fPending;

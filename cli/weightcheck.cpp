@@ -17,7 +17,7 @@ WeightCheck::WeightCheck(const ColumnRequest& weight, IBINVariable::BINWRounding
       fUserMissing(MakeNumericUserMissing(weight.missing)),
       fEncoder(rounding) {}
 
-bool WeightCheck::Check(const CsvReader& reader) {
+std::optional<double> WeightCheck::Check(const CsvReader& reader) {
   const CsvField& field = reader.GetFields()[fWeight.position];
   const bool missing = fMissingTexts.IsMissing(field);
   const ParsedNumber weight =
@@ -26,7 +26,7 @@ bool WeightCheck::Check(const CsvReader& reader) {
       weight.kind == NumberKind::kNumber && fUserMissing->Contains(weight.value);
   if (weight.kind == NumberKind::kNaN || userMissing) {
     ++fDropped.missing;
-    return false;
+    return std::nullopt;
   }
   if (weight.kind != NumberKind::kNumber || weight.value < 0.0) {
     const char* const problem = weight.kind == NumberKind::kText       ? "is not a number"
@@ -39,13 +39,14 @@ bool WeightCheck::Check(const CsvReader& reader) {
   }
   if (weight.value == 0.0) {
     ++fDropped.zero;
-    return false;
+    return std::nullopt;
   }
-  if (MCMV::IsMissing(fEncoder.Encode(weight.value))) {
+  const double rounded = fEncoder.Encode(weight.value);
+  if (MCMV::IsMissing(rounded)) {
     ++fDropped.roundedToZero;
-    return false;
+    return std::nullopt;
   }
-  return true;
+  return rounded;
 }
 
 }  // namespace MCBin

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "cli/columnrequest.h"
 #include "cli/csvreader.h"
@@ -20,7 +21,7 @@ struct DroppedRecords {
   std::uint64_t GetTotal() const { return missing + zero + roundedToZero; }
 };
 
-// Checks the weight of every record in the first pass.
+// Checks the weight of every record.
 class WeightCheck {
  public:
   WeightCheck(const ColumnRequest& weight, IBINVariable::BINWRoundingOption rounding,
@@ -28,9 +29,10 @@ class WeightCheck {
   WeightCheck(const WeightCheck&) = delete;
   WeightCheck& operator=(const WeightCheck&) = delete;
 
-  // Whether the reader's current record has a usable weight; counts it otherwise. Throws
-  // InputError when the weight is negative, infinite or no number.
-  bool Check(const CsvReader& reader);
+  // The rounded weight of the reader's current record; nothing, and the record is counted,
+  // when it has no usable weight. Throws InputError when the weight is negative, infinite or
+  // no number.
+  std::optional<double> Check(const CsvReader& reader);
 
   const DroppedRecords& GetDropped() const { return fDropped; }
 

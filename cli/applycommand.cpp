@@ -1,0 +1,68 @@
+#include "cli/applycommand.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdio>
+
+#include "cli/binfilereader.h"
+#include "cli/binwriter.h"
+#include "cli/columnnames.h"
+#include "cli/csvreader.h"
+#include "cli/exitcode.h"
+#include "cli/inputstream.h"
+#include "cli/interrupt.h"
+#include "cli/missingtexts.h"
+#include "cli/progressbar.h"
+#include "cli/resultselection.h"
+#include "cli/resultstream.h"
+#include "cli/usageerror.h"
+
+namespace MCBin {
+
+namespace {
+
+void CopyRecords(CsvReader& reader, BinWriter& writer, ResultStream& out, ProgressBar& progress) {
+  constexpr std::uint64_t kRecordsPerUpdate = 4096;
+  std::uint64_t recordCount = 0;
+  while (!out.IsReaderGone() && reader.Next()) {
+    out.Write(writer.WriteRecord(reader));
+    if (++recordCount % kRecordsPerUpdate != 0) continue;
+    Interrupt::ThrowIfRequested();
+    progress.Update(reader.GetBytesRead());
+  }
+  out.Flush();
+}
+
+}  // namespace
+
+int ApplyCommand(const ApplyOptions& options) {
+  if (options.binFile == "-" && options.input == "-") {
+    throw UsageError("the bin file and the data cannot both come from standard input");
+  }
+  const bool outputIsTerminal = isatty(STDOUT_FILENO) == 1;
+  ResultStream out;
+  const BinModel model = ReadBinFile(options.binFile);
+  const std::vector<std::size_t> results = SelectResults(model, options.binFile, options.target);
+
+  const InputStream input(options.input, "a CSV file");
+  const char delimiter = options.delimiter.value_or(model.options.delimiter);
+  CsvReader reader(input.Get(), input.GetName(), delimiter);
+  const ColumnNames names = ColumnNames::Read(reader);
+  const MissingTexts missingTexts(options.missingTexts.value_or(model.options.missingTexts));
+  BinWriter writer(model, results, options, names, missingTexts, delimiter);
+
+  constexpr double kBytesPerMB = 1e6;
+  ProgressBar progress(!options.quiet && !outputIsTerminal && input.IsRegularFile());
+  progress.Start("applying", input.GetSize(), "MB", kBytesPerMB);
+  out.Write(writer.WriteHeader(reader));
+  CopyRecords(reader, writer, out, progress);
+  progress.Finish();
+  if (!options.quiet) {
+    for (const std::string& note : writer.GetNotes()) fmt::print(stderr, "mcbin: {}\n", note);
+  }
+  return kExitDone;
+}
+
+}  // namespace MCBin
