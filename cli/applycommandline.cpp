@@ -58,12 +58,8 @@ void AddApplyCommand(CLI::App& app, CommandAction& action) {
       ->excludes(suffix);
   command.add_option("--missing-as", apply.missingText, "text for a missing value (empty field)")
       ->type_name("TEXT");
-  AddList(command, "--na", raw->missingTexts, "TEXTS",
-          "texts that mean missing, beside the empty field (as in the bin file)");
-  command
-      .add_option("--delimiter", raw->delimiter,
-                  "field delimiter; tab or '\\t' for a tab (as in the bin file)")
-      ->type_name("CHAR");
+  AddMissingTexts(command, raw->missingTexts);
+  AddDelimiter(command, raw->delimiter);
   command.add_flag("--quiet", apply.quiet, "no progress and no notes on standard error");
   command.footer(kFooter);
   command.callback(

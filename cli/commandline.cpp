@@ -9,6 +9,7 @@
 
 #include "cli/applycommandline.h"
 #include "cli/displaytext.h"
+#include "cli/evaluatecommandline.h"
 #include "cli/exitcode.h"
 #include "cli/helpformatter.h"
 #include "cli/runcommandline.h"
@@ -23,6 +24,7 @@ constexpr const char* kToolHelp =
     "  mcbin supervised --target species iris.csv      cut points that separate the classes\n"
     "  mcbin equal-frequency --bins 10 sales.csv       bins of equal weight, without a target\n"
     "  mcbin apply bins.json new.csv                   the bins of other data\n"
+    "  mcbin evaluate bins.json new.csv                how the bins do on other data\n"
     "  mcbin supervised --help                         the options of a command\n";
 
 std::string DescribeProblem(const CLI::App& app, const char* firstArgument,
@@ -46,6 +48,7 @@ CommandLine ParseCommandLine(int argc, const char* const* argv) {
   CommandAction action;
   AddRunCommands(app, action);
   AddApplyCommand(app, action);
+  AddEvaluateCommand(app, action);
 
   try {
     app.parse(argc, argv);

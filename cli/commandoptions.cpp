@@ -22,6 +22,18 @@ void AddChoice(CLI::App& command, const std::string& flag, std::string& value,
       ->type_name(fmt::format("{}", fmt::join(choices, "|")));
 }
 
+void AddMissingTexts(CLI::App& command, std::vector<std::string>& texts) {
+  AddList(command, "--na", texts, "TEXTS",
+          "texts that mean missing, beside the empty field (as in the bin file)");
+}
+
+void AddDelimiter(CLI::App& command, std::string& delimiter) {
+  command
+      .add_option("--delimiter", delimiter,
+                  "field delimiter; tab or '\\t' for a tab (as in the bin file)")
+      ->type_name("CHAR");
+}
+
 char ParseDelimiter(const std::string& text) {
   if (text == "\\t" || text == "tab") return '\t';
   constexpr std::string_view kReserved("\"\r\n\0", 4);

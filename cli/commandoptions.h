@@ -19,6 +19,10 @@ void AddList(CLI::App& command, const std::string& flag, std::vector<std::string
 void AddChoice(CLI::App& command, const std::string& flag, std::string& value,
                const std::vector<std::string>& choices, const std::string& help);
 
+// --na and --delimiter of a command that takes both from a bin file otherwise.
+void AddMissingTexts(CLI::App& command, std::vector<std::string>& texts);
+void AddDelimiter(CLI::App& command, std::string& delimiter);
+
 // The option's value as a character. Throws UsageError.
 char ParseDelimiter(const std::string& text);
 

@@ -58,7 +58,7 @@ ParsedNumber ParseOutOfRange(std::string_view text) {
 
 template <typename... Format>
 std::string ToText(double value, Format... format) {
-  std::array<char, 400> buffer;  // the largest double has 309 digits before its point
+  std::array<char, 400> buffer{};  // the largest double has 309 digits before its point
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format...);
   return {buffer.data(), end.ptr};
 }

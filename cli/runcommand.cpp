@@ -1,12 +1,15 @@
 #include "cli/runcommand.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <new>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "cli/binfile.h"
@@ -16,6 +19,7 @@
 #include "cli/componentrun.h"
 #include "cli/csvreader.h"
 #include "cli/csvrecorditerator.h"
+#include "cli/displaytext.h"
 #include "cli/exitcode.h"
 #include "cli/inputerror.h"
 #include "cli/inputfile.h"
@@ -101,8 +105,21 @@ void WriteResults(const BinModel& model, std::optional<OutputFile>& jsonFile, Re
   WriteTextReport(model, out);
 }
 
+// What would surprise the user before anything is read.
+void CheckFiles(const RunOptions& options) {
+  std::error_code ignored;
+  if (options.jsonFile && std::filesystem::equivalent(options.input, *options.jsonFile, ignored)) {
+    throw UsageError(fmt::format("--json {}: this is the input, which would be overwritten",
+                                 QuotedText(*options.jsonFile)));
+  }
+  if (options.input == "-" && isatty(STDIN_FILENO) == 1 && !options.quiet) {
+    fmt::print(stderr, "mcbin: reading CSV text from the terminal; end it with Ctrl-D\n");
+  }
+}
+
 int Run(const RunOptions& options) {
   ResultStream out;
+  CheckFiles(options);
   std::optional<OutputFile> jsonFile;
   if (options.jsonFile && *options.jsonFile != "-") jsonFile.emplace(*options.jsonFile);
   const BinModel model = MakeBins(options);

@@ -126,6 +126,8 @@ INSTANTIATE_TEST_SUITE_P(
                     "y=text{x z} | a"},
         ScanExample{"DroppedRecordsAddNoCategory", "a,y,w\n1,q,0\n2,x,1\n3,z,2\n",
                     With([](RunOptions& o) { o.weight = "w"; }), "y=text{x z} | a"},
+        ScanExample{"DroppedRecordsAddNoNumber", "a,y,w\n1,7,0\n2,1,1\n3,2,2\n",
+                    With([](RunOptions& o) { o.weight = "w"; }), "y=num{1 2} | a"},
         ScanExample{"ManyTextsOfFewNumbers", "a,y\n1," + std::string(300, '0') + "1\n2,2\n",
                     Plain(), "y=num{1 2} | a"},
         ScanExample{"MostCategories", Rows(256, ","), Plain(), "y=num{0 1 2"}),

@@ -127,6 +127,18 @@ TEST(Supervised, ReadsStandardInputLikeAFile) {
   EXPECT_EQ(fromPipe["results"], BinsOf({"supervised", "--target", "species", kIris})["results"]);
 }
 
+TEST(Supervised, MergesSmallBinsAndPreBinsWhenAsked) {
+  const Words common = {"supervised", "--target", "death", "--attributes", "age"};
+  const Words file = {kTestData + "flchain.csv"};
+  const json all = BinsOf(common + file)["results"][0];
+  for (const Words& option :
+       {Words{"--small-bins", "0.9"}, Words{"--prebin-above", "20", "--prebins", "4"}}) {
+    const json fewer = BinsOf(common + option + file)["results"][0];
+    EXPECT_LT(fewer["cut_points"].size(), all["cut_points"].size()) << option[0];
+    EXPECT_EQ(fewer["valid_weight"], all["valid_weight"]) << option[0];
+  }
+}
+
 TEST(Supervised, CountsDroppedRecords) {
   const Program program;
   program.Write("w.csv", "a,y,w\n1,x,1\n2,z,2\n3,x,0\n4,x,\n5,x,0.4\n6,x,99\n");
@@ -168,9 +180,9 @@ TEST(Supervised, AResultWithoutCasesHasNoNumbersThatDoNotExist) {
 TEST(EqualFrequency, DividesEveryNumericColumn) {
   std::string content = "a,t\n";
   for (int i = 1; i <= 100; ++i) content += std::to_string(i) + ",x\n";
-  const json bins = BinsOf({"equal-frequency", "--bins", "4"}, content);
+  const json bins = BinsOf({"equal-frequency", "--bins", "5"}, content);
   ASSERT_EQ(bins["results"].size(), 1u);
-  EXPECT_EQ(bins["results"][0]["bin_weights"], json({25.0, 25.0, 25.0, 25.0}));
+  EXPECT_EQ(bins["results"][0]["bin_weights"], json({20.0, 20.0, 20.0, 20.0, 20.0}));
   EXPECT_FALSE(bins["results"][0].contains("class_weights"));
   EXPECT_FALSE(bins.contains("targets"));
 
@@ -283,6 +295,11 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{"Delimiter", OnTarget({"--delimiter", "ab"}), kGood, 2, "--delimiter"},
         Refusal{"TwoRoles", OnTarget({"--weight", "y"}), kGood, 2,
                 "cannot be a target and the weight"},
+        Refusal{"JsonOverInput",
+                {"supervised", "--target", "y", "--json", "./in.csv", "in.csv"},
+                kGood,
+                2,
+                "this is the input"},
         Refusal{"EmptyInterval", OnTarget({"--missing", "a=2:1"}), kGood, 2,
                 "interval '2:1' is empty"}),
     RowName);
