@@ -4,6 +4,7 @@
 #include "algorithm/componentversion.h"
 #include "algorithm/runframe.h"
 #include "algorithm/runprogress.h"
+#include "metadata/loadedcases.h"
 
 using MCBinning::MCStatus;
 using MCBinning::RunFrame;
@@ -143,7 +144,7 @@ MCStatus BINAlgorithm::RunAlgorithm(unsigned int attribute, unsigned int target)
 }
 
 MCStatus BINAlgorithm::RunPair(unsigned int attribute, unsigned int target) {
-  MCStatus result = fDataSet->GetAttribute(attribute, target, fTuples);
+  MCStatus result = fDataSet->LoadAttribute(attribute, target);
   RunFrame::ThrowIfOutOfMemory(result);
   MCBinning::CaseTotals totals;
   double modelEntropy = MCMV::Missing();
@@ -178,14 +179,14 @@ MCStatus BINAlgorithm::RunPair(unsigned int attribute, unsigned int target) {
 
 MCStatus BINAlgorithm::Partition(std::set<double>& cuts, std::vector<double>& counts,
                                  double& modelEntropy) {
-  if (!fDataSet->NeedPreprocess()) return MDLP(fTuples, cuts, counts, modelEntropy);
+  if (!fDataSet->NeedPreprocess()) return PartitionDistinct(cuts, counts, modelEntropy);
   std::vector<double> candidates;
   std::vector<double> unusedWeights;
-  if (!fPreProcess->EFCreatePercentileCutPts(fTuples, candidates, unusedWeights,
-                                             fDataSet->GetTotalweight())) {
-    return MCStatus();
-  }
-  return MDLP(fTuples, candidates, cuts, counts, modelEntropy);
+  const bool areCut = MCBinning::LoadedCases::VisitSupervised(*fDataSet, [&](const auto& cases) {
+    return fPreProcess->CutCases(cases, candidates, unusedWeights, fDataSet->GetTotalweight());
+  });
+  if (!areCut) return MCStatus();
+  return PartitionCandidates(candidates, cuts, counts, modelEntropy);
 }
 
 void BINAlgorithm::Display(std::ostream& os) const { RunFrame::Display(os, "BINAlgorithm", *this); }

@@ -110,11 +110,15 @@ class MCBINNING_API BINAlgorithm : public IBINAlgorithm {
   void StoreRefused(const MCBinning::MCStatus& status, int attribute, int target);
   void DoCancel();
 
+  MCBinning::MCStatus PartitionDistinct(std::set<double>& cuts, std::vector<double>& counts,
+                                        double& modelEntropy) const;
+  MCBinning::MCStatus PartitionCandidates(std::vector<double>& cutPoints, std::set<double>& cuts,
+                                          std::vector<double>& counts, double& modelEntropy) const;
   MCBinning::MCStatus PartitionTable(const std::vector<double>& boundaries,
                                      const std::vector<double>& table, std::set<double>& cuts,
                                      std::vector<double>& counts, double& modelEntropy) const;
   bool HasCases(const std::vector<BINDataTuple>* tuples) const;
-  void RemoveEdge(const std::vector<BINDataTuple>& tuples, std::vector<double>& cutPoints) const;
+  void RemoveEdge(std::vector<double>& cutPoints) const;
   void SplitRows(const MCBinning::SplitSearch& search, const std::vector<double>& boundaries,
                  int first, int last, std::set<double>& cuts) const;
   void CountBins(const MCBinning::SplitSearch& search, const std::vector<double>& boundaries,

@@ -7,6 +7,7 @@
 
 #include "common/displayframe.h"
 #include "common/missing.h"
+#include "metadata/casebuffers.h"
 
 namespace {
 
@@ -30,22 +31,22 @@ struct Scan {
   bool isExact;
 };
 
-template <typename Tuple>
-void Advance(Scan& scan, const std::vector<Tuple>& tuples) {
-  while (scan.position < tuples.size() &&
+template <typename Case>
+void Advance(Scan& scan, const std::vector<Case>& cases) {
+  while (scan.position < cases.size() &&
          (scan.target > scan.weight || IsRelativelyEqual(scan.target, scan.weight))) {
-    scan.value = tuples[scan.position].value;
+    scan.value = cases[scan.position].value;
     scan.weightBefore = scan.weight;
     if (IsRelativelyEqual(scan.weight, scan.target)) {
       scan.isExact = true;
-      scan.valueBelow = tuples[scan.position - 1].value;
+      scan.valueBelow = cases[scan.position - 1].value;
       ++scan.position;
       return;
     }
     do {
-      scan.weight += tuples[scan.position].weight;
+      scan.weight += cases[scan.position].weight;
       ++scan.position;
-    } while (scan.position < tuples.size() && tuples[scan.position].value == scan.value);
+    } while (scan.position < cases.size() && cases[scan.position].value == scan.value);
   }
 }
 
@@ -119,9 +120,14 @@ bool BINEFPreProcess::EFCreatePercentileCutPts(std::vector<BINDataTuple>* tuples
 
 bool BINEFPreProcess::FindCutPts(std::vector<double>& cutPoints, std::vector<double>& binWeights,
                                  double totalWeight) {
-  if (fEFTuples == nullptr && fTuples == nullptr) return false;
-  const std::size_t caseCount = fEFTuples != nullptr ? fEFTuples->size() : fTuples->size();
-  if (fNumBins < 1 || caseCount == 0 || totalWeight <= 0.0) return false;
+  if (fEFTuples != nullptr) return CutCases(*fEFTuples, cutPoints, binWeights, totalWeight);
+  return fTuples != nullptr && CutCases(*fTuples, cutPoints, binWeights, totalWeight);
+}
+
+template <typename Case>
+bool BINEFPreProcess::CutCases(const std::vector<Case>& cases, std::vector<double>& cutPoints,
+                               std::vector<double>& binWeights, double totalWeight) const {
+  if (fNumBins < 1 || cases.empty() || totalWeight <= 0.0) return false;
 
   const double step = 100.0 / fNumBins;
   unsigned int position = 0;
@@ -129,16 +135,16 @@ bool BINEFPreProcess::FindCutPts(std::vector<double>& cutPoints, std::vector<dou
   double previousCumulativeWeight = 0.0;
   for (int k = 0; k < fNumBins; ++k) {
     const double percent = std::min(step * (k + 1), 100.0);
-    const double value = GetPercentile(cutPoints, binWeights, percent, position, cumulativeWeight,
-                                       previousCumulativeWeight, totalWeight);
+    const double value = Step(cases, cutPoints, binWeights, percent, position, cumulativeWeight,
+                              previousCumulativeWeight, totalWeight);
     // The last step is made for its bin weight alone.
     if (k < fNumBins - 1 && (k == 0 || value != cutPoints.back())) cutPoints.push_back(value);
   }
-  if (fEFTuples == nullptr) return true;
+  if (MCBinning::kHasTarget<Case>) return true;
 
   if (fRightBorderClosed) {
-    if (!cutPoints.empty() && cutPoints.back() == fEFTuples->back().value) cutPoints.pop_back();
-  } else if (!cutPoints.empty() && cutPoints.front() == fEFTuples->front().value) {
+    if (!cutPoints.empty() && cutPoints.back() == cases.back().value) cutPoints.pop_back();
+  } else if (!cutPoints.empty() && cutPoints.front() == cases.front().value) {
     cutPoints.erase(cutPoints.begin());
     if (!binWeights.empty()) binWeights.erase(binWeights.begin());
   }
@@ -151,12 +157,22 @@ double BINEFPreProcess::GetPercentile(std::vector<double>& cutPoints,
                                       std::vector<double>& binWeights, double percent,
                                       unsigned int& position, double& cumulativeWeight,
                                       double& previousCumulativeWeight, const double& totalWeight) {
+  const auto step = [&](const auto& cases) {
+    return Step(cases, cutPoints, binWeights, percent, position, cumulativeWeight,
+                previousCumulativeWeight, totalWeight);
+  };
+  return fEFTuples != nullptr ? step(*fEFTuples) : step(*fTuples);
+}
+
+template <typename Case>
+double BINEFPreProcess::Step(const std::vector<Case>& cases, const std::vector<double>& cutPoints,
+                             std::vector<double>& binWeights, double percent,
+                             unsigned int& position, double& cumulativeWeight,
+                             double& previousCumulativeWeight, double totalWeight) const {
   const bool isFinalPercent = std::fabs(percent - 100.0) <= 100.0 * kEpsilon;
   const double target = isFinalPercent ? totalWeight : totalWeight * percent / 100.0;
 
-  const std::size_t current = position == 0 ? 0 : position - 1;
-  const double currentValue =
-      fEFTuples != nullptr ? (*fEFTuples)[current].value : (*fTuples)[current].value;
+  const double currentValue = cases[position == 0 ? 0 : position - 1].value;
   if (target <= cumulativeWeight && !cutPoints.empty() && currentValue == cutPoints.back()) {
     return currentValue;
   }
@@ -169,15 +185,13 @@ double BINEFPreProcess::GetPercentile(std::vector<double>& cutPoints,
   scan.isAtStart = position == 0;
   scan.position = position;
   scan.value = MCMV::Missing();
-  if (fEFTuples != nullptr) {
-    Advance(scan, *fEFTuples);
+  Advance(scan, cases);
+  if (!MCBinning::kHasTarget<Case>) {
     if (fRightBorderClosed) {
       AppendWeightsRightClosed(scan, binWeights);
     } else {
       AppendWeightsRightOpen(scan, binWeights);
     }
-  } else {
-    Advance(scan, *fTuples);
   }
 
   cumulativeWeight = scan.isExact ? scan.weightBefore : scan.weight;
@@ -185,6 +199,15 @@ double BINEFPreProcess::GetPercentile(std::vector<double>& cutPoints,
   previousCumulativeWeight = scan.weightBefore;
   return scan.isExact ? (scan.valueBelow + scan.value) / 2.0 : scan.value;
 }
+
+template bool BINEFPreProcess::CutCases(const std::vector<BINDataTuple>&, std::vector<double>&,
+                                        std::vector<double>&, double) const;
+template bool BINEFPreProcess::CutCases(const std::vector<EFBINDataTuple>&, std::vector<double>&,
+                                        std::vector<double>&, double) const;
+template bool BINEFPreProcess::CutCases(const std::vector<MCBinning::UnweightedCase>&,
+                                        std::vector<double>&, std::vector<double>&, double) const;
+template bool BINEFPreProcess::CutCases(const std::vector<MCBinning::UnweightedEFCase>&,
+                                        std::vector<double>&, std::vector<double>&, double) const;
 
 std::ostream& BINEFPreProcess::Display(std::ostream& os) const {
   MCBinning::DisplayStart(os, "BINEFPreProcess");

@@ -6,6 +6,7 @@
 #include "algorithm/componentversion.h"
 #include "algorithm/runframe.h"
 #include "algorithm/runprogress.h"
+#include "metadata/loadedcases.h"
 
 using MCBinning::MCStatus;
 using MCBinning::RunFrame;
@@ -103,7 +104,7 @@ MCStatus EFBINAlgorithm::RunAlgorithm(unsigned int attribute) {
 }
 
 MCStatus EFBINAlgorithm::BinAttribute(unsigned int attribute) {
-  MCStatus result = fDataSet->GetAttribute(attribute, fTuples);
+  MCStatus result = fDataSet->LoadAttribute(attribute);
   RunFrame::ThrowIfOutOfMemory(result);
   MCBinning::CaseTotals totals;
   std::vector<double> cutPoints;
@@ -114,7 +115,9 @@ MCStatus EFBINAlgorithm::BinAttribute(unsigned int attribute) {
     if (fNumCases == 0) {
       result = MCStatus(120015, true);
     } else {
-      fPreProcess->EFCreatePercentileCutPts(fTuples, cutPoints, binWeights, totals.weight);
+      MCBinning::LoadedCases::VisitEqualFrequency(*fDataSet, [&](const auto& cases) {
+        return fPreProcess->CutCases(cases, cutPoints, binWeights, totals.weight);
+      });
       const bool isConstant = totals.distinctValues == 1;
       if (isConstant || cutPoints.empty()) {
         result = MCStatus(isConstant ? 120014 : 120019, true);

@@ -50,6 +50,23 @@ void BINAlgorithm::ComputeModelEntropy(const std::vector<double>& counts,
 MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::set<double>& cuts,
                             std::vector<double>& counts, double& modelEntropy) const {
   if (!HasCases(tuples)) return MCStatus(120002, false);
+  return PartitionDistinct(cuts, counts, modelEntropy);
+}
+
+MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::vector<double>& cutPoints,
+                            std::set<double>& cuts, std::vector<double>& counts,
+                            double& modelEntropy) const {
+  if (!HasCases(tuples)) return MCStatus(120002, false);
+  return PartitionCandidates(cutPoints, cuts, counts, modelEntropy);
+}
+
+// Whether a pair was run, and the tuples can be its own.
+bool BINAlgorithm::HasCases(const std::vector<BINDataTuple>* tuples) const {
+  return fDataSet && tuples != nullptr && fNumCases > 0 && tuples->size() >= fNumCases;
+}
+
+MCStatus BINAlgorithm::PartitionDistinct(std::set<double>& cuts, std::vector<double>& counts,
+                                         double& modelEntropy) const {
   std::vector<double> boundaries;
   std::vector<double> table;
   const MCStatus status = fDataSet->CreateDistinctBinTable(fRightBorderClosed, boundaries, table);
@@ -57,11 +74,10 @@ MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::set<do
   return PartitionTable(boundaries, table, cuts, counts, modelEntropy);
 }
 
-MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::vector<double>& cutPoints,
-                            std::set<double>& cuts, std::vector<double>& counts,
-                            double& modelEntropy) const {
-  if (!HasCases(tuples)) return MCStatus(120002, false);
-  RemoveEdge(*tuples, cutPoints);
+MCStatus BINAlgorithm::PartitionCandidates(std::vector<double>& cutPoints, std::set<double>& cuts,
+                                           std::vector<double>& counts,
+                                           double& modelEntropy) const {
+  RemoveEdge(cutPoints);
   std::vector<double> boundaries;
   boundaries.reserve(cutPoints.size() + 2);
   boundaries.push_back(-DBL_MAX);
@@ -80,6 +96,16 @@ MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::vector
   return PartitionTable(boundaries, table, cuts, counts, modelEntropy);
 }
 
+// The candidate at the edge of the values separates nothing.
+void BINAlgorithm::RemoveEdge(std::vector<double>& cutPoints) const {
+  if (cutPoints.empty()) return;
+  if (fRightBorderClosed) {
+    if (cutPoints.back() == fDataSet->GetMaximum()) cutPoints.pop_back();
+  } else {
+    if (cutPoints.front() == fDataSet->GetMinimum()) cutPoints.erase(cutPoints.begin());
+  }
+}
+
 MCStatus BINAlgorithm::PartitionTable(const std::vector<double>& boundaries,
                                       const std::vector<double>& table, std::set<double>& cuts,
                                       std::vector<double>& counts, double& modelEntropy) const {
@@ -91,22 +117,6 @@ MCStatus BINAlgorithm::PartitionTable(const std::vector<double>& boundaries,
   }
   ComputeModelEntropy(counts, modelEntropy);
   return cuts.empty() ? MCStatus(120017, true) : MCStatus();
-}
-
-// Whether a pair was run, and the tuples can be its own.
-bool BINAlgorithm::HasCases(const std::vector<BINDataTuple>* tuples) const {
-  return fDataSet && tuples != nullptr && fNumCases > 0 && tuples->size() >= fNumCases;
-}
-
-// The candidate at the edge of the values separates nothing.
-void BINAlgorithm::RemoveEdge(const std::vector<BINDataTuple>& tuples,
-                              std::vector<double>& cutPoints) const {
-  if (cutPoints.empty()) return;
-  if (fRightBorderClosed) {
-    if (cutPoints.back() == tuples[fNumCases - 1].value) cutPoints.pop_back();
-  } else {
-    if (cutPoints.front() == tuples.front().value) cutPoints.erase(cutPoints.begin());
-  }
 }
 
 MCStatus BINAlgorithm::MDLPCut(const std::vector<double>* boundaries,

@@ -10,6 +10,7 @@
 #include "metadata/binvarlist.h"
 #include "metadata/casebuffers.h"
 #include "metadata/casecollector.h"
+#include "metadata/loadedcases.h"
 
 using MCBinning::BinaryRecordIterator;
 using MCBinning::MCStatus;
@@ -22,24 +23,11 @@ const double* NextInStep(BinaryRecordIterator& iterator, std::size_t count) {
   return block.count == count ? block.values : nullptr;
 }
 
-// Of sorted cases.
-template <typename Tuple>
-unsigned int CountDistinct(const std::vector<Tuple>& tuples) {
-  unsigned int count = tuples.empty() ? 0 : 1;
-  for (std::size_t i = 1; i < tuples.size(); ++i) {
-    if (tuples[i].value != tuples[i - 1].value) ++count;
-  }
-  return count;
-}
-
-// Gives sorted cases the weight 1. Returns how many distinct values they have.
-template <typename Case, typename Tuple>
-unsigned int MakeTuples(const std::vector<Case>& cases, std::vector<Tuple>& tuples) {
-  tuples.resize(cases.size());
-  unsigned int count = cases.empty() ? 0 : 1;
-  for (std::size_t i = 0; i < cases.size(); ++i) {
-    tuples[i] = MCBinning::ToTuple(cases[i]);
-    if (i > 0 && tuples[i].value != tuples[i - 1].value) ++count;
+template <typename Case>
+unsigned int CountDistinct(const std::vector<Case>& sorted) {
+  unsigned int count = sorted.empty() ? 0 : 1;
+  for (std::size_t i = 1; i < sorted.size(); ++i) {
+    if (sorted[i].value != sorted[i - 1].value) ++count;
   }
   return count;
 }
@@ -66,7 +54,8 @@ BINDataSet::BINDataSet(MCCommon::RecordIterator& records, BINDataPreparator& pre
       fMinimum(MCMV::Missing()),
       fMaximum(MCMV::Missing()),
       fLargestTarget(0),
-      fBuffers(std::make_unique<MCBinning::CaseBuffers>()) {}
+      fBuffers(std::make_unique<MCBinning::CaseBuffers>()),
+      fAreTuples(true) {}
 
 BINDataSet::~BINDataSet() = default;
 
@@ -103,6 +92,27 @@ MCStatus BINDataSet::GetAttribute(unsigned int attribute, unsigned int target,
                                   std::vector<BINDataTuple>*& tuples) {
   tuples = nullptr;
   return MCBinning::Guard([&]() -> MCStatus {
+    const MCStatus status = LoadAttribute(attribute, target);
+    if (!status.IsOK()) return status;
+    MakeTuples(*fTuples);
+    tuples = fTuples.get();
+    return status;
+  });
+}
+
+MCStatus BINDataSet::GetAttribute(unsigned int attribute, std::vector<EFBINDataTuple>*& tuples) {
+  tuples = nullptr;
+  return MCBinning::Guard([&]() -> MCStatus {
+    const MCStatus status = LoadAttribute(attribute);
+    if (!status.IsOK()) return status;
+    MakeTuples(*fEFTuples);
+    tuples = fEFTuples.get();
+    return status;
+  });
+}
+
+MCStatus BINDataSet::LoadAttribute(unsigned int attribute, unsigned int target) {
+  return MCBinning::Guard([&]() -> MCStatus {
     bool isValid = false;
     if (fTuples) IsValidTarget(static_cast<int>(target), isValid);
     if (!isValid) return MCStatus(120010, false);
@@ -119,54 +129,56 @@ MCStatus BINDataSet::GetAttribute(unsigned int attribute, unsigned int target,
     }
 
     status = LoadSorted(attribute, *fTuples);
-    if (!status.IsOK()) return status;
-    if (fIsThresholdSet) {
+    if (status.IsOK() && fIsThresholdSet) {
       fNeedPreprocess = fThresholdDistinct > 0 && fNumDistinctValues > fThresholdDistinct;
     }
-    tuples = fTuples.get();
     return status;
   });
 }
 
-MCStatus BINDataSet::GetAttribute(unsigned int attribute, std::vector<EFBINDataTuple>*& tuples) {
-  tuples = nullptr;
+MCStatus BINDataSet::LoadAttribute(unsigned int attribute) {
   return MCBinning::Guard([&]() -> MCStatus {
-    MCStatus status = CheckAttribute(attribute);
+    const MCStatus status = CheckAttribute(attribute);
     if (status.IsError()) return status;
     if (!fEFTuples) fEFTuples = std::make_unique<std::vector<EFBINDataTuple>>();
-    status = LoadSorted(attribute, *fEFTuples);
-    if (status.IsOK()) tuples = fEFTuples.get();
-    return status;
+    return LoadSorted(attribute, *fEFTuples);
   });
 }
 
 template <typename Tuple>
 MCStatus BINDataSet::LoadSorted(unsigned int attribute, std::vector<Tuple>& tuples) {
-  const auto file = static_cast<unsigned int>(GetFile(attribute));
-  MCStatus status;
-  if (fHasWeight) {
-    status = ReadCases(file, tuples);
-    if (status.IsOK()) {
-      fBuffers->Sort(tuples);
-      fNumDistinctValues = CountDistinct(tuples);
-    }
-  } else {
-    auto& cases = fBuffers->GetUnweighted(tuples);
-    status = ReadCases(file, cases);
-    if (status.IsOK()) {
-      fBuffers->Sort(cases);
-      fNumDistinctValues = MakeTuples(cases, tuples);
-    }
-  }
-  if (!status.IsOK()) tuples.clear();
-  fMinimum = tuples.empty() ? MCMV::Missing() : tuples.front().value;
-  fMaximum = tuples.empty() ? MCMV::Missing() : tuples.back().value;
+  fAreTuples = fHasWeight;
+  return fAreTuples ? SortAndSummarise(attribute, tuples)
+                    : SortAndSummarise(attribute, fBuffers->GetUnweighted(tuples));
+}
+
+template <typename Case>
+MCStatus BINDataSet::SortAndSummarise(unsigned int attribute, std::vector<Case>& cases) {
+  fMinimum = fMaximum = MCMV::Missing();
+  const MCStatus status = ReadCases(static_cast<unsigned int>(GetFile(attribute)), cases);
+  if (!status.IsOK()) cases.clear();
+  if (cases.empty()) return status;
+  fBuffers->Sort(cases);
+  fNumDistinctValues = CountDistinct(cases);
+  fMinimum = cases.front().value;
+  fMaximum = cases.back().value;
   return status;
+}
+
+template <typename Tuple>
+void BINDataSet::MakeTuples(std::vector<Tuple>& tuples) {
+  if (fAreTuples) return;
+  const auto& cases = fBuffers->GetUnweighted(tuples);
+  tuples.resize(cases.size());
+  std::transform(cases.begin(), cases.end(), tuples.begin(),
+                 [](const auto& item) { return MCBinning::ToTuple(item); });
+  fAreTuples = true;
 }
 
 MCStatus BINDataSet::ReadNextAttribute(unsigned int file) {
   return MCBinning::Guard([&]() -> MCStatus {
     if (file >= fFileNames.size()) return MCStatus(120011, false);
+    fAreTuples = true;
     const auto read = [&](auto& tuples) {
       const MCStatus status = ReadCases(file, tuples);
       if (!status.IsOK()) tuples.clear();
@@ -185,8 +197,11 @@ MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Case>& cases) {
   fNumDistinctValues = 0;
   fTotalWeight = 0.0;
   fTotalWeightWithMissing = 0.0;
-  // The supervised tuples are those of the attribute loaded last, or none.
-  if (!Collector::kHasTarget && fTuples) fTuples->clear();
+  if (!MCBinning::kHasTarget<Case> && fTuples) {
+    // A bin table is of the attribute loaded last, or there is none.
+    fTuples->clear();
+    fBuffers->GetUnweighted(*fTuples).clear();
+  }
   if (!fPreparator.HasAnyFile()) {
     cases.clear();
     return MCStatus();
@@ -195,7 +210,7 @@ MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Case>& cases) {
   const MCStatus notWhole(120021, false);
   const auto values = std::make_unique<BinaryRecordIterator>(GetFileName(static_cast<int>(file)));
   if (!IsWhole(static_cast<int>(file), values)) return notWhole;
-  if (Collector::kHasTarget) {
+  if (MCBinning::kHasTarget<Case>) {
     if (!IsWhole(static_cast<int>(fTargetFile), fTargetIterator)) return notWhole;
     fTargetIterator->NewPass();
   }
@@ -210,9 +225,10 @@ MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Case>& cases) {
   while (values->HasMore()) {
     const BinaryRecordIterator::Block block = values->NextBlock();
     const double* const targets =
-        Collector::kHasTarget ? NextInStep(*fTargetIterator, block.count) : nullptr;
+        MCBinning::kHasTarget<Case> ? NextInStep(*fTargetIterator, block.count) : nullptr;
     const double* const weights = fHasWeight ? NextInStep(*fWeightIterator, block.count) : nullptr;
-    if ((Collector::kHasTarget && targets == nullptr) || (fHasWeight && weights == nullptr)) break;
+    if ((MCBinning::kHasTarget<Case> && targets == nullptr) || (fHasWeight && weights == nullptr))
+      break;
     casesRead += block.count;
     collector.Add(targets, weights, block.values, block.count);
   }
@@ -222,7 +238,7 @@ MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Case>& cases) {
   fNumCases = static_cast<unsigned int>(collector.GetCount());
   fTotalWeight = collector.GetTotalWeight();
   fTotalWeightWithMissing = collector.GetTotalWeightWithMissing();
-  if (Collector::kHasTarget) fLargestTarget = collector.GetLargestTarget();
+  if (MCBinning::kHasTarget<Case>) fLargestTarget = collector.GetLargestTarget();
   return MCStatus();
 }
 
@@ -243,13 +259,16 @@ MCStatus BINDataSet::CreateBinTable(const std::vector<double>* cutPoints, bool r
     const auto isAbove = [&](double value) {
       return rightBorderClosed ? !(value <= *upper) : !(value < *upper);
     };
-    for (const BINDataTuple& tuple : *fTuples) {
-      while (isAbove(tuple.value)) {
-        bin += categoryCount;
-        if (++upper == beyondLast) return misfit;
+    MCBinning::LoadedCases::VisitSupervised(*this, [&](const auto& cases) {
+      for (const auto& item : cases) {
+        while (isAbove(item.value)) {
+          bin += categoryCount;
+          if (++upper == beyondLast) return;
+        }
+        bin[item.target] += item.weight;
       }
-      bin[tuple.target] += tuple.weight;
-    }
+    });
+    if (upper == beyondLast) return misfit;
     if (upper + 1 == beyondLast) return MCStatus();
     std::fill_n(bin, categoryCount, 0.0);  // only closed bins are kept
     return misfit;
@@ -260,24 +279,27 @@ MCStatus BINDataSet::CreateDistinctBinTable(bool rightBorderClosed, std::vector<
                                             std::vector<double>& table) {
   const MCStatus misfit(120002, true);
   const std::size_t categoryCount = fNumTargetCategories;
-  if (!fTuples || fTuples->empty() || fNumDistinctValues == 0) return misfit;
-  if (fLargestTarget >= categoryCount) return misfit;
+  if (!fTuples || fNumDistinctValues == 0 || fLargestTarget >= categoryCount) return misfit;
+  const bool hasCases = MCBinning::LoadedCases::VisitSupervised(
+      *this, [](const auto& cases) { return !cases.empty(); });
+  if (!hasCases) return misfit;
   // Nothing lies above the last value, and a NaN comes last.
-  const double last = fTuples->back().value;
-  if (rightBorderClosed ? !(last <= DBL_MAX) : !(last < DBL_MAX)) return misfit;
+  if (rightBorderClosed ? !(fMaximum <= DBL_MAX) : !(fMaximum < DBL_MAX)) return misfit;
   return MCBinning::Guard([&]() -> MCStatus {
     boundaries.resize(fNumDistinctValues);
     table.assign(fNumDistinctValues * categoryCount, 0.0);
     double* boundary = boundaries.data();
     double* bin = table.data();
-    *boundary = fTuples->front().value;
-    for (const BINDataTuple& tuple : *fTuples) {
-      if (tuple.value != *boundary) {
-        *++boundary = tuple.value;
-        bin += categoryCount;
+    *boundary = fMinimum;
+    MCBinning::LoadedCases::VisitSupervised(*this, [&](const auto& cases) {
+      for (const auto& item : cases) {
+        if (item.value != *boundary) {
+          *++boundary = item.value;
+          bin += categoryCount;
+        }
+        bin[item.target] += item.weight;
       }
-      bin[tuple.target] += tuple.weight;
-    }
+    });
     if (rightBorderClosed) {
       boundaries.back() = DBL_MAX;
     } else {

@@ -17,7 +17,8 @@ class BINDataPreparator;
 
 namespace MCBinning {
 class CaseBuffers;
-}
+class LoadedCases;
+}  // namespace MCBinning
 
 // Serves one attribute at a time: its valid cases sorted by value, their totals, and bin
 // tables over them.
@@ -53,6 +54,11 @@ class MCBINNING_API BINDataSet {
   // The same without a target: a target's missing values make no case invalid, and the
   // target-role variable may be loaded like any other.
   MCBinning::MCStatus GetAttribute(unsigned int attribute, std::vector<EFBINDataTuple>*& tuples);
+
+  // The same without handing out tuples, which unweighted cases are then never made into. For
+  // BINAlgorithm and EFBINAlgorithm.
+  MCBinning::MCStatus LoadAttribute(unsigned int attribute, unsigned int target);
+  MCBinning::MCStatus LoadAttribute(unsigned int attribute);
 
   // Reads the variable at a file position into the tuples, unsorted: the supervised ones with
   // a target-role variable, the equal-frequency ones without.
@@ -101,6 +107,8 @@ class MCBINNING_API BINDataSet {
   std::ostream& Display(std::ostream& os) const;
 
  private:
+  friend class MCBinning::LoadedCases;
+
   using FileIterator = std::unique_ptr<MCBinning::BinaryRecordIterator>;
 
   int GetFile(unsigned int variable) const;
@@ -113,6 +121,10 @@ class MCBINNING_API BINDataSet {
   MCBinning::MCStatus ReadCases(unsigned int file, std::vector<Case>& cases);
   template <typename Tuple>
   MCBinning::MCStatus LoadSorted(unsigned int attribute, std::vector<Tuple>& tuples);
+  template <typename Case>
+  MCBinning::MCStatus SortAndSummarise(unsigned int attribute, std::vector<Case>& cases);
+  template <typename Tuple>
+  void MakeTuples(std::vector<Tuple>& tuples);
 
   unsigned int fNumTargetCategories;
   bool fHasWeight;
@@ -140,4 +152,5 @@ class MCBINNING_API BINDataSet {
 
   unsigned int fLargestTarget;  // the largest target code among the loaded cases
   std::unique_ptr<MCBinning::CaseBuffers> fBuffers;
+  bool fAreTuples;  // the cases are in the tuple vector, not among the unweighted ones
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 #include <vector>
 
 #include "metadata/bindatatuple.h"
@@ -9,39 +10,51 @@
 
 namespace MCBinning {
 
-// A supervised case while all weights are 1: a third less to move about than a tuple. For
-// equal-frequency binning the value alone is such a case.
+// What stands for a tuple while all weights are 1: less to sort and to read. Whatever reads
+// cases takes tuples or these alike.
 struct UnweightedCase {
+  static constexpr double weight = 1.0;
   double value;
   std::uint64_t target;
 };
 
-inline BINDataTuple ToTuple(const UnweightedCase& item) {
-  return {item.value, static_cast<std::uint8_t>(item.target), 1.0};
-}
-inline EFBINDataTuple ToTuple(double item) { return {item, 1.0}; }
+struct UnweightedEFCase {
+  static constexpr double weight = 1.0;
+  double value;
+};
 
-// What a data set sorts its cases in.
+// Whether such cases belong to supervised binning.
+template <typename Case>
+inline constexpr bool kHasTarget =
+    std::is_same_v<Case, BINDataTuple> || std::is_same_v<Case, UnweightedCase>;
+
+inline BINDataTuple ToTuple(const UnweightedCase& item) {
+  return {item.value, static_cast<std::uint8_t>(item.target), item.weight};
+}
+
+inline EFBINDataTuple ToTuple(const UnweightedEFCase& item) { return {item.value, item.weight}; }
+
+// The unweighted cases of a data set, and the buffers that cases of any kind are sorted in.
 class CaseBuffers {
  public:
   // The unweighted cases that become such tuples.
-  std::vector<UnweightedCase>& GetUnweighted(const std::vector<BINDataTuple>&) {
-    return fUnweighted;
+  std::vector<UnweightedCase>& GetUnweighted(const std::vector<BINDataTuple>&) { return fCases; }
+  std::vector<UnweightedEFCase>& GetUnweighted(const std::vector<EFBINDataTuple>&) {
+    return fEFCases;
   }
-  std::vector<double>& GetUnweighted(const std::vector<EFBINDataTuple>&) { return fValues; }
 
   void Sort(std::vector<BINDataTuple>& cases) { fTupleSorter.Sort(cases); }
   void Sort(std::vector<EFBINDataTuple>& cases) { fEFTupleSorter.Sort(cases); }
-  void Sort(std::vector<UnweightedCase>& cases) { fUnweightedSorter.Sort(cases); }
-  void Sort(std::vector<double>& cases) { fValueSorter.Sort(cases); }
+  void Sort(std::vector<UnweightedCase>& cases) { fCaseSorter.Sort(cases); }
+  void Sort(std::vector<UnweightedEFCase>& cases) { fEFCaseSorter.Sort(cases); }
 
  private:
-  std::vector<UnweightedCase> fUnweighted;
-  std::vector<double> fValues;
+  std::vector<UnweightedCase> fCases;
+  std::vector<UnweightedEFCase> fEFCases;
   TupleSorter<BINDataTuple> fTupleSorter;
   TupleSorter<EFBINDataTuple> fEFTupleSorter;
-  TupleSorter<UnweightedCase> fUnweightedSorter;
-  TupleSorter<double> fValueSorter;
+  TupleSorter<UnweightedCase> fCaseSorter;
+  TupleSorter<UnweightedEFCase> fEFCaseSorter;
 };
 
 }  // namespace MCBinning

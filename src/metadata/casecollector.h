@@ -16,8 +16,6 @@ namespace MCBinning {
 template <typename Case>
 class CaseCollector {
  public:
-  static constexpr bool kHasTarget =
-      std::is_same_v<Case, BINDataTuple> || std::is_same_v<Case, UnweightedCase>;
   static constexpr bool kHasWeight =
       std::is_same_v<Case, BINDataTuple> || std::is_same_v<Case, EFBINDataTuple>;
 
@@ -53,7 +51,7 @@ class CaseCollector {
     const double value = values[i];
     bool isValid = value != fMissing;
     std::uint8_t target = 0;
-    if constexpr (kHasTarget) {
+    if constexpr (kHasTarget<Case>) {
       // Every stored code lies in 0 .. 255, unless the host has given the missing value
       // another meaning since: what no int can hold is missing still.
       const int code = ToCategoryCode(targets[i]);
@@ -67,14 +65,14 @@ class CaseCollector {
   }
 
   static Case Make(double value, std::uint8_t target, double weight) {
-    if constexpr (kHasTarget && kHasWeight) {
+    if constexpr (kHasTarget<Case> && kHasWeight) {
       return {value, target, weight};
     } else if constexpr (kHasWeight) {
       return {value, weight};
-    } else if constexpr (kHasTarget) {
+    } else if constexpr (kHasTarget<Case>) {
       return {value, target};
     } else {
-      return value;
+      return {value};
     }
   }
 

@@ -42,15 +42,9 @@ class TupleSorter {
 
   using Histogram = std::array<std::uint32_t, kBucketCount>;
 
-  static double ValueOf(double item) { return item; }
-  template <typename Tuple>
-  static double ValueOf(const Tuple& item) {
-    return item.value;
-  }
-
   // Ascends with the value; the same for -0.0 and 0.0, and for all NaN.
   static Key KeyOf(const Case& item) {
-    const double value = ValueOf(item);
+    const double value = item.value;
     const Key bits = std::bit_cast<Key>(value + 0.0);  // makes 0.0 of -0.0
     const Key flip = static_cast<Key>(static_cast<std::int64_t>(bits) >> 63) | (Key{1} << 63);
     return value != value ? ~Key{0} : bits ^ flip;
