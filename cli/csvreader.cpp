@@ -123,7 +123,6 @@ const char* CsvReader::ParseQuoted(const char* open) {
   for (const char* at = begin;; ++at) {
     switch (*at) {
       case '"':
-        if (at + 1 == fEnd && !fAtFileEnd) return nullptr;
         if (at[1] == '"') {
           doubled = true;
           ++at;
