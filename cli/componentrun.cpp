@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cmath>
 #include <memory>
 #include <optional>
 
@@ -12,6 +14,7 @@
 #include "algorithm/ibinalgorithm.h"
 #include "algorithm/iefbinalgorithm.h"
 #include "cli/binstatistics.h"
+#include "cli/displaytext.h"
 #include "cli/inputerror.h"
 #include "cli/interrupt.h"
 #include "cli/runprogress.h"
@@ -48,6 +51,17 @@ void CheckStatus(const MCBinning::MCStatus& status, const ComponentRun& run) {
 
 std::optional<double> Known(double value) {
   return MCMV::IsMissing(value) ? std::nullopt : std::optional<double>(value);
+}
+
+// The midpoint of two values beyond half the largest double is infinite.
+void CheckCutPoints(const std::vector<double>& cutPoints, const VariableInfo& attribute) {
+  const bool finite = std::all_of(cutPoints.begin(), cutPoints.end(),
+                                  [](double cutPoint) { return std::isfinite(cutPoint); });
+  if (finite) return;
+  throw InputError(
+      fmt::format("column {}: a cut point is beyond the largest double; divide the "
+                  "values, for example by 1000",
+                  QuotedText(attribute.name)));
 }
 
 // What the results of both algorithms have.
@@ -119,6 +133,7 @@ std::vector<AttributeBins> RunSupervised(const ComponentRun& run) {
     all.push_back(TakeResults(results));
     all.back().attribute = i % variables.attributes.size();
     all.back().target = i / variables.attributes.size();
+    CheckCutPoints(all.back().cutPoints, variables.attributes[all.back().attribute]);
   }
   return all;
 }
@@ -143,6 +158,7 @@ std::vector<AttributeBins> RunEqualFrequency(const ComponentRun& run) {
     algorithm->GetBinningResults().GetAttributeCutPoints(attributes[i], results);
     all.push_back(TakeResults(results));
     all.back().attribute = i;
+    CheckCutPoints(all.back().cutPoints, run.variables.attributes[i]);
   }
   return all;
 }

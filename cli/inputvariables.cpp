@@ -22,8 +22,7 @@ class Builder {
         AddTarget(request, scan);
         break;
       case ColumnUse::kWeight:
-        fVariables.list.AddWeightVar(request.name, "", fRounding);
-        fVariables.positions.push_back(request.position);
+        AddWeight(request);
         break;
       case ColumnUse::kAttribute:
         AddAttribute(request, scan);
@@ -64,6 +63,13 @@ class Builder {
         fVariables.targets.empty() ? IBINVariable::RoleTarget : IBINVariable::RoleAttribute;
     fVariables.targetIndexes.push_back(fVariables.list.Size());
     fVariables.targets.push_back(AddCategorical(request, scan, role));
+  }
+
+  void AddWeight(const ColumnRequest& request) {
+    const int index = fVariables.list.Size();
+    fVariables.list.AddWeightVar(request.name, "", fRounding);
+    fVariables.positions.push_back(request.position);
+    SetNumericMissing(index, request.missing);
   }
 
   void AddAttribute(const ColumnRequest& request, const ColumnScan& scan) {

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <new>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -21,11 +20,9 @@
 #include "cli/csvrecorditerator.h"
 #include "cli/displaytext.h"
 #include "cli/exitcode.h"
-#include "cli/inputerror.h"
 #include "cli/inputfile.h"
 #include "cli/inputscan.h"
 #include "cli/inputvariables.h"
-#include "cli/interrupt.h"
 #include "cli/outputfile.h"
 #include "cli/privatedirectory.h"
 #include "cli/progressbar.h"
@@ -36,13 +33,6 @@
 namespace MCBin {
 
 namespace {
-
-ColumnNames ReadHeader(CsvReader& reader) {
-  if (!reader.Next()) {
-    throw InputError(fmt::format("{}: there is no header row", reader.GetName()));
-  }
-  return ColumnNames(reader);
-}
 
 void PrintNotes(const std::vector<std::string>& notes, bool quiet) {
   if (quiet) return;
@@ -66,7 +56,7 @@ BinModel MakeBins(const RunOptions& options) {
   const PrivateDirectory directory(options.tempDir);
   const InputFile input(options.input, directory.GetPath());
   CsvReader reader(input.Get(), input.GetName(), options.delimiter);
-  const ColumnNames names = ReadHeader(reader);
+  const ColumnNames names = ColumnNames::Read(reader);
   std::vector<std::string> notes;
   const std::vector<ColumnRequest> requests = SelectColumns(names, options, notes);
 
@@ -117,7 +107,9 @@ void CheckFiles(const RunOptions& options) {
   }
 }
 
-int Run(const RunOptions& options) {
+}  // namespace
+
+int RunCommand(const RunOptions& options) {
   ResultStream out;
   CheckFiles(options);
   std::optional<OutputFile> jsonFile;
@@ -128,30 +120,6 @@ int Run(const RunOptions& options) {
   const bool allOk = std::all_of(model.results.begin(), model.results.end(),
                                  [](const AttributeBins& bins) { return bins.status.IsOK(); });
   return options.strict && !allOk ? kExitWarnings : kExitDone;
-}
-
-int Fail(const std::string& message, int exitCode) {
-  fmt::print(stderr, "mcbin: error: {}\n", message);
-  return exitCode;
-}
-
-}  // namespace
-
-int RunCommand(const RunOptions& options) {
-  try {
-    return Run(options);
-  } catch (const Interrupt::Requested&) {
-    fmt::print(stderr, "mcbin: cancelled\n");
-    return kExitCancelled;
-  } catch (const UsageError& error) {
-    return Fail(error.what(), kExitUsage);
-  } catch (const InputError& error) {
-    return Fail(error.what(), kExitFailed);
-  } catch (const std::bad_alloc&) {
-    return Fail("not enough memory", kExitFailed);
-  } catch (const std::exception& error) {
-    return Fail(error.what(), kExitFailed);
-  }
 }
 
 }  // namespace MCBin

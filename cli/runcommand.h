@@ -5,7 +5,8 @@
 namespace MCBin {
 
 // Runs `mcbin supervised` or `mcbin equal-frequency` and returns the exit code. Messages
-// go to standard error; nothing is thrown, no temporary file stays behind.
+// go to standard error; no temporary file stays behind. Throws InputError, UsageError and
+// Interrupt::Requested.
 int RunCommand(const RunOptions& options);
 
 }  // namespace MCBin
