@@ -1,0 +1,24 @@
+// Any bytes as a bin file: refused with a reason, or written anew the same every time.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "cli/binfile.h"
+#include "cli/binfilereader.h"
+#include "cli/inputerror.h"
+#include "fuzz/require.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  std::string written;
+  try {
+    written = MCBin::WriteBinFile(MCBin::ParseBinFile(text, "input"));
+  } catch (const MCBin::InputError&) {
+    return 0;
+  }
+  Require(written == MCBin::WriteBinFile(MCBin::ParseBinFile(written, "written")),
+          "what is written anew reads back");
+  return 0;
+}
