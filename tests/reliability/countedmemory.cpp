@@ -29,10 +29,15 @@ bool Fails() {
 
 }  // namespace
 
-void* Allocate(std::size_t size) {
+void* AllocateOrNull(std::size_t size) {
   void* const memory = Fails() ? nullptr : std::malloc(size == 0 ? 1 : size);
+  if (memory != nullptr) ++gLive;
+  return memory;
+}
+
+void* Allocate(std::size_t size) {
+  void* const memory = AllocateOrNull(size);
   if (memory == nullptr) throw std::bad_alloc();
-  ++gLive;
   return memory;
 }
 
@@ -56,7 +61,19 @@ bool Failing::HasFailed() const { return gHasFailed; }
 
 }  // namespace counted_memory
 
-// The other forms come down to these, but for over-aligned types, of which there are none.
+// All forms that a sanitizer would otherwise provide, but those for over-aligned types, of which
+// there are none.
 void* operator new(std::size_t size) { return counted_memory::Allocate(size); }
+void* operator new[](std::size_t size) { return counted_memory::Allocate(size); }
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return counted_memory::AllocateOrNull(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return counted_memory::AllocateOrNull(size);
+}
 void operator delete(void* memory) noexcept { counted_memory::Free(memory); }
+void operator delete[](void* memory) noexcept { counted_memory::Free(memory); }
 void operator delete(void* memory, std::size_t /*size*/) noexcept { counted_memory::Free(memory); }
+void operator delete[](void* memory, std::size_t /*size*/) noexcept {
+  counted_memory::Free(memory);
+}

@@ -8,10 +8,10 @@ namespace counted_memory {
 // Allocations that were not freed yet.
 std::size_t Live();
 
-// Whether each allocation after the next `count` ones fails, or just the first of those.
+// Which allocations fail after those that still succeed: the next one, or all.
 enum class Failure { kOnce, kForGood };
 
-// Makes allocations fail while the object lives.
+// Makes allocations fail while the object lives, after `count` that succeed.
 class Failing {
  public:
   Failing(std::size_t count, Failure failure);
