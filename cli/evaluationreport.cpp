@@ -82,7 +82,7 @@ class Comparison {
     std::string line =
         fmt::format("  {}: weight {} valid, {} missing", name, FormatNumber(bins.validWeight),
                     FormatNumber(bins.weightWithMissing - bins.validWeight));
-    if (bins.minimum && bins.maximum) {
+    if (bins.minimum && bins.maximum && !fAttribute.IsCategorical()) {
       line +=
           fmt::format("; from {} to {}", FormatNumber(*bins.minimum), FormatNumber(*bins.maximum));
     }

@@ -94,7 +94,7 @@ std::optional<double> FieldCoder::CountUnknown(const CsvReader& reader, const Cs
 std::optional<std::string> FieldCoder::DescribeUnknown() const {
   if (fUnknownCount == 0) return std::nullopt;
   return fmt::format(
-      "column {}: {} values that the bin file does not know count as missing; the first is {}",
+      "column {}: values that the bin file does not know count as missing: {}, the first is {}",
       QuotedText(fVariable.name), fUnknownCount, fFirstUnknown);
 }
 
