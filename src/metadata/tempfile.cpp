@@ -48,7 +48,10 @@ TempFile::AppendResult TempFile::Append(const double* values, std::size_t count)
   }
 
   const Identity found = Identify(descriptor, "");
-  if (!IsBegun()) fIdentity = found;
+  if (!IsBegun()) {
+    fIdentity = found;
+    if (!IsBegun()) std::remove(fName.c_str());  // made, but could never be known again
+  }
   bool ok = IsBegun() && found == fIdentity;
   if (ok) {
     const std::size_t byteCount = count * sizeof(double);
