@@ -67,6 +67,6 @@ class MCBINNING_API EFBINAlgorithm : public IEFBINAlgorithm {
   std::unique_ptr<BINEFPreProcess> fPreProcess;
   std::vector<MCBinning::MCStatus> fAttributeStatuses;
   int fWeightIndex;
-  std::vector<EFBINDataTuple>* fTuples;
+  std::vector<EFBINDataTuple>* fTuples;  // null: cases are read where the data set keeps them
   EFBINOutput fResults;
 };
