@@ -7,6 +7,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <random>
 #include <vector>
@@ -32,12 +33,19 @@ double Whole(Random& random, int most) {
   return static_cast<double>(std::uniform_int_distribution<int>(0, most)(random));
 }
 
+struct Size {
+  std::size_t rows;
+  std::size_t categories;
+
+  double Cells() const { return static_cast<double>(rows * categories); }
+};
+
 // Fills `weight(row, category)` into a table.
 template <typename Weight>
-Table Fill(std::size_t rows, std::size_t categories, Weight weight) {
+Table Fill(Size size, Weight weight) {
   Table table;
-  for (std::size_t row = 0; row < rows; ++row) {
-    for (std::size_t category = 0; category < categories; ++category) {
+  for (std::size_t row = 0; row < size.rows; ++row) {
+    for (std::size_t category = 0; category < size.categories; ++category) {
       table.push_back(weight(row, category));
     }
   }
@@ -45,91 +53,70 @@ Table Fill(std::size_t rows, std::size_t categories, Weight weight) {
 }
 
 // One case a row: the category drifts from the first to the last as `drift` goes from 0 to 1.
-Table OneCaseARow(Random& random, std::size_t rows, std::size_t categories, double drift) {
-  std::size_t chosen = 0;
-  return Fill(rows, categories, [&](std::size_t row, std::size_t category) {
-    if (category == 0) {
-      const double position = static_cast<double>(row * categories) / static_cast<double>(rows);
-      const bool follows = std::bernoulli_distribution(drift)(random);
-      chosen = follows ? static_cast<std::size_t>(position) : random() % categories;
-    }
-    return category == chosen ? 1.0 : 0.0;
-  });
+Table OneCaseARow(Random& random, Size size, double drift) {
+  Table table(size.rows * size.categories);
+  for (std::size_t row = 0; row < size.rows; ++row) {
+    const bool follows = std::bernoulli_distribution(drift)(random);
+    const std::size_t inOrder = row * size.categories / size.rows;
+    table[row * size.categories + (follows ? inOrder : random() % size.categories)] = 1.0;
+  }
+  return table;
+}
+
+Table Drawn(Size size, const std::function<double()>& draw) {
+  return Fill(size, [&](std::size_t, std::size_t) { return draw(); });
 }
 
 struct Shape {
   const char* name;
-  Table (*make)(Random& random, std::size_t rows, std::size_t categories);
+  Table (*make)(Random& random, Size size);
 };
 
 const Shape kShapes[] = {
-    {"Noise", [](Random& random, std::size_t rows,
-                 std::size_t categories) { return OneCaseARow(random, rows, categories, 0.0); }},
-    {"HalfSeparated",
-     [](Random& random, std::size_t rows, std::size_t categories) {
-       return OneCaseARow(random, rows, categories, 0.5);
-     }},
-    {"Separated",
-     [](Random& random, std::size_t rows, std::size_t categories) {
-       return OneCaseARow(random, rows, categories, 1.0);
-     }},
+    {"Noise", [](Random& random, Size size) { return OneCaseARow(random, size, 0.0); }},
+    {"HalfSeparated", [](Random& random, Size size) { return OneCaseARow(random, size, 0.5); }},
+    {"Separated", [](Random& random, Size size) { return OneCaseARow(random, size, 1.0); }},
     {"Counts",
-     [](Random& random, std::size_t rows, std::size_t categories) {
-       return Fill(rows, categories, [&](std::size_t, std::size_t) { return Whole(random, 3); });
-     }},
+     [](Random& random, Size size) { return Drawn(size, [&] { return Whole(random, 3); }); }},
     {"Plateaus",
-     [](Random&, std::size_t rows, std::size_t categories) {
-       return Fill(rows, categories, [&](std::size_t row, std::size_t category) {
-         return row % categories == category ? 1.0 : 0.0;
+     [](Random&, Size size) {
+       return Fill(size, [&](std::size_t row, std::size_t category) {
+         return row % size.categories == category ? 1.0 : 0.0;
        });
      }},
     {"MirroredTies",
-     [](Random&, std::size_t rows, std::size_t categories) {
-       return Fill(rows, categories, [&](std::size_t row, std::size_t category) {
-         const bool isMiddle = row >= rows / 4 && row < rows - rows / 4;
-         return category == (isMiddle ? 1 % categories : 0) ? 1.0 : 0.0;
+     [](Random&, Size size) {
+       return Fill(size, [&](std::size_t row, std::size_t category) {
+         const bool isMiddle = row >= size.rows / 4 && row < size.rows - size.rows / 4;
+         return category == (isMiddle ? 1 % size.categories : 0) ? 1.0 : 0.0;
        });
-     }},
-    {"OneCategory",
-     [](Random&, std::size_t rows, std::size_t categories) {
-       return Fill(rows, categories,
-                   [](std::size_t, std::size_t category) { return category == 0 ? 2.0 : 0.0; });
      }},
     {"MostlyEmpty",
-     [](Random& random, std::size_t rows, std::size_t categories) {
-       return Fill(rows, categories, [&](std::size_t, std::size_t) {
-         return random() % 500 == 0 ? Whole(random, 4) : 0.0;
-       });
+     [](Random& random, Size size) {
+       return Drawn(size, [&] { return random() % 500 == 0 ? Whole(random, 4) : 0.0; });
      }},
-    {"AllEmpty", [](Random&, std::size_t rows,
-                    std::size_t categories) { return Table(rows * categories, 0.0); }},
+    {"AllEmpty", [](Random&, Size size) { return Table(size.rows * size.categories); }},
     {"Fractions",
-     [](Random& random, std::size_t rows, std::size_t categories) {
-       return Fill(rows, categories,
-                   [&](std::size_t, std::size_t) { return Whole(random, 9) / 10.0; });
-     }},
+     [](Random& random, Size size) { return Drawn(size, [&] { return Whole(random, 9) / 10; }); }},
     {"LastRowOfAFraction",
-     [](Random& random, std::size_t rows, std::size_t categories) {
-       Table table = OneCaseARow(random, rows, categories, 0.5);
+     [](Random& random, Size size) {
+       Table table = OneCaseARow(random, size, 0.5);
        table.back() = 0.5;
        return table;
      }},
     {"SumNearTwoTo53",
-     [](Random& random, std::size_t rows, std::size_t categories) {
-       const double most = std::floor(9007199254740992.0 / static_cast<double>(rows * categories));
-       return Fill(rows, categories, [&](std::size_t, std::size_t) {
-         return random() % 2 == 0 ? most : Whole(random, 3);
-       });
+     [](Random& random, Size size) {
+       const double most = std::floor(9007199254740992.0 / size.Cells());
+       return Drawn(size, [&] { return random() % 2 == 0 ? most : Whole(random, 3); });
      }},
     {"SumBelowTwoTo52",
-     [](Random& random, std::size_t rows, std::size_t categories) {
-       const double most = std::floor(4.5e15 / static_cast<double>(rows * categories));
-       return Fill(rows, categories,
-                   [&](std::size_t, std::size_t) { return most - Whole(random, 1); });
+     [](Random& random, Size size) {
+       const double most = std::floor(4.5e15 / size.Cells());
+       return Drawn(size, [&] { return most - Whole(random, 1); });
      }},
     {"NaNWeight",
-     [](Random& random, std::size_t rows, std::size_t categories) {
-       Table table = OneCaseARow(random, rows, categories, 0.5);
+     [](Random& random, Size size) {
+       Table table = OneCaseARow(random, size, 0.5);
        table[table.size() / 2] = std::numeric_limits<double>::quiet_NaN();
        return table;
      }},
@@ -168,7 +155,7 @@ TEST_P(SplitSearchTest, FindsWhatThePlainScanFinds) {
   Random random(TestSeed());
   for (const std::size_t categories : {1U, 2U, 3U, 5U, 7U, 8U, 9U, 40U}) {
     for (const std::size_t rows : {600U, 5000U}) {
-      const Table table = GetParam().make(random, rows, categories);
+      const Table table = GetParam().make(random, {rows, categories});
       const int end = static_cast<int>(rows);
       for (int round = 0; round < 6; ++round) {
         const int first = round == 0 ? 0 : static_cast<int>(random() % 300);

@@ -111,15 +111,8 @@ TEST(EqualFrequencyProperty, PreProcessAgreesWithTheReferenceForAnyNumberOfBins)
     std::vector<BINDataTuple> tuples;
     std::vector<EFBINDataTuple> pairs;
     for (const reference::Case& c : cases.sorted) {
-      BINDataTuple tuple;
-      tuple.value = c.value;
-      tuple.target = static_cast<unsigned char>(c.target);
-      tuple.weight = c.weight;
-      tuples.push_back(tuple);
-      EFBINDataTuple pair;
-      pair.value = c.value;
-      pair.weight = c.weight;
-      pairs.push_back(pair);
+      tuples.push_back({c.value, static_cast<unsigned char>(c.target), c.weight});
+      pairs.push_back({c.value, c.weight});
     }
     for (const int bins : {-1, 0, 1, 2, 3}) {
       for (const bool closed : {false, true}) {

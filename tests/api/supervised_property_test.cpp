@@ -3,11 +3,8 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <fstream>
 #include <limits>
-#include <map>
 #include <memory>
-#include <sstream>
 
 #include "algorithm/binfactory.h"
 #include "algorithm/binsettings.h"
@@ -219,94 +216,6 @@ INSTANTIATE_TEST_SUITE_P(
                     LargeInput{"Ties", 20000, 5000, 5, 1.0, -1},
                     LargeInput{"TwelveCategories", 5000, 3000, 12, 0.0, -1},
                     LargeInput{"PreBins", 20000, 10000, 4, 1.0, 999}),
-    RowName);
-
-TEST(SupervisedProperty, DoubledWeightsAreRepeatedCases) {
-  for (std::uint64_t seed = TestSeed(); seed < TestSeed() + 50; ++seed) {
-    Scenario doubled = RandomScenario(seed, 60, true);
-    if (doubled.WeightIndex() >= 0) continue;
-    Scenario repeated = doubled;
-    for (ScenarioVariable& variable : repeated.variables) {
-      const std::vector<double> once = variable.values;
-      variable.values.insert(variable.values.end(), once.begin(), once.end());
-    }
-    doubled.Append(Weights(std::vector<double>(doubled.variables.front().values.size(), 2.0)));
-    const Results a = Bin(doubled, nullptr, nullptr).results;
-    const Results b = Bin(repeated, nullptr, nullptr).results;
-    ASSERT_EQ(a.size(), b.size());
-    for (std::size_t i = 0; i < a.size(); ++i) {
-      ASSERT_EQ(a[i].GetCutPoints(), b[i].GetCutPoints()) << "MCBINNING_TEST_SEED=" << seed;
-      ASSERT_EQ(a[i].GetCellCounts(), b[i].GetCellCounts()) << "MCBINNING_TEST_SEED=" << seed;
-    }
-  }
-}
-
-// Four columns of measurements, then the species.
-Scenario Iris() {
-  std::ifstream file(MCBINNING_EXAMPLES_DIR "/iris.csv");
-  std::string line;
-  std::getline(file, line);
-  std::vector<std::vector<double>> columns(5);
-  std::map<std::string, int> codes;
-  while (std::getline(file, line)) {
-    std::istringstream fields(line);
-    std::string field;
-    for (std::size_t column = 0; column < 5; ++column) {
-      std::getline(fields, field, ',');
-      const auto code = [&] { return codes.emplace(field, codes.size()).first->second; };
-      columns[column].push_back(column == 4 ? code() : std::stod(field));
-    }
-  }
-  Scenario scenario;
-  for (std::size_t column = 0; column < 4; ++column) scenario.Append(Continuous(columns[column]));
-  scenario.Append(Categorical(columns[4], 3, IBINVariable::RoleTarget));
-  scenario.options.distinctThreshold = 1000;
-  return scenario;
-}
-
-struct IrisExample {
-  const char* name;
-  int attribute;
-  std::vector<double> cutPoints;
-  std::vector<std::vector<double>> counts;
-  double modelEntropy;
-};
-
-void PrintTo(const IrisExample& example, std::ostream* os) { *os << example.name; }
-
-class IrisTest : public testing::TestWithParam<IrisExample> {};
-
-TEST_P(IrisTest, GivesThePublishedBins) {
-  const Scenario iris = Iris();
-  const std::vector<int> attribute{GetParam().attribute};
-  const Outcome run = Bin(iris, &attribute, nullptr);
-  ASSERT_EQ(Text(run.status), "0/0[0 0 0]");
-  const BINAttributeTargetResults& result = run.results.at(0);
-  EXPECT_EQ(result.GetCutPoints(), GetParam().cutPoints);
-  EXPECT_EQ(result.GetCellCounts(), GetParam().counts);
-  EXPECT_EQ(result.GetModelEntropy(), GetParam().modelEntropy);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Attributes, IrisTest,
-    testing::Values(
-        IrisExample{"SepalLength",
-                    0,
-                    {5.5, 6.1},
-                    {{59, 47, 11, 1}, {36, 3, 23, 10}, {55, 0, 16, 39}},
-                    0.9326788026552858},
-        IrisExample{
-            "SepalWidth", 1, {3.3}, {{113, 19, 49, 45}, {37, 31, 1, 5}}, 1.3018365115523247},
-        IrisExample{"PetalLength",
-                    2,
-                    {1.9, 4.7},
-                    {{50, 50, 0, 0}, {45, 0, 44, 1}, {55, 0, 6, 49}},
-                    0.22841749995118951},
-        IrisExample{"PetalWidth",
-                    3,
-                    {0.6, 1.7},
-                    {{50, 50, 0, 0}, {54, 0, 49, 5}, {46, 0, 1, 45}},
-                    0.2065597528302168}),
     RowName);
 
 }  // namespace

@@ -22,48 +22,32 @@ const std::string kUnknown = "120013/-1[0 0 0]";
 
 TEST(BINOutput, RefusesWhatIsNoPair) {
   BINOutput output;
-  EXPECT_EQ(Set(output, -1, 2, 0), kUnknown);
-  EXPECT_EQ(Set(output, 2, -1, 0), kUnknown);
-  EXPECT_EQ(Set(output, 2, 2, 0), kUnknown);
-  Records all(3);
-  EXPECT_EQ(Text(output.GetAllCutPoints(all)), "120020/-1[0 0 0]");
-  EXPECT_EQ(all.size(), 3u) << "left alone";
-}
-
-TEST(BINOutput, FindsTheFirstRecordOfAPair) {
-  BINOutput output;
-  EXPECT_EQ(Set(output, 0, 1, 10, MCStatus(120017, true)), kOk) << "not the record's own status";
-  EXPECT_EQ(Set(output, 1, 0, 20), kOk);
-  EXPECT_EQ(Set(output, 0, 1, 30), kOk);
-  Records all(7);
-  EXPECT_EQ(Text(output.GetAllCutPoints(all)), kOk);
-  ASSERT_EQ(all.size(), 3u);
-  EXPECT_EQ(all[2].GetNDistinctValues(), 30u);
-
   BINAttributeTargetResults result;
-  EXPECT_EQ(Text(output.GetAttributeTargetCutPoints(1, 0, result)), kOk);
-  EXPECT_EQ(result.GetNDistinctValues(), 20u);
-  EXPECT_EQ(Text(output.GetAttributeTargetCutPoints(0, 1, result)), "120017/1[0 0 0]");
-  EXPECT_EQ(result.GetNDistinctValues(), 10u);
-  for (const auto& [attribute, target] : {std::pair(0, 2), {-1, 1}, {0, -1}, {1, 1}}) {
+  Set(output, 0, 1, 10);
+  for (const auto& [attribute, target] : {std::pair(-1, 1), {0, -1}, {1, 1}}) {
+    EXPECT_EQ(Set(output, attribute, target, 0), kUnknown);
     EXPECT_EQ(Text(output.GetAttributeTargetCutPoints(attribute, target, result)), kUnknown);
   }
-  EXPECT_EQ(result.GetNDistinctValues(), 10u) << "left alone";
+  EXPECT_EQ(Text(output.GetAttributeTargetCutPoints(0, 2, result)), kUnknown);
+  Records records(3);
+  EXPECT_EQ(Text(output.GetAttributeCutPoints(1, records)), kUnknown);
+  EXPECT_EQ(Text(BINOutput().GetAllCutPoints(records)), "120020/-1[0 0 0]");
+  EXPECT_EQ(records.size(), 3u) << "left alone";
 }
 
-TEST(BINOutput, AppendsEveryRecordOfAnAttribute) {
+TEST(BINOutput, FindsTheFirstRecordOfAPairAndEveryOneOfAnAttribute) {
   BINOutput output;
-  Set(output, 0, 1, 10, MCStatus(120017, true));
-  Set(output, 4, 1, 20);
-  Set(output, 0, 2, 30);
-  Set(output, 0, 3, 40, MCStatus(120016, true));
+  EXPECT_EQ(Set(output, 0, 1, 10, MCStatus(120017, true)), kOk) << "not the record's own status";
+  Set(output, 1, 0, 20);
+  Set(output, 0, 1, 30);
+  Set(output, 0, 2, 40, MCStatus(120016, true));
+  BINAttributeTargetResults result;
+  EXPECT_EQ(Text(output.GetAttributeTargetCutPoints(0, 1, result)), "120017/1[0 0 0]");
+  EXPECT_EQ(result.GetNDistinctValues(), 10u);
   Records records(1);
   EXPECT_EQ(Text(output.GetAttributeCutPoints(0, records)), "120016/1[0 0 0]") << "the last one's";
-  ASSERT_EQ(records.size(), 4u);
-  EXPECT_EQ(records[3].GetTargetIndex(), 3);
-  EXPECT_EQ(Text(output.GetAttributeCutPoints(1, records)), kUnknown);
-  EXPECT_EQ(Text(output.GetAttributeCutPoints(-1, records)), kUnknown);
-  EXPECT_EQ(records.size(), 4u);
+  ASSERT_EQ(records.size(), 4u) << "appended";
+  EXPECT_EQ(records[3].GetNDistinctValues(), 40u);
 }
 
 TEST(BINOutput, Display) {
