@@ -30,13 +30,16 @@ InputStream::InputStream(const std::string& path, const char* expected)
   if (fIsRegularFile) fSize = static_cast<std::uint64_t>(status.st_size);
 }
 
-// Waits in short steps, so that a signal is seen.
+// Waits in short steps: a signal that comes just before a wait would not end that wait.
 void InputStream::WaitForInput(int file) {
   constexpr int kStepMilliseconds = 200;
   pollfd input = {file, POLLIN, 0};
-  do {
+  for (;;) {
     Interrupt::ThrowIfRequested();
-  } while (poll(&input, 1, kStepMilliseconds) == 0);
+    const int ready = poll(&input, 1, kStepMilliseconds);
+    const bool failed = ready < 0 && errno != EINTR;  // the read will tell why
+    if (ready > 0 || failed) return;
+  }
 }
 
 }  // namespace MCBin

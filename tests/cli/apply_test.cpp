@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <signal.h>
 
 #include <ostream>
 #include <string>
@@ -162,6 +163,14 @@ TEST(Apply, TellsOfUnknownCategories) {
   EXPECT_EQ(outcome.err,
             "mcbin: column 'c': values that the bin file does not know count as missing: 2, the "
             "first is 'new' in line 3\n");
+}
+
+TEST(Apply, IsCancelledWhileItsPipeIsSilent) {
+  const Program program;
+  program.Write("bins.json", kBins);
+  const auto outcome = program.RunAndSignal({"apply", "bins.json"}, SIGTERM);
+  EXPECT_EQ(outcome.exitCode, 130);
+  EXPECT_EQ(outcome.err, "mcbin: cancelled\n");
 }
 
 // A bin file made by hand, so that every number can be followed.
