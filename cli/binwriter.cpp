@@ -2,10 +2,11 @@
 
 #include <fmt/format.h>
 
-#include <cmath>
+#include <cstdint>
+#include <variant>
 
 #include "cli/binlookup.h"
-#include "cli/binstatistics.h"
+#include "cli/binvalues.h"
 #include "cli/displaytext.h"
 #include "cli/inputerror.h"
 #include "cli/number.h"
@@ -48,30 +49,18 @@ void BinWriter::AddColumn(const BinModel& model, const AttributeBins& bins,
 
 std::vector<std::string> BinWriter::MakeCells(const BinModel& model,
                                               const AttributeBins& bins) const {
-  const bool asEvidence = fOptions.form == BinForm::kWeightOfEvidence;
-  const VariableInfo* const target = model.GetTarget(bins);
-  if (asEvidence && target == nullptr) {
-    throw InputError("weight of evidence needs a target, and equal-frequency bins have none");
-  }
-  const auto evidence = asEvidence ? WeightsOfEvidence(bins, EventCategory(*target))
-                                   : std::vector<std::optional<double>>();
+  struct Writer {
+    const std::string& missingText;
+    std::string operator()(std::monostate) const { return missingText; }
+    std::string operator()(std::int64_t index) const { return std::to_string(index); }
+    std::string operator()(double number) const { return FormatNumber(number); }
+    std::string operator()(const std::string& text) const { return text; }
+  };
   std::vector<std::string> cells;
-  for (std::size_t bin = 0; bin <= bins.cutPoints.size(); ++bin) {
-    switch (fOptions.form) {
-      case BinForm::kIndex:
-        cells.push_back(std::to_string(bin));
-        break;
-      case BinForm::kLabel:
-        cells.push_back(BinLabel(model.GetAttribute(bins), bins.cutPoints, bin, fRightClosed));
-        break;
-      case BinForm::kWeightOfEvidence:
-        const bool known = bin < evidence.size() && evidence[bin];
-        cells.push_back(known ? FormatNumber(*evidence[bin]) : fOptions.missingText);
-        break;
-    }
+  for (const BinValue& value : MakeBinValues(model, bins, fOptions.form)) {
+    cells.push_back(Ready(std::visit(Writer{fOptions.missingText}, value)));
   }
-  cells.push_back(fOptions.missingText);
-  for (std::string& cell : cells) cell = Ready(cell);
+  cells.push_back(Ready(fOptions.missingText));
   return cells;
 }
 

@@ -11,6 +11,7 @@
 #include "cli/displaytext.h"
 #include "cli/evaluatecommandline.h"
 #include "cli/exitcode.h"
+#include "cli/exportcommandline.h"
 #include "cli/helpformatter.h"
 #include "cli/runcommandline.h"
 #include "cli/usageerror.h"
@@ -25,6 +26,7 @@ constexpr const char* kToolHelp =
     "  mcbin equal-frequency --bins 10 sales.csv       bins of equal weight, without a target\n"
     "  mcbin apply bins.json new.csv                   the bins of other data\n"
     "  mcbin evaluate bins.json new.csv                how the bins do on other data\n"
+    "  mcbin export --format sql --table T bins.json   the bins as SQL, PMML or Python\n"
     "  mcbin supervised --help                         the options of a command\n";
 
 std::string DescribeProblem(const CLI::App& app, const char* firstArgument,
@@ -49,6 +51,7 @@ CommandLine ParseCommandLine(int argc, const char* const* argv) {
   AddRunCommands(app, action);
   AddApplyCommand(app, action);
   AddEvaluateCommand(app, action);
+  AddExportCommand(app, action);
 
   try {
     app.parse(argc, argv);

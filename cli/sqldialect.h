@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace MCBin {
+
+// How one database writes what an exported query needs.
+//
+// A number is written such that comparing with it means comparing doubles, and that the
+// database's own parser gets exactly this double.
+struct SqlDialect {
+  const char* name;
+  char identifierQuote;
+  std::string (*quoteText)(std::string_view text);
+  std::string (*formatNumber)(double value);  // of a finite value
+  const char* infinity;                       // +infinity; null when there is none
+  const char* minusInfinity;
+
+  // Patterns with {} for a column.
+  const char* isNoNumber;     // the column of a numeric attribute holds nothing
+  const char* isNaN;          // empty when there is no NaN
+  const char* numberOperand;  // what is compared with numbers
+  const char* textOperand;    // what is compared with texts, byte by byte
+};
+
+// The names that FindSqlDialect knows.
+std::vector<std::string> SqlDialectNames();
+const SqlDialect& FindSqlDialect(const std::string& name);
+
+// A table or column name in the dialect's quotes. Throws InputError for one with a NUL
+// character, which no query can hold.
+std::string QuoteIdentifier(const SqlDialect& dialect, std::string_view name);
+
+// A number as a literal. Throws InputError for an infinite one in a dialect that has none.
+std::string FormatSqlNumber(const SqlDialect& dialect, double value);
+
+}  // namespace MCBin
