@@ -88,6 +88,8 @@ class DriverTest : public testing::Test {
     created = Text(factory.GetStatus());
   }
 
+  void CreateFor(int attributes) { Create(AttributesAndTarget(attributes, Driver::kHasTarget)); }
+
   std::string CreateBins(MCCommon::RecordIterator& records, const Indices* attributes = nullptr,
                          const Indices* targets = nullptr) {
     return Text(Driver::CreateBins(*algorithm, records, attributes, targets));
@@ -116,12 +118,7 @@ class DriverTest : public testing::Test {
 };
 
 template <class Driver>
-class BothDrivers : public DriverTest<Driver> {
- protected:
-  void CreateFor(int attributes) {
-    this->Create(AttributesAndTarget(attributes, Driver::kHasTarget));
-  }
-};
+class BothDrivers : public DriverTest<Driver> {};
 
 using Drivers = testing::Types<Supervised, EqualFrequency>;
 TYPED_TEST_SUITE(BothDrivers, Drivers);
@@ -394,7 +391,7 @@ TEST_F(SupervisedDriver, NeedsATargetWithCodesInRange) {
 
   const Rows rows{{1, 0, 0}, {2, 256, 0}, {3, 1, 1}};
   RowIterator onlyCategorical(rows);
-  Create(AttributesAndTarget(1, true));
+  CreateFor(1);
   EXPECT_EQ(CreateBins(onlyCategorical), "120012/-1[1 0 0]");
 
   RowIterator oneOfTwoCategorical(rows);

@@ -48,31 +48,15 @@ Outcome Bin(const Scenario& scenario, const std::vector<int>* attributes,
   return run;
 }
 
-reference::Binning Expected(const Scenario& scenario, int attribute, int target) {
-  return reference::BinAgainstTarget(scenario.Stored(attribute), scenario.Stored(target),
-                                     scenario.StoredWeights(), scenario.options, attribute, target);
-}
-
 // Every difference of a run from the reference, with the pair it is about.
 std::string DifferencesOf(const Outcome& run, const Scenario& scenario) {
-  std::string text;
-  bool allOk = true;
-  for (const BINAttributeTargetResults& result : run.results) {
+  return RunDifferences(run.status, run.results, [&](const BINAttributeTargetResults& result) {
     const int attribute = result.GetAttributeIndex();
     const int target = result.GetTargetIndex();
-    allOk = allOk && result.GetStatus().IsOK();
-    const std::string pair = Differences(Expected(scenario, attribute, target), result);
-    if (pair.empty()) continue;
-    text += " attribute " + std::to_string(attribute) + ", target " + std::to_string(target) +
-            ":\n" + pair;
-  }
-  const std::string outcome = run.results.empty() ? "120004/-1[0 0 0]"
-                              : allOk             ? "0/0[0 0 0]"
-                                                  : "120018/1[0 0 0]";
-  if (Text(run.status) != outcome) {
-    text += " run: expected " + outcome + ", got " + Text(run.status) + '\n';
-  }
-  return text;
+    return reference::BinAgainstTarget(scenario.Stored(attribute), scenario.Stored(target),
+                                       scenario.StoredWeights(), scenario.options, attribute,
+                                       target);
+  });
 }
 
 struct Pairs {

@@ -28,11 +28,4 @@ TEST(BINCancelInfo, KeepsACancelThatComesWhileTheHostSaysNo) {
   EXPECT_EQ(query.polls, 1);
 }
 
-TEST(BINCancelInfo, NeedsNoQuery) {
-  BINCancelInfo info(nullptr);
-  EXPECT_FALSE(info.IsCancel());
-  info.SetCancel();
-  EXPECT_TRUE(info.IsCancel());
-}
-
 }  // namespace

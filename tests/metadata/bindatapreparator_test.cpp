@@ -136,13 +136,9 @@ const std::string kBadColor = "120012/1[3 0 0]";
 const double kM = kMissing;
 const RecordExample kRecords[] = {
     {"Plain", {30, 1, 0, 2}, {1, 2, 30, 0}},
-    {"WeightRoundsUp", {30, 1, 0, 0.5}, {1, 1, 30, 0}},
     {"WeightRoundsToZero", {30, 1, 0, 0.4}, {0, 0, 0, 0}},
     {"BadCodeOfADroppedRecord", {30, 256, 256, kM}, {0, 0, 0, 0}},
-    {"AgeUserMissing", {-99, 1, 0, 1}, {1, 1, kM, 0}},
-    {"AgeInMissingInterval", {120, 1, 0, 1}, {1, 1, kM, 0}},
     {"AgeNaNIsAValue", {kNaN, 1, 0, 1}, {1, 1, kNaN, 0}},
-    {"TargetMissing", {30, kM, 0, 1}, {kM, 1, 30, 0}},
     {"TargetTruncatesToMinusOne", {30, -1.5, 0, 1}, {kM, 1, 30, 0}},
     {"TargetTruncatesToZero", {30, -0.5, 0, 1}, {-0.5, 1, 30, 0}},
     {"TargetTruncatesTo255", {30, 255.9, 0, 1}, {255.9, 1, 30, 0}},
@@ -171,18 +167,6 @@ TEST_F(BINDataPreparatorTest, WritesAFilePerVariableUpToItsFirstBadCode) {
   EXPECT_EQ(preparator->GetNumOfCategories(), (std::vector<int>{1, 0, 0, 1}));
   EXPECT_EQ(UsableFiles(), (std::vector<bool>{true, true, true, false}));
   EXPECT_TRUE(preparator->HasStopped(kColorFile));
-}
-
-TEST_F(BINDataPreparatorTest, MarksMoreCodesThanDeclaredAfterThePass) {
-  EXPECT_EQ(Process({{1, 2, 2, 1}, {2, 0, 0, 1}}), "0/0[0 0 0]");
-  EXPECT_EQ(UsableFiles(), (std::vector<bool>{false, true, true, false}));
-  EXPECT_FALSE(preparator->HasStopped(kClassFile) || preparator->HasStopped(kColorFile));
-  EXPECT_EQ(ReadDoubles(preparator->GetFileNames()[kColorFile]), (Doubles{2, 0})) << "whole";
-  for (const int file : {-1, 4}) {
-    bool valid = true;
-    EXPECT_EQ(Text(preparator->IsValidTarget(file, valid)), "120013/-1[0 0 0]");
-    EXPECT_TRUE(valid) << "left alone";
-  }
 }
 
 TEST_F(BINDataPreparatorTest, ReportsRecordsReadAndCountsDownForAll) {

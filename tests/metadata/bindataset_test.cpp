@@ -11,7 +11,6 @@
 #include "metadata/bindatapreparator.h"
 #include "support/agreement.h"
 #include "support/doublefile.h"
-#include "support/rowname.h"
 #include "support/scenario.h"
 #include "support/tempdir.h"
 
@@ -26,9 +25,8 @@ const double kNaN = std::nan("");
 // A data set after its pass over a scenario's records.
 class Loaded {
  public:
-  explicit Loaded(const Scenario& scenario, unsigned int threshold = 0)
+  explicit Loaded(const Scenario& scenario)
       : fList(scenario.VarList()), fRecords(scenario.Records()) {
-    set.SetThresholdDistinct(threshold);
     EXPECT_TRUE(set.HandleDataFile().IsOK());
   }
 
@@ -121,22 +119,6 @@ TEST(BINDataSet, ServesAnyUsableVariableAsTarget) {
   EXPECT_EQ(Text(loaded.set.CreateBinTable(&cuts, true, table)), kMisfit);
 }
 
-TEST(BINDataSet, NeedsPreBinsAboveTheThresholdOnly) {
-  Scenario scenario;
-  scenario.Append(Continuous({1, 2, 2}));
-  scenario.Append(Categorical({0, 1, 1}, 2, Var::RoleTarget));
-  scenario.Append(Continuous({1, 2, 3}));
-  scenario.Append(Continuous({kMissing, kMissing, kMissing}));
-  Loaded loaded(scenario, 2);
-  for (const unsigned int attribute : {0u, 2u, 3u}) {
-    EXPECT_EQ(loaded.Load(attribute, 1), kOk);
-    EXPECT_EQ(loaded.set.NeedPreprocess(), attribute == 2) << attribute;
-  }
-  EXPECT_EQ(loaded.set.GetNumDistinctValues(), 0u);
-  EXPECT_EQ(loaded.set.GetMinimum(), kMissing);
-  EXPECT_EQ(loaded.set.GetTotalWeightWithMissing(), 3);
-}
-
 TEST(BINDataSet, NoticesAFileThatWasReplaced) {
   Scenario scenario;
   scenario.Append(Continuous({1, 2, 3}));
@@ -154,63 +136,29 @@ TEST(BINDataSet, NoticesAFileThatWasReplaced) {
   }
 }
 
-struct TableExample {
-  const char* name;
-  Doubles cuts;
-  bool rightBorderClosed;
-  Doubles table;
-  bool fits;
-};
-
-void PrintTo(const TableExample& example, std::ostream* os) { *os << example.name; }
-
-class BinTable : public testing::TestWithParam<TableExample> {};
-
-// The cases 1, 5, 5 and 9 of the classes 0, 1, 0 and 1, with weights 1, 2, 4 and 8.
-TEST_P(BinTable, HoldsTheseWeights) {
+// Cut points that leave cases over, or bins that no case reaches.
+TEST(BINDataSet, HasNoBinTableForCutPointsThatDoNotFit) {
   Scenario scenario;
   scenario.Append(Continuous({5, 9, 1, 5}));
   scenario.Append(Categorical({1, 1, 0, 0}, 2, Var::RoleTarget));
-  scenario.Append(Weights({2, 8, 1, 4}));
+  scenario.Append(Continuous({1, 1, 1, kNaN}));
   Loaded loaded(scenario);
-  ASSERT_EQ(loaded.Load(0, 1), kOk);
-  Doubles table{77};
-  EXPECT_EQ(Text(loaded.set.CreateBinTable(&GetParam().cuts, GetParam().rightBorderClosed, table)),
-            GetParam().fits ? kOk : kMisfit);
-  EXPECT_EQ(table, GetParam().table);
-}
-
-const TableExample kTables[] = {
-    {"UpperCutPointIncluded", {0, 5, 10}, true, {5, 2, 0, 8}, true},
-    {"LowerCutPointIncluded", {0, 5, 10}, false, {1, 0, 4, 10}, true},
-    {"FirstCutPointIsNotCompared", {7, 10}, true, {5, 10}, true},
-    {"EmptyBinsBetween", {0, 1, 2, 3, 9}, true, {1, 0, 0, 0, 0, 0, 4, 10}, true},
-    {"EmptyFirstBin", {0, 1, 10}, false, {0, 0, 5, 10}, true},
-    {"MaximumOnTheLastCutPoint", {0, 5, 9}, true, {5, 2, 0, 8}, true},
-    {"MaximumOnTheOpenLastCutPoint", {0, 5, 9}, false, {1, 0, 4, 2}, false},
-    {"LastBinNotReached", {0, 1, 20, 30}, true, {1, 0, 0, 0, 0, 0}, false},
-    {"CutPointNaN", {0, kNaN, 10}, true, {0, 0, 5, 10}, true},
-    {"LastCutPointNaN", {0, 5, kNaN}, true, {5, 2, 0, 0}, false},
-    {"OneCutPoint", {5}, true, {}, false},
-};
-
-INSTANTIATE_TEST_SUITE_P(Examples, BinTable, testing::ValuesIn(kTables), RowName);
-
-TEST(BINDataSet, HasNoBinTableWithoutCutPointsOrWithANaN) {
-  Scenario scenario;
-  scenario.Append(Continuous({1, kNaN}));
-  scenario.Append(Categorical({1, 0}, 2, Var::RoleTarget));
-  Loaded loaded(scenario);
+  const auto statusFor = [&](const Doubles& cuts, bool closed) {
+    Doubles table;
+    return Text(loaded.set.CreateBinTable(&cuts, closed, table));
+  };
   EXPECT_EQ(loaded.Load(0, 1), kOk);
-  Doubles table;
-  const Doubles none;
-  const Doubles all{-HUGE_VAL, 0, HUGE_VAL};
-  for (const bool closed : {false, true}) {
-    EXPECT_EQ(Text(loaded.set.CreateBinTable(nullptr, closed, table)), kMisfit);
-    EXPECT_EQ(Text(loaded.set.CreateBinTable(&none, closed, table)), kMisfit);
-    EXPECT_EQ(Text(loaded.set.CreateBinTable(&all, closed, table)), kMisfit);
-    EXPECT_EQ(table, (Doubles{0, 0, 0, 1}));
+  EXPECT_EQ(statusFor({0, 5, 9}, true), kOk) << "the maximum on the closed end";
+  EXPECT_EQ(statusFor({7, 10}, true), kOk) << "the first cut point is not compared";
+  EXPECT_EQ(statusFor({0, kNaN, 10}, true), kOk);
+  EXPECT_EQ(statusFor({0, 5, 9}, false), kMisfit) << "the maximum on the open end";
+  for (const Doubles& cuts : {Doubles{0, 1, 20, 30}, {0, 5, kNaN}, {5}, {}}) {
+    EXPECT_EQ(statusFor(cuts, true), kMisfit) << testing::PrintToString(cuts);
   }
+  Doubles table;
+  EXPECT_EQ(Text(loaded.set.CreateBinTable(nullptr, true, table)), kMisfit);
+  EXPECT_EQ(loaded.Load(2, 1), kOk);
+  EXPECT_EQ(statusFor({-HUGE_VAL, HUGE_VAL}, true), kMisfit) << "a NaN is in no bin";
 }
 
 }  // namespace

@@ -99,7 +99,8 @@ std::string Differences(const reference::Binning& expected,
                         const BINAttributeTargetResults& actual) {
   Report report = CompareCommon(expected, actual);
   report.Compare("model entropy", {expected.modelEntropy}, {actual.GetModelEntropy()});
-  return report.GetText();
+  if (report.GetText().empty()) return {};
+  return " target " + std::to_string(actual.GetTargetIndex()) + ":\n" + report.GetText();
 }
 
 std::string Differences(const reference::Binning& expected, const BINAttributeResults& actual) {

@@ -20,3 +20,23 @@ bool SameBits(const std::vector<double>& a, const std::vector<double>& b);
 std::string Differences(const reference::Binning& expected,
                         const BINAttributeTargetResults& actual);
 std::string Differences(const reference::Binning& expected, const BINAttributeResults& actual);
+
+// The same for a whole run that no variable was refused in. `expected` bins what a result is of.
+template <class Result, class Expected>
+std::string RunDifferences(const MCBinning::MCStatus& status, const std::vector<Result>& results,
+                           const Expected& expected) {
+  std::string text;
+  bool allOk = true;
+  for (const Result& result : results) {
+    allOk = allOk && result.GetStatus().IsOK();
+    const std::string differences = Differences(expected(result), result);
+    if (differences.empty()) continue;
+    text += "attribute " + std::to_string(result.GetAttributeIndex()) + ":\n" + differences;
+  }
+  const char* const outcome = results.empty() ? "120004/-1[0 0 0]"
+                              : allOk         ? "0/0[0 0 0]"
+                                              : "120018/1[0 0 0]";
+  if (Text(status) != outcome)
+    text += std::string("run: expected ") + outcome + ", got " + Text(status);
+  return text;
+}

@@ -103,28 +103,20 @@ void AddMissing(Dice& dice, ScenarioVariable& variable) {
 
 }  // namespace
 
-ScenarioVariable Continuous(std::vector<double> values) {
-  ScenarioVariable variable;
-  variable.values = std::move(values);
-  return variable;
-}
+ScenarioVariable Continuous(std::vector<double> values) { return {.values = std::move(values)}; }
 
 ScenarioVariable Categorical(std::vector<double> codes, int categories,
                              IBINVariable::VariableRole role) {
-  ScenarioVariable variable;
-  variable.level = IBINVariable::MeasureNumericCategorical;
-  variable.role = role;
-  variable.categories = categories;
-  variable.values = std::move(codes);
-  return variable;
+  return {.level = IBINVariable::MeasureNumericCategorical,
+          .role = role,
+          .categories = categories,
+          .values = std::move(codes)};
 }
 
 ScenarioVariable Weights(std::vector<double> weights) {
-  ScenarioVariable variable;
-  variable.level = IBINVariable::MeasureFrequencyWeight;
-  variable.role = IBINVariable::RoleFrequencyWeight;
-  variable.values = std::move(weights);
-  return variable;
+  return {.level = IBINVariable::MeasureFrequencyWeight,
+          .role = IBINVariable::RoleFrequencyWeight,
+          .values = std::move(weights)};
 }
 
 int Scenario::Append(ScenarioVariable variable) {
@@ -166,19 +158,15 @@ MCCommon::InMemoryRecordIterator Scenario::Records() const {
   return records;
 }
 
-int Scenario::TargetIndex() const {
-  for (std::size_t v = 0; v < variables.size(); ++v) {
-    if (variables[v].role == IBINVariable::RoleTarget) return static_cast<int>(v);
-  }
-  return -1;
+int Scenario::IndexOf(IBINVariable::VariableRole role) const {
+  const auto found = std::find_if(variables.begin(), variables.end(),
+                                  [&](const auto& variable) { return variable.role == role; });
+  return found != variables.end() ? static_cast<int>(found - variables.begin()) : -1;
 }
 
-int Scenario::WeightIndex() const {
-  for (std::size_t v = 0; v < variables.size(); ++v) {
-    if (variables[v].role == IBINVariable::RoleFrequencyWeight) return static_cast<int>(v);
-  }
-  return -1;
-}
+int Scenario::TargetIndex() const { return IndexOf(IBINVariable::RoleTarget); }
+
+int Scenario::WeightIndex() const { return IndexOf(IBINVariable::RoleFrequencyWeight); }
 
 std::vector<int> Scenario::CategoricalIndices() const {
   std::vector<int> indices;

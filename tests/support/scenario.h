@@ -18,8 +18,8 @@ struct ScenarioVariable {
   IBINVariable::VariableRole role = IBINVariable::RoleAttribute;
   int categories = 0;          // declared; of a categorical variable
   std::vector<double> values;  // one per record
-  std::vector<double> discreteMissing;
-  std::optional<std::pair<double, double>> missingInterval;
+  std::vector<double> discreteMissing{};
+  std::optional<std::pair<double, double>> missingInterval{};
 };
 
 // Data, variables and settings of one run, for the library and for the reference alike.
@@ -39,6 +39,9 @@ struct Scenario {
   // A column as it counts: weights rounded, user-missing values and -1 codes missing.
   std::vector<double> Stored(int variable) const;
   std::vector<double> StoredWeights() const;  // empty without a weight variable
+
+ private:
+  int IndexOf(IBINVariable::VariableRole role) const;
 };
 
 ScenarioVariable Continuous(std::vector<double> values);
