@@ -5,11 +5,8 @@
 #include <limits>
 
 #include "metadata/bincatnumencoder.h"
-#include "support/rowname.h"
 
 namespace {
-
-constexpr int kMaxInt = std::numeric_limits<int>::max();
 
 BINCatVar NumericCatVar(int numberOfCategories, int encodedCategories) {
   BINCatVar variable("c", "label", numberOfCategories, IBINVariable::MeasureNumericCategorical,
@@ -19,40 +16,26 @@ BINCatVar NumericCatVar(int numberOfCategories, int encodedCategories) {
   return variable;
 }
 
-struct CountExample {
-  const char* name;
-  int declared;
-  int encoded;
-  int countAfterwards;
-  int status;
-};
-
-void PrintTo(const CountExample& example, std::ostream* os) { *os << example.name; }
-
-class CategoryCountTest : public testing::TestWithParam<CountExample> {};
-
-TEST_P(CategoryCountTest, IsRaisedToTheEncodersWhenAsked) {
-  const auto& [name, declared, encoded, countAfterwards, status] = GetParam();
-  BINCatVar updated = NumericCatVar(declared, encoded);
-  EXPECT_EQ(updated.GetNumberOfCategories(), declared);
-  EXPECT_EQ(updated.UpdateNumberOfCategories(), countAfterwards);
-  EXPECT_EQ(updated.GetNumberOfCategories(), countAfterwards);
-
-  BINCatVar judged = NumericCatVar(declared, encoded);
-  EXPECT_EQ(judged.GetVarStatus(), status);
-  EXPECT_EQ(judged.GetNumberOfCategories(), countAfterwards);
+TEST(BINCatVar, CountIsRaisedToTheEncodersWhenAsked) {
+  struct Row {
+    int declared, encoded, countAfterwards, status;
+  };
+  constexpr int kMaxInt = std::numeric_limits<int>::max();
+  for (const Row& row : {Row{2, 3, 3, IBINVariable::VarStatusOk},
+                         {5, 1, 5, IBINVariable::VarStatusOk},
+                         {1, 0, 1, IBINVariable::VarStatusOneCategory},
+                         {0, 1, 1, IBINVariable::VarStatusOneCategory},
+                         {-3, 0, 0, IBINVariable::VarStatusNoCategory},
+                         {kMaxInt, 0, kMaxInt, IBINVariable::VarStatusOk}}) {
+    SCOPED_TRACE(testing::Message() << row.declared << " declared, " << row.encoded << " encoded");
+    BINCatVar updated = NumericCatVar(row.declared, row.encoded);
+    EXPECT_EQ(updated.GetNumberOfCategories(), row.declared);
+    EXPECT_EQ(updated.UpdateNumberOfCategories(), row.countAfterwards);
+    BINCatVar judged = NumericCatVar(row.declared, row.encoded);
+    EXPECT_EQ(judged.GetVarStatus(), row.status);
+    EXPECT_EQ(judged.GetNumberOfCategories(), row.countAfterwards);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Examples, CategoryCountTest,
-    testing::Values(CountExample{"MoreSeenThanDeclared", 2, 3, 3, IBINVariable::VarStatusOk},
-                    CountExample{"FewerSeenThanDeclared", 5, 1, 5, IBINVariable::VarStatusOk},
-                    CountExample{"OneDeclared", 1, 0, 1, IBINVariable::VarStatusOneCategory},
-                    CountExample{"OneSeen", 0, 1, 1, IBINVariable::VarStatusOneCategory},
-                    CountExample{"None", 0, 0, 0, IBINVariable::VarStatusNoCategory},
-                    CountExample{"Negative", -3, 0, 0, IBINVariable::VarStatusNoCategory},
-                    CountExample{"Huge", kMaxInt, 0, kMaxInt, IBINVariable::VarStatusOk}),
-    RowName);
 
 TEST(BINCatVar, AssignmentTakesLevelAndEncoderAlong) {
   BINCatVar assigned("s", "", 9, IBINVariable::MeasureStringCategorical, IBINVariable::RoleTarget);

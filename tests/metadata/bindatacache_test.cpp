@@ -30,26 +30,20 @@ TEST(BINDataCache, IsFullWhenOneRowIs) {
 
 TEST(BINDataCache, RefusesPositionsOutOfRange) {
   BINDataCache cache(2, 3);
+  Doubles out{5};
   for (const int row : {-1, 2}) {
-    Doubles out{5};
-    EXPECT_FALSE(cache.AddElem(row, 1));
-    EXPECT_FALSE(cache.SetElem(row, 0, 1));
-    EXPECT_FALSE(cache.SetRow(row, {1, 1, 1}));
-    EXPECT_FALSE(cache.GetRow(row, out));
-    EXPECT_EQ(out, Doubles{5});
+    EXPECT_FALSE(cache.AddElem(row, 1) || cache.SetElem(row, 0, 1));
+    EXPECT_FALSE(cache.SetRow(row, {1, 1, 1}) || cache.GetRow(row, out));
     EXPECT_EQ(cache.GetElem(row, 0), MCMV::Missing());
     EXPECT_EQ(cache.GetRowPtr(row), nullptr);
     EXPECT_EQ(cache.GetRowSize(row), 0);
   }
   for (const int col : {-1, 3}) {
-    Doubles out{5};
-    EXPECT_FALSE(cache.SetElem(0, col, 1));
-    EXPECT_FALSE(cache.SetCol(col, {1, 1}));
-    EXPECT_FALSE(cache.GetCol(col, out));
-    EXPECT_EQ(out, Doubles{5});
+    EXPECT_FALSE(cache.SetElem(0, col, 1) || cache.SetCol(col, {1, 1}) || cache.GetCol(col, out));
     EXPECT_EQ(cache.GetElem(1, col), MCMV::Missing());
     EXPECT_EQ(cache.GetColPtr(col), nullptr);
   }
+  EXPECT_EQ(out, Doubles{5});
   EXPECT_FALSE(cache.SetRow(0, {1, 1}) || cache.SetRow(0, {1, 1, 1, 1}) || cache.SetCol(0, {1}));
   EXPECT_EQ(Doubles(cache.GetRowPtr(0), cache.GetRowPtr(0) + 6), Doubles(6, 0.0));
   EXPECT_EQ(BINDataCache(0, 3).GetColPtr(2), nullptr) << "no row to point into";

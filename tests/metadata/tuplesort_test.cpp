@@ -8,6 +8,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <random>
 #include <vector>
@@ -25,28 +26,23 @@ struct Values {
   double (*draw)(Random& random, std::size_t index);
 };
 
-const double kSpecial[] = {0.0,
-                           -0.0,
-                           std::numeric_limits<double>::quiet_NaN(),
-                           -std::numeric_limits<double>::quiet_NaN(),
-                           std::numeric_limits<double>::infinity(),
-                           -std::numeric_limits<double>::infinity(),
-                           std::numeric_limits<double>::denorm_min(),
-                           -std::numeric_limits<double>::denorm_min(),
-                           std::numeric_limits<double>::max(),
-                           std::numeric_limits<double>::lowest(),
-                           1.0,
-                           -1.0};
+using Limits = std::numeric_limits<double>;
+const double kSpecial[] = {0.0, Limits::quiet_NaN(), Limits::infinity(), Limits::denorm_min(),
+                           1.0, Limits::max()};
+
+double Special(Random& random) {
+  return (random() % 2 == 0 ? 1.0 : -1.0) * kSpecial[random() % std::size(kSpecial)];
+}
 
 double Normal(Random& random) { return std::normal_distribution<double>()(random); }
 
 const Values kValues[] = {
     {"Normal", [](Random& random, std::size_t) { return Normal(random); }},
     {"Ties", [](Random& random, std::size_t) { return std::floor(10.0 * Normal(random)); }},
-    {"Special", [](Random& random, std::size_t) { return kSpecial[random() % 12]; }},
+    {"Special", [](Random& random, std::size_t) { return Special(random); }},
     {"SpecialAmongOthers",
      [](Random& random, std::size_t) {
-       return random() % 4 == 0 ? kSpecial[random() % 12] : Normal(random);
+       return random() % 4 == 0 ? Special(random) : Normal(random);
      }},
     {"AnyBits", [](Random& random, std::size_t) { return std::bit_cast<double>(random()); }},
     {"Sorted", [](Random&, std::size_t index) { return static_cast<double>(index); }},
