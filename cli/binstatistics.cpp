@@ -84,6 +84,19 @@ std::optional<double> InformationValue(const AttributeBins& bins, std::size_t ev
   return StabilityIndex(others, events);
 }
 
+std::vector<std::optional<double>> InformationValueTerms(const AttributeBins& bins,
+                                                         std::size_t event) {
+  const std::vector<double> totals = SumClassWeights(bins);
+  std::vector<std::optional<double>> terms = WeightsOfEvidence(bins, event);
+  for (std::size_t bin = 0; bin < terms.size(); ++bin) {
+    if (!terms[bin]) continue;
+    const std::vector<double>& weights = bins.classWeights[bin];
+    terms[bin] =
+        DivergenceTerm(weights[1 - event] / totals[1 - event], weights[event] / totals[event]);
+  }
+  return terms;
+}
+
 std::optional<double> StabilityIndex(const std::vector<double>& weights,
                                      const std::vector<double>& otherWeights) {
   const double total = Sum(weights);

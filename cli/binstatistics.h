@@ -40,6 +40,10 @@ std::vector<std::optional<double>> WeightsOfEvidence(const AttributeBins& bins, 
 // with weight; infinite when a weight of evidence is. Nothing when one class has no weight.
 std::optional<double> InformationValue(const AttributeBins& bins, std::size_t event);
 
+// What each bin adds to that sum. Nothing in a bin without weight of evidence.
+std::vector<std::optional<double>> InformationValueTerms(const AttributeBins& bins,
+                                                         std::size_t event);
+
 // How far the shares of the bins moved between two samples: the sum of
 // (b - a) * ln(b / a) over the shares a and b of each bin. 0 when nothing moved, infinite
 // when a bin is empty in one sample only. Nothing when a sample has no weight. Requires as

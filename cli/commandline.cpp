@@ -13,6 +13,7 @@
 #include "cli/exitcode.h"
 #include "cli/exportcommandline.h"
 #include "cli/helpformatter.h"
+#include "cli/reportcommandline.h"
 #include "cli/runcommandline.h"
 #include "cli/usageerror.h"
 
@@ -27,6 +28,7 @@ constexpr const char* kToolHelp =
     "  mcbin apply bins.json new.csv                   the bins of other data\n"
     "  mcbin evaluate bins.json new.csv                how the bins do on other data\n"
     "  mcbin export --format sql --table T bins.json   the bins as SQL, PMML or Python\n"
+    "  mcbin report bins.json -o report.html           charts and tables as an HTML page\n"
     "  mcbin supervised --help                         the options of a command\n";
 
 std::string DescribeProblem(const CLI::App& app, const char* firstArgument,
@@ -42,17 +44,23 @@ std::string DescribeProblem(const CLI::App& app, const char* firstArgument,
 
 }  // namespace
 
-CommandLine ParseCommandLine(int argc, const char* const* argv) {
-  CLI::App app(kToolHelp, "mcbin");
+void AddCommands(CLI::App& app, CommandAction& action) {
+  app.name("mcbin");
+  app.description(kToolHelp);
   app.formatter(std::make_shared<HelpFormatter>());
   app.set_version_flag("--version", "mcbin " MCBINNING_VERSION);
   app.require_subcommand(1);
-  CommandAction action;
   AddRunCommands(app, action);
   AddApplyCommand(app, action);
   AddEvaluateCommand(app, action);
   AddExportCommand(app, action);
+  AddReportCommand(app, action);
+}
 
+CommandLine ParseCommandLine(int argc, const char* const* argv) {
+  CLI::App app;
+  CommandAction action;
+  AddCommands(app, action);
   try {
     app.parse(argc, argv);
     return {action, kExitDone};

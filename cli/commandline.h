@@ -4,6 +4,10 @@
 
 namespace MCBin {
 
+// Makes an empty `app` the one of mcbin. Parsing a command sets `action`, which must outlive
+// `app`.
+void AddCommands(CLI::App& app, CommandAction& action);
+
 // Parses the arguments of `mcbin`, as main() got them.
 //
 // --help and --version print to standard output; wrong usage is told on standard error.

@@ -20,6 +20,7 @@
 #include "cli/csvrecorditerator.h"
 #include "cli/displaytext.h"
 #include "cli/exitcode.h"
+#include "cli/htmlreport.h"
 #include "cli/inputfile.h"
 #include "cli/inputscan.h"
 #include "cli/inputvariables.h"
@@ -28,6 +29,7 @@
 #include "cli/progressbar.h"
 #include "cli/resultstream.h"
 #include "cli/textreport.h"
+#include "cli/textstyle.h"
 #include "cli/usageerror.h"
 
 namespace MCBin {
@@ -81,26 +83,58 @@ BinModel MakeBins(const RunOptions& options) {
           std::move(results)};
 }
 
-void WriteResults(const BinModel& model, std::optional<OutputFile>& jsonFile, ResultStream& out) {
-  const bool jsonOnly = model.options.jsonFile && !jsonFile;
-  if (jsonOnly) {
-    out.Write(WriteBinFile(model));
-    out.Flush();
-    return;
+// What a run writes; the files are made before its work, so that it does not fail after it.
+class RunOutput {
+ public:
+  explicit RunOutput(const RunOptions& options) : fStyle(ChooseTextStyle(options.color)) {
+    if (options.jsonFile && *options.jsonFile != "-") fJsonFile.emplace(*options.jsonFile);
+    if (options.reportFile) fReportFile.emplace(*options.reportFile);
   }
-  if (jsonFile) {
-    jsonFile->Write(WriteBinFile(model));
-    jsonFile->Commit();
+
+  void Write(const BinModel& model) {
+    WriteFile(fReportFile, [&] { return WriteHtmlReport(model, 0.0); });
+    WriteFile(fJsonFile, [&] { return WriteBinFile(model); });
+    const bool jsonOnly = model.options.jsonFile && !fJsonFile;
+    if (!jsonOnly) {
+      WriteTextReport(model, fStyle, fOut);
+      return;
+    }
+    fOut.Write(WriteBinFile(model));
+    fOut.Flush();
   }
-  WriteTextReport(model, out);
+
+ private:
+  template <typename MakeContent>
+  static void WriteFile(std::optional<OutputFile>& file, MakeContent makeContent) {
+    if (!file) return;
+    file->Write(makeContent());
+    file->Commit();
+  }
+
+  const TextStyle fStyle;  // before standard output is taken
+  ResultStream fOut;
+  std::optional<OutputFile> fJsonFile;
+  std::optional<OutputFile> fReportFile;
+};
+
+void CheckIsNotInput(const RunOptions& options, const char* flag,
+                     const std::optional<std::string>& file) {
+  std::error_code ignored;
+  if (file && std::filesystem::equivalent(options.input, *file, ignored)) {
+    throw UsageError(fmt::format("{} {}: this is the input, which would be overwritten", flag,
+                                 QuotedText(*file)));
+  }
 }
 
 // What would surprise the user before anything is read.
 void CheckFiles(const RunOptions& options) {
-  std::error_code ignored;
-  if (options.jsonFile && std::filesystem::equivalent(options.input, *options.jsonFile, ignored)) {
-    throw UsageError(fmt::format("--json {}: this is the input, which would be overwritten",
-                                 QuotedText(*options.jsonFile)));
+  CheckIsNotInput(options, "--json", options.jsonFile);
+  CheckIsNotInput(options, "--report", options.reportFile);
+  if (options.reportFile == "-") {
+    throw UsageError("--report: give a file; 'mcbin report' writes to standard output");
+  }
+  if (options.reportFile && options.reportFile == options.jsonFile) {
+    throw UsageError("--json and --report name the same file");
   }
   if (options.input == "-" && isatty(STDIN_FILENO) == 1 && !options.quiet) {
     fmt::print(stderr, "mcbin: reading CSV text from the terminal; end it with Ctrl-D\n");
@@ -110,13 +144,11 @@ void CheckFiles(const RunOptions& options) {
 }  // namespace
 
 int RunCommand(const RunOptions& options) {
-  ResultStream out;
   CheckFiles(options);
-  std::optional<OutputFile> jsonFile;
-  if (options.jsonFile && *options.jsonFile != "-") jsonFile.emplace(*options.jsonFile);
+  RunOutput output(options);
   const BinModel model = MakeBins(options);
   PrintCounts(model);
-  WriteResults(model, jsonFile, out);
+  output.Write(model);
   const bool allOk = std::all_of(model.results.begin(), model.results.end(),
                                  [](const AttributeBins& bins) { return bins.status.IsOK(); });
   return options.strict && !allOk ? kExitWarnings : kExitDone;

@@ -41,6 +41,7 @@ struct RawOptions {
   std::vector<std::string> missing;
   std::string rounding = "closest";
   std::string closed = "right";
+  std::string color = "auto";
 };
 
 void AddInputOptions(CLI::App& command, RawOptions& raw) {
@@ -69,6 +70,10 @@ void AddRunOptions(CLI::App& command, RawOptions& raw) {
   command
       .add_option("--json", raw.run.jsonFile, "also write the bins to FILE; '-': to stdout only")
       ->type_name("FILE");
+  command.add_option("--report", raw.run.reportFile, "also write an HTML page with charts")
+      ->type_name("FILE");
+  AddChoice(command, "--color", raw.color, {"auto", "always", "never"},
+            "colours on standard output (auto)");
   command.add_option("--temp-dir", raw.run.tempDir, "where temporary files go ($TMPDIR or /tmp)")
       ->type_name("DIR");
   command.add_flag("--quiet", raw.run.quiet, "no progress and no notes on standard error");
@@ -113,6 +118,8 @@ RunOptions Finish(RawOptions raw) {
   run.rounding =
       raw.rounding == "truncate" ? IBINVariable::RoundTruncate : IBINVariable::RoundClosest;
   run.rightClosed = raw.closed == "right";
+  if (raw.color == "always") run.color = ColorChoice::kAlways;
+  if (raw.color == "never") run.color = ColorChoice::kNever;
   run.delimiter = ParseDelimiter(raw.delimiter);
   run.targets = JoinLists(raw.targets);
   run.attributes = JoinLists(raw.attributes);

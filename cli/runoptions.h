@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/missingdefinition.h"
+#include "cli/textstyle.h"
 #include "metadata/ibinvariable.h"
 
 namespace MCBin {
@@ -39,6 +40,8 @@ struct RunOptions {
   // The run.
   std::optional<std::string> tempDir;   // unset: TMPDIR, or /tmp
   std::optional<std::string> jsonFile;  // "-" is standard output
+  std::optional<std::string> reportFile;
+  ColorChoice color = ColorChoice::kAuto;
   bool quiet = false;
   bool strict = false;
 };

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -11,6 +10,7 @@
 #include "cli/displaytext.h"
 #include "cli/intervaltext.h"
 #include "cli/number.h"
+#include "cli/resultorder.h"
 #include "cli/statustext.h"
 #include "cli/texttable.h"
 
@@ -23,6 +23,7 @@ using Align = TextTable::Align;
 constexpr std::size_t kNameWidth = 32;
 constexpr std::size_t kLabelWidth = 16;
 constexpr std::size_t kMostClassColumns = 6;  // with more classes, the largest are named
+constexpr std::size_t kBarWidth = 4;          // of a class share
 constexpr std::size_t kCutPointsWidth = 40;   // in a summary line
 
 std::string StatusCell(const MCBinning::MCStatus& status) {
@@ -92,8 +93,9 @@ std::string LargestClassesCell(const VariableInfo& target, const std::vector<dou
 // The table of one result.
 class BinTable {
  public:
-  BinTable(const BinModel& model, const AttributeBins& bins)
+  BinTable(const BinModel& model, const AttributeBins& bins, const TextStyle& style)
       : fModel(model),
+        fStyle(style),
         fBins(bins),
         fAttribute(model.GetAttribute(bins)),
         fTarget(model.GetTarget(bins)) {}
@@ -117,7 +119,7 @@ class BinTable {
     if (HasClassColumns()) {
       for (std::size_t code = 0; code < fTarget->GetCategoryCount(); ++code) {
         fTable.AddColumn(ElideText(fTarget->GetLabel(code), kLabelWidth), Align::kRight);
-        fTable.AddColumn("%", Align::kRight);
+        fTable.AddColumn(fStyle.bars ? "%" + std::string(1 + kBarWidth, ' ') : "%", Align::kRight);
       }
     } else if (fTarget != nullptr) {
       fTable.AddColumn("largest classes", Align::kLeft);
@@ -140,9 +142,9 @@ class BinTable {
     std::vector<std::string> cells = {std::move(name), FormatNumber(weight),
                                       ShareOf(weight, fBins.validWeight)};
     if (HasClassColumns()) {
-      for (const double classWeight : classWeights) {
-        cells.push_back(FormatNumber(classWeight));
-        cells.push_back(ShareOf(classWeight, weight));
+      for (std::size_t code = 0; code < classWeights.size(); ++code) {
+        cells.push_back(FormatNumber(classWeights[code]));
+        cells.push_back(ClassShareCell(code, classWeights[code], weight));
       }
     } else if (fTarget != nullptr) {
       cells.push_back(LargestClassesCell(*fTarget, classWeights, weight));
@@ -151,7 +153,15 @@ class BinTable {
     fTable.AddRow(std::move(cells));
   }
 
+  std::string ClassShareCell(std::size_t code, double classWeight, double weight) const {
+    const std::string share = ShareOf(classWeight, weight);
+    if (!fStyle.bars) return share;
+    return share + " " +
+           ShareBar(weight > 0.0 ? classWeight / weight : 0.0, kBarWidth, code, fStyle);
+  }
+
   const BinModel& fModel;
+  const TextStyle& fStyle;
   const AttributeBins& fBins;
   const VariableInfo& fAttribute;
   const VariableInfo* const fTarget;
@@ -214,16 +224,6 @@ std::string EqualFrequencySummary(const BinModel& model) {
   return table.Render();
 }
 
-// The most informative first; those without a gain last.
-std::vector<std::size_t> OrderByGain(const std::vector<AttributeBins>& results) {
-  std::vector<std::size_t> order(results.size());
-  std::iota(order.begin(), order.end(), std::size_t{0});
-  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    return results[a].informationGain > results[b].informationGain;
-  });
-  return order;
-}
-
 std::string Heading(const BinModel& model) {
   const std::uint64_t used = model.recordCount - model.dropped.GetTotal();
   if (model.options.algorithm == Algorithm::kEqualFrequency) {
@@ -241,7 +241,7 @@ std::string Heading(const BinModel& model) {
 
 }  // namespace
 
-void WriteTextReport(const BinModel& model, ResultStream& out) {
+void WriteTextReport(const BinModel& model, const TextStyle& style, ResultStream& out) {
   const std::vector<std::size_t> order = OrderByGain(model.results);
   out.Write(Heading(model));
   out.Write(model.options.algorithm == Algorithm::kSupervised ? SupervisedSummary(model, order)
@@ -249,7 +249,7 @@ void WriteTextReport(const BinModel& model, ResultStream& out) {
   for (const std::size_t index : order) {
     const AttributeBins& bins = model.results[index];
     out.Write(Title(model, bins));
-    if (!bins.binWeights.empty()) out.Write(BinTable(model, bins).Render());
+    if (!bins.binWeights.empty()) out.Write(BinTable(model, bins, style).Render());
   }
   out.Flush();
 }

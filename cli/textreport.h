@@ -2,12 +2,13 @@
 
 #include "cli/binmodel.h"
 #include "cli/resultstream.h"
+#include "cli/textstyle.h"
 
 namespace MCBin {
 
 // Prints the results for people: a summary line for each, then a table for each. Those of
 // supervised binning are ordered by information gain, the most informative first; the
 // others come in the order of the model.
-void WriteTextReport(const BinModel& model, ResultStream& out);
+void WriteTextReport(const BinModel& model, const TextStyle& style, ResultStream& out);
 
 }  // namespace MCBin

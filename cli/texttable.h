@@ -6,7 +6,8 @@
 
 namespace MCBin {
 
-// A table of aligned columns for a terminal. Cells are UTF-8 and printable.
+// A table of aligned columns for a terminal. Cells are UTF-8 and printable, colours
+// apart (ESC [ ... m), which take no column.
 class TextTable {
  public:
   enum class Align { kLeft, kRight };

@@ -1,0 +1,29 @@
+// Writes the completion files and the manual page of mcbin into the directory given.
+
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include "cli/commandline.h"
+#include "cli/shellfiles.h"
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::cerr << "usage: mcbin_shellfiles DIRECTORY\n";
+    return 2;
+  }
+  CLI::App app;
+  MCBin::CommandAction action;
+  MCBin::AddCommands(app, action);
+  bool written = true;
+  const auto write = [&](const std::string& name, const std::string& content) {
+    std::ofstream file(std::string(argv[1]) + "/" + name, std::ios::binary);
+    written = written && (file << content).flush().good();
+  };
+  write("mcbin", MCBin::WriteBashCompletion(app));
+  write("_mcbin", MCBin::WriteZshCompletion(app));
+  write("mcbin.fish", MCBin::WriteFishCompletion(app));
+  write("mcbin.1", MCBin::WriteManual(app));
+  if (!written) std::cerr << "cannot write to " << argv[1] << "\n";
+  return written ? 0 : 1;
+}

@@ -1,0 +1,43 @@
+#include "cli/reportcommandline.h"
+
+#include <memory>
+
+#include "cli/reportcommand.h"
+#include "cli/reportoptions.h"
+
+namespace MCBin {
+
+namespace {
+
+constexpr const char* kHelp =
+    "Shows the bins of a bin file as an HTML page with charts.\n"
+    "  mcbin report bins.json -o report.html\n"
+    "  mcbin report --woe-adjust 0.5 bins.json > report.html\n";
+
+constexpr const char* kFooter =
+    "The page is one file without scripts, for the screen and for paper. 'mcbin supervised' and\n"
+    "'mcbin equal-frequency' write it too, with --report FILE.\n"
+    "Exit codes: 0 done, 1 input refused or run failed, 2 wrong usage, 130 cancelled.";
+
+constexpr double kLargestAdjustment = 1e6;
+
+}  // namespace
+
+void AddReportCommand(CLI::App& app, CommandAction& action) {
+  const auto report = std::make_shared<ReportOptions>();
+  CLI::App& command = *app.add_subcommand("report", kHelp);
+  command.add_option("BINS", report->binFile, "bin file; '-': stdin")->required()->type_name("");
+  command.add_option("-o,--output", report->output, "the page; '-' or none: stdout")
+      ->type_name("FILE");
+  command
+      .add_option("--woe-adjust", report->evidenceAdjustment,
+                  "add WEIGHT to both classes of every bin, so that no weight of evidence is "
+                  "infinite (0)")
+      ->check(CLI::Range(0.0, kLargestAdjustment).description(""))
+      ->type_name("WEIGHT");
+  command.footer(kFooter);
+  command.callback(
+      [report, &action] { action = [options = *report] { return ReportCommand(options); }; });
+}
+
+}  // namespace MCBin
