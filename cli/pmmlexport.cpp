@@ -169,8 +169,7 @@ std::string WritePmml(const ExportModel& model, std::vector<std::string>& notes)
   return fmt::format(
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
       "<PMML xmlns=\"http://www.dmg.org/PMML-4_4\" version=\"4.4\">\n"
-      "  <Header>\n    <Application name=\"mcbin\" version=\"" MCBINNING_VERSION
-      "\"/>\n  </Header>\n"
+      "  <Header>\n    <Application name=\"mcbin\"/>\n  </Header>\n"
       "  <DataDictionary numberOfFields=\"{}\">\n{}  </DataDictionary>\n"
       "  <TransformationDictionary>\n{}  </TransformationDictionary>\n"
       "</PMML>\n",

@@ -366,7 +366,7 @@ TEST(Guide, ShowsTheRealOutput) {
     EXPECT_EQ(line == "..." ? printed.substr(0, shown.size()) : printed, shown);
     ++commandsRun;
   }
-  EXPECT_EQ(commandsRun, 4);
+  EXPECT_EQ(commandsRun, 7);
 }
 
 }  // namespace
