@@ -38,11 +38,13 @@ class Engine:
 class SqlEngine(Engine):
     """One that reads SQL: makes a table of the values and runs the query."""
 
+    text_type = "TEXT"
+
     def options(self, table):
         return ["--format", "sql", "--dialect", self.dialect, "--table", quoted(table)]
 
     def evaluate(self, text, table, names, columns):
-        types = ["TEXT" if is_text(column) else "DOUBLE PRECISION" for column in columns]
+        types = [self.text_type if is_text(column) else "DOUBLE PRECISION" for column in columns]
         fields = [f"{quoted(name)} {kind}" for name, kind in zip(names, types)]
         self.execute(f"CREATE TABLE {quoted(table)} ({', '.join(fields)})")
         self.insert(table, columns)
@@ -65,6 +67,7 @@ class ConnectionEngine(SqlEngine):
 
 class Sqlite(ConnectionEngine):
     dialect = "sqlite"
+    text_type = "TEXT COLLATE NOCASE"  # categories differ all the same
 
     def __init__(self):
         import sqlite3
