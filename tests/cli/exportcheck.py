@@ -100,7 +100,9 @@ def to_csv(names, columns):
     def field(value):
         if value is None:
             return ""
-        return '"' + value.replace('"', '""') + '"' if isinstance(value, str) else repr(value).removesuffix(".0")
+        if isinstance(value, str):
+            return '"' + value.replace('"', '""') + '"'
+        return repr(value).removesuffix(".0")
     lines = [[field(name) for name in names], *([field(v) for v in row] for row in zip(*columns))]
     return "".join(",".join(line) + "\n" for line in lines)
 
