@@ -5,10 +5,10 @@
 #include <cmath>
 #include <limits>
 #include <memory>
-#include <sstream>
 
 #include "common/missing.h"
 #include "metadata/binnumericusermissing.h"
+#include "support/displaytext.h"
 #include "support/hostusermissing.h"
 
 namespace {
@@ -44,9 +44,7 @@ TEST(BINCatNumEncoder, ShowsSevenValuesToALine) {
   BINCatNumEncoder encoder({8, 7, 6, 5, 4, 3, 2, 1});
   encoder.SetValueLabels({"eight", "seven"});
   encoder.SetUserMissingInfo(new HostUserMissing(IBINUserMissing::UserMissingNumeric));
-  std::ostringstream os;
-  encoder.Display(os);
-  EXPECT_EQ(os.str(),
+  EXPECT_EQ(DisplayText(encoder),
             "\tBINCatNumEncoder: Last code = 7\n"
             "\t\tNumeric values of categories: 8 7 6 5 4 3 2 \n1 \n"
             "\t\tValue Labels:\neight seven \n"

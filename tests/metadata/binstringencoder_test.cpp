@@ -2,9 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "metadata/binstringusermissing.h"
+#include "support/displaytext.h"
 
 namespace {
 
@@ -19,9 +18,7 @@ TEST(BINStringEncoder, ShowsCodesButNoLabels) {
   encoder.Encode("apple");
   encoder.SetValueLabels({"a pear"});
   encoder.SetUserMissingInfo(new BINStringUserMissing);
-  std::ostringstream os;
-  encoder.Display(os);
-  EXPECT_EQ(os.str(),
+  EXPECT_EQ(DisplayText(encoder),
             "\tBINStringEncoder object:  Last code = 1\n"
             "\t\t0\t\tpear\n"
             "\t\t1\t\tapple\n"

@@ -2,11 +2,11 @@
 
 #include <cmath>
 #include <memory>
-#include <sstream>
 #include <vector>
 
 #include "metadata/binnumericusermissing.h"
 #include "metadata/binstringusermissing.h"
+#include "support/displaytext.h"
 #include "support/hostusermissing.h"
 
 // The numeric and the string definition side by side.
@@ -81,9 +81,7 @@ TEST(BINNumericUserMissing, ShowsEveryEntryWithItsLabel) {
   userMissing.AddValue(9, "refused");
   userMissing.AddValue(9, "again");
   userMissing.SetInterval({97.0, 99.0});
-  std::ostringstream os;
-  std::unique_ptr<IBINUserMissing>(userMissing.Clone())->Display(os);
-  EXPECT_EQ(os.str(),
+  EXPECT_EQ(DisplayText(*std::unique_ptr<IBINUserMissing>(userMissing.Clone())),
             "\nStart of BINNumericUserMissing display\n"
             "Discrete missing values:\n"
             "\t0\t9, label = refused\n"

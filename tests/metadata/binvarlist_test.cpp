@@ -4,9 +4,9 @@
 
 #include <limits>
 #include <memory>
-#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "metadata/bincatnumencoder.h"
@@ -14,8 +14,8 @@
 #include "metadata/binnumericusermissing.h"
 #include "metadata/binstringencoder.h"
 #include "metadata/binstringusermissing.h"
+#include "support/displaytext.h"
 #include "support/hostusermissing.h"
-#include "support/rowname.h"
 
 namespace {
 
@@ -37,15 +37,9 @@ BINVarList FiveVariables() {
   return list;
 }
 
-std::string TextOf(const BINVarList& list) {
-  std::ostringstream os;
-  list.Display(os);
-  return os.str();
-}
-
 TEST(BINVarList, RefusesWithoutChange) {
   BINVarList list = FiveVariables();
-  const std::string before = TextOf(list);
+  const std::string before = DisplayText(list);
   const Strings two = {"a", "b"};
   EXPECT_EQ(list.AddContVar("", "", Var::RoleAttribute), -1);
   EXPECT_EQ(list.AddContVar("sex", "", Var::RoleAttribute), -1);
@@ -59,7 +53,7 @@ TEST(BINVarList, RefusesWithoutChange) {
   EXPECT_EQ(list.AddCatVar("t", "", std::vector<double>{1}, Var::RoleTarget), -1);
   EXPECT_EQ(list.AddCatVar("t", "", Strings{"a"}, two, Var::RoleTarget), -1);
   EXPECT_EQ(list.AddWeightVar("w2", "", Var::RoundClosest), -1);
-  EXPECT_EQ(TextOf(list), before);
+  EXPECT_EQ(DisplayText(list), before);
   EXPECT_EQ(list.GetTargetIndex(), kSpecies);
 }
 
@@ -163,65 +157,49 @@ TEST(BINVarList, RemovalMovesIndexesAndCounts) {
   }
 }
 
-// What kinds of missing values a variable takes, whether it has none yet, one from the list
-// or one that the host set.
-struct Missing {
-  const char* name;
-  Var::MeasureLevel level;
-  IBINUserMissing* (*held)();
-  const char* taken;  // of n(umber), s(tring) and i(nterval)
-};
-
-void PrintTo(const Missing& example, std::ostream* os) { *os << example.name; }
-
-class MissingValuesTest : public testing::TestWithParam<Missing> {
- protected:
-  // A list of one variable that holds what the row says.
-  static BINVarList List() {
-    BINVarList list;
-    const Var::MeasureLevel level = GetParam().level;
-    if (level == Var::MeasureContinuous) list.AddContVar("x", "", Var::RoleAttribute);
-    if (level == Var::MeasureFrequencyWeight) list.AddWeightVar("w", "", Var::RoundClosest);
-    if (list.Size() == 0) list.AddCatVar("c", "", 2, level, Var::RoleAttribute);
-    EXPECT_TRUE(list.GetVarAt(0)->SetUserMissingInfo(GetParam().held()));
-    return list;
-  }
-};
-
-TEST_P(MissingValuesTest, TakesWhatFitsAndLeavesTheRest) {
-  BINVarList number = List();
-  BINVarList string = List();
-  BINVarList interval = List();
-  std::string taken;
-  if (number.AddDiscreteUserMissing(0, 9.0, "nine")) taken += 'n';
-  if (string.AddDiscreteUserMissing(0, "nine", "9")) taken += 's';
-  if (interval.SetMissingInterval(0, 8, 9)) taken += 'i';
-  EXPECT_EQ(taken, GetParam().taken);
-  EXPECT_FALSE(interval.SetMissingInterval(0, 1, 2)) << "an interval is set once";
-}
-
 IBINUserMissing* None() { return nullptr; }
-IBINUserMissing* Number() { return new BINNumericUserMissing; }
-IBINUserMissing* String() { return new BINStringUserMissing; }
+IBINUserMissing* Numbers() { return new BINNumericUserMissing; }
+IBINUserMissing* StringsOnly() { return new BINStringUserMissing; }
 template <int dataType>
 IBINUserMissing* Host() {
   return new HostUserMissing(dataType);
 }
 
-constexpr auto kNumeric = Var::MeasureNumericCategorical;
-constexpr auto kString = Var::MeasureStringCategorical;
-INSTANTIATE_TEST_SUITE_P(
-    Examples, MissingValuesTest,
-    testing::Values(Missing{"Continuous", Var::MeasureContinuous, None, "ni"},
-                    Missing{"ContinuousWithSome", Var::MeasureContinuous, Number, "ni"},
-                    Missing{"ContinuousWithHosts", Var::MeasureContinuous, Host<0>, ""},
-                    Missing{"Weight", Var::MeasureFrequencyWeight, None, "ni"},
-                    Missing{"Numeric", kNumeric, None, "ni"}, Missing{"String", kString, None, "s"},
-                    Missing{"StringWithSome", kString, String, "s"},
-                    Missing{"StringWithHosts", kString, Host<1>, ""},
-                    Missing{"UnknownLevel", Var::MeasureUnknown, None, ""},
-                    Missing{"UnknownLevelWithSome", Var::MeasureUnknown, String, ""}),
-    RowName);
+// Whether a variable has no missing values yet, some of the list's or the host's own.
+TEST(BINVarList, TakesTheMissingValuesThatFit) {
+  struct Row {
+    Var::MeasureLevel level;
+    IBINUserMissing* (*held)();
+    const char* taken;  // of n(umber), s(tring) and i(nterval)
+  };
+  const Row rows[] = {{Var::MeasureContinuous, None, "ni"},
+                      {Var::MeasureContinuous, Numbers, "ni"},
+                      {Var::MeasureContinuous, Host<0>, ""},
+                      {Var::MeasureFrequencyWeight, None, "ni"},
+                      {Var::MeasureNumericCategorical, None, "ni"},
+                      {Var::MeasureStringCategorical, None, "s"},
+                      {Var::MeasureStringCategorical, StringsOnly, "s"},
+                      {Var::MeasureStringCategorical, Host<1>, ""},
+                      {Var::MeasureUnknown, None, ""},
+                      {Var::MeasureUnknown, StringsOnly, ""}};
+  for (const Row& row : rows) {
+    const auto holding = [&] {
+      BINVarList list;
+      if (row.level == Var::MeasureContinuous) list.AddContVar("x", "", Var::RoleAttribute);
+      if (row.level == Var::MeasureFrequencyWeight) list.AddWeightVar("w", "", Var::RoundClosest);
+      if (list.Size() == 0) list.AddCatVar("c", "", 2, row.level, Var::RoleAttribute);
+      EXPECT_TRUE(list.GetVarAt(0)->SetUserMissingInfo(row.held()));
+      return list;
+    };
+    std::string taken;
+    if (holding().AddDiscreteUserMissing(0, 9.0, "nine")) taken += 'n';
+    if (holding().AddDiscreteUserMissing(0, "nine", "9")) taken += 's';
+    BINVarList list = holding();
+    if (list.SetMissingInterval(0, 8, 9)) taken += 'i';
+    EXPECT_EQ(taken, row.taken) << "row " << &row - rows;
+    EXPECT_FALSE(list.SetMissingInterval(0, 1, 2)) << "an interval is set once";
+  }
+}
 
 TEST(BINVarList, IsValidWithAnAttributeAndCategoriesEverywhere) {
   BINVarList list = FiveVariables();
@@ -248,30 +226,6 @@ TEST(BINVarList, IsValidWithAnAttributeAndCategoriesEverywhere) {
   EXPECT_FALSE(noAttribute.IsValidList(one, none));
 }
 
-struct Merge {
-  const char* name;
-  void (*change)(BINVarList&);
-  int where;  // the result of a difference, or kSame
-};
-
-constexpr int kSame = 77;
-
-void PrintTo(const Merge& example, std::ostream* os) { *os << example.name; }
-
-class MergeTest : public testing::TestWithParam<Merge> {};
-
-TEST_P(MergeTest, FindsTheFirstDifferenceFromEitherSide) {
-  const BINVarList list = FiveVariables();
-  BINVarList changed = FiveVariables();
-  GetParam().change(changed);
-  int where = kSame;
-  EXPECT_EQ(list.CanMergeWith(changed, where), GetParam().where == kSame);
-  EXPECT_EQ(where, GetParam().where);
-  where = kSame;
-  EXPECT_EQ(changed.CanMergeWith(list, where), GetParam().where == kSame);
-  EXPECT_EQ(where, GetParam().where);
-}
-
 BINCatNumEncoder& SpeciesEncoder(BINVarList& list) {
   return dynamic_cast<BINCatNumEncoder&>(*list.GetEncoderAt(kSpecies));
 }
@@ -295,29 +249,44 @@ void SeeAnotherSpecies(BINVarList& list) {
   SetSpeciesCount(list, 4);
 }
 
-using L = BINVarList;
-INSTANTIATE_TEST_SUITE_P(
-    Examples, MergeTest,
-    testing::Values(
-        Merge{"Nothing", [](L&) {}, kSame},
-        Merge{"Size", [](L& list) { list.RemoveVar(kIncome); }, 4},
-        Merge{"Target", [](L& list) { list.SetVariableRole(kSpecies, Var::RoleUndefined); }, -1},
-        Merge{"Name", RenameIncome, kIncome},
-        Merge{"Label", [](L& list) { list.GetVarAt(kSex)->SetVariableLabel(""); }, kSex},
-        Merge{"Role", [](L& list) { list.SetVariableRole(kAge, Var::RoleUndefined); }, kAge},
-        Merge{"Level", MakeIncomeCategorical, kIncome},
-        Merge{"Missing", [](L& list) { list.AddDiscreteUserMissing(kSex, "x", ""); }, kSex},
-        Merge{"MissingWeight", [](L& list) { list.SetMissingInterval(kWeight, 1, 2); }, kSame},
-        Merge{"UnseenCategory", [](L& list) { SetSpeciesCount(list, 4); }, kSpecies},
-        Merge{"UncountedCategory", [](L& list) { SpeciesEncoder(list).Encode(4); }, kSpecies},
-        Merge{"SeenCategory", SeeAnotherSpecies, kSame}),
-    RowName);
+TEST(BINVarList, MergingFindsTheFirstDifferenceFromEitherSide) {
+  using L = BINVarList;
+  constexpr int kSame = 77;
+  struct Row {
+    const char* name;
+    void (*change)(BINVarList&);
+    int where;  // the result of a difference, or kSame
+  };
+  const Row rows[] = {
+      {"Nothing", [](L&) {}, kSame},
+      {"Size", [](L& list) { list.RemoveVar(kIncome); }, 4},
+      {"Target", [](L& list) { list.SetVariableRole(kSpecies, Var::RoleUndefined); }, -1},
+      {"Name", RenameIncome, kIncome},
+      {"Label", [](L& list) { list.GetVarAt(kSex)->SetVariableLabel(""); }, kSex},
+      {"Role", [](L& list) { list.SetVariableRole(kAge, Var::RoleUndefined); }, kAge},
+      {"Level", MakeIncomeCategorical, kIncome},
+      {"Missing", [](L& list) { list.AddDiscreteUserMissing(kSex, "x", ""); }, kSex},
+      {"MissingWeight", [](L& list) { list.SetMissingInterval(kWeight, 1, 2); }, kSame},
+      {"UnseenCategory", [](L& list) { SetSpeciesCount(list, 4); }, kSpecies},
+      {"UncountedCategory", [](L& list) { SpeciesEncoder(list).Encode(4); }, kSpecies},
+      {"SeenCategory", SeeAnotherSpecies, kSame}};
+  for (const Row& row : rows) {
+    BINVarList list = FiveVariables();
+    BINVarList changed = FiveVariables();
+    row.change(changed);
+    for (int side = 0; side < 2; ++side, std::swap(list, changed)) {
+      int where = kSame;
+      EXPECT_EQ(list.CanMergeWith(changed, where), row.where == kSame) << row.name;
+      EXPECT_EQ(where, row.where) << row.name;
+    }
+  }
+}
 
 TEST(BINVarList, CopiesAreDeep) {
   auto source = std::make_unique<BINVarList>(FiveVariables());
   source->AddDiscreteUserMissing(kSex, "x", "unknown");
   source->SetMissingInterval(kWeight, 90, 99);
-  const std::string text = TextOf(*source);
+  const std::string text = DisplayText(*source);
   const BINVarList copy(*source);
   BINVarList assigned;
   assigned.AddContVar("old", "", Var::RoleAttribute);
@@ -326,7 +295,7 @@ TEST(BINVarList, CopiesAreDeep) {
   assigned = same;
   source.reset();
   for (const BINVarList* list : {&copy, static_cast<const BINVarList*>(&assigned)}) {
-    EXPECT_EQ(TextOf(*list), text);
+    EXPECT_EQ(DisplayText(*list), text);
     EXPECT_EQ(list->GetTargetIndex(), kSpecies);
     EXPECT_EQ(list->GetWeightIndex(), kWeight);
   }
@@ -343,9 +312,9 @@ TEST(BINVarList, FailedAssignmentChangesNothing) {
   source.GetVarAt(kIncome)->SetUserMissingInfo(new NotCloneable);
   BINVarList list;
   list.AddWeightVar("w", "", Var::RoundTruncate);
-  const std::string before = TextOf(list);
+  const std::string before = DisplayText(list);
   EXPECT_THROW(list = source, std::runtime_error);
-  EXPECT_EQ(TextOf(list), before);
+  EXPECT_EQ(DisplayText(list), before);
   EXPECT_EQ(list.GetWeightIndex(), 0);
 }
 
@@ -353,7 +322,7 @@ TEST(BINVarList, ShowsItsVariables) {
   BINVarList list;
   list.AddContVar("age", "Age", Var::RoleAttribute);
   list.AddCatVar("sex", "Sex", 2, Var::MeasureStringCategorical, Var::RoleTarget);
-  EXPECT_EQ(TextOf(list),
+  EXPECT_EQ(DisplayText(list),
             "\bINegin display of BINVarList object.\n"
             "Total variables: 2\n"
             "Number of Continuous Variables = 1\n"
