@@ -25,6 +25,7 @@ std::unique_ptr<BINWeightVar> WeightVar(IBINVariable::BINWRoundingOption option,
 TEST(BINWeightVar, CloneHasTheOptionAndItsOwnMissingValues) {
   auto source = WeightVar(IBINVariable::RoundTruncate, 7);
   const std::unique_ptr<IBINVariable> clone(source->Clone());
+  EXPECT_EQ(clone->GetEncoder()->GetUserMissingInfo(), clone->GetUserMissingInfo());
   source.reset();
   EXPECT_EQ(Encode(*clone, 2.9), 2.0);
   EXPECT_EQ(Encode(*clone, 7), MCMV::Missing());
