@@ -22,6 +22,19 @@ void AddChoice(CLI::App& command, const std::string& flag, std::string& value,
       ->type_name(fmt::format("{}", fmt::join(choices, "|")));
 }
 
+void AddNumber(CLI::App& command, const std::string& flag, double& value, double least, double most,
+               const std::string& typeName, const std::string& help) {
+  command.add_option(flag, value, help)
+      ->check([least, most](const std::string& text) {
+        double number = 0.0;
+        const bool fits =
+            CLI::detail::lexical_cast(text, number) && number >= least && number <= most;
+        return fits ? std::string()
+                    : fmt::format("{} is no number from {} to {}", text, least, most);
+      })
+      ->type_name(typeName);
+}
+
 void AddMissingTexts(CLI::App& command, std::vector<std::string>& texts) {
   AddList(command, "--na", texts, "TEXTS",
           "texts that mean missing, beside the empty field (as in the bin file)");

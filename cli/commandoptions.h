@@ -19,6 +19,10 @@ void AddList(CLI::App& command, const std::string& flag, std::vector<std::string
 void AddChoice(CLI::App& command, const std::string& flag, std::string& value,
                const std::vector<std::string>& choices, const std::string& help);
 
+// A number from `least` to `most`; NaN is refused.
+void AddNumber(CLI::App& command, const std::string& flag, double& value, double least, double most,
+               const std::string& typeName, const std::string& help);
+
 // --na and --delimiter of a command that takes both from a bin file otherwise.
 void AddMissingTexts(CLI::App& command, std::vector<std::string>& texts);
 void AddDelimiter(CLI::App& command, std::string& delimiter);

@@ -15,6 +15,7 @@ constexpr const char* kHelp =
     "  mcbin report --woe-adjust 0.5 bins.json > report.html\n";
 
 constexpr const char* kFooter =
+    "A bin that lacks a class has an infinite weight of evidence unless --woe-adjust is given.\n"
     "The page is one file without scripts, for the screen and for paper. 'mcbin supervised' and\n"
     "'mcbin equal-frequency' write it too, with --report FILE.\n"
     "Exit codes: 0 done, 1 input refused or run failed, 2 wrong usage, 130 cancelled.";
@@ -29,12 +30,8 @@ void AddReportCommand(CLI::App& app, CommandAction& action) {
   command.add_option("BINS", report->binFile, "bin file; '-': stdin")->required()->type_name("");
   command.add_option("-o,--output", report->output, "the page; '-' or none: stdout")
       ->type_name("FILE");
-  command
-      .add_option("--woe-adjust", report->evidenceAdjustment,
-                  "add WEIGHT to both classes of every bin, so that no weight of evidence is "
-                  "infinite (0)")
-      ->check(CLI::Range(0.0, kLargestAdjustment).description(""))
-      ->type_name("WEIGHT");
+  AddNumber(command, "--woe-adjust", report->evidenceAdjustment, 0.0, kLargestAdjustment, "WEIGHT",
+            "add to both class weights in every bin (0)");
   command.footer(kFooter);
   command.callback(
       [report, &action] { action = [options = *report] { return ReportCommand(options); }; });

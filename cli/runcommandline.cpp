@@ -94,11 +94,8 @@ CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
   command.add_option("--prebins", raw.run.prebins, "number of equal-frequency pre-bins (1000)")
       ->check(CLI::Range(2, std::numeric_limits<int>::max()).description(""))
       ->type_name("N");
-  command
-      .add_option("--small-bins", raw.run.smallBins,
-                  "merge inner bins below this share of a neighbour (0)")
-      ->check(CLI::Range(0.0, 1.0).description(""))
-      ->type_name("SHARE");
+  AddNumber(command, "--small-bins", raw.run.smallBins, 0.0, 1.0, "SHARE",
+            "merge inner bins below this share of a neighbour (0)");
   AddRunOptions(command, raw);
   return command;
 }

@@ -58,7 +58,7 @@ pid_t Program::Start(const std::vector<std::string>& arguments, int input) const
       chdir(fDirectory.Path().c_str()) == 0 && dup2(input, STDIN_FILENO) >= 0 &&
       dup2(open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO) >= 0 &&
       dup2(open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO) >= 0 &&
-      setenv("TMPDIR", fDirectory.Path().c_str(), 1) == 0;
+      setenv("TMPDIR", fDirectory.Path().c_str(), 1) == 0 && setenv("LC_ALL", "C.UTF-8", 1) == 0;
   for (const int number : {SIGINT, SIGTERM}) signal(number, SIG_DFL);
   if (ready) execv(MCBIN_PROGRAM, words.data());
   _exit(99);

@@ -73,7 +73,8 @@ TEST(Supervised, PrintsTheMostInformativeFirst) {
   for (const char* line :
        {"  petal_width   1.3784     3  0.6, 1.7    ok", "  petal_length  1.3565",
         "  sepal_length  0.6523", "  sepal_width   0.2831", "\npetal_width by species\n",
-        "  (0.6, 1.7]       54   36.0%       0    0.0%          49  90.7%"}) {
+        "  (0.6, 1.7]       54   36.0%       0    0.0%               49  90.7% ███▋          5   "
+        "9.3% ▍"}) {
     const std::size_t at = outcome.out.find(line);
     ASSERT_NE(at, std::string::npos) << line << "\n" << outcome.out;
     EXPECT_GT(at, last) << line;
