@@ -138,6 +138,7 @@ class MCBINNING_API BINAlgorithm : public IBINAlgorithm {
   std::vector<MCBinning::MCStatus> fPairStatuses;
   int fTargetIndex;
   int fWeightIndex;
-  std::vector<BINDataTuple>* fTuples;  // null: cases are read where the data set keeps them
+  [[maybe_unused]] std::vector<BINDataTuple>*
+      fTuples;  // null: cases are read where the data set keeps them
   BINOutput fResults;
 };

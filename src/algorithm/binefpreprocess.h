@@ -25,7 +25,8 @@ class MCBINNING_API BINEFPreProcess {
   virtual ~BINEFPreProcess();
 
   // Cuts `tuples`, which are sorted by value, weigh `totalWeight` in all, stay the caller's
-  // and are kept for FindCutPts(). See there for the result.
+  // and are kept for FindCutPts(), which takes equal-frequency tuples once there are any. See
+  // there for the result.
   bool EFCreatePercentileCutPts(std::vector<EFBINDataTuple>* tuples, std::vector<double>& cutPoints,
                                 std::vector<double>& binWeights, double totalWeight);
   bool EFCreatePercentileCutPts(std::vector<BINDataTuple>* tuples, std::vector<double>& cutPoints,

@@ -67,6 +67,7 @@ class MCBINNING_API EFBINAlgorithm : public IEFBINAlgorithm {
   std::unique_ptr<BINEFPreProcess> fPreProcess;
   std::vector<MCBinning::MCStatus> fAttributeStatuses;
   int fWeightIndex;
-  std::vector<EFBINDataTuple>* fTuples;  // null: cases are read where the data set keeps them
+  [[maybe_unused]] std::vector<EFBINDataTuple>*
+      fTuples;  // null: cases are read where the data set keeps them
   EFBINOutput fResults;
 };

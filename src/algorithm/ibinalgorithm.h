@@ -37,7 +37,8 @@ class MCBINNING_API IBINAlgorithm {
   //   both           attribute i against target i, any categorical variable
   //
   // What befalls one pair is stored with it and does not stop the others. OK when every pair
-  // is; warning 120018 when some pair has a warning or an error of its own. Errors: 1
+  // that was run is, in this run and the earlier ones; warning 120018 otherwise. An entry of a
+  // list that is refused before it is run only shows in its own result. Errors: 1
   // cancelled, 3 out of memory, 120003 the list names another target than the variable with
   // that role, 120004 no data, 120008 the lists do not go together or hold no usable pair,
   // 120009 the number of bins is not set, 120010 no usable target, 120012 a category code
@@ -47,7 +48,8 @@ class MCBINNING_API IBINAlgorithm {
                                          const std::vector<int>* attributes,
                                          const std::vector<int>* targets) = 0;
 
-  // Whom to ask whether to stop; null for nobody. Stays the host's.
+  // Whom to ask whether to stop; null for nobody. Stays the host's and is asked during
+  // CreateBins() and GetStatus(); one that is in the settings also at creation.
   virtual void SetCancelPtr(MCQueryCancel* query) = 0;
 
   // Stops the run at its next poll, for good.

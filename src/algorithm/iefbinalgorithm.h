@@ -30,16 +30,17 @@ class MCBINNING_API IEFBINAlgorithm {
   // missing values drop no case of others.
   //
   // What befalls one attribute is stored with it and does not stop the others. OK when every
-  // attribute is; warning 120018 when some attribute has a warning or an error of its own.
-  // Errors: 1 cancelled, 3 out of memory, 120003 the list names another target than the
-  // variable with that role, 120004 no data, 120009 the number of bins is not set, 120011 no
-  // usable attribute in the list, 120012 a category code out of range, 120021 a temporary
-  // file cannot be written. A data pass that failed is forgotten: the next call reads the
-  // records it is given.
+  // attribute that was run is, in this run and the earlier ones; warning 120018 otherwise. An
+  // entry of the list that is refused before it is run only shows in its own result. Errors: 1
+  // cancelled, 3 out of memory, 120003 the list names another target than the variable with that
+  // role, 120004 no data, 120009 the number of bins is not set, 120011 no usable attribute in the
+  // list, 120012 a category code out of range, 120021 a temporary file cannot be written. A data
+  // pass that failed is forgotten: the next call reads the records it is given.
   virtual MCBinning::MCStatus CreateBins(MCCommon::RecordIterator& records,
                                          const std::vector<int>* attributes) = 0;
 
-  // Whom to ask whether to stop; null for nobody. Stays the host's.
+  // Whom to ask whether to stop; null for nobody. Stays the host's and is asked during
+  // CreateBins() and GetStatus(); one that is in the settings also at creation.
   virtual void SetCancelPtr(MCQueryCancel* query) = 0;
 
   // Stops the run at its next poll, for good.

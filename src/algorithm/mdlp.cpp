@@ -10,6 +10,7 @@
 #include "algorithm/binalgorithm.h"
 #include "algorithm/binentropy.h"
 #include "algorithm/splitsearch.h"
+#include "common/guard.h"
 #include "common/vectormath.h"
 #include "metadata/bindataset.h"
 
@@ -50,14 +51,15 @@ void BINAlgorithm::ComputeModelEntropy(const std::vector<double>& counts,
 MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::set<double>& cuts,
                             std::vector<double>& counts, double& modelEntropy) const {
   if (!HasCases(tuples)) return MCStatus(120002, false);
-  return PartitionDistinct(cuts, counts, modelEntropy);
+  return MCBinning::Guard([&] { return PartitionDistinct(cuts, counts, modelEntropy); });
 }
 
 MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::vector<double>& cutPoints,
                             std::set<double>& cuts, std::vector<double>& counts,
                             double& modelEntropy) const {
   if (!HasCases(tuples)) return MCStatus(120002, false);
-  return PartitionCandidates(cutPoints, cuts, counts, modelEntropy);
+  return MCBinning::Guard(
+      [&] { return PartitionCandidates(cutPoints, cuts, counts, modelEntropy); });
 }
 
 // Whether a pair was run, and the tuples can be its own.
@@ -109,6 +111,7 @@ void BINAlgorithm::RemoveEdge(std::vector<double>& cutPoints) const {
 MCStatus BINAlgorithm::PartitionTable(const std::vector<double>& boundaries,
                                       const std::vector<double>& table, std::set<double>& cuts,
                                       std::vector<double>& counts, double& modelEntropy) const {
+  if (table.size() != boundaries.size() * fNumTargetCategories) return MCStatus(120002, false);
   const MCBinning::SplitSearch search(table, fNumTargetCategories, fRightBorderClosed);
   SplitRows(search, boundaries, 0, static_cast<int>(boundaries.size()) - 1, cuts);
   CountBins(search, boundaries, cuts, counts);
@@ -128,9 +131,11 @@ MCStatus BINAlgorithm::MDLPCut(const std::vector<double>* boundaries,
     return MCStatus(120002, false);
   }
 
-  const MCBinning::SplitSearch search(*binTable, categoryCount, fRightBorderClosed);
-  SplitRows(search, *boundaries, first, last, cuts);
-  return MCStatus();
+  return MCBinning::Guard([&] {
+    const MCBinning::SplitSearch search(*binTable, categoryCount, fRightBorderClosed);
+    SplitRows(search, *boundaries, first, last, cuts);
+    return MCStatus();
+  });
 }
 
 // Recursive, with the intervals that wait on a stack of its own.

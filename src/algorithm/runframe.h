@@ -89,7 +89,13 @@ class RunFrame {
                 std::vector<std::vector<int>>{algorithm.fPreparator->GetVarIndices(),
                                               algorithm.fPreparator->GetNumOfCategories()});
     }
-    if (algorithm.fDataSet) algorithm.fDataSet->Display(os);
+    if (algorithm.fDataSet) {
+      const BINDataSet& dataSet = *algorithm.fDataSet;
+      dataSet.Display(os);
+      DisplayD(os, "Range of the attribute loaded last",
+               {dataSet.GetMinimum(), dataSet.GetMaximum()});
+      DisplayB(os, "Is it pre-binned", {dataSet.NeedPreprocess()});
+    }
     algorithm.fResults.Display(os);
     DisplayEnd(os, className);
   }

@@ -1,5 +1,7 @@
 #include "metadata/binaryrecorditerator.h"
 
+#include <utility>
+
 #include "common/displayframe.h"
 
 namespace MCBinning {

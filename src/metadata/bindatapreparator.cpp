@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -40,17 +39,12 @@ void RequireFileForEachVariable(bool holds) {
   std::abort();
 }
 
-// Whether a new file can have the name. Where the directory may not be searched no name is
-// ever found taken: then the first append fails instead of the search going on for ever.
+// Whether a new file can have the name; nothing is opened, as that may block. Where the
+// directory may not be searched every name is free: then the first append fails instead of the
+// search going on for ever.
 bool IsFreeName(const std::string& name) {
-  std::FILE* const file = std::fopen(name.c_str(), "re");
-  if (file != nullptr) {
-    std::fclose(file);
-    return false;
-  }
-  if (errno != EACCES) return true;
   struct stat status;
-  return ::lstat(name.c_str(), &status) != 0 && errno == EACCES;
+  return ::lstat(name.c_str(), &status) != 0;
 }
 
 // The code -1 and the system-missing value both say that there is no category.
@@ -282,6 +276,10 @@ MCStatus BINDataPreparator::IsValidTarget(int file, bool& valid) {
 }
 
 MCStatus BINDataPreparator::SetUpTempFiles() {
+  return MCBinning::Guard([&] { return NameFiles(); });
+}
+
+MCStatus BINDataPreparator::NameFiles() {
   if (!fCache.Resize(static_cast<int>(fProcRecSize), fCacheCapacity)) {
     fCacheCapacity /= 2;
     if (!fCache.Resize(static_cast<int>(fProcRecSize), fCacheCapacity)) return MCStatus(3, false);
@@ -319,12 +317,14 @@ MCStatus BINDataPreparator::SeekFreeName(std::string& name) {
 }
 
 MCStatus BINDataPreparator::TransferData() {
-  for (std::size_t file = 0; file < fFiles.size(); ++file) {
-    const MCStatus status = AppendRow(file);
-    if (!status.IsOK()) return status;
-  }
-  fCache.Flush();
-  return MCStatus();
+  return MCBinning::Guard([&]() -> MCStatus {
+    for (std::size_t file = 0; file < fFiles.size(); ++file) {
+      const MCStatus status = AppendRow(file);
+      if (!status.IsOK()) return status;
+    }
+    fCache.Flush();
+    return MCStatus();
+  });
 }
 
 MCStatus BINDataPreparator::AppendRow(std::size_t file) {

@@ -107,6 +107,7 @@ class MCBINNING_API BINDataPreparator {
 
   void MapVariable(int index);
   MCBinning::MCStatus CheckRoles() const;
+  MCBinning::MCStatus NameFiles();
   MCBinning::MCStatus SeekFreeName(std::string& name);
   MCBinning::MCStatus AppendRow(std::size_t file);
 
@@ -132,7 +133,7 @@ class MCBINNING_API BINDataPreparator {
   std::vector<int> fLargestCode;
   std::vector<bool> fUsable;
   MCBinning::MCStatus fStatus;
-  double fLargestRecordCount;  // not read; keeps the layout
+  [[maybe_unused]] double fLargestRecordCount;  // keeps the layout
   bool fSkipRecord;
   unsigned int fOrigRecSize;
   unsigned int fProcRecSize;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <climits>
 
 #include "common/displayframe.h"
 #include "common/guard.h"
@@ -67,11 +68,13 @@ MCStatus BINDataSet::HandleDataFile() {
     fHasWeight = fPreparator.GetVarList().GetWeightIndex() >= 0;
     fHasTarget = fPreparator.GetVarList().GetTargetIndex() >= 0;
     fNumAllCases = fPreparator.GetAllvarNumOfCases();
+    // Rows of a bin table are counted in int.
+    if (fNumAllCases > static_cast<unsigned long>(INT_MAX)) return MCStatus(3, false);
     fFileNames = fPreparator.GetFileNames();
     fVarToFile = &fPreparator.GetVarIndices();
     if (fHasTarget) {
       fTuples = std::make_unique<std::vector<BINDataTuple>>();
-      fTuples->reserve(fNumAllCases);
+      if (fHasWeight) fTuples->reserve(fNumAllCases);
     }
     if (!fPreparator.HasAnyFile()) return status;
 
@@ -169,6 +172,7 @@ template <typename Tuple>
 void BINDataSet::MakeTuples(std::vector<Tuple>& tuples) {
   if (fAreTuples) return;
   const auto& cases = fBuffers->GetUnweighted(tuples);
+  tuples.reserve(fPreparator.GetAllvarNumOfCases());
   tuples.resize(cases.size());
   std::transform(cases.begin(), cases.end(), tuples.begin(),
                  [](const auto& item) { return MCBinning::ToTuple(item); });
@@ -177,7 +181,7 @@ void BINDataSet::MakeTuples(std::vector<Tuple>& tuples) {
 
 MCStatus BINDataSet::ReadNextAttribute(unsigned int file) {
   return MCBinning::Guard([&]() -> MCStatus {
-    if (file >= fFileNames.size()) return MCStatus(120011, false);
+    if (file >= fFileNames.size()) return MCStatus(120011, true);
     fAreTuples = true;
     const auto read = [&](auto& tuples) {
       const MCStatus status = ReadCases(file, tuples);
@@ -229,6 +233,7 @@ MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Case>& cases) {
     const double* const weights = fHasWeight ? NextInStep(*fWeightIterator, block.count) : nullptr;
     if ((MCBinning::kHasTarget<Case> && targets == nullptr) || (fHasWeight && weights == nullptr))
       break;
+    if (block.count > cases.size() - casesRead) break;  // has grown since it was looked at
     casesRead += block.count;
     collector.Add(targets, weights, block.values, block.count);
   }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <ostream>
+
+#include "common/export.h"
 
 // One valid case of an attribute in supervised binning.
 struct BINDataTuple {
@@ -10,4 +13,6 @@ struct BINDataTuple {
 
   // By value alone: cases of equal value are equivalent.
   bool operator<(const BINDataTuple& other) const { return value < other.value; }
+
+  MCBINNING_API std::ostream& Display(std::ostream& os) const;
 };

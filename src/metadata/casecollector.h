@@ -60,7 +60,7 @@ class CaseCollector {
         // Every stored code lies in 0 .. 255, unless the host has given the missing value
         // another meaning since: what no int can hold is missing still.
         target = ToCategoryCode(targets[i]);
-        isValid = isValid & (targets[i] != missing) & (target != kLargestCategoryCode + 1);
+        isValid = isValid & (targets[i] != missing) & HoldsInt(targets[i]);
         target &= kLargestCategoryCode;
         largestTarget = std::max(largestTarget, isValid ? target : 0);
       }

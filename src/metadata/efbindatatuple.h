@@ -1,5 +1,9 @@
 #pragma once
 
+#include <ostream>
+
+#include "common/export.h"
+
 // One valid case of an attribute in equal-frequency binning.
 struct EFBINDataTuple {
   double value;
@@ -7,4 +11,6 @@ struct EFBINDataTuple {
 
   // By value alone: cases of equal value are equivalent.
   bool operator<(const EFBINDataTuple& other) const { return value < other.value; }
+
+  MCBINNING_API std::ostream& Display(std::ostream& os) const;
 };

@@ -25,6 +25,7 @@ class TupleSorter {
   void Sort(std::vector<Case>& cases) {
     const Order order = LookAt(cases.data(), cases.size());
     if (order.isSorted) return;
+    fScratch.reserve(cases.capacity());  // the two may change places
     fScratch.resize(cases.size());
     if (SortRange(cases.data(), fScratch.data(), cases.size(), order)) cases.swap(fScratch);
     if (fScratch.size() * sizeof(Case) > kLargestKeptBuffer) std::vector<Case>().swap(fScratch);
