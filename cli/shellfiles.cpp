@@ -190,7 +190,7 @@ complete -F _mcbin mcbin
 }
 
 std::string WriteZshCompletion(const CLI::App& app) {
-  const auto escaped = [](const std::string& text) {  // of an _arguments specification
+  const auto escaped = [](const std::string& text) {  // for _arguments
     std::string result;
     for (const char c : text) {
       if (c == '[' || c == ']' || c == ':' || c == '\\') result += '\\';
