@@ -2,10 +2,13 @@
 
 #include "cli/number.h"
 #include "cli/usermissing.h"
+#include "common/missing.h"
 
 namespace MCBin {
 
 namespace {
+
+constexpr double kNoCategory = -1.0;
 
 ColumnScan::Sighting MakeSighting(std::uint64_t line, std::string_view text) {
   constexpr std::size_t kShownBytes = 100;
@@ -14,8 +17,9 @@ ColumnScan::Sighting MakeSighting(std::uint64_t line, std::string_view text) {
 
 }  // namespace
 
-ColumnScan::ColumnScan(const ColumnRequest& request) {
-  if (!request.MayBeCategorical()) return;
+ColumnScan::ColumnScan(const ColumnRequest& request)
+    : fMayBeCategorical(request.MayBeCategorical()) {
+  if (!fMayBeCategorical) return;
   fNumbers.emplace(kMaxCategories + 1);
   fTexts.emplace(kMaxCategories + 1);
   if (request.missing.IsEmpty()) return;
@@ -23,39 +27,48 @@ ColumnScan::ColumnScan(const ColumnRequest& request) {
   fTexts->SetUserMissingInfo(MakeStringUserMissing(request.missing).release());
 }
 
-void ColumnScan::Add(std::string_view text, std::uint64_t line, bool counts) {
-  if (!fFirstText && !MayBeNumeric(text, line, counts)) {
+ColumnScan::Value ColumnScan::GetMissing() const {
+  return {fMayBeCategorical ? kNoCategory : MCMV::Missing(), kNoCategory};
+}
+
+ColumnScan::Value ColumnScan::Add(std::string_view text, std::uint64_t line, bool counts) {
+  Value value = GetMissing();
+  if (!fFirstText) value.ifNumeric = AddNumber(text, line, counts);
+  if (fTexts && counts) value.ifTexts = AddText(text, line);
+  return value;
+}
+
+double ColumnScan::AddNumber(std::string_view text, std::uint64_t line, bool counts) {
+  const ParsedNumber number = ParseNumber(text);
+  if (number.kind == NumberKind::kNumber && !fMayBeCategorical) return number.value;
+  if (number.kind == NumberKind::kText) {
     fFirstText = MakeSighting(line, text);
     fNumbers.reset();
   }
-  if (fTexts && counts) AddText(text, line);
-}
-
-bool ColumnScan::MayBeNumeric(std::string_view text, std::uint64_t line, bool counts) {
-  const ParsedNumber number = ParseNumber(text);
-  if (number.kind == NumberKind::kText) return false;
   if (number.kind == NumberKind::kInfinite && !fFirstInfinite) {
     fFirstInfinite = MakeSighting(line, text);
   }
-  if (number.kind != NumberKind::kNumber || !fNumbers || !counts) return true;
-  fNumbers->Encode(number.value);
+  if (number.kind != NumberKind::kNumber || !fNumbers || !counts) return GetMissing().ifNumeric;
+  const double code = fNumbers->Encode(number.value);
   if (fNumbers->GetNumberOfCategories() > kMaxCategories) {
     fFirstNumberBeyond = MakeSighting(line, text);
     fNumbers.reset();
   }
-  return true;
+  return code;
 }
 
-void ColumnScan::AddText(std::string_view text, std::uint64_t line) {
+double ColumnScan::AddText(std::string_view text, std::uint64_t line) {
+  double code = kNoCategory;
   const bool tooLong = text.size() > kMaxCategoryBytes;
   if (!tooLong) {
     fTextBuffer.assign(text);
-    fTexts->Encode(fTextBuffer);
+    code = fTexts->Encode(fTextBuffer);
   }
   if (tooLong || fTexts->GetNumberOfCategories() > kMaxCategories) {
     fFirstTextBeyond = MakeSighting(line, text);
     fTexts.reset();
   }
+  return code;
 }
 
 const std::optional<ColumnScan::Sighting>& ColumnScan::GetFirstBeyond() const {

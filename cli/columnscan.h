@@ -11,7 +11,7 @@
 
 namespace MCBin {
 
-// What the first pass learns about one column: whether it is numeric, and its categories
+// What the pass over the file learns about one column: whether it is numeric, and its categories
 // when it may be categorical.
 //
 // Whether a column is numeric is known at the end only, so its categories are coded both
@@ -31,11 +31,22 @@ class ColumnScan {
     std::size_t bytes;  // of the whole
   };
 
+  // What a field is worth, if the column turns out to be numeric or to hold texts: its number,
+  // or its category code when the column may be categorical. The missing value, or the code -1,
+  // where there is none.
+  struct Value {
+    double ifNumeric;
+    double ifTexts;
+  };
+
   explicit ColumnScan(const ColumnRequest& request);
+
+  // The value of a missing field.
+  Value GetMissing() const;
 
   // Takes in the text of a field that is not missing. `counts` is false in a record that
   // is dropped for its weight: it says something about the kind, but adds no category.
-  void Add(std::string_view text, std::uint64_t line, bool counts);
+  Value Add(std::string_view text, std::uint64_t line, bool counts);
 
   // Every field so far is a number, or NaN, or infinite.
   bool IsNumeric() const { return !fFirstText; }
@@ -55,9 +66,10 @@ class ColumnScan {
   int GetCategoryCount() const;
 
  private:
-  bool MayBeNumeric(std::string_view text, std::uint64_t line, bool counts);
-  void AddText(std::string_view text, std::uint64_t line);
+  double AddNumber(std::string_view text, std::uint64_t line, bool counts);
+  double AddText(std::string_view text, std::uint64_t line);
 
+  bool fMayBeCategorical;
   std::optional<Sighting> fFirstText;
   std::optional<Sighting> fFirstInfinite;
   std::optional<BINCatNumEncoder> fNumbers;  // empty when ruled out or given up

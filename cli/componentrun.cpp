@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <memory>
 #include <optional>
+#include <thread>
 
 #include "algorithm/binfactory.h"
 #include "algorithm/binsettings.h"
@@ -17,8 +19,12 @@
 #include "cli/displaytext.h"
 #include "cli/inputerror.h"
 #include "cli/interrupt.h"
+#include "cli/jobprogress.h"
+#include "cli/jobs.h"
+#include "cli/jobvariables.h"
 #include "cli/runprogress.h"
 #include "cli/statustext.h"
+#include "cli/valuerecorditerator.h"
 #include "common/missing.h"
 #include "output/binoutput.h"
 #include "output/efbinoutput.h"
@@ -27,27 +33,51 @@ namespace MCBin {
 
 namespace {
 
-// The settings that both algorithms have. The objects must outlive the algorithm.
-template <typename Settings>
-void SetCommon(Settings& settings, const ComponentRun& run, RunProgress& progress,
-               Interrupt& cancel) {
-  settings.SetTempDirName(run.tempDir);
-  settings.SetRightBorderClosed(run.options.rightClosed);
-  settings.SetCancelPointer(&cancel);
-  if (!run.progress.IsVisible()) return;
-  settings.SetProgressListener(&progress);
-  settings.SetNSkippedCasesReports(RunProgress::RecordsPerReport(run.recordCount));
-  settings.SetNSkippedAttReports(0);
+std::size_t CountJobs(const ComponentRun& run) {
+  const auto cores = static_cast<std::size_t>(std::thread::hardware_concurrency());
+  const auto asked = static_cast<std::size_t>(run.options.jobs);
+  return std::clamp<std::size_t>(asked == 0 ? cores : asked, 1, run.variables.attributes.size());
 }
 
-// A failure of the whole run. What ended it may lie in the tool's own objects.
-void CheckStatus(const MCBinning::MCStatus& status, const ComponentRun& run) {
-  run.records.RethrowFailure();
-  Interrupt::ThrowIfRequested();
-  if (!status.IsError()) return;
-  throw InputError(
-      fmt::format("binning failed: {} (status {})", DescribeStatus(status), status.GetErrorCode()));
-}
+// One of the jobs of a run: its variables, its records, and what the algorithm calls.
+class Job {
+ public:
+  Job(const ComponentRun& run, std::size_t job, std::size_t jobCount, RunProgress& progress)
+      : fRun(run),
+        fVariables(MakeJobVariables(run.variables, job, jobCount)),
+        fRecords(run.values, fVariables.columns),
+        fProgress(progress, job, fRecords) {}
+
+  JobVariables& GetVariables() { return fVariables; }
+  ValueRecordIterator& GetRecords() { return fRecords; }
+
+  // The settings that both algorithms have. This object and `cancel` must outlive the algorithm.
+  template <typename Settings>
+  void SetCommon(Settings& settings, MCQueryCancel& cancel) {
+    settings.SetTempDirName(fRun.tempDir);
+    settings.SetRightBorderClosed(fRun.options.rightClosed);
+    settings.SetCancelPointer(&cancel);
+    if (!fRun.progress.IsVisible()) return;
+    settings.SetProgressListener(&fProgress);
+    settings.SetNSkippedCasesReports(RunProgress::RecordsPerReport(fRun.values.GetRecordCount()));
+    settings.SetNSkippedAttReports(0);
+  }
+
+  // A failure of the whole run. What ended it may lie in the tool's own objects.
+  void CheckStatus(const MCBinning::MCStatus& status) const {
+    fRecords.RethrowFailure();
+    Interrupt::ThrowIfRequested();
+    if (!status.IsError()) return;
+    throw InputError(fmt::format("binning failed: {} (status {})", DescribeStatus(status),
+                                 status.GetErrorCode()));
+  }
+
+ private:
+  const ComponentRun& fRun;
+  JobVariables fVariables;
+  ValueRecordIterator fRecords;
+  JobProgress fProgress;
+};
 
 std::optional<double> Known(double value) {
   return MCMV::IsMissing(value) ? std::nullopt : std::optional<double>(value);
@@ -100,67 +130,88 @@ AttributeBins TakeResults(const BINAttributeResults& results) {
   return bins;
 }
 
+// Runs `binShare(job, cancel, results)` for every job and returns the results of all.
+// A share is put at its places in the results, `resultCount` in number.
+template <typename BinShare>
+std::vector<AttributeBins> RunJobs(const ComponentRun& run, std::size_t resultCount,
+                                   const BinShare& binShare) {
+  const std::size_t jobCount = CountJobs(run);
+  RunProgress progress(run.progress, jobCount, run.values.GetRecordCount(), resultCount);
+  std::vector<AttributeBins> results(resultCount);
+  Jobs jobs;
+  jobs.Run(jobCount, [&](std::size_t index) {
+    Job job(run, index, jobCount, progress);
+    binShare(job, jobs, results);
+  });
+  for (const AttributeBins& bins : results) {
+    CheckCutPoints(bins.cutPoints, run.variables.attributes[bins.attribute]);
+  }
+  return results;
+}
+
 }  // namespace
 
 std::vector<AttributeBins> RunSupervised(const ComponentRun& run) {
-  const InputVariables& variables = run.variables;
-  std::vector<int> attributes;
-  std::vector<int> targets;
-  for (const int target : variables.targetIndexes) {
-    attributes.insert(attributes.end(), variables.attributeIndexes.begin(),
-                      variables.attributeIndexes.end());
-    targets.insert(targets.end(), variables.attributeIndexes.size(), target);
-  }
+  const std::size_t attributeCount = run.variables.attributes.size();
+  const auto binShare = [&](Job& job, Jobs& jobs, std::vector<AttributeBins>& all) {
+    const JobVariables& variables = job.GetVariables();
+    std::vector<int> attributes;
+    std::vector<int> targets;
+    for (const int target : variables.targetIndexes) {
+      attributes.insert(attributes.end(), variables.attributeIndexes.begin(),
+                        variables.attributeIndexes.end());
+      targets.insert(targets.end(), variables.attributeIndexes.size(), target);
+    }
 
-  RunProgress progress(run.progress, run.records, run.recordCount, attributes.size());
-  Interrupt cancel;
-  BINSettings settings;
-  SetCommon(settings, run, progress, cancel);
-  settings.SetNumDistinctValueThreshold(run.options.prebinAbove);
-  settings.SetNumberOfBins(run.options.prebins);
-  settings.SetSmallBinDetectionThreshold(run.options.smallBins);
+    BINSettings settings;
+    job.SetCommon(settings, jobs);
+    settings.SetNumDistinctValueThreshold(run.options.prebinAbove);
+    settings.SetNumberOfBins(run.options.prebins);
+    settings.SetSmallBinDetectionThreshold(run.options.smallBins);
 
-  BINFactory factory;
-  const std::unique_ptr<IBINAlgorithm> algorithm(
-      factory.CreateBINAlgorithm(settings, run.variables.list));
-  CheckStatus(factory.GetStatus(), run);
-  CheckStatus(algorithm->CreateBins(run.records, &attributes, &targets), run);
+    BINFactory factory;
+    const std::unique_ptr<IBINAlgorithm> algorithm(
+        factory.CreateBINAlgorithm(settings, job.GetVariables().list));
+    job.CheckStatus(factory.GetStatus());
+    job.CheckStatus(algorithm->CreateBins(job.GetRecords(), &attributes, &targets));
 
-  std::vector<AttributeBins> all;
-  for (std::size_t i = 0; i < attributes.size(); ++i) {
-    BINAttributeTargetResults results;
-    algorithm->GetBinningResults().GetAttributeTargetCutPoints(attributes[i], targets[i], results);
-    all.push_back(TakeResults(results));
-    all.back().attribute = i % variables.attributes.size();
-    all.back().target = i / variables.attributes.size();
-    CheckCutPoints(all.back().cutPoints, variables.attributes[all.back().attribute]);
-  }
-  return all;
+    for (std::size_t i = 0; i < attributes.size(); ++i) {
+      const std::size_t attribute = variables.attributes[i % variables.attributes.size()];
+      const std::size_t target = i / variables.attributes.size();
+      BINAttributeTargetResults results;
+      algorithm->GetBinningResults().GetAttributeTargetCutPoints(attributes[i], targets[i],
+                                                                 results);
+      AttributeBins& bins = all[target * attributeCount + attribute];
+      bins = TakeResults(results);
+      bins.attribute = attribute;
+      bins.target = target;
+    }
+  };
+  return RunJobs(run, attributeCount * run.variables.targets.size(), binShare);
 }
 
 std::vector<AttributeBins> RunEqualFrequency(const ComponentRun& run) {
-  const std::vector<int>& attributes = run.variables.attributeIndexes;
-  RunProgress progress(run.progress, run.records, run.recordCount, attributes.size());
-  Interrupt cancel;
-  EFBINSettings settings;
-  SetCommon(settings, run, progress, cancel);
-  settings.SetNumberOfBins(run.options.bins);
+  const auto binShare = [&](Job& job, Jobs& jobs, std::vector<AttributeBins>& all) {
+    const JobVariables& variables = job.GetVariables();
+    EFBINSettings settings;
+    job.SetCommon(settings, jobs);
+    settings.SetNumberOfBins(run.options.bins);
 
-  EFBINFactory factory;
-  const std::unique_ptr<IEFBINAlgorithm> algorithm(
-      factory.CreateEFBINAlgorithm(settings, run.variables.list));
-  CheckStatus(factory.GetStatus(), run);
-  CheckStatus(algorithm->CreateBins(run.records, &attributes), run);
+    EFBINFactory factory;
+    const std::unique_ptr<IEFBINAlgorithm> algorithm(
+        factory.CreateEFBINAlgorithm(settings, job.GetVariables().list));
+    job.CheckStatus(factory.GetStatus());
+    job.CheckStatus(algorithm->CreateBins(job.GetRecords(), &variables.attributeIndexes));
 
-  std::vector<AttributeBins> all;
-  for (std::size_t i = 0; i < attributes.size(); ++i) {
-    BINAttributeResults results;
-    algorithm->GetBinningResults().GetAttributeCutPoints(attributes[i], results);
-    all.push_back(TakeResults(results));
-    all.back().attribute = i;
-    CheckCutPoints(all.back().cutPoints, run.variables.attributes[i]);
-  }
-  return all;
+    for (std::size_t i = 0; i < variables.attributes.size(); ++i) {
+      BINAttributeResults results;
+      algorithm->GetBinningResults().GetAttributeCutPoints(variables.attributeIndexes[i], results);
+      AttributeBins& bins = all[variables.attributes[i]];
+      bins = TakeResults(results);
+      bins.attribute = variables.attributes[i];
+    }
+  };
+  return RunJobs(run, run.variables.attributes.size(), binShare);
 }
 
 }  // namespace MCBin

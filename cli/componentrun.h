@@ -1,29 +1,30 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "cli/binmodel.h"
-#include "cli/csvrecorditerator.h"
 #include "cli/inputvariables.h"
 #include "cli/progressbar.h"
 #include "cli/runoptions.h"
+#include "cli/valuefile.h"
 
 namespace MCBin {
 
 // What one run of the component works on. Borrows everything.
 struct ComponentRun {
   const RunOptions& options;
-  InputVariables& variables;
-  CsvRecordIterator& records;
-  std::uint64_t recordCount;
+  const InputVariables& variables;
+  const ValueFile& values;
   const std::string& tempDir;
   ProgressBar& progress;
 };
 
 // Bin every attribute against every target, or every attribute on its own. Results come
 // target by target, in the order of the attributes.
+//
+// RunOptions::jobs algorithm objects work side by side, each on its share of the attributes;
+// the results are the same for any number of them. Every thread has ended on return.
 //
 // Throw InputError when the run as a whole failed (a result's own failure is its status),
 // and Interrupt::Requested when the user stopped it.

@@ -4,29 +4,76 @@
 
 #include <algorithm>
 #include <optional>
+#include <string_view>
 
 #include "cli/displaytext.h"
 #include "cli/inputerror.h"
 #include "cli/interrupt.h"
+#include "cli/number.h"
 
 namespace MCBin {
 
 namespace {
 
-void ScanRecord(const CsvReader& reader, const std::vector<ColumnRequest>& requests,
-                const MissingTexts& missingTexts, bool counts, std::vector<ColumnScan>& columns) {
-  for (std::size_t i = 0; i < requests.size(); ++i) {
-    const ColumnRequest& request = requests[i];
-    const CsvField& field = reader.GetFields()[request.position];
-    if (request.use == ColumnUse::kWeight || missingTexts.IsMissing(field)) continue;
-    columns[i].Add(field.text, reader.GetLine(), counts);
-    if (request.kind == KindRequest::kContinuous && !columns[i].IsNumeric()) {
+// Takes the fields of the reader's current record in, and their values into the file.
+class RecordScan {
+ public:
+  RecordScan(const CsvReader& reader, const std::vector<ColumnRequest>& requests,
+             const MissingTexts& missingTexts, InputScan& scan)
+      : fReader(reader), fRequests(requests), fMissingTexts(missingTexts), fScan(scan) {}
+
+  // `counts` is false in a record that is dropped for its weight.
+  void Add(bool counts) {
+    for (std::size_t i = 0; i < fRequests.size(); ++i) {
+      const CsvField& field = fReader.GetFields()[fRequests[i].position];
+      if (fRequests[i].use == ColumnUse::kWeight) {
+        if (counts) fScan.values->Set(i, ParseNumber(field.text).value);
+        continue;
+      }
+      Store(i, fMissingTexts.IsMissing(field) ? fScan.columns[i].GetMissing()
+                                              : Scan(i, field.text, counts));
+    }
+    if (counts) fScan.values->FinishRecord();
+  }
+
+ private:
+  ColumnScan::Value Scan(std::size_t i, std::string_view text, bool counts) {
+    ColumnScan& column = fScan.columns[i];
+    const ColumnScan::Value value = column.Add(text, fReader.GetLine(), counts);
+    if (!column.IsNumeric()) HandleText(i, text);
+    return value;
+  }
+
+  void HandleText(std::size_t i, std::string_view text) {
+    const ColumnRequest& request = fRequests[i];
+    if (request.kind == KindRequest::kContinuous) {
       throw InputError(
           fmt::format("{}: {} in column {} is not a number, but the column is "
                       "--continuous; texts that mean missing go to --na",
-                      reader.Where(), QuotedText(field.text), QuotedText(request.name)));
+                      fReader.Where(), QuotedText(text), QuotedText(request.name)));
     }
+    fScan.values->Abandon(i);
   }
+
+  void Store(std::size_t i, const ColumnScan::Value& value) {
+    fScan.values->Set(i, value.ifNumeric);
+    if (fScan.textColumns[i] != i) fScan.values->Set(fScan.textColumns[i], value.ifTexts);
+  }
+
+  const CsvReader& fReader;
+  const std::vector<ColumnRequest>& fRequests;
+  const MissingTexts& fMissingTexts;
+  InputScan& fScan;
+};
+
+// Lays out the value file: one column for each request, and one more where texts count, too.
+void MakeValueFile(const std::vector<ColumnRequest>& requests, const std::string& directory,
+                   InputScan& scan) {
+  std::size_t columnCount = requests.size();
+  for (std::size_t i = 0; i < requests.size(); ++i) {
+    scan.textColumns.push_back(requests[i].MayBeCategorical() ? columnCount++ : i);
+  }
+  scan.values = std::make_unique<ValueFile>(directory, columnCount);
 }
 
 void CheckRecordsLeft(const std::string& name, const InputScan& scan) {
@@ -45,27 +92,29 @@ void CheckRecordsLeft(const std::string& name, const InputScan& scan) {
 
 InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& requests,
                     IBINVariable::BINWRoundingOption rounding, const MissingTexts& missingTexts,
-                    ProgressBar& progress) {
+                    const std::string& directory, ProgressBar& progress) {
   constexpr std::uint64_t kRecordsPerUpdate = 4096;
 
   InputScan scan;
   scan.columns = std::vector<ColumnScan>(requests.begin(), requests.end());
+  MakeValueFile(requests, directory, scan);
   const auto weight = std::find_if(requests.begin(), requests.end(), [](const ColumnRequest& r) {
     return r.use == ColumnUse::kWeight;
   });
   std::optional<WeightCheck> weights;
   if (weight != requests.end()) weights.emplace(*weight, rounding, missingTexts);
 
+  RecordScan record(reader, requests, missingTexts, scan);
   while (reader.Next()) {
     if (scan.recordCount++ % kRecordsPerUpdate == 0) {
       Interrupt::ThrowIfRequested();
       progress.Update(reader.GetBytesRead());
     }
-    const bool counts = !weights || weights->Check(reader);
-    ScanRecord(reader, requests, missingTexts, counts, scan.columns);
+    record.Add(!weights || weights->Check(reader));
   }
   if (weights) scan.dropped = weights->GetDropped();
   CheckRecordsLeft(reader.GetName(), scan);
+  scan.values->Finish();
   return scan;
 }
 

@@ -16,16 +16,18 @@ class Builder {
           std::vector<std::string>& notes)
       : fFileName(fileName), fRounding(rounding), fNotes(notes) {}
 
-  void Add(const ColumnRequest& request, const ColumnScan& scan) {
+  // `column` is that of the value file.
+  void Add(const ColumnRequest& request, const ColumnScan& scan, std::size_t column) {
     switch (request.use) {
       case ColumnUse::kTarget:
-        AddTarget(request, scan);
+        AddTarget(request, scan, column);
         break;
       case ColumnUse::kWeight:
-        AddWeight(request);
+        CheckNumericMissing(request.missing);
+        fVariables.weight = {request.name, fRounding, request.missing, column};
         break;
       case ColumnUse::kAttribute:
-        AddAttribute(request, scan);
+        AddAttribute(request, scan, column);
         break;
     }
   }
@@ -49,7 +51,7 @@ class Builder {
     return fmt::format("{}:{}", fFileName, sighting.line);
   }
 
-  void AddTarget(const ColumnRequest& request, const ColumnScan& scan) {
+  void AddTarget(const ColumnRequest& request, const ColumnScan& scan, std::size_t column) {
     CheckCategories(request, scan, "a target has");
     if (scan.GetCategoryCount() < 2) {
       const bool none = scan.GetCategoryCount() == 0;
@@ -59,20 +61,11 @@ class Builder {
                       fFileName, QuotedText(request.name),
                       none ? "no value" : "a single value in all records"));
     }
-    const auto role =
-        fVariables.targets.empty() ? IBINVariable::RoleTarget : IBINVariable::RoleAttribute;
-    fVariables.targetIndexes.push_back(fVariables.list.Size());
-    fVariables.targets.push_back(AddCategorical(request, scan, role));
+    fVariables.targets.push_back(MakeCategorical(request, scan));
+    fVariables.targetColumns.push_back(column);
   }
 
-  void AddWeight(const ColumnRequest& request) {
-    const int index = fVariables.list.Size();
-    fVariables.list.AddWeightVar(request.name, "", fRounding);
-    fVariables.positions.push_back(request.position);
-    SetNumericMissing(index, request.missing);
-  }
-
-  void AddAttribute(const ColumnRequest& request, const ColumnScan& scan) {
+  void AddAttribute(const ColumnRequest& request, const ColumnScan& scan, std::size_t column) {
     const bool categorical = request.kind == KindRequest::kCategorical;
     if (!categorical && !scan.IsNumeric()) {
       LeaveOutText(request, *scan.GetFirstText());
@@ -88,10 +81,9 @@ class Builder {
     } else {
       CheckFinite(request, scan);
     }
-    fVariables.attributeIndexes.push_back(fVariables.list.Size());
-    fVariables.attributes.push_back(categorical
-                                        ? AddCategorical(request, scan, IBINVariable::RoleAttribute)
-                                        : AddContinuous(request));
+    fVariables.attributes.push_back(categorical ? MakeCategorical(request, scan)
+                                                : MakeContinuous(request));
+    fVariables.attributeColumns.push_back(column);
   }
 
   void LeaveOutText(const ColumnRequest& request, const ColumnScan::Sighting& text) {
@@ -138,39 +130,26 @@ class Builder {
                     Where(*beyond), QuotedText(request.name), whatHas, limit));
   }
 
-  VariableInfo AddContinuous(const ColumnRequest& request) {
-    const int index = fVariables.list.AddContVar(request.name, "", IBINVariable::RoleAttribute);
-    fVariables.positions.push_back(request.position);
-    SetNumericMissing(index, request.missing);
+  VariableInfo MakeContinuous(const ColumnRequest& request) const {
+    CheckNumericMissing(request.missing);
     return {request.name, VariableKind::kContinuous, request.missing, {}, {}};
   }
 
-  VariableInfo AddCategorical(const ColumnRequest& request, const ColumnScan& scan,
-                              IBINVariable::VariableRole role) {
+  VariableInfo MakeCategorical(const ColumnRequest& request, const ColumnScan& scan) const {
     VariableInfo info{request.name, VariableKind::kStringCategorical, request.missing, {}, {}};
-    const auto level = scan.IsNumeric() ? IBINVariable::MeasureNumericCategorical
-                                        : IBINVariable::MeasureStringCategorical;
-    const int index = fVariables.list.AddCatVar(request.name, "", 0, level, role);
-    fVariables.positions.push_back(request.position);
-    IBINEncoder* const encoder = fVariables.list.GetEncoderAt(index);
     if (scan.IsNumeric()) {
       info.kind = VariableKind::kNumericCategorical;
-      SetNumericMissing(index, request.missing);
-      auto& numbers = dynamic_cast<BINCatNumEncoder&>(*encoder);
+      CheckNumericMissing(request.missing);
       for (int code = 0; code < scan.GetCategoryCount(); ++code) {
         info.numbers.push_back(scan.GetNumbers().Decode(code));
-        numbers.Encode(info.numbers.back());
       }
     } else {
-      SetTextMissing(index, request.missing);
-      auto& texts = dynamic_cast<BINStringEncoder&>(*encoder);
+      CheckTextMissing(request.missing);
       for (int code = 0; code < scan.GetCategoryCount(); ++code) {
         info.texts.push_back(scan.GetTexts().Decode(code));
         CheckUtf8(request, info.texts.back());
-        texts.Encode(info.texts.back());
       }
     }
-    fVariables.list.GetVarAt(index)->UpdateNumberOfCategories();
     return info;
   }
 
@@ -182,25 +161,14 @@ class Builder {
                     fFileName, QuotedText(text), QuotedText(request.name)));
   }
 
-  void SetNumericMissing(int index, const MissingDefinition& missing) {
-    for (const double value : missing.NumericValues()) {
-      fVariables.list.AddDiscreteUserMissing(index, value, "");
-    }
-    if (missing.interval) {
-      fVariables.list.SetMissingInterval(index, missing.interval->low, missing.interval->high);
-    }
-  }
+  static void CheckNumericMissing(const MissingDefinition& missing) { missing.NumericValues(); }
 
-  void SetTextMissing(int index, const MissingDefinition& missing) {
-    if (missing.interval) {
-      throw UsageError(
-          fmt::format("--missing {}: an interval needs a numeric column; a text with "
-                      "a colon is written in double quotes",
-                      QuotedText(missing.column)));
-    }
-    for (const std::string& value : missing.values) {
-      fVariables.list.AddDiscreteUserMissing(index, value, "");
-    }
+  static void CheckTextMissing(const MissingDefinition& missing) {
+    if (!missing.interval) return;
+    throw UsageError(
+        fmt::format("--missing {}: an interval needs a numeric column; a text with "
+                    "a colon is written in double quotes",
+                    QuotedText(missing.column)));
   }
 
   const std::string& fFileName;
@@ -218,7 +186,9 @@ InputVariables MakeInputVariables(const std::string& fileName,
                                   IBINVariable::BINWRoundingOption rounding,
                                   std::vector<std::string>& notes) {
   Builder builder(fileName, rounding, notes);
-  for (std::size_t i = 0; i < requests.size(); ++i) builder.Add(requests[i], scan.columns[i]);
+  for (std::size_t i = 0; i < requests.size(); ++i) {
+    builder.Add(requests[i], scan.columns[i], scan.GetValueColumn(i));
+  }
   return builder.Finish();
 }
 

@@ -1,30 +1,36 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/columnrequest.h"
 #include "cli/inputscan.h"
 #include "cli/variableinfo.h"
-#include "metadata/binvarlist.h"
+#include "metadata/ibinvariable.h"
 
 namespace MCBin {
 
-// The columns of the file as the component's variables.
+// The columns of the file as variables.
 struct InputVariables {
-  BINVarList list;
-  std::vector<std::size_t> positions;  // in the file, by variable index
+  struct Weight {
+    std::string name;
+    IBINVariable::BINWRoundingOption rounding;
+    MissingDefinition missing;
+    std::size_t column;  // of the value file
+  };
 
-  // Parallel: what a result says about a variable, and its index in the list.
+  // Parallel: what a result says about a variable, and its column in the value file.
   std::vector<VariableInfo> attributes;
-  std::vector<int> attributeIndexes;
+  std::vector<std::size_t> attributeColumns;
   std::vector<VariableInfo> targets;
-  std::vector<int> targetIndexes;
+  std::vector<std::size_t> targetColumns;
+
+  std::optional<Weight> weight;
 };
 
-// Decides each column's kind by what the first pass found, and builds the list. The first
-// target has the target role, further ones are categorical attributes to the component.
+// Decides each column's kind by what the pass over the file found.
 //
 // Columns that cannot be binned are left out with a note when the user did not ask for
 // them by name. Throws InputError for a column asked for that cannot be used, for a target

@@ -2,13 +2,11 @@
 
 #include <exception>
 
-#include "common/mcquerycancel.h"
-
 namespace MCBin {
 
-// Ctrl-C (and SIGTERM, SIGHUP): a flag that the passes over the file and the component's
+// Ctrl-C (and SIGTERM, SIGHUP): a flag that the pass over the file and the component's
 // cancel query poll, so that every object is destroyed and no file stays behind.
-class Interrupt : public MCQueryCancel {
+class Interrupt {
  public:
   // What ThrowIfRequested throws; the tool then ends with exit code 130.
   class Requested : public std::exception {};
@@ -18,8 +16,6 @@ class Interrupt : public MCQueryCancel {
 
   static bool IsRequested();
   static void ThrowIfRequested();
-
-  bool QueryCancel() override { return IsRequested(); }
 };
 
 }  // namespace MCBin

@@ -50,17 +50,27 @@ void ProgressBar::Update(std::uint64_t done) {
 }
 
 void ProgressBar::Draw(double done, double seconds) {
-  constexpr int kBarWidth = 24;
-  const double share = fTotal == 0 ? 1.0 : std::min(1.0, done / static_cast<double>(fTotal));
-  const int filled = static_cast<int>(share * kBarWidth);
   const double rate = seconds > 0.0 ? done / seconds : 0.0;
-  const double left = rate > 0.0 ? (static_cast<double>(fTotal) - done) / rate : 0.0;
-  const std::string line = fmt::format("\r{} [{:#<{}}{:.<{}}] {:3.0f}%  {:.0f} {}/s  {} left\x1b[K",
-                                       fStep, "", filled, "", kBarWidth - filled, 100.0 * share,
-                                       rate / fScale, fUnit, FormatDuration(std::max(0.0, left)));
+  const std::string speed = fmt::format("{:.0f} {}/s", rate / fScale, fUnit);
+  const std::string line =
+      fTotal == 0 ? fmt::format("\r{} {:.0f} {}  {}\x1b[K", fStep, done / fScale, fUnit, speed)
+                  : fmt::format("\r{} {}  {}  {} left\x1b[K", fStep, FormatBar(done), speed,
+                                FormatDuration(GetSecondsLeft(done, rate)));
   std::fputs(line.c_str(), stderr);
   std::fflush(stderr);
   fDrawn = true;
+}
+
+std::string ProgressBar::FormatBar(double done) const {
+  constexpr int kBarWidth = 24;
+  const double share = std::min(1.0, done / static_cast<double>(fTotal));
+  const int filled = static_cast<int>(share * kBarWidth);
+  return fmt::format("[{:#<{}}{:.<{}}] {:3.0f}%", "", filled, "", kBarWidth - filled,
+                     100.0 * share);
+}
+
+double ProgressBar::GetSecondsLeft(double done, double rate) const {
+  return rate > 0.0 ? std::max(0.0, static_cast<double>(fTotal) - done) / rate : 0.0;
 }
 
 void ProgressBar::Finish() {

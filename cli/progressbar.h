@@ -18,7 +18,8 @@ class ProgressBar {
 
   bool IsVisible() const { return fVisible; }
 
-  // Begins a step of `total` units. `scale` units are shown as one `unit`: bytes as MB.
+  // Begins a step of `total` units, 0 if that is unknown. `scale` units are shown as one
+  // `unit`: bytes as MB.
   void Start(std::string step, std::uint64_t total, std::string unit, double scale = 1.0);
   void Update(std::uint64_t done);
   void Finish();
@@ -27,6 +28,8 @@ class ProgressBar {
   using Clock = std::chrono::steady_clock;
 
   void Draw(double done, double seconds);
+  std::string FormatBar(double done) const;
+  double GetSecondsLeft(double done, double rate) const;
 
   const bool fVisible;
   bool fDrawn = false;

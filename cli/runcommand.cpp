@@ -17,12 +17,11 @@
 #include "cli/columnselection.h"
 #include "cli/componentrun.h"
 #include "cli/csvreader.h"
-#include "cli/csvrecorditerator.h"
 #include "cli/displaytext.h"
 #include "cli/exitcode.h"
 #include "cli/htmlreport.h"
-#include "cli/inputfile.h"
 #include "cli/inputscan.h"
+#include "cli/inputstream.h"
 #include "cli/inputvariables.h"
 #include "cli/outputfile.h"
 #include "cli/privatedirectory.h"
@@ -52,11 +51,11 @@ void PrintCounts(const BinModel& model) {
   fmt::print(stderr, "\n");
 }
 
-// Both passes over the file and the component's run. All temporary files are gone when it
+// The pass over the file and the component's run. All temporary files are gone when it
 // returns.
 BinModel MakeBins(const RunOptions& options) {
   const PrivateDirectory directory(options.tempDir);
-  const InputFile input(options.input, directory.GetPath());
+  const InputStream input(options.input, "a CSV file");
   CsvReader reader(input.Get(), input.GetName(), options.delimiter);
   const ColumnNames names = ColumnNames::Read(reader);
   std::vector<std::string> notes;
@@ -66,15 +65,14 @@ BinModel MakeBins(const RunOptions& options) {
   const MissingTexts missingTexts(options.missingTexts);
   ProgressBar progress(!options.quiet);
   progress.Start("scanning", input.GetSize(), "MB", kBytesPerMB);
-  const InputScan scan = ScanInput(reader, requests, options.rounding, missingTexts, progress);
+  const InputScan scan =
+      ScanInput(reader, requests, options.rounding, missingTexts, directory.GetPath(), progress);
   progress.Finish();
-  InputVariables variables =
+  const InputVariables variables =
       MakeInputVariables(input.GetName(), requests, scan, options.rounding, notes);
   PrintNotes(notes, options.quiet);
 
-  CsvRecordIterator records(reader, variables, missingTexts, scan.recordCount);
-  const ComponentRun run{options,          variables,           records,
-                         scan.recordCount, directory.GetPath(), progress};
+  const ComponentRun run{options, variables, *scan.values, directory.GetPath(), progress};
   std::vector<AttributeBins> results =
       options.algorithm == Algorithm::kSupervised ? RunSupervised(run) : RunEqualFrequency(run);
   progress.Finish();

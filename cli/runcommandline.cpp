@@ -74,6 +74,11 @@ void AddRunOptions(CLI::App& command, RawOptions& raw) {
       ->type_name("FILE");
   AddChoice(command, "--color", raw.color, {"auto", "always", "never"},
             "colours on standard output (auto)");
+  command
+      .add_option("--jobs", raw.run.jobs,
+                  "attributes binned at the same time; 0: one on every core (1)")
+      ->check(CLI::NonNegativeNumber.description(""))
+      ->type_name("N");
   command.add_option("--temp-dir", raw.run.tempDir, "where temporary files go ($TMPDIR or /tmp)")
       ->type_name("DIR");
   command.add_flag("--quiet", raw.run.quiet, "no progress and no notes on standard error");

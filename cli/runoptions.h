@@ -42,6 +42,7 @@ struct RunOptions {
   std::optional<std::string> jsonFile;  // "-" is standard output
   std::optional<std::string> reportFile;
   ColorChoice color = ColorChoice::kAuto;
+  int jobs = 1;  // 0: one for every core
   bool quiet = false;
   bool strict = false;
 };

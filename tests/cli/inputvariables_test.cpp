@@ -12,6 +12,7 @@
 #include "cli/inputerror.h"
 #include "cli/usageerror.h"
 #include "support/rowname.h"
+#include "support/tempdir.h"
 
 namespace {
 
@@ -41,8 +42,10 @@ std::string Scan(const std::string& content, const RunOptions& options) {
     std::vector<std::string> notes;
     const auto requests = SelectColumns(MCBin::ColumnNames(reader), options, notes);
     MCBin::ProgressBar progress(false);
-    const auto scan = ScanInput(reader, requests, options.rounding,
-                                MCBin::MissingTexts(options.missingTexts), progress);
+    const TempDir directory;
+    const auto scan =
+        ScanInput(reader, requests, options.rounding, MCBin::MissingTexts(options.missingTexts),
+                  directory.Path(), progress);
     const auto variables = MakeInputVariables("f", requests, scan, options.rounding, notes);
     std::string text;
     for (const VariableInfo& target : variables.targets) text += Describe(target) + " ";

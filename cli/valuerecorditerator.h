@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <vector>
+
+#include "cli/valuefile.h"
+#include "host/record.h"
+#include "host/recorditerator.h"
+
+namespace MCBin {
+
+// Hands some columns of a value file to the component, one record at a time.
+//
+// A failure (the file cannot be read) is thrown at the component, which ends the run with an
+// error of its own; RethrowFailure() then tells what really happened.
+class ValueRecordIterator : public MCCommon::RecordIterator {
+ public:
+  // Position i of a record holds the value of columns[i]. `values` stays the caller's.
+  ValueRecordIterator(const ValueFile& values, std::vector<std::size_t> columns);
+
+  bool HasMore() override;
+  const MCCommon::Record* Next() override;
+
+  // HasMore() has answered that there is no other record.
+  bool IsAtEnd() const { return fAtEnd; }
+
+  std::uint64_t GetRecordsRead() const { return fRecordsRead; }
+
+  void RethrowFailure() const;
+
+ private:
+  void ReadBlock();
+
+  const ValueFile& fValues;
+  const std::vector<std::size_t> fColumns;
+  std::vector<double> fBlock;  // column by column
+  std::size_t fBlocksRead = 0;
+  std::size_t fNextInBlock;
+  std::uint64_t fRecordsRead = 0;
+  bool fAtEnd = false;
+  MCCommon::Record fRecord;
+  std::exception_ptr fFailure;
+};
+
+}  // namespace MCBin
