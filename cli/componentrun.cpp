@@ -21,8 +21,8 @@
 #include "cli/interrupt.h"
 #include "cli/jobprogress.h"
 #include "cli/jobs.h"
-#include "cli/jobvariables.h"
 #include "cli/runprogress.h"
+#include "cli/sharevariables.h"
 #include "cli/statustext.h"
 #include "cli/valuerecorditerator.h"
 #include "common/missing.h"
@@ -39,16 +39,16 @@ std::size_t CountJobs(const ComponentRun& run) {
   return std::clamp<std::size_t>(asked == 0 ? cores : asked, 1, run.variables.attributes.size());
 }
 
-// One of the jobs of a run: its variables, its records, and what the algorithm calls.
-class Job {
+// One algorithm object's share of a run: its variables, its records, and what it calls.
+class Share {
  public:
-  Job(const ComponentRun& run, std::size_t job, std::size_t jobCount, RunProgress& progress)
+  Share(const ComponentRun& run, std::size_t share, std::size_t shareCount, RunProgress& progress)
       : fRun(run),
-        fVariables(MakeJobVariables(run.variables, job, jobCount)),
+        fVariables(MakeShareVariables(run.variables, share, shareCount)),
         fRecords(run.values, fVariables.columns),
-        fProgress(progress, job, fRecords) {}
+        fProgress(progress, fRecords) {}
 
-  JobVariables& GetVariables() { return fVariables; }
+  ShareVariables& GetVariables() { return fVariables; }
   ValueRecordIterator& GetRecords() { return fRecords; }
 
   // The settings that both algorithms have. This object and `cancel` must outlive the algorithm.
@@ -74,7 +74,7 @@ class Job {
 
  private:
   const ComponentRun& fRun;
-  JobVariables fVariables;
+  ShareVariables fVariables;
   ValueRecordIterator fRecords;
   JobProgress fProgress;
 };
@@ -130,18 +130,18 @@ AttributeBins TakeResults(const BINAttributeResults& results) {
   return bins;
 }
 
-// Runs `binShare(job, cancel, results)` for every job and returns the results of all.
-// A share is put at its places in the results, `resultCount` in number.
+// Runs `binShare(share, cancel, results)` for every share, which puts what it finds at its own
+// places in the results, `resultCount` in number.
 template <typename BinShare>
-std::vector<AttributeBins> RunJobs(const ComponentRun& run, std::size_t resultCount,
-                                   const BinShare& binShare) {
-  const std::size_t jobCount = CountJobs(run);
-  RunProgress progress(run.progress, jobCount, run.values.GetRecordCount(), resultCount);
+std::vector<AttributeBins> RunShares(const ComponentRun& run, std::size_t resultCount,
+                                     const BinShare& binShare) {
+  const std::size_t shareCount = CountJobs(run);
+  RunProgress progress(run.progress, run.values.GetRecordCount() * (shareCount + resultCount));
   std::vector<AttributeBins> results(resultCount);
   Jobs jobs;
-  jobs.Run(jobCount, [&](std::size_t index) {
-    Job job(run, index, jobCount, progress);
-    binShare(job, jobs, results);
+  jobs.Run(shareCount, [&](std::size_t index) {
+    Share share(run, index, shareCount, progress);
+    binShare(share, jobs, results);
   });
   for (const AttributeBins& bins : results) {
     CheckCutPoints(bins.cutPoints, run.variables.attributes[bins.attribute]);
@@ -153,8 +153,8 @@ std::vector<AttributeBins> RunJobs(const ComponentRun& run, std::size_t resultCo
 
 std::vector<AttributeBins> RunSupervised(const ComponentRun& run) {
   const std::size_t attributeCount = run.variables.attributes.size();
-  const auto binShare = [&](Job& job, Jobs& jobs, std::vector<AttributeBins>& all) {
-    const JobVariables& variables = job.GetVariables();
+  const auto binShare = [&](Share& share, MCQueryCancel& cancel, std::vector<AttributeBins>& all) {
+    const ShareVariables& variables = share.GetVariables();
     std::vector<int> attributes;
     std::vector<int> targets;
     for (const int target : variables.targetIndexes) {
@@ -164,16 +164,16 @@ std::vector<AttributeBins> RunSupervised(const ComponentRun& run) {
     }
 
     BINSettings settings;
-    job.SetCommon(settings, jobs);
+    share.SetCommon(settings, cancel);
     settings.SetNumDistinctValueThreshold(run.options.prebinAbove);
     settings.SetNumberOfBins(run.options.prebins);
     settings.SetSmallBinDetectionThreshold(run.options.smallBins);
 
     BINFactory factory;
     const std::unique_ptr<IBINAlgorithm> algorithm(
-        factory.CreateBINAlgorithm(settings, job.GetVariables().list));
-    job.CheckStatus(factory.GetStatus());
-    job.CheckStatus(algorithm->CreateBins(job.GetRecords(), &attributes, &targets));
+        factory.CreateBINAlgorithm(settings, share.GetVariables().list));
+    share.CheckStatus(factory.GetStatus());
+    share.CheckStatus(algorithm->CreateBins(share.GetRecords(), &attributes, &targets));
 
     for (std::size_t i = 0; i < attributes.size(); ++i) {
       const std::size_t attribute = variables.attributes[i % variables.attributes.size()];
@@ -187,21 +187,21 @@ std::vector<AttributeBins> RunSupervised(const ComponentRun& run) {
       bins.target = target;
     }
   };
-  return RunJobs(run, attributeCount * run.variables.targets.size(), binShare);
+  return RunShares(run, attributeCount * run.variables.targets.size(), binShare);
 }
 
 std::vector<AttributeBins> RunEqualFrequency(const ComponentRun& run) {
-  const auto binShare = [&](Job& job, Jobs& jobs, std::vector<AttributeBins>& all) {
-    const JobVariables& variables = job.GetVariables();
+  const auto binShare = [&](Share& share, MCQueryCancel& cancel, std::vector<AttributeBins>& all) {
+    const ShareVariables& variables = share.GetVariables();
     EFBINSettings settings;
-    job.SetCommon(settings, jobs);
+    share.SetCommon(settings, cancel);
     settings.SetNumberOfBins(run.options.bins);
 
     EFBINFactory factory;
     const std::unique_ptr<IEFBINAlgorithm> algorithm(
-        factory.CreateEFBINAlgorithm(settings, job.GetVariables().list));
-    job.CheckStatus(factory.GetStatus());
-    job.CheckStatus(algorithm->CreateBins(job.GetRecords(), &variables.attributeIndexes));
+        factory.CreateEFBINAlgorithm(settings, share.GetVariables().list));
+    share.CheckStatus(factory.GetStatus());
+    share.CheckStatus(algorithm->CreateBins(share.GetRecords(), &variables.attributeIndexes));
 
     for (std::size_t i = 0; i < variables.attributes.size(); ++i) {
       BINAttributeResults results;
@@ -211,7 +211,7 @@ std::vector<AttributeBins> RunEqualFrequency(const ComponentRun& run) {
       bins.attribute = variables.attributes[i];
     }
   };
-  return RunJobs(run, run.variables.attributes.size(), binShare);
+  return RunShares(run, run.variables.attributes.size(), binShare);
 }
 
 }  // namespace MCBin

@@ -23,8 +23,8 @@ struct ComponentRun {
 // Bin every attribute against every target, or every attribute on its own. Results come
 // target by target, in the order of the attributes.
 //
-// RunOptions::jobs algorithm objects work side by side, each on its share of the attributes;
-// the results are the same for any number of them. Every thread has ended on return.
+// RunOptions::jobs algorithm objects work side by side, each on a share of the attributes; the
+// results are the same for any number of them. Every thread has ended on return.
 //
 // Throw InputError when the run as a whole failed (a result's own failure is its status),
 // and Interrupt::Requested when the user stopped it.

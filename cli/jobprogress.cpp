@@ -4,11 +4,10 @@ namespace MCBin {
 
 // The component reports records and results alike.
 void JobProgress::ReportProgress(ProgressReport& /*report*/) {
-  if (fRecords.IsAtEnd()) {
-    fRun.AddResult(fJob);
-  } else {
-    fRun.SetRecordsRead(fJob, fRecords.GetRecordsRead());
-  }
+  const std::uint64_t recordsRead = fRecords.GetRecordsRead();
+  const bool isResult = fRecords.IsAtEnd();
+  fRun.Add(recordsRead - fRecordsTold + (isResult ? recordsRead : 0));
+  fRecordsTold = recordsRead;
 }
 
 }  // namespace MCBin

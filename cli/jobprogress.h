@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 
 #include "cli/runprogress.h"
 #include "cli/valuerecorditerator.h"
@@ -8,19 +8,19 @@
 
 namespace MCBin {
 
-// Tells the run what the component reports to one job.
+// Tells the run's progress what the component reports to one job.
 class JobProgress : public ProgressListener {
  public:
   // Borrows both objects.
-  JobProgress(RunProgress& run, std::size_t job, const ValueRecordIterator& records)
-      : fRun(run), fJob(job), fRecords(records) {}
+  JobProgress(RunProgress& run, const ValueRecordIterator& records)
+      : fRun(run), fRecords(records) {}
 
   void ReportProgress(ProgressReport& report) override;
 
  private:
   RunProgress& fRun;
-  const std::size_t fJob;
   const ValueRecordIterator& fRecords;
+  std::uint64_t fRecordsTold = 0;
 };
 
 }  // namespace MCBin

@@ -8,8 +8,8 @@
 
 namespace MCBin {
 
-// What one of several jobs bins: all targets, the weight, and its share of the attributes.
-struct JobVariables {
+// What one algorithm object bins: all targets, the weight, and its share of the attributes.
+struct ShareVariables {
   BINVarList list;
   std::vector<std::size_t> columns;  // of the value file, by variable index
 
@@ -21,10 +21,9 @@ struct JobVariables {
   std::vector<std::size_t> attributes;
 };
 
-// The variables of job `job` of `jobCount`, which take turns in the order of the attributes.
-// The first target has the target role, further ones are categorical attributes to the
-// component. Category codes are the same in every job.
-JobVariables MakeJobVariables(const InputVariables& variables, std::size_t job,
-                              std::size_t jobCount);
+// The variables of share `share` of `shareCount`. The first target has the target role, further
+// ones are categorical attributes to the component. Category codes are the same in every share.
+ShareVariables MakeShareVariables(const InputVariables& variables, std::size_t share,
+                                  std::size_t shareCount);
 
 }  // namespace MCBin

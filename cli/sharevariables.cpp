@@ -1,4 +1,4 @@
-#include "cli/jobvariables.h"
+#include "cli/sharevariables.h"
 
 #include <string>
 
@@ -34,11 +34,19 @@ int AddVariable(BINVarList& list, const VariableInfo& variable, IBINVariable::Va
   return index;
 }
 
+// Deals out forwards and backwards in turn, 0 1 2 2 1 0 0 1 2: if every second attribute takes
+// longer, they do not all go to the same share.
+std::size_t ShareOf(std::size_t attribute, std::size_t shareCount) {
+  const bool forwards = attribute / shareCount % 2 == 0;
+  const std::size_t place = attribute % shareCount;
+  return forwards ? place : shareCount - 1 - place;
+}
+
 }  // namespace
 
-JobVariables MakeJobVariables(const InputVariables& variables, std::size_t job,
-                              std::size_t jobCount) {
-  JobVariables result;
+ShareVariables MakeShareVariables(const InputVariables& variables, std::size_t share,
+                                  std::size_t shareCount) {
+  ShareVariables result;
   for (std::size_t i = 0; i < variables.targets.size(); ++i) {
     const auto role = i == 0 ? IBINVariable::RoleTarget : IBINVariable::RoleAttribute;
     result.targetIndexes.push_back(AddVariable(result.list, variables.targets[i], role));
@@ -50,7 +58,8 @@ JobVariables MakeJobVariables(const InputVariables& variables, std::size_t job,
     SetNumericMissing(result.list, index, weight.missing);
     result.columns.push_back(weight.column);
   }
-  for (std::size_t i = job; i < variables.attributes.size(); i += jobCount) {
+  for (std::size_t i = 0; i < variables.attributes.size(); ++i) {
+    if (ShareOf(i, shareCount) != share) continue;
     result.attributes.push_back(i);
     result.attributeIndexes.push_back(
         AddVariable(result.list, variables.attributes[i], IBINVariable::RoleAttribute));
