@@ -62,7 +62,8 @@ ColumnNames::ColumnNames(const CsvReader& header) : fFileName(header.GetName()) 
 
 ColumnNames ColumnNames::Read(CsvReader& reader) {
   if (!reader.Next()) {
-    throw InputError(fmt::format("{}: the file is empty; there is no header row", reader.GetName()));
+    throw InputError(
+        fmt::format("{}: the file is empty; there is no header row", reader.GetName()));
   }
   return ColumnNames(reader);
 }

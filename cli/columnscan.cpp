@@ -31,27 +31,27 @@ ColumnScan::Value ColumnScan::GetMissing() const {
   return {fMayBeCategorical ? kNoCategory : MCMV::Missing(), kNoCategory};
 }
 
-ColumnScan::Value ColumnScan::Add(std::string_view text, std::uint64_t line, bool counts) {
+ColumnScan::Value ColumnScan::Add(const CsvField& field, std::uint64_t line, bool counts) {
   Value value = GetMissing();
-  if (!fFirstText) value.ifNumeric = AddNumber(text, line, counts);
-  if (fTexts && counts) value.ifTexts = AddText(text, line);
+  if (!fFirstText) value.ifNumeric = AddNumber(field, line, counts);
+  if (fTexts && counts) value.ifTexts = AddText(field.text, line);
   return value;
 }
 
-double ColumnScan::AddNumber(std::string_view text, std::uint64_t line, bool counts) {
-  const ParsedNumber number = ParseNumber(text);
+double ColumnScan::AddNumber(const CsvField& field, std::uint64_t line, bool counts) {
+  const ParsedNumber number = ParseNumber(field);
   if (number.kind == NumberKind::kNumber && !fMayBeCategorical) return number.value;
   if (number.kind == NumberKind::kText) {
-    fFirstText = MakeSighting(line, text);
+    fFirstText = MakeSighting(line, field.text);
     fNumbers.reset();
   }
   if (number.kind == NumberKind::kInfinite && !fFirstInfinite) {
-    fFirstInfinite = MakeSighting(line, text);
+    fFirstInfinite = MakeSighting(line, field.text);
   }
   if (number.kind != NumberKind::kNumber || !fNumbers || !counts) return GetMissing().ifNumeric;
   const double code = fNumbers->Encode(number.value);
   if (fNumbers->GetNumberOfCategories() > kMaxCategories) {
-    fFirstNumberBeyond = MakeSighting(line, text);
+    fFirstNumberBeyond = MakeSighting(line, field.text);
     fNumbers.reset();
   }
   return code;

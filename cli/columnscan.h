@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "cli/columnrequest.h"
+#include "cli/csvfield.h"
 #include "metadata/bincatnumencoder.h"
 #include "metadata/binstringencoder.h"
 
@@ -44,9 +45,9 @@ class ColumnScan {
   // The value of a missing field.
   Value GetMissing() const;
 
-  // Takes in the text of a field that is not missing. `counts` is false in a record that
+  // Takes in a field that is not missing. `counts` is false in a record that
   // is dropped for its weight: it says something about the kind, but adds no category.
-  Value Add(std::string_view text, std::uint64_t line, bool counts);
+  Value Add(const CsvField& field, std::uint64_t line, bool counts);
 
   // Every field so far is a number, or NaN, or infinite.
   bool IsNumeric() const { return !fFirstText; }
@@ -66,7 +67,7 @@ class ColumnScan {
   int GetCategoryCount() const;
 
  private:
-  double AddNumber(std::string_view text, std::uint64_t line, bool counts);
+  double AddNumber(const CsvField& field, std::uint64_t line, bool counts);
   double AddText(std::string_view text, std::uint64_t line);
 
   bool fMayBeCategorical;

@@ -10,6 +10,7 @@
 
 #include "cli/inputerror.h"
 #include "cli/inputstream.h"
+#include "cli/plaindecimal.h"
 
 namespace MCBin {
 
@@ -22,7 +23,11 @@ std::size_t IndexOf(char c) { return static_cast<unsigned char>(c); }
 }  // namespace
 
 CsvReader::CsvReader(int file, std::string name, char delimiter)
-    : fFile(file), fName(std::move(name)), fDelimiter(delimiter) {
+    : fFile(file),
+      fName(std::move(name)),
+      fDelimiter(delimiter),
+      fIsDelimiterInNumbers(std::string_view("0123456789.-").find(delimiter) !=
+                            std::string_view::npos) {
   for (const char c : {delimiter, '\n', '\r', '\0'}) fIsSpecial[IndexOf(c)] = true;
   fCapacity = kChunkBytes;
   fBuffer = std::make_unique<char[]>(fCapacity + 1);
@@ -30,19 +35,6 @@ CsvReader::CsvReader(int file, std::string name, char delimiter)
 }
 
 std::string CsvReader::Where(std::uint64_t line) const { return fmt::format("{}:{}", fName, line); }
-
-void CsvReader::Rewind() {
-  if (lseek(fFile, 0, SEEK_SET) != 0) {
-    throw InputError(
-        fmt::format("{}: cannot read it a second time: {}", fName, std::strerror(errno)));
-  }
-  fBegin = fEnd = fBuffer.get();
-  *fEnd = '\0';
-  fAtFileEnd = false;
-  fBytesRead = 0;
-  fLine = 0;
-  fNextLine = 1;
-}
 
 bool CsvReader::Next() {
   if (!NextRecord()) return false;
@@ -96,9 +88,7 @@ CsvReader::Outcome CsvReader::ParseRecord() {
       at = ParseQuoted(at);
       if (at == nullptr) return Outcome::kNeedsMore;
     } else {
-      const char* const begin = at;
-      while (!fIsSpecial[IndexOf(*at)]) ++at;
-      AddField(begin, at, false);
+      at = ParseUnquoted(at);
     }
     if (*at == fDelimiter) {
       ++at;
@@ -113,6 +103,20 @@ CsvReader::Outcome CsvReader::ParseRecord() {
     if (at != fEnd) RefuseNul();
     return fAtFileEnd ? FinishRecord(at) : Outcome::kNeedsMore;
   }
+}
+
+// Returns the end of the field.
+const char* CsvReader::ParseUnquoted(const char* begin) {
+  PlainDecimal decimal;
+  const char* at = begin;
+  if (!fIsDelimiterInNumbers) at = decimal.Read(begin);
+  if (fIsSpecial[IndexOf(*at)]) {
+    AddField(begin, at, false, decimal.GetValue());
+    return at;
+  }
+  while (!fIsSpecial[IndexOf(*at)]) ++at;
+  AddField(begin, at, false);
+  return at;
 }
 
 // Returns what follows the closing quote, or null when the data end before that is known.
@@ -154,8 +158,9 @@ const char* CsvReader::ParseQuoted(const char* open) {
   }
 }
 
-void CsvReader::AddField(const char* begin, const char* end, bool quoted) {
-  fFields.push_back({{begin, static_cast<std::size_t>(end - begin)}, quoted});
+void CsvReader::AddField(const char* begin, const char* end, bool quoted,
+                         std::optional<double> decimal) {
+  fFields.push_back({{begin, static_cast<std::size_t>(end - begin)}, quoted, decimal});
 }
 
 CsvReader::Outcome CsvReader::FinishRecord(const char* next) {

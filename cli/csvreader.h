@@ -3,18 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
-namespace MCBin {
+#include "cli/csvfield.h"
 
-// One field of a record. A quoted empty field ("") is a text of its own, an unquoted one
-// is no value; hence the flag.
-struct CsvField {
-  std::string_view text;  // without the quotes, doubled quotes made single
-  bool quoted;
-};
+namespace MCBin {
 
 // Reads a CSV file record by record (RFC 4180).
 //
@@ -25,7 +20,7 @@ struct CsvField {
 //             lines at the end of a file of several columns are passed over.
 //   Shape     every record has as many fields as the first one.
 //   Memory    one record at a time, of at most kMaxRecordBytes; fields point into the
-//             buffer and live until the next call of Next() or Rewind().
+//             buffer and live until the next call of Next().
 //   Failure   InputError that names the file and the line: ragged or too long records,
 //             bad quoting, NUL bytes, UTF-16 or packed files, read errors.
 class CsvReader {
@@ -38,9 +33,6 @@ class CsvReader {
 
   // Reads the next record; false at the end of the file.
   bool Next();
-
-  // Starts again at the first record. Requires a file that can seek.
-  void Rewind();
 
   const std::vector<CsvField>& GetFields() const { return fFields; }
 
@@ -61,9 +53,11 @@ class CsvReader {
 
   bool NextRecord();
   Outcome ParseRecord();
+  const char* ParseUnquoted(const char* begin);
   const char* ParseQuoted(const char* open);
   Outcome FinishRecord(const char* next);
-  void AddField(const char* begin, const char* end, bool quoted);
+  void AddField(const char* begin, const char* end, bool quoted,
+                std::optional<double> decimal = std::nullopt);
   void UndoubleQuotes();
   void Refill();
   void MakeRoom();
@@ -75,6 +69,7 @@ class CsvReader {
   const int fFile;
   const std::string fName;
   const char fDelimiter;
+  const bool fIsDelimiterInNumbers;
   bool fIsSpecial[256] = {};  // ends the run of ordinary characters of an unquoted field
 
   std::unique_ptr<char[]> fBuffer;  // one more byte than its capacity: a NUL after the data

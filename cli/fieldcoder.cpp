@@ -39,7 +39,7 @@ std::optional<double> FieldCoder::Code(const CsvReader& reader) {
 }
 
 std::optional<double> FieldCoder::CodeNumber(const CsvReader& reader, const CsvField& field) const {
-  const ParsedNumber number = ParseNumber(field.text);
+  const ParsedNumber number = ParseNumber(field);
   double value = number.value;
   switch (number.kind) {
     case NumberKind::kNaN:
@@ -68,7 +68,7 @@ bool FieldCoder::IsUserMissing(double value) const {
 
 std::optional<double> FieldCoder::CodeNumericCategory(const CsvReader& reader,
                                                       const CsvField& field) {
-  const ParsedNumber number = ParseNumber(field.text);
+  const ParsedNumber number = ParseNumber(field);
   if (number.kind == NumberKind::kNaN) return std::nullopt;
   if (number.kind != NumberKind::kNumber) return CountUnknown(reader, field);
   if (MCMV::IsMissing(number.value) || IsUserMissing(number.value)) return std::nullopt;

@@ -27,20 +27,20 @@ class RecordScan {
     for (std::size_t i = 0; i < fRequests.size(); ++i) {
       const CsvField& field = fReader.GetFields()[fRequests[i].position];
       if (fRequests[i].use == ColumnUse::kWeight) {
-        if (counts) fScan.values->Set(i, ParseNumber(field.text).value);
+        if (counts) fScan.values->Set(i, ParseNumber(field).value);
         continue;
       }
       Store(i, fMissingTexts.IsMissing(field) ? fScan.columns[i].GetMissing()
-                                              : Scan(i, field.text, counts));
+                                              : Scan(i, field, counts));
     }
     if (counts) fScan.values->FinishRecord();
   }
 
  private:
-  ColumnScan::Value Scan(std::size_t i, std::string_view text, bool counts) {
+  ColumnScan::Value Scan(std::size_t i, const CsvField& field, bool counts) {
     ColumnScan& column = fScan.columns[i];
-    const ColumnScan::Value value = column.Add(text, fReader.GetLine(), counts);
-    if (!column.IsNumeric()) HandleText(i, text);
+    const ColumnScan::Value value = column.Add(field, fReader.GetLine(), counts);
+    if (!column.IsNumeric()) HandleText(i, field.text);
     return value;
   }
 

@@ -7,19 +7,19 @@
 namespace MCBin {
 
 MissingTexts::MissingTexts(const std::vector<std::string>& texts) {
+  for (const std::string_view blank : {" ", "\t"}) fMayBegin[FirstByte(blank)] = true;
   for (const std::string& text : texts) {
     if (text == "\"\"") fQuotedEmpty = true;
     const std::string_view trimmed = TrimBlanks(text);
     if (trimmed.empty()) continue;
     fTexts.emplace_back(trimmed);
-    fFirstBytes[static_cast<unsigned char>(trimmed.front())] = true;
+    fMayBegin[FirstByte(trimmed)] = true;
   }
 }
 
-bool MissingTexts::IsMissing(const CsvField& field) const {
+bool MissingTexts::IsMissingText(const CsvField& field) const {
   const std::string_view text = TrimBlanks(field.text);
   if (text.empty()) return !field.quoted || (fQuotedEmpty && field.text.empty());
-  if (!fFirstBytes[static_cast<unsigned char>(text.front())]) return false;
   return std::find(fTexts.begin(), fTexts.end(), text) != fTexts.end();
 }
 

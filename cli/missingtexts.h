@@ -1,10 +1,12 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "cli/csvreader.h"
+#include "cli/csvfield.h"
 
 namespace MCBin {
 
@@ -14,11 +16,19 @@ class MissingTexts {
  public:
   explicit MissingTexts(const std::vector<std::string>& texts);
 
-  bool IsMissing(const CsvField& field) const;
+  bool IsMissing(const CsvField& field) const {
+    const bool toldByItsFirstByte = !field.text.empty() && !fMayBegin[FirstByte(field.text)];
+    return !toldByItsFirstByte && IsMissingText(field);
+  }
 
  private:
+  static std::size_t FirstByte(std::string_view text) {
+    return static_cast<unsigned char>(text.front());
+  }
+  bool IsMissingText(const CsvField& field) const;
+
   std::vector<std::string> fTexts;
-  std::array<bool, 256> fFirstBytes{};  // most fields are told apart by their first byte
+  std::array<bool, 256> fMayBegin{};  // a missing text begins with one of these, or is empty
   bool fQuotedEmpty = false;
 };
 

@@ -13,41 +13,7 @@ namespace {
 
 constexpr ParsedNumber kNoNumber{NumberKind::kText, 0.0};
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-
-// Plain decimals such as -12.75, which most fields are. A whole number below 2^53 and a
-// power of ten up to 10^22 are doubles, so their quotient is the correctly rounded value.
-// False when the text is anything else.
-bool ParsePlainDecimal(std::string_view text, double& value) {
-  static constexpr std::array<double, 16> kPowersOfTen = {
-      1.0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  constexpr std::size_t kMaxDigits = 15;
-
-  const bool negative = !text.empty() && text.front() == '-';
-  if (negative) text.remove_prefix(1);
-  if (text.size() > kMaxDigits + 1) return false;
-
-  std::int64_t digits = 0;
-  std::size_t digitCount = 0;
-  std::size_t decimals = 0;
-  bool pointSeen = false;
-  for (const char c : text) {
-    if (IsDigit(c)) {
-      digits = digits * 10 + (c - '0');
-      ++digitCount;
-      if (pointSeen) ++decimals;
-    } else if (c == '.' && !pointSeen) {
-      pointSeen = true;
-    } else {
-      return false;
-    }
-  }
-  if (digitCount == 0 || digitCount > kMaxDigits) return false;
-  const double magnitude = static_cast<double>(digits) / kPowersOfTen[decimals];
-  value = negative ? -magnitude : magnitude;
-  return true;
-}
 
 // from_chars says only "out of range", for numbers too large and too small alike.
 ParsedNumber ParseOutOfRange(std::string_view text) {
@@ -73,12 +39,10 @@ std::string_view TrimBlanks(std::string_view text) {
 
 ParsedNumber ParseNumber(std::string_view text) {
   text = TrimBlanks(text);
-  double value = 0.0;
-  if (ParsePlainDecimal(text, value)) return {NumberKind::kNumber, value};
-
   const bool plus = text.size() > 1 && text[0] == '+';
   if (plus) text.remove_prefix(1);
   if (text.empty() || (plus && text[0] == '-')) return kNoNumber;
+  double value = 0.0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (end != text.data() + text.size()) return kNoNumber;
   if (error == std::errc::result_out_of_range) return ParseOutOfRange(text);

@@ -20,8 +20,7 @@ WeightCheck::WeightCheck(const ColumnRequest& weight, IBINVariable::BINWRounding
 std::optional<double> WeightCheck::Check(const CsvReader& reader) {
   const CsvField& field = reader.GetFields()[fWeight.position];
   const bool missing = fMissingTexts.IsMissing(field);
-  const ParsedNumber weight =
-      missing ? ParsedNumber{NumberKind::kNaN, 0.0} : ParseNumber(field.text);
+  const ParsedNumber weight = missing ? ParsedNumber{NumberKind::kNaN, 0.0} : ParseNumber(field);
   const bool userMissing =
       weight.kind == NumberKind::kNumber && fUserMissing->Contains(weight.value);
   if (weight.kind == NumberKind::kNaN || userMissing) {

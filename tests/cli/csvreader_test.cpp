@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <ostream>
 #include <random>
@@ -91,6 +92,41 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(CsvReader, TakesAnotherDelimiter) {
   EXPECT_EQ(ReadAll("a;b\n1,5;2\n", ';'), "1|a|b\n2|1,5|2\n");
+  for (const std::string delimiter : {".", "-", "5"}) {  // which also occur in numbers
+    EXPECT_EQ(ReadAll("12" + delimiter + "34\n", delimiter[0]), "1|12|34\n");
+  }
+}
+
+// Against the C library, which rounds correctly.
+TEST(CsvReader, ReadsPlainDecimalsInPassing) {
+  std::mt19937_64 random(11);
+  std::vector<std::string> texts = {"0", "-0", "1.", "-.5", "0001", "123456789012345"};
+  for (int i = 0; i < 20000; ++i) {
+    std::string digits = std::to_string(random() % 1'000'000'000'000'000ULL);
+    digits.resize(1 + random() % digits.size());
+    digits.insert(random() % (digits.size() + 1), ".");
+    texts.push_back((i % 2 == 0 ? "-" : "") + digits);
+  }
+  const std::size_t plainCount = texts.size();
+  for (const char* text : {"x", "-", ".", "-.", "--1", "1.2.3", "1-", "+1", "1e3", " 1", "1 ",
+                           "12x", "0x1", "1234567890123456", "123456789012345678901234567890"}) {
+    texts.push_back(text);
+  }
+  std::string content;
+  for (const std::string& text : texts) content += text + "\n";
+
+  const std::unique_ptr<FILE, int (*)(FILE*)> file(std::tmpfile(), std::fclose);
+  std::fwrite(content.data(), 1, content.size(), file.get());
+  std::rewind(file.get());
+  CsvReader reader(fileno(file.get()), "f", ',');
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    ASSERT_TRUE(reader.Next());
+    const CsvField& field = reader.GetFields()[0];
+    ASSERT_EQ(field.text, texts[i]);
+    ASSERT_EQ(field.decimal.has_value(), i < plainCount) << texts[i];
+    const double expected = std::strtod(texts[i].c_str(), nullptr);
+    ASSERT_EQ(field.decimal.value_or(expected), expected) << texts[i];
+  }
 }
 
 // The buffer ends within fields, quotes and line ends; none of it may show.
