@@ -29,9 +29,14 @@ Words operator+(Words words, const Words& more) {
 
 TEST(Jobs, OneThatFailsStopsTheOthersAndIsToldAbout) {
   Jobs jobs;
+  std::atomic<int> begun{0};
   std::atomic<int> stopped{0};
   const auto job = [&](std::size_t index) {
-    if (index == 1) throw std::runtime_error("the first failure");
+    ++begun;
+    if (index == 1) {
+      while (begun < 4) continue;
+      throw std::runtime_error("the first failure");
+    }
     while (!jobs.QueryCancel()) continue;
     ++stopped;
     throw std::runtime_error("a consequence");
