@@ -203,8 +203,15 @@ void ReadBins(const JsonNode& node, const VariableInfo* target, AttributeBins& b
     weights.Refuse(fmt::format("{} cut points make {} bins, but there are {} weights",
                                bins.cutPoints.size(), bins.cutPoints.size() + 1, binCount));
   }
+  if (target == nullptr) {
+    // An equal-frequency midpoint that rounded onto the smallest or largest value took the
+    // weight of its bin with it.
+    const double sum = std::accumulate(bins.binWeights.begin(), bins.binWeights.end(), 0.0);
+    if (sum > bins.validWeight)
+      CheckSum(weights, bins.binWeights, bins.validWeight, "'valid_weight'");
+    return;
+  }
   if (!noBins) CheckSum(weights, bins.binWeights, bins.validWeight, "'valid_weight'");
-  if (target == nullptr) return;
 
   const JsonNode classes = node.GetMember("class_weights");
   for (const JsonNode& row : classes.GetElements()) bins.classWeights.push_back(row.GetWeights());

@@ -94,9 +94,16 @@ void CheckCutPoints(const std::vector<double>& cutPoints, const VariableInfo& at
                   QuotedText(attribute.name)));
 }
 
+void CheckWeight(double weight) {
+  if (std::isfinite(weight)) return;
+  throw InputError(
+      "the weights sum up to more than the largest double; divide them, for example by 1000");
+}
+
 // What the results of both algorithms have.
 template <typename Results>
 AttributeBins TakeCommon(const Results& results) {
+  CheckWeight(results.GetTotalWeightWithMissing());
   AttributeBins bins{};
   bins.status = results.GetStatus();
   bins.cutPoints = results.GetCutPoints();
