@@ -63,7 +63,7 @@ class MCBINNING_API BinaryRecordIterator {
   double fCurrent;
   double fLookAhead;
   std::FILE* fFile;
-  int fValuesPerRead;
+  [[maybe_unused]] int fValuesPerRead;
   int fState;
   std::string fFileName;
 
