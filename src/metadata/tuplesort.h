@@ -14,34 +14,37 @@ namespace MCBinning {
 // Sorts cases ascending by value: equal values (-0.0 and 0.0 are equal) keep their order,
 // NaN values of either sign come last, in their order too.
 //
-// A radix sort over the order-preserving bits of the values, from the least significant
-// digit, which reads and writes every case once for each of at most three digits. Those
-// cover the leading 33 bits that differ at all; the few cases that agree in them are put in
-// order afterwards, so the time stays O(n) whatever the values. Sorted input is noticed.
+// Many cases are first spread over buckets that each take an equal part of the range of the
+// values, so that the rest of the work finds its cases in the processor's caches. Each bucket,
+// or a small input as a whole, is then sorted by the order-preserving bits of the values, from
+// the least significant digit: the leading bits in which its values lie apart, in a few digits.
+// What agrees in those is put in order afterwards, so the time stays O(n) whatever the values.
 template <typename Case>
 class TupleSorter {
  public:
   // Sorts `cases`. Needs as much memory again, kept for the next call unless it is much.
   void Sort(std::vector<Case>& cases) {
-    const Order order = LookAt(cases.data(), cases.size());
-    if (order.isSorted) return;
+    if (std::is_sorted(cases.begin(), cases.end(), IsLess)) return;
     fScratch.reserve(cases.capacity());  // the two may change places
     fScratch.resize(cases.size());
-    if (SortRange(cases.data(), fScratch.data(), cases.size(), order)) cases.swap(fScratch);
+    const Spread spread(cases.data(), cases.size());
+    if (spread.IsUseful()) {
+      SortInBuckets(cases.data(), fScratch.data(), cases.size(), spread);
+      cases.swap(fScratch);
+    } else {
+      SortRange(cases.data(), fScratch.data(), cases.size());
+    }
     if (fScratch.size() * sizeof(Case) > kLargestKeptBuffer) std::vector<Case>().swap(fScratch);
   }
 
  private:
   using Key = std::uint64_t;
 
-  static constexpr int kDigitBits = 11;
-  static constexpr int kMostDigits = 3;
-  static constexpr std::size_t kBucketCount = std::size_t{1} << kDigitBits;
-  static constexpr std::size_t kSmallCount = 256;  // below, comparing is faster
-  static constexpr std::size_t kShortRun = 24;     // below, inserting is faster
+  // How many cases a digit pays for: its counts must be cleared and added up.
+  static constexpr std::size_t kFewCases = 32;      // below, inserting is faster
+  static constexpr std::size_t kManyCases = 4096;   // above, larger digits are faster
+  static constexpr std::size_t kMostCases = 32768;  // above, buckets are faster
   static constexpr std::size_t kLargestKeptBuffer = std::size_t{32} << 20;  // bytes
-
-  using Histogram = std::array<std::uint32_t, kBucketCount>;
 
   // Ascends with the value; the same for -0.0 and 0.0, and for all NaN.
   static Key KeyOf(const Case& item) {
@@ -53,90 +56,167 @@ class TupleSorter {
 
   static bool IsLess(const Case& a, const Case& b) { return KeyOf(a) < KeyOf(b); }
 
+  // Where a value lies in the range that most of the values take up, as one of a number of
+  // buckets of equal width. What lies beyond is in the first or in the last one.
+  class Spread {
+   public:
+    static constexpr std::size_t kBucketCount = 2048;
+    static constexpr int kPartBits = 16;
+
+    // The range is estimated from a sample: how evenly the buckets are filled decides about
+    // the time only.
+    Spread(const Case* cases, std::size_t count) {
+      if (count <= kMostCases) return;
+      std::array<Case, kSampleSize> sample;
+      for (std::size_t i = 0; i < kSampleSize; ++i) sample[i] = cases[count / kSampleSize * i];
+      std::sort(sample.begin(), sample.end(), IsLess);
+      const double low = sample[kSampleTail].value;
+      const double high = sample[kSampleSize - 1 - kSampleTail].value;
+      const double margin = (high - low) / 4.0;
+      fLow = low - margin;
+      fScale = static_cast<double>(kBucketCount << kPartBits) / (high - low + 2.0 * margin);
+    }
+
+    bool IsUseful() const { return std::isfinite(fLow) && std::isfinite(fScale) && fScale > 0.0; }
+
+    // Never descends while the value ascends, and a NaN is in the last bucket. Requires
+    // IsUseful().
+    std::size_t BucketOf(const Case& item) const {
+      constexpr double kLast = static_cast<double>((kBucketCount << kPartBits) - 1);
+      const double position = (item.value - fLow) * fScale;
+      const double capped = position < kLast ? position : kLast;
+      return static_cast<std::uint32_t>(capped > 0.0 ? capped : 0.0) >> kPartBits;
+    }
+
+    // The same, with each bucket divided into 2^kPartBits parts. Not for values that are in
+    // the first or in the last bucket.
+    std::uint32_t PartOf(const Case& item) const {
+      return static_cast<std::uint32_t>((item.value - fLow) * fScale);
+    }
+
+   private:
+    static constexpr std::size_t kSampleSize = 256;
+    static constexpr std::size_t kSampleTail = 5;  // of either side, which outliers may take
+
+    double fLow = 0.0;
+    double fScale = 0.0;
+  };
+
+  // Leaves the sorted cases in `scratch`.
+  static void SortInBuckets(Case* cases, Case* scratch, std::size_t count, const Spread& spread) {
+    std::vector<std::uint32_t> ends(Spread::kBucketCount);
+    for (std::size_t i = 0; i < count; ++i) ++ends[spread.BucketOf(cases[i])];
+    AddUp(ends);
+    for (std::size_t i = 0; i < count; ++i) scratch[ends[spread.BucketOf(cases[i])]++] = cases[i];
+
+    const auto partOf = [&](const Case& item) { return spread.PartOf(item); };
+    std::size_t first = 0;
+    for (const std::size_t end : ends) {
+      const std::size_t size = end - first;
+      if (first == 0 || end == count || size < kFewCases || size > kManyCases) {
+        SortRange(scratch + first, cases + first, size);
+      } else {
+        SortByDigits<8, 2>(scratch + first, cases + first, size, partOf, Spread::kPartBits);
+        SortRuns(scratch + first, cases + first, size, partOf);
+      }
+      first = end;
+    }
+  }
+
+  // Turns counts into the positions where each begins.
+  template <typename Counts>
+  static void AddUp(Counts& counts) {
+    std::uint32_t position = 0;
+    for (std::uint32_t& count : counts) position += std::exchange(count, position);
+  }
+
   struct Order {
     bool isSorted;
-    Key differing;  // the bits in which not all keys agree
+    Key smallest;
+    Key largest;
   };
 
   // One pass without branches.
   static Order LookAt(const Case* cases, std::size_t count) {
-    Order order{true, 0};
-    if (count == 0) return order;
+    if (count == 0) return {true, 0, 0};
     const Key firstKey = KeyOf(cases[0]);
+    Order order{true, firstKey, firstKey};
     Key previous = firstKey;
     for (std::size_t i = 1; i < count; ++i) {
       const Key key = KeyOf(cases[i]);
       order.isSorted = order.isSorted & (previous <= key);
-      order.differing |= key ^ firstKey;
+      order.smallest = std::min(order.smallest, key);
+      order.largest = std::max(order.largest, key);
       previous = key;
     }
     return order;
   }
 
-  // Returns whether the sorted cases are in `scratch` now.
-  static bool SortRange(Case* cases, Case* scratch, std::size_t count, const Order& order) {
-    if (count < kSmallCount) {
-      std::stable_sort(cases, cases + count, IsLess);
-      return false;
+  // Sorts in place.
+  static void SortRange(Case* cases, Case* scratch, std::size_t count) {
+    if (count < kFewCases) {
+      InsertionSort(cases, count);
+      return;
     }
-    const int highBits = static_cast<int>(std::bit_width(order.differing));
-    const int lowBits = std::max(0, highBits - kMostDigits * kDigitBits);
-    const bool isInScratch = SortByDigits(cases, scratch, count, lowBits, highBits);
-    if (lowBits > 0) {
-      if (isInScratch) std::swap(cases, scratch);
-      SortRuns(cases, scratch, count, lowBits);
+    const Order order = LookAt(cases, count);
+    if (order.isSorted) return;
+    if (count <= kManyCases) {
+      SortByKeys<8, 2>(cases, scratch, count, order);
+    } else {
+      SortByKeys<11, 3>(cases, scratch, count, order);
     }
-    return isInScratch;
   }
 
-  // By the bits from `lowBits` up to, but not with, `highBits`. Returns as SortRange() does.
-  static bool SortByDigits(Case* cases, Case* scratch, std::size_t count, int lowBits,
-                           int highBits) {
-    std::array<Histogram, kMostDigits> histograms{};
+  // By the leading bits of the distance from the smallest key, then by all.
+  template <int kDigitBits, int kMostDigits>
+  static void SortByKeys(Case* cases, Case* scratch, std::size_t count, const Order& order) {
+    const int bits = static_cast<int>(std::bit_width(order.largest - order.smallest));
+    const int lowBits = std::max(0, bits - kDigitBits * kMostDigits);
+    const auto prefixOf = [&](const Case& item) {
+      return (KeyOf(item) - order.smallest) >> lowBits;
+    };
+    SortByDigits<kDigitBits, kMostDigits>(cases, scratch, count, prefixOf, bits - lowBits);
+    if (lowBits > 0) SortRuns(cases, scratch, count, prefixOf);
+  }
+
+  // By the number that `prefixOf` gives for a case, of as many bits.
+  template <int kDigitBits, int kMostDigits, typename PrefixOf>
+  static void SortByDigits(Case* cases, Case* scratch, std::size_t count, const PrefixOf& prefixOf,
+                           int prefixBits) {
+    constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
+    const auto digitOf = [&](const Case& item, int digit) {
+      return static_cast<std::size_t>(prefixOf(item) >> (digit * kDigitBits)) & (kDigitValues - 1);
+    };
+
+    std::array<std::array<std::uint32_t, kDigitValues>, std::size_t{kMostDigits}> counts{};
     for (std::size_t i = 0; i < count; ++i) {
-      const Key key = KeyOf(cases[i]) >> lowBits;
       for (int digit = 0; digit < kMostDigits; ++digit) {
-        ++histograms[static_cast<std::size_t>(digit)][DigitOf(key, digit)];
+        ++counts[static_cast<std::size_t>(digit)][digitOf(cases[i], digit)];
       }
     }
     Case* from = cases;
     Case* to = scratch;
-    for (int digit = 0; lowBits + digit * kDigitBits < highBits; ++digit) {
-      Histogram& positions = histograms[static_cast<std::size_t>(digit)];
-      if (positions[DigitOf(KeyOf(from[0]) >> lowBits, digit)] == count) continue;  // one bucket
-      std::uint32_t position = 0;
-      for (std::uint32_t& bucket : positions) position += std::exchange(bucket, position);
-      for (std::size_t i = 0; i < count; ++i) {
-        to[positions[DigitOf(KeyOf(from[i]) >> lowBits, digit)]++] = from[i];
-      }
+    for (int digit = 0; digit * kDigitBits < prefixBits; ++digit) {
+      auto& positions = counts[static_cast<std::size_t>(digit)];
+      if (positions[digitOf(from[0], digit)] == count) continue;  // all have the same
+      AddUp(positions);
+      for (std::size_t i = 0; i < count; ++i) to[positions[digitOf(from[i], digit)]++] = from[i];
       std::swap(from, to);
     }
-    return from != cases;
+    if (from != cases) std::copy_n(from, count, cases);
   }
 
-  static std::size_t DigitOf(Key key, int digit) {
-    return static_cast<std::size_t>(key >> (digit * kDigitBits)) & (kBucketCount - 1);
-  }
-
-  // Orders the cases that agree in all but their low bits.
-  static void SortRuns(Case* cases, Case* scratch, std::size_t count, int lowBits) {
+  // Sorts each run of cases with the same prefix, where they are not in order yet.
+  template <typename PrefixOf>
+  static void SortRuns(Case* cases, Case* scratch, std::size_t count, const PrefixOf& prefixOf) {
     for (std::size_t i = 1; i < count; ++i) {
       if (!IsLess(cases[i], cases[i - 1])) continue;
-      const Key prefix = KeyOf(cases[i]) >> lowBits;
-      const auto isInRun = [&](const Case& item) { return KeyOf(item) >> lowBits == prefix; };
+      const auto prefix = prefixOf(cases[i]);
       std::size_t first = i;
-      while (first > 0 && isInRun(cases[first - 1])) --first;
+      while (first > 0 && prefixOf(cases[first - 1]) == prefix) --first;
       std::size_t last = i + 1;
-      while (last < count && isInRun(cases[last])) ++last;
-      if (last - first < kShortRun) {
-        InsertionSort(cases + first, last - first);
-      } else {
-        const std::size_t runLength = last - first;
-        const Order order = LookAt(cases + first, runLength);
-        if (SortRange(cases + first, scratch, runLength, order)) {
-          std::copy_n(scratch, runLength, cases + first);
-        }
-      }
+      while (last < count && prefixOf(cases[last]) == prefix) ++last;
+      SortRange(cases + first, scratch + first, last - first);
       i = last;
     }
   }

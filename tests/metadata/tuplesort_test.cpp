@@ -38,6 +38,7 @@ double Normal(Random& random) { return std::normal_distribution<double>()(random
 
 const Values kValues[] = {
     {"Normal", [](Random& random, std::size_t) { return Normal(random); }},
+    {"Skewed", [](Random& random, std::size_t) { return std::exp(3.0 * Normal(random)); }},
     {"Ties", [](Random& random, std::size_t) { return std::floor(10.0 * Normal(random)); }},
     {"Special", [](Random& random, std::size_t) { return Special(random); }},
     {"SpecialAmongOthers",
@@ -66,7 +67,7 @@ class TupleSorterTest : public testing::TestWithParam<Values> {};
 TEST_P(TupleSorterTest, SortsAsAStableComparisonDoes) {
   Random random(TestSeed());
   MCBinning::TupleSorter<EFBINDataTuple> sorter;
-  for (const std::size_t count : {0U, 1U, 2U, 255U, 256U, 3000U, 20000U}) {
+  for (const std::size_t count : {0U, 1U, 2U, 31U, 32U, 3000U, 20000U, 100000U}) {
     SCOPED_TRACE(testing::Message() << count << " cases, seed " << TestSeed());
     std::vector<EFBINDataTuple> cases;
     for (std::size_t i = 0; i < count; ++i) {
