@@ -50,16 +50,11 @@ bool BINDataCache::AddElem(int row, double value) {
   return true;
 }
 
-void BINDataCache::AddToRows(const std::vector<int>& rows, const double* values) {
-  const auto cols = static_cast<std::size_t>(fCols);
-  double* const data = fData.data();
-  int* const rowSizes = fRowSizes.data();
-  for (const int row : rows) {
-    const auto position = static_cast<std::size_t>(row);
-    const int rowSize = rowSizes[position]++;
-    data[position * cols + static_cast<std::size_t>(rowSize)] = values[position];
-    if (rowSize + 1 == fCols) fStatus = CacheFull;
-  }
+bool BINDataCache::SetRowSize(int row, int size) {
+  if (!HasRow(row) || size < 0 || size > fCols) return false;
+  fRowSizes[static_cast<std::size_t>(row)] = size;
+  if (size == fCols) fStatus = CacheFull;
+  return true;
 }
 
 bool BINDataCache::GetRow(int row, std::vector<double>& out) const {

@@ -39,8 +39,9 @@ class MCBINNING_API BINDataCache {
   // Appends to the row; refused when it is full already: flush once IsAvailable().
   bool AddElem(int row, double value);
 
-  // Appends values[row] to each of `rows`, in one go. Requires rows that exist and are not full.
-  void AddToRows(const std::vector<int>& rows, const double* values);
+  // Makes the first elements of the row, written through a pointer, the appended ones. Refused
+  // when there is no such row or it has not as many.
+  bool SetRowSize(int row, int size);
 
   // Whole rows and columns, whatever their fill count. The getters resize `out`; the setters
   // refuse a vector of another length.

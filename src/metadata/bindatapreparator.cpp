@@ -75,6 +75,7 @@ BINDataPreparator::BINDataPreparator(BINVarList& variables, BINCancelInfo& cance
       fStoredRecords(0),
       fHasWeight(variables.GetWeightIndex() >= 0 ? 1 : 0),
       fHasTarget(variables.GetTargetIndex() >= 0 ? 1 : 0),
+      fNextColumn(0),
       fNameCounter(0) {
   fProcRecSize = fNumAttributes + static_cast<unsigned int>(fHasTarget + fHasWeight);
   // A list that names no file for some variable is refused later; until then every position
@@ -83,7 +84,6 @@ BINDataPreparator::BINDataPreparator(BINVarList& variables, BINCancelInfo& cance
   fLargestCode.assign(fileCount, 0);
   fUsable.assign(fileCount, true);
   fHasStopped.assign(fileCount, false);
-  fSlots.assign(fileCount, 0.0);
   fOpenFiles.resize(fOrigRecSize);
   std::iota(fOpenFiles.begin(), fOpenFiles.end(), 0);
   for (int index = 0; index < variables.Size(); ++index) MapVariable(index);
@@ -168,12 +168,9 @@ MCStatus BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
     const MCCommon::Record* const record = source.Next();
     if (record != nullptr) {
       ++recordsRead;
-      MCStatus status = PrepareRecord(*record);
+      MCStatus status = PrepareRecord(*record, GetNextSlots());
+      if (!status.IsError() && !fSkipRecord) status = StoreRecord();
       if (status.IsError()) return status;
-      if (!fSkipRecord) {
-        status = StoreRecord();
-        if (status.IsError()) return status;
-      }
     }
     if (fProgressListener != nullptr && --countdown == 0) {
       reporter.SetValues(recordsRead, stopwatch.GetSeconds());
@@ -185,34 +182,37 @@ MCStatus BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
 }
 
 MCStatus BINDataPreparator::ProcessRecord(const MCCommon::Record& in, MCCommon::Record& out) {
-  std::fill(fSlots.begin(), fSlots.end(), 0.0);
-  const MCStatus status = PrepareRecord(in);
-  for (std::size_t file = 0; file < fProcRecSize; ++file) out[file] = fSlots[file];
+  std::vector<double> values(fUsable.size());
+  const MCStatus status = PrepareRecord(in, {values.data(), 1});
+  for (std::size_t file = 0; file < fProcRecSize; ++file) out[file] = values[file];
   return status;
 }
 
-MCStatus BINDataPreparator::PrepareRecord(const MCCommon::Record& in) {
+MCStatus BINDataPreparator::PrepareRecord(const MCCommon::Record& in, const Slots& out) {
   fSkipRecord = false;
   if (fWeightEncoder != nullptr) {
     const double weight = fWeightEncoder->Encode(in[static_cast<std::size_t>(fWeightPosition)]);
     fSkipRecord = MCMV::IsMissing(weight);
     if (fSkipRecord) return MCStatus();
-    fSlots[static_cast<std::size_t>(fHasTarget)] = weight;
+    out[static_cast<std::size_t>(fHasTarget)] = weight;
   }
 
   MCStatus status;
-  if (fTargetPosition >= 0) {
-    status = PrepareTarget(in[static_cast<std::size_t>(fTargetPosition)]);
+  if (fTargetPosition >= 0 &&
+      !PrepareTarget(in[static_cast<std::size_t>(fTargetPosition)], out[0])) {
+    status = MCStatus(120012, fVarList.GetNumCatVar() > 1);
+    status.SetDiscreteDatum(0, fTargetPosition);
     if (status.IsError()) return status;
   }
   for (const Column& column : fColumns) {
     const double value = in[column.variable];
+    double& slot = out[column.file];
     if (column.isContinuous) {
       const bool isMissing = column.missing != nullptr && column.missing->Contains(value);
-      fSlots[column.file] = isMissing ? MCMV::Missing() : value;
+      slot = isMissing ? MCMV::Missing() : value;
     } else if (MCMV::IsMissing(value) || value == -1.0) {
-      fSlots[column.file] = MCMV::Missing();
-    } else if (!StoreCategory(value, column.file)) {
+      slot = MCMV::Missing();
+    } else if (!StoreCategory(value, column.file, slot)) {
       status = MCStatus(120012, true);
       status.SetDiscreteDatum(0, static_cast<long>(column.file));
     }
@@ -220,34 +220,35 @@ MCStatus BINDataPreparator::PrepareRecord(const MCCommon::Record& in) {
   return status;
 }
 
-MCStatus BINDataPreparator::PrepareTarget(double value) {
-  if (IsMissingTarget(value)) {
-    fSlots[0] = MCMV::Missing();
-    return MCStatus();
-  }
-  if (StoreCategory(value, 0)) return MCStatus();
-  MCStatus status(120012, fVarList.GetNumCatVar() > 1);
-  status.SetDiscreteDatum(0, fTargetPosition);
-  return status;
+bool BINDataPreparator::PrepareTarget(double value, double& slot) {
+  if (!IsMissingTarget(value)) return StoreCategory(value, 0, slot);
+  slot = MCMV::Missing();
+  return true;
 }
 
-bool BINDataPreparator::StoreCategory(double value, std::size_t file) {
+bool BINDataPreparator::StoreCategory(double value, std::size_t file, double& slot) {
+  slot = 0.0;
   if (!fUsable[file]) return true;
   const int code = MCBinning::ToCategoryCode(value);
   if (!MCBinning::IsCategoryCode(code)) {
     fUsable[file] = false;
     fHasStopped[file] = true;
     std::erase(fOpenFiles, static_cast<int>(file));
+    fCache.SetRowSize(static_cast<int>(file), fNextColumn);
     return false;
   }
-  fSlots[file] = value;
+  slot = value;
   fLargestCode[file] = std::max(fLargestCode[file], code);
   return true;
 }
 
+BINDataPreparator::Slots BINDataPreparator::GetNextSlots() {
+  return {fCache.GetColPtr(fNextColumn), static_cast<std::size_t>(fCache.GetNCols())};
+}
+
 MCStatus BINDataPreparator::StoreRecord() {
-  fCache.AddToRows(fOpenFiles, fSlots.data());
-  if (fCache.IsAvailable()) {
+  if (!fOpenFiles.empty()) ++fNextColumn;
+  if (fNextColumn == fCache.GetNCols()) {
     const MCStatus status = TransferData();
     if (status.IsError()) return status;
   }
@@ -285,6 +286,7 @@ MCStatus BINDataPreparator::NameFiles() {
     if (!fCache.Resize(static_cast<int>(fProcRecSize), fCacheCapacity)) return MCStatus(3, false);
   }
   fCache.Flush();
+  fNextColumn = 0;
   fFiles.clear();
   fFileNames.assign(fProcRecSize, std::string());
   if (!fTempDirName.empty() && fTempDirName.back() != '\\' && fTempDirName.back() != '/') {
@@ -318,11 +320,13 @@ MCStatus BINDataPreparator::SeekFreeName(std::string& name) {
 
 MCStatus BINDataPreparator::TransferData() {
   return MCBinning::Guard([&]() -> MCStatus {
+    for (const int file : fOpenFiles) fCache.SetRowSize(file, fNextColumn);
     for (std::size_t file = 0; file < fFiles.size(); ++file) {
       const MCStatus status = AppendRow(file);
       if (!status.IsOK()) return status;
     }
     fCache.Flush();
+    fNextColumn = 0;
     return MCStatus();
   });
 }

@@ -105,6 +105,14 @@ class MCBINNING_API BINDataPreparator {
     const BINNumericUserMissing* missing;  // null where there is none that fits
   };
 
+  // Where a prepared record goes: the values by file position, `stride` apart.
+  struct Slots {
+    double& operator[](std::size_t file) const { return first[file * stride]; }
+
+    double* first;
+    std::size_t stride;
+  };
+
   void MapVariable(int index);
   MCBinning::MCStatus CheckRoles() const;
   MCBinning::MCStatus NameFiles();
@@ -112,9 +120,10 @@ class MCBINNING_API BINDataPreparator {
   MCBinning::MCStatus AppendRow(std::size_t file);
 
   MCBinning::MCStatus ReadRecords(MCCommon::RecordIterator& source);
-  MCBinning::MCStatus PrepareRecord(const MCCommon::Record& in);
-  MCBinning::MCStatus PrepareTarget(double value);
-  bool StoreCategory(double value, std::size_t file);
+  MCBinning::MCStatus PrepareRecord(const MCCommon::Record& in, const Slots& out);
+  bool PrepareTarget(double value, double& slot);
+  bool StoreCategory(double value, std::size_t file, double& slot);
+  Slots GetNextSlots();
   MCBinning::MCStatus StoreRecord();
   void MarkUndeclaredCategories();
 
@@ -148,8 +157,8 @@ class MCBINNING_API BINDataPreparator {
   int fHasTarget;
 
   std::vector<Column> fColumns;  // the attributes, in file order
-  std::vector<double> fSlots;    // the prepared record, by file position
   std::vector<bool> fHasStopped;
+  int fNextColumn;              // of the cache: where the next record goes
   std::vector<int> fOpenFiles;  // positions of the files that still take values
   std::vector<MCBinning::TempFile> fFiles;
   unsigned long fNameCounter;
