@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstdint>
 #include <limits>
+#include <numeric>
 
 #include "algorithm/binentropy.h"
 
@@ -25,10 +26,11 @@ constexpr double kTwoTo52 = 4503599627370496.0;
 // Whether all are whole numbers from 0 up to 2^51. Written without branches, for the sake of
 // vector instructions: between 2^52 and 2^53 a double has no fraction bits, so the sum loses
 // what is not whole.
-bool AreWhole(const std::vector<double>& numbers) {
+bool AreWhole(const double* number, const double* end) {
   constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
   std::uint64_t wrongBits = 0;
-  for (const double x : numbers) {
+  for (; number < end; ++number) {
+    const double x = *number;
     const double lost = ((x + kTwoTo52) - kTwoTo52) - x;
     wrongBits |= std::bit_cast<std::uint64_t>(lost) | (std::bit_cast<std::uint64_t>(x) & kSign);
   }
@@ -72,23 +74,24 @@ SplitSearch::SplitSearch(const std::vector<double>& binTable, std::size_t catego
   if (isWorthIt) SumBlocks();
 }
 
+// Each block is looked at and added up while the processor's cache holds it.
 void SplitSearch::SumBlocks() {
   const std::size_t rowCount = fTable.size() / fCategoryCount;
-  if (!AreWhole(fTable)) return;
-
   fBlockSums.reserve((rowCount / kBlockRows + 1) * fCategoryCount);
   Weights weights{};
-  for (std::size_t row = 0; row + kBlockRows <= rowCount; row += kBlockRows) {
+  bool areWhole = true;
+  std::size_t row = 0;
+  for (std::size_t end = kBlockRows;; end += kBlockRows) {
     fBlockSums.insert(fBlockSums.end(), weights.begin(),
                       weights.begin() + static_cast<std::ptrdiff_t>(fCategoryCount));
-    AddRows(row, row + kBlockRows, weights);
+    const std::size_t next = std::min(end, rowCount);
+    areWhole = areWhole && AreWhole(RowAt(row), RowAt(next));
+    AddRows(row, next, weights);
+    row = next;
+    if (end > rowCount || !areWhole) break;
   }
-  fBlockSums.insert(fBlockSums.end(), weights.begin(),
-                    weights.begin() + static_cast<std::ptrdiff_t>(fCategoryCount));
-  AddRows(rowCount / kBlockRows * kBlockRows, rowCount, weights);
-  double total = 0.0;
-  for (const double weight : weights) total += weight;
-  if (!(total < kTwoTo52)) fBlockSums.clear();
+  const double total = std::accumulate(weights.begin(), weights.end(), 0.0);
+  if (!areWhole || !(total < kTwoTo52)) fBlockSums.clear();
 }
 
 void SplitSearch::AddRows(std::size_t first, std::size_t end, Weights& weights) const {
