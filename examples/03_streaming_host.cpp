@@ -1,11 +1,11 @@
 // Data larger than memory: a record iterator of the host's own reads a file block by block.
 //
-// The program first writes its file, 201 doubles a record: 200 attributes and a target. Memory
-// grows with the number of records (by up to 64 bytes each, for the one attribute in work) but not
-// with the number of attributes, and stays far below the size of the file:
+// The program first writes its file, 201 doubles a record: 200 attributes and a target. A run needs
+// memory for one attribute (up to 64 bytes a record) and small buffers for the others, far less
+// than the file has:
 //
 //   g++ -std=c++17 03_streaming_host.cpp $(pkg-config --cflags --libs mcbinning) -o streaming_host
-//   (ulimit -v 250000; ./streaming_host 1000000)    # 1.6 GB of data in 250 MB of memory
+//   (ulimit -v 150000; ./streaming_host 1000000)    # 1.6 GB of data in 150 MB of memory
 //
 // The file, and as much again for temporary files, goes to $TMPDIR or else /tmp.
 
@@ -107,10 +107,12 @@ BINVarList Variables() {
   return variables;
 }
 
+// begin status
 void ThrowOnError(const MCBinning::MCStatus& status) {
   if (!status.IsError()) return;
   throw std::runtime_error("the run ended with status " + std::to_string(status.GetErrorCode()));
 }
+// end status
 
 void PrintCutPoints(const std::vector<double>& cutPoints) {
   for (const double cutPoint : cutPoints) std::cout << ' ' << cutPoint;
