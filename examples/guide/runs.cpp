@@ -1,46 +1,15 @@
-// docs/guide.md, from "Hand over records" to "Weights": both algorithms, and reading their results.
+// What docs/guide.md quotes about supervised runs: settings, several targets, results, threads.
 
 #include <mcbinning/mcbinning.h>
 
-#include <algorithm>
-#include <cstddef>
+#include <atomic>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
-
-// begin iterator
-using Table = std::vector<std::vector<double>>;
-
-class TableIterator : public MCCommon::RecordIterator {
- public:
-  explicit TableIterator(const Table& rows) : fRows(rows), fRecord(rows.front().size()) {}
-
-  bool HasMore() override { return fNext < fRows.size(); }
-
-  const MCCommon::Record* Next() override {
-    const std::vector<double>& row = fRows[fNext++];
-    for (std::size_t i = 0; i < row.size(); ++i) fRecord[i] = row[i];
-    return &fRecord;
-  }
-
- private:
-  const Table& fRows;
-  MCCommon::Record fRecord;
-  std::size_t fNext = 0;
-};
-// end iterator
-
-// begin apply
-// The bin of a value that is not missing, counted from 0.
-std::size_t FindBin(const std::vector<double>& cutPoints, double value, bool rightBorderClosed) {
-  const auto cut = rightBorderClosed ? std::lower_bound(cutPoints.begin(), cutPoints.end(), value)
-                                     : std::upper_bound(cutPoints.begin(), cutPoints.end(), value);
-  return static_cast<std::size_t>(cut - cutPoints.begin());
-}
-// end apply
 
 enum { kX, kY, kClass, kColour, kWeight };
 
@@ -56,19 +25,18 @@ BINVarList Variables() {
 }
 
 // 90 records: the class changes between x = 44 and 45, the colour with every third of y.
-Table Rows() {
-  Table rows;
+MCCommon::InMemoryRecordIterator Records() {
+  MCCommon::InMemoryRecordIterator records;
   for (int i = 0; i < 90; ++i) {
     const double y = i % 9;
-    rows.push_back({1.0 * i, y, i < 45 ? 0.0 : 1.0, i % 9 / 3 * 1.0, 1.0 + i % 2});
+    records.Add({1.0 * i, y, i < 45 ? 0.0 : 1.0, i % 9 / 3 * 1.0, 1.0 + i % 2});
   }
-  return rows;
+  return records;
 }
 
 bool RunSupervised() {
   BINVarList variables = Variables();
-  const Table rows = Rows();
-  TableIterator records(rows);
+  MCCommon::InMemoryRecordIterator records = Records();
 
   // begin supervised
   BINSettings settings;
@@ -109,35 +77,29 @@ bool RunSupervised() {
   algorithm->GetBinningResults().GetAttributeTargetCutPoints(kY, kColour, pair);
   // end pairs
 
-  const std::vector<double>& cuts = pair.GetCutPoints();
-  return !again.IsError() && cuts == std::vector<double>{2.0, 5.0} &&
-         FindBin(cuts, 2.0, true) == 0 && FindBin(cuts, 2.0, false) == 1 &&
-         FindBin(cuts, 99.0, true) == 2;
+  return !again.IsError() && pair.GetCutPoints() == std::vector<double>{2.0, 5.0};
 }
 
-bool RunEqualFrequency() {
-  BINVarList variables = Variables();
-  const Table rows = Rows();
-  TableIterator records(rows);
-
-  // begin equal frequency
-  EFBINSettings settings;
-  settings.SetNumberOfBins(4);
-
-  EFBINFactory factory;
-  const std::unique_ptr<IEFBINAlgorithm> algorithm(
-      factory.CreateEFBINAlgorithm(settings, variables));
-  const std::vector<int> attributes{kX, kY};
-  if (!algorithm || algorithm->CreateBins(records, &attributes).IsError()) return false;
-
-  BINAttributeResults results;
-  algorithm->GetBinningResults().GetAttributeCutPoints(kX, results);
-  for (const double weight : results.GetCellCounts()) std::cout << weight << ' ';
-  // end equal frequency
-  std::cout << '\n';
-  return results.GetCutPoints().size() == 3;
+bool UseTwoThreads() {
+  // begin threads
+  std::atomic<int> failures{0};
+  const auto bin = [&failures] {
+    BINVarList variables = Variables();  // each thread its own list, records and algorithm
+    MCCommon::InMemoryRecordIterator records = Records();
+    BINSettings settings;
+    settings.SetNumberOfBins(10);
+    BINFactory factory;
+    const std::unique_ptr<IBINAlgorithm> algorithm(factory.CreateBINAlgorithm(settings, variables));
+    if (!algorithm || algorithm->CreateBins(records, nullptr, nullptr).IsError()) ++failures;
+  };
+  std::thread first(bin);
+  std::thread second(bin);
+  first.join();
+  second.join();
+  // end threads
+  return failures == 0;
 }
 
 }  // namespace
 
-int main() { return RunSupervised() && RunEqualFrequency() ? 0 : 1; }
+int main() { return RunSupervised() && UseTwoThreads() ? 0 : 1; }

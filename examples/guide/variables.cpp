@@ -1,4 +1,4 @@
-// docs/guide.md, "Describe the data": a list of variables, categories, missing values.
+// What docs/guide.md quotes under "Describe the data": a list, categories, missing values.
 
 #include <mcbinning/mcbinning.h>
 

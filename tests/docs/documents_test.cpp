@@ -32,7 +32,8 @@ Lines ReadLines(const fs::path& path) {
 }
 
 std::vector<fs::path> Documents() {
-  std::vector<fs::path> documents{kRoot / "README.md", kRoot / "CONTRIBUTING.md"};
+  std::vector<fs::path> documents{kRoot / "README.md", kRoot / "CONTRIBUTING.md",
+                                  kRoot / "examples" / "README.md"};
   for (const auto& entry : fs::directory_iterator(kRoot / "docs")) {
     if (entry.path().extension() == ".md") documents.push_back(entry.path());
   }
@@ -47,17 +48,18 @@ Lines Unindented(Lines lines) {
   return lines;
 }
 
-// The lines between "// begin name" and "// end name"; without a name the whole file.
-Lines Region(const std::string& file, const std::string& name) {
+// The lines between the comments "begin name" and "end name"; without a name the whole file.
+Lines Region(const fs::path& file, const std::string& name) {
   const Lines lines = ReadLines(kRoot / file);
   if (name.empty()) return lines;
+  const std::string comment = file.extension() == ".txt" ? "# " : "// ";
   const auto marked = [&](const std::string& mark) {
     return std::find_if(lines.begin(), lines.end(), [&](const std::string& line) {
       return line.substr(std::min(line.find_first_not_of(' '), line.size())) == mark;
     });
   };
-  const auto begin = marked("// begin " + name);
-  const auto end = marked("// end " + name);
+  const auto begin = marked(comment + "begin " + name);
+  const auto end = marked(comment + "end " + name);
   if (begin >= end || end == lines.end()) return {"no such region"};
   return Unindented(Lines(begin + 1, end));
 }
@@ -77,7 +79,7 @@ TEST(Documents, QuoteCodeThatIsCompiled) {
       if (!isQuotation) continue;
       Lines quoted;
       while (++i < lines.size() && lines[i] != "```") quoted.push_back(lines[i]);
-      EXPECT_EQ(quoted, Region(from[1], from[2])) << where;
+      EXPECT_EQ(quoted, Region(from[1].str(), from[2])) << where;
     }
   }
 }

@@ -1,4 +1,8 @@
-// A host as small as can be: which ages buy?
+// From nothing to bins: which ages buy? Records in memory, binned against a target.
+//
+//   g++ -std=c++17 01_first_bins.cpp $(pkg-config --cflags --libs mcbinning) -o first_bins
+//
+// For CMake see CMakeLists.txt.
 
 #include <mcbinning/mcbinning.h>
 
@@ -20,8 +24,12 @@ int main() {
   settings.SetNumberOfBins(1000);
   BINFactory factory;
   const std::unique_ptr<IBINAlgorithm> binning(factory.CreateBINAlgorithm(settings, variables));
-  if (!binning || binning->CreateBins(records, nullptr, nullptr).IsError()) return 1;
-
+  const MCBinning::MCStatus status =
+      binning ? binning->CreateBins(records, nullptr, nullptr) : factory.GetStatus();
+  if (status.IsError()) {
+    std::cerr << "no bins: status " << status.GetErrorCode() << '\n';
+    return 1;
+  }
   BINAttributeTargetResults results;
   binning->GetBinningResults().GetAttributeTargetCutPoints(age, buys, results);
   for (const double cutPoint : results.GetCutPoints()) std::cout << "cut at " << cutPoint << '\n';
@@ -29,5 +37,4 @@ int main() {
     std::cout << bin[0] << " people: " << bin[1] << " do not buy, " << bin[2] << " do\n";
   }
   // end readme
-  return results.GetStatus().IsOK() ? 0 : 1;
 }
