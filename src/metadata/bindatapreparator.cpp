@@ -163,14 +163,14 @@ MCStatus BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
   const MCBinning::Stopwatch stopwatch;
   unsigned int recordsRead = 0;
   auto countdown = static_cast<unsigned int>(fProgressInterval);
+  MCStatus status;
 
   while (source.HasMore() && !fCancel.IsCancel()) {
     const MCCommon::Record* const record = source.Next();
     if (record != nullptr) {
       ++recordsRead;
-      MCStatus status = PrepareRecord(*record, GetNextSlots());
-      if (!status.IsError() && !fSkipRecord) status = StoreRecord();
-      if (status.IsError()) return status;
+      if (!PrepareRecord(*record, GetNextSlots(), status)) return status;
+      if (!fSkipRecord && !StoreRecord(status)) return status;
     }
     if (fProgressListener != nullptr && --countdown == 0) {
       reporter.SetValues(recordsRead, stopwatch.GetSeconds());
@@ -183,26 +183,29 @@ MCStatus BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
 
 MCStatus BINDataPreparator::ProcessRecord(const MCCommon::Record& in, MCCommon::Record& out) {
   std::vector<double> values(fUsable.size());
-  const MCStatus status = PrepareRecord(in, {values.data(), 1});
+  MCStatus status;
+  PrepareRecord(in, {values.data(), 1}, status);
   for (std::size_t file = 0; file < fProcRecSize; ++file) out[file] = values[file];
   return status;
 }
 
-MCStatus BINDataPreparator::PrepareRecord(const MCCommon::Record& in, const Slots& out) {
+// `status` changes only where there is something to say; making one for every record would cost
+// as much as preparing it. False on an error.
+bool BINDataPreparator::PrepareRecord(const MCCommon::Record& in, const Slots& out,
+                                      MCStatus& status) {
   fSkipRecord = false;
   if (fWeightEncoder != nullptr) {
     const double weight = fWeightEncoder->Encode(in[static_cast<std::size_t>(fWeightPosition)]);
     fSkipRecord = MCMV::IsMissing(weight);
-    if (fSkipRecord) return MCStatus();
+    if (fSkipRecord) return true;
     out[static_cast<std::size_t>(fHasTarget)] = weight;
   }
 
-  MCStatus status;
   if (fTargetPosition >= 0 &&
       !PrepareTarget(in[static_cast<std::size_t>(fTargetPosition)], out[0])) {
     status = MCStatus(120012, fVarList.GetNumCatVar() > 1);
     status.SetDiscreteDatum(0, fTargetPosition);
-    if (status.IsError()) return status;
+    if (status.IsError()) return false;
   }
   for (const Column& column : fColumns) {
     const double value = in[column.variable];
@@ -217,7 +220,7 @@ MCStatus BINDataPreparator::PrepareRecord(const MCCommon::Record& in, const Slot
       status.SetDiscreteDatum(0, static_cast<long>(column.file));
     }
   }
-  return status;
+  return true;
 }
 
 bool BINDataPreparator::PrepareTarget(double value, double& slot) {
@@ -246,14 +249,14 @@ BINDataPreparator::Slots BINDataPreparator::GetNextSlots() {
   return {fCache.GetColPtr(fNextColumn), static_cast<std::size_t>(fCache.GetNCols())};
 }
 
-MCStatus BINDataPreparator::StoreRecord() {
+bool BINDataPreparator::StoreRecord(MCStatus& status) {
   if (!fOpenFiles.empty()) ++fNextColumn;
   if (fNextColumn == fCache.GetNCols()) {
-    const MCStatus status = TransferData();
-    if (status.IsError()) return status;
+    status = TransferData();
+    if (status.IsError()) return false;
   }
   ++fStoredRecords;
-  return MCStatus();
+  return true;
 }
 
 void BINDataPreparator::MarkUndeclaredCategories() {

@@ -120,11 +120,11 @@ class MCBINNING_API BINDataPreparator {
   MCBinning::MCStatus AppendRow(std::size_t file);
 
   MCBinning::MCStatus ReadRecords(MCCommon::RecordIterator& source);
-  MCBinning::MCStatus PrepareRecord(const MCCommon::Record& in, const Slots& out);
+  bool PrepareRecord(const MCCommon::Record& in, const Slots& out, MCBinning::MCStatus& status);
   bool PrepareTarget(double value, double& slot);
   bool StoreCategory(double value, std::size_t file, double& slot);
   Slots GetNextSlots();
-  MCBinning::MCStatus StoreRecord();
+  bool StoreRecord(MCBinning::MCStatus& status);
   void MarkUndeclaredCategories();
 
   std::string fTempDirName;

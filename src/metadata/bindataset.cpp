@@ -79,6 +79,7 @@ MCStatus BINDataSet::HandleDataFile() {
     if (!fPreparator.HasAnyFile()) return status;
 
     int file = 0;
+    fBuffers->GetTargets().clear();
     if (fHasTarget) {
       fTargetFile = 0;
       fTargetIterator = std::make_unique<BinaryRecordIterator>(GetFileName(file++));
@@ -129,6 +130,7 @@ MCStatus BINDataSet::LoadAttribute(unsigned int attribute, unsigned int target) 
       fTargetIterator =
           std::make_unique<BinaryRecordIterator>(GetFileName(static_cast<int>(targetFile)));
       fTargetFile = targetFile;
+      fBuffers->GetTargets().clear();
     }
 
     status = LoadSorted(attribute, *fTuples);
@@ -215,8 +217,7 @@ MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Case>& cases) {
   const auto values = std::make_unique<BinaryRecordIterator>(GetFileName(static_cast<int>(file)));
   if (!IsWhole(static_cast<int>(file), values)) return notWhole;
   if (MCBinning::kHasTarget<Case>) {
-    if (!IsWhole(static_cast<int>(fTargetFile), fTargetIterator)) return notWhole;
-    fTargetIterator->NewPass();
+    if (!IsWhole(static_cast<int>(fTargetFile), fTargetIterator) || !ReadTargets()) return notWhole;
   }
   if (fHasWeight) {
     if (!IsWhole(fWeightFile, fWeightIterator)) return notWhole;
@@ -228,14 +229,13 @@ MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Case>& cases) {
   std::size_t casesRead = 0;
   while (values->HasMore()) {
     const BinaryRecordIterator::Block block = values->NextBlock();
-    const double* const targets =
-        MCBinning::kHasTarget<Case> ? NextInStep(*fTargetIterator, block.count) : nullptr;
     const double* const weights = fHasWeight ? NextInStep(*fWeightIterator, block.count) : nullptr;
-    if ((MCBinning::kHasTarget<Case> && targets == nullptr) || (fHasWeight && weights == nullptr))
-      break;
+    if (fHasWeight && weights == nullptr) break;
     if (block.count > cases.size() - casesRead) break;  // has grown since it was looked at
-    casesRead += block.count;
+    const std::uint16_t* const targets =
+        MCBinning::kHasTarget<Case> ? fBuffers->GetTargets().data() + casesRead : nullptr;
     collector.Add(targets, weights, block.values, block.count);
+    casesRead += block.count;
   }
   if (casesRead != cases.size()) return notWhole;  // a read failed half-way
 
@@ -245,6 +245,24 @@ MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Case>& cases) {
   fTotalWeightWithMissing = collector.GetTotalWeightWithMissing();
   if (MCBinning::kHasTarget<Case>) fLargestTarget = collector.GetLargestTarget();
   return MCStatus();
+}
+
+// Keeps the target for all attributes. False when a read failed half-way.
+bool BINDataSet::ReadTargets() {
+  std::vector<std::uint16_t>& targets = fBuffers->GetTargets();
+  const std::size_t caseCount = fPreparator.GetAllvarNumOfCases();
+  if (targets.size() == caseCount) return true;
+  targets.clear();
+  targets.reserve(caseCount);
+  const double missing = MCMV::Missing();
+  fTargetIterator->NewPass();
+  while (fTargetIterator->HasMore()) {
+    const BinaryRecordIterator::Block block = fTargetIterator->NextBlock();
+    for (std::size_t i = 0; i < block.count; ++i) {
+      targets.push_back(MCBinning::ToTarget(block.values[i], missing));
+    }
+  }
+  return targets.size() == caseCount;
 }
 
 MCStatus BINDataSet::CreateBinTable(const std::vector<double>* cutPoints, bool rightBorderClosed,

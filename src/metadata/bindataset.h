@@ -116,6 +116,8 @@ class MCBINNING_API BINDataSet {
   bool IsWhole(int file, const FileIterator& iterator) const;
   MCBinning::MCStatus CheckAttribute(unsigned int attribute) const;
 
+  bool ReadTargets();
+
   // The valid cases of one file, against the target's or without one, in record order.
   template <typename Case>
   MCBinning::MCStatus ReadCases(unsigned int file, std::vector<Case>& cases);

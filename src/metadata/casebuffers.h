@@ -34,9 +34,14 @@ inline BINDataTuple ToTuple(const UnweightedCase& item) {
 
 inline EFBINDataTuple ToTuple(const UnweightedEFCase& item) { return {item.value, item.weight}; }
 
-// The unweighted cases of a data set, and the buffers that cases of any kind are sorted in.
+// The unweighted cases of a data set, the buffers that cases of any kind are sorted in, and the
+// target that the cases are read with.
 class CaseBuffers {
  public:
+  // The target of every record, or CaseCollector's kNoTarget; empty until it is read, and for
+  // another target.
+  std::vector<std::uint16_t>& GetTargets() { return fTargets; }
+
   // The unweighted cases that become such tuples.
   std::vector<UnweightedCase>& GetUnweighted(const std::vector<BINDataTuple>&) { return fCases; }
   std::vector<UnweightedEFCase>& GetUnweighted(const std::vector<EFBINDataTuple>&) {
@@ -49,6 +54,7 @@ class CaseBuffers {
   void Sort(std::vector<UnweightedEFCase>& cases) { fEFCaseSorter.Sort(cases); }
 
  private:
+  std::vector<std::uint16_t> fTargets;
   std::vector<UnweightedCase> fCases;
   std::vector<UnweightedEFCase> fEFCases;
   TupleSorter<BINDataTuple> fTupleSorter;

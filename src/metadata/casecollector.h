@@ -12,6 +12,16 @@
 
 namespace MCBinning {
 
+// Stands for a target value that is no category.
+inline constexpr std::uint16_t kNoTarget = 0xffff;
+
+// Every stored code lies in 0 .. 255, unless the host has given the missing value another meaning
+// since: what no int can hold is missing still.
+inline std::uint16_t ToTarget(double value, double missing) {
+  if (value == missing || !HoldsInt(value)) return kNoTarget;
+  return static_cast<std::uint16_t>(ToCategoryCode(value) & kLargestCategoryCode);
+}
+
 // Collects the valid cases of files that are read in step, and their weights. `Case` is a
 // kind of tuple, or what stands for it without weights.
 template <typename Case>
@@ -25,7 +35,8 @@ class CaseCollector {
 
   // The next cases of the files; null for a file that there is not. Without weights every
   // case weighs 1.
-  void Add(const double* targets, const double* weights, const double* values, std::size_t count) {
+  void Add(const std::uint16_t* targets, const double* weights, const double* values,
+           std::size_t count) {
     if (weights != nullptr) {
       Collect<true>(targets, weights, values, count);
     } else {
@@ -43,8 +54,8 @@ class CaseCollector {
   // A function of its own without branches, so that the sums stay in registers: that saves a
   // quarter of the time to load an attribute.
   template <bool kIsWeighted>
-  [[gnu::noinline]] void Collect(const double* targets, const double* weights, const double* values,
-                                 std::size_t count) {
+  [[gnu::noinline]] void Collect(const std::uint16_t* targets, const double* weights,
+                                 const double* values, std::size_t count) {
     const double missing = fMissing;
     Case* next = fCases + fCount;
     double totalWeight = fTotalWeight;
@@ -57,11 +68,8 @@ class CaseCollector {
       bool isValid = isCounted & (value != missing);
       int target = 0;
       if constexpr (kHasTarget<Case>) {
-        // Every stored code lies in 0 .. 255, unless the host has given the missing value
-        // another meaning since: what no int can hold is missing still.
-        target = ToCategoryCode(targets[i]);
-        isValid = isValid & (targets[i] != missing) & HoldsInt(targets[i]);
-        target &= kLargestCategoryCode;
+        isValid = isValid & (targets[i] != kNoTarget);
+        target = targets[i];
         largestTarget = std::max(largestTarget, isValid ? target : 0);
       }
       *next = Make(value, static_cast<std::uint8_t>(target), weight);
