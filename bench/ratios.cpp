@@ -11,6 +11,7 @@
 #include <regex>
 #include <set>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -267,6 +268,30 @@ void CompareTool(const std::string& work) {
   bench::Compare(comparison);
 }
 
+// The part of the tool's run that several jobs share, in wall time: one job takes the place of
+// the plain form.
+void CompareJobs(const std::string& work) {
+  const std::string tool = bench::FindTool();
+  if (tool.empty() || std::thread::hardware_concurrency() < 2) {
+    bench::PrintNote(work, "not measured: needs mcbin and two cores");
+    return;
+  }
+  const TempDir data;
+  const TempDir directory;
+  const std::string file = data.Path() + "/data.csv";
+  bench::WriteCsv(bench::MixedColumns(kMillion, 10, 2), file);
+  const auto run = [&](const char* jobs) {
+    return bench::RunFromFirstFile(
+        {tool, "supervised", "--target", "class", "--prebin-above", "0", "--jobs", jobs, "--quiet",
+         "--temp-dir", directory.Path(), file},
+        directory.Path());
+  };
+  Comparison comparison{work, {}, {}, {}, {FasterThanPlain(1.6)}, {}};
+  comparison.plain = [&] { return run("1"); };
+  comparison.library = [&] { return run("2"); };
+  bench::Compare(comparison);
+}
+
 // Time per row: the runs over few and over many rows take the places of floor and library.
 void CompareGrowth(const std::string& work, std::size_t manyRows) {
   constexpr std::size_t kFewRows = 100000;
@@ -359,6 +384,7 @@ const std::vector<Line>& AllLines() {
       {"peak memory, 1000000 x 10", [](const std::string& work) { MeasureMemory(work, 10); }},
       {"peak memory, 1000000 x 200", [](const std::string& work) { MeasureMemory(work, 200); }},
       {"mcbin supervised, CSV of 1000000 x 11", CompareTool},
+      {"mcbin supervised --jobs 2, after the first pass, no pre-bins", CompareJobs},
       {"growth per row, 100000 to 1000000 rows",
        [](const std::string& work) { CompareGrowth(work, kMillion); }},
       {"growth per row, 100000 to 10000000 rows",

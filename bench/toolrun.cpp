@@ -5,11 +5,18 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <filesystem>
 #include <stdexcept>
+#include <system_error>
+#include <thread>
 
 namespace bench {
 
-void RunProgram(const std::vector<std::string>& arguments, const std::string& outputFile) {
+namespace {
+
+// Starts a program and returns its process.
+pid_t Start(const std::vector<std::string>& arguments, const std::string& outputFile) {
   std::vector<std::string> copies = arguments;
   std::vector<char*> pointers;
   for (std::string& argument : copies) pointers.push_back(argument.data());
@@ -24,11 +31,45 @@ void RunProgram(const std::vector<std::string>& arguments, const std::string& ou
   const int failure = posix_spawn(&child, pointers[0], &actions, nullptr, pointers.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
   if (failure != 0) throw std::runtime_error("cannot start " + arguments.front());
+  return child;
+}
 
-  int status = 0;
-  if (waitpid(child, &status, 0) != child || status != 0) {
-    throw std::runtime_error(arguments.front() + " has failed");
+void RequireSuccess(const std::vector<std::string>& arguments, int status) {
+  if (status != 0) throw std::runtime_error(arguments.front() + " has failed");
+}
+
+bool HasFilledFile(const std::string& directory) {
+  std::error_code ignored;
+  std::filesystem::recursive_directory_iterator entry(directory, ignored);
+  for (; entry != std::filesystem::recursive_directory_iterator(); entry.increment(ignored)) {
+    if (entry->is_regular_file(ignored) && entry->file_size(ignored) > 0) return true;
   }
+  return false;
+}
+
+}  // namespace
+
+void RunProgram(const std::vector<std::string>& arguments, const std::string& outputFile) {
+  const pid_t child = Start(arguments, outputFile);
+  int status = 0;
+  waitpid(child, &status, 0);
+  RequireSuccess(arguments, status);
+}
+
+double RunFromFirstFile(const std::vector<std::string>& arguments, const std::string& directory) {
+  using Clock = std::chrono::steady_clock;
+  const pid_t child = Start(arguments, "/dev/null");
+  int status = 0;
+  bool hasEnded = false;
+  while (!hasEnded && !HasFilledFile(directory)) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    hasEnded = waitpid(child, &status, WNOHANG) != 0;
+  }
+  const auto begin = Clock::now();
+  if (!hasEnded) waitpid(child, &status, 0);
+  RequireSuccess(arguments, status);
+  if (hasEnded) throw std::runtime_error(arguments.front() + " has made no temporary file");
+  return std::chrono::duration<double>(Clock::now() - begin).count();
 }
 
 std::string FindTool() {

@@ -15,7 +15,7 @@ namespace MCBin {
 //
 // A failure (the file cannot be read) is thrown at the component, which ends the run with an
 // error of its own; RethrowFailure() then tells what really happened.
-class ValueRecordIterator : public MCCommon::RecordIterator {
+class ValueRecordIterator final : public MCCommon::RecordIterator {
  public:
   // Position i of a record holds the value of columns[i]. `values` stays the caller's.
   ValueRecordIterator(const ValueFile& values, std::vector<std::size_t> columns);
