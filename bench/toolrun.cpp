@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <stdexcept>
 #include <system_error>
@@ -38,11 +39,15 @@ void RequireSuccess(const std::vector<std::string>& arguments, int status) {
   if (status != 0) throw std::runtime_error(arguments.front() + " has failed");
 }
 
-bool HasFilledFile(const std::string& directory) {
+// A file of values; whatever else a program keeps there is small.
+bool HasFileOfValues(const std::string& directory) {
+  constexpr std::uintmax_t kLeastBytes = 65536;
   std::error_code ignored;
   std::filesystem::recursive_directory_iterator entry(directory, ignored);
   for (; entry != std::filesystem::recursive_directory_iterator(); entry.increment(ignored)) {
-    if (entry->is_regular_file(ignored) && entry->file_size(ignored) > 0) return true;
+    if (entry->is_regular_file(ignored) && entry->file_size(ignored) >= kLeastBytes) {
+      return true;
+    }
   }
   return false;
 }
@@ -61,7 +66,7 @@ double RunFromFirstFile(const std::vector<std::string>& arguments, const std::st
   const pid_t child = Start(arguments, "/dev/null");
   int status = 0;
   bool hasEnded = false;
-  while (!hasEnded && !HasFilledFile(directory)) {
+  while (!hasEnded && !HasFileOfValues(directory)) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
     hasEnded = waitpid(child, &status, WNOHANG) != 0;
   }

@@ -10,7 +10,7 @@ namespace bench {
 void RunProgram(const std::vector<std::string>& arguments, const std::string& outputFile);
 
 // Runs a program that makes temporary files in `directory` as RunProgram() does. Returns the wall
-// seconds from its first file there with anything in it to its end.
+// seconds from its first file of values there to its end.
 double RunFromFirstFile(const std::vector<std::string>& arguments, const std::string& directory);
 
 // The command-line tool that was built beside this program; "" when there is none.
