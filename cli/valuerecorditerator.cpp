@@ -9,7 +9,8 @@ ValueRecordIterator::ValueRecordIterator(const ValueFile& values, std::vector<st
       fColumns(std::move(columns)),
       fBlock(fColumns.size() * values.GetRecordsPerBlock()),
       fNextInBlock(values.GetRecordsPerBlock()),
-      fRecord(fColumns.size()) {}
+      fRecord(fColumns.size()),
+      fRecordValues(&fRecord[0]) {}
 
 bool ValueRecordIterator::HasMore() {
   fAtEnd = fRecordsRead == fValues.GetRecordCount();
@@ -22,8 +23,9 @@ const MCCommon::Record* ValueRecordIterator::Next() {
   if (fNextInBlock == recordsPerBlock) ReadBlock();
 
   const double* from = fBlock.data() + fNextInBlock;
-  double* const record = &fRecord[0];  // its values lie side by side
-  for (std::size_t i = 0; i < fColumns.size(); ++i, from += recordsPerBlock) record[i] = *from;
+  for (std::size_t i = 0; i < fColumns.size(); ++i, from += recordsPerBlock) {
+    fRecordValues[i] = *from;
+  }
   ++fNextInBlock;
   ++fRecordsRead;
   return &fRecord;

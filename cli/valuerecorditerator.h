@@ -41,6 +41,7 @@ class ValueRecordIterator final : public MCCommon::RecordIterator {
   std::uint64_t fRecordsRead = 0;
   bool fAtEnd = false;
   MCCommon::Record fRecord;
+  double* const fRecordValues;  // which lie side by side
   std::exception_ptr fFailure;
 };
 

@@ -13,6 +13,8 @@
 #include "common/guard.h"
 #include "common/vectormath.h"
 #include "metadata/bindataset.h"
+#include "metadata/casebuffers.h"
+#include "metadata/loadedcases.h"
 
 using MCBinning::Log2;
 using MCBinning::MCStatus;
@@ -69,11 +71,11 @@ bool BINAlgorithm::HasCases(const std::vector<BINDataTuple>* tuples) const {
 
 MCStatus BINAlgorithm::PartitionDistinct(std::set<double>& cuts, std::vector<double>& counts,
                                          double& modelEntropy) const {
-  std::vector<double> boundaries;
-  std::vector<double> table;
-  const MCStatus status = fDataSet->CreateDistinctBinTable(fRightBorderClosed, boundaries, table);
+  MCBinning::DistinctBinTable& table = MCBinning::LoadedCases::GetBinTable(*fDataSet);
+  const MCStatus status =
+      fDataSet->CreateDistinctBinTable(fRightBorderClosed, table.boundaries, table.weights);
   if (!status.IsOK()) return status;
-  return PartitionTable(boundaries, table, cuts, counts, modelEntropy);
+  return PartitionTable(table.boundaries, table.weights, cuts, counts, modelEntropy);
 }
 
 MCStatus BINAlgorithm::PartitionCandidates(std::vector<double>& cutPoints, std::set<double>& cuts,

@@ -47,11 +47,6 @@ bool IsFreeName(const std::string& name) {
   return ::lstat(name.c_str(), &status) != 0;
 }
 
-// The code -1 and the system-missing value both say that there is no category.
-bool IsMissingTarget(double value) {
-  return MCMV::IsMissing(value) || MCBinning::ToCategoryCode(value) == -1;
-}
-
 }  // namespace
 
 BINDataPreparator::BINDataPreparator(BINVarList& variables, BINCancelInfo& cancel,
@@ -75,6 +70,7 @@ BINDataPreparator::BINDataPreparator(BINVarList& variables, BINCancelInfo& cance
       fStoredRecords(0),
       fHasWeight(variables.GetWeightIndex() >= 0 ? 1 : 0),
       fHasTarget(variables.GetTargetIndex() >= 0 ? 1 : 0),
+      fFirstSlot(nullptr),
       fNextColumn(0),
       fNameCounter(0) {
   fProcRecSize = fNumAttributes + static_cast<unsigned int>(fHasTarget + fHasWeight);
@@ -215,7 +211,7 @@ bool BINDataPreparator::PrepareRecord(const MCCommon::Record& in, const Slots& o
       slot = isMissing ? MCMV::Missing() : value;
     } else if (MCMV::IsMissing(value) || value == -1.0) {
       slot = MCMV::Missing();
-    } else if (!StoreCategory(value, column.file, slot)) {
+    } else if (!StoreCategory(value, MCBinning::ToCategoryCode(value), column.file, slot)) {
       status = MCStatus(120012, true);
       status.SetDiscreteDatum(0, static_cast<long>(column.file));
     }
@@ -223,16 +219,17 @@ bool BINDataPreparator::PrepareRecord(const MCCommon::Record& in, const Slots& o
   return true;
 }
 
+// The code -1 and the system-missing value both say that there is no category.
 bool BINDataPreparator::PrepareTarget(double value, double& slot) {
-  if (!IsMissingTarget(value)) return StoreCategory(value, 0, slot);
+  const int code = MCBinning::ToCategoryCode(value);
+  if (code != -1 && !MCMV::IsMissing(value)) return StoreCategory(value, code, 0, slot);
   slot = MCMV::Missing();
   return true;
 }
 
-bool BINDataPreparator::StoreCategory(double value, std::size_t file, double& slot) {
+bool BINDataPreparator::StoreCategory(double value, int code, std::size_t file, double& slot) {
   slot = 0.0;
   if (!fUsable[file]) return true;
-  const int code = MCBinning::ToCategoryCode(value);
   if (!MCBinning::IsCategoryCode(code)) {
     fUsable[file] = false;
     fHasStopped[file] = true;
@@ -246,7 +243,7 @@ bool BINDataPreparator::StoreCategory(double value, std::size_t file, double& sl
 }
 
 BINDataPreparator::Slots BINDataPreparator::GetNextSlots() {
-  return {fCache.GetColPtr(fNextColumn), static_cast<std::size_t>(fCache.GetNCols())};
+  return {fFirstSlot + fNextColumn, static_cast<std::size_t>(fCache.GetNCols())};
 }
 
 bool BINDataPreparator::StoreRecord(MCStatus& status) {
@@ -289,6 +286,7 @@ MCStatus BINDataPreparator::NameFiles() {
     if (!fCache.Resize(static_cast<int>(fProcRecSize), fCacheCapacity)) return MCStatus(3, false);
   }
   fCache.Flush();
+  fFirstSlot = fCache.GetRowPtr(0);
   fNextColumn = 0;
   fFiles.clear();
   fFileNames.assign(fProcRecSize, std::string());

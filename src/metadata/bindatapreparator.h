@@ -122,7 +122,7 @@ class MCBINNING_API BINDataPreparator {
   MCBinning::MCStatus ReadRecords(MCCommon::RecordIterator& source);
   bool PrepareRecord(const MCCommon::Record& in, const Slots& out, MCBinning::MCStatus& status);
   bool PrepareTarget(double value, double& slot);
-  bool StoreCategory(double value, std::size_t file, double& slot);
+  bool StoreCategory(double value, int code, std::size_t file, double& slot);
   Slots GetNextSlots();
   bool StoreRecord(MCBinning::MCStatus& status);
   void MarkUndeclaredCategories();
@@ -158,6 +158,7 @@ class MCBINNING_API BINDataPreparator {
 
   std::vector<Column> fColumns;  // the attributes, in file order
   std::vector<bool> fHasStopped;
+  double* fFirstSlot;           // in the cache
   int fNextColumn;              // of the cache: where the next record goes
   std::vector<int> fOpenFiles;  // positions of the files that still take values
   std::vector<MCBinning::TempFile> fFiles;

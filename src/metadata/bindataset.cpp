@@ -160,6 +160,7 @@ MCStatus BINDataSet::LoadSorted(unsigned int attribute, std::vector<Tuple>& tupl
 template <typename Case>
 MCStatus BINDataSet::SortAndSummarise(unsigned int attribute, std::vector<Case>& cases) {
   fMinimum = fMaximum = MCMV::Missing();
+  fBuffers->DropLargeBinTable();
   const MCStatus status = ReadCases(static_cast<unsigned int>(GetFile(attribute)), cases);
   if (!status.IsOK()) cases.clear();
   if (cases.empty()) return status;
@@ -309,7 +310,7 @@ MCStatus BINDataSet::CreateDistinctBinTable(bool rightBorderClosed, std::vector<
   // Nothing lies above the last value, and a NaN comes last.
   if (rightBorderClosed ? !(fMaximum <= DBL_MAX) : !(fMaximum < DBL_MAX)) return misfit;
   return MCBinning::Guard([&]() -> MCStatus {
-    boundaries.resize(fNumDistinctValues);
+    boundaries.assign(fNumDistinctValues, 0.0);
     table.assign(fNumDistinctValues * categoryCount, 0.0);
     double* boundary = boundaries.data();
     double* bin = table.data();

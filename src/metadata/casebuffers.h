@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <type_traits>
 #include <vector>
@@ -34,6 +35,12 @@ inline BINDataTuple ToTuple(const UnweightedCase& item) {
 
 inline EFBINDataTuple ToTuple(const UnweightedEFCase& item) { return {item.value, item.weight}; }
 
+// A bin table of one row per distinct value, with the rows' boundaries.
+struct DistinctBinTable {
+  std::vector<double> boundaries;
+  std::vector<double> weights;
+};
+
 // The unweighted cases of a data set, the buffers that cases of any kind are sorted in, and the
 // target that the cases are read with.
 class CaseBuffers {
@@ -41,6 +48,15 @@ class CaseBuffers {
   // The target of every record, or CaseCollector's kNoTarget; empty until it is read, and for
   // another target.
   std::vector<std::uint16_t>& GetTargets() { return fTargets; }
+
+  // Kept from attribute to attribute: to get and give back so much memory takes longer than to
+  // fill it.
+  DistinctBinTable& GetBinTable() { return fBinTable; }
+
+  // Lets go of a table that takes much memory.
+  void DropLargeBinTable() {
+    if (fBinTable.weights.capacity() > kMostKeptWeights) fBinTable = DistinctBinTable();
+  }
 
   // The unweighted cases that become such tuples.
   std::vector<UnweightedCase>& GetUnweighted(const std::vector<BINDataTuple>&) { return fCases; }
@@ -54,7 +70,10 @@ class CaseBuffers {
   void Sort(std::vector<UnweightedEFCase>& cases) { fEFCaseSorter.Sort(cases); }
 
  private:
+  static constexpr std::size_t kMostKeptWeights = std::size_t{4} << 20;
+
   std::vector<std::uint16_t> fTargets;
+  DistinctBinTable fBinTable;
   std::vector<UnweightedCase> fCases;
   std::vector<UnweightedEFCase> fEFCases;
   TupleSorter<BINDataTuple> fTupleSorter;

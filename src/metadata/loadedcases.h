@@ -23,6 +23,11 @@ class LoadedCases {
     return VisitEither(dataSet, dataSet.fEFTuples, visit);
   }
 
+  // Room for the table of the attribute.
+  static DistinctBinTable& GetBinTable(BINDataSet& dataSet) {
+    return dataSet.fBuffers->GetBinTable();
+  }
+
  private:
   template <typename Tuple, typename Visit>
   static auto VisitEither(BINDataSet& dataSet, std::unique_ptr<std::vector<Tuple>>& tuples,
