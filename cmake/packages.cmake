@@ -24,8 +24,9 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src)
 set(debianVersion ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
 
-set(about "mcbinning cuts numeric variables into bins: so that they tell the categories of a target\n\
-apart, by the minimum description length principle, or so that they have equal weight.\n")
+set(about "mcbinning cuts numeric variables into bins: so that they tell the\n\
+categories of a target apart, by the minimum description length principle,\n\
+or so that they have equal weight.\n")
 
 # One macro call a package; a macro, as CPack reads the variables of the whole project.
 macro(mcbinning_package component name section summary description)
@@ -44,12 +45,12 @@ set(CPACK_DEBIAN_LIBRARY_PACKAGE_SHLIBDEPS ON)
 
 mcbinning_package(
   development libmcbinning-dev libdevel "binning of numeric variables - headers and static library"
-  "This package has what programs need to be built: headers, CMake and pkg-config files.")
+  "This package has the headers, a static library, CMake and pkg-config files.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${libraryPackage} (= ${debianVersion})")
 
 mcbinning_package(
   documents mcbinning-doc doc "binning of numeric variables - documents and examples"
-  "This package has the guides, the methods with their formulas, and example programs and data.")
+  "This package has guides, the methods with their formulas, and examples.")
 set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_ARCHITECTURE all)
 
 if(TARGET mcrecords)

@@ -4,7 +4,9 @@
 # Debian's form of the change log: one entry, which points to ours.
 string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
 set(version ${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
-set(debianEntry
+string(
+  CONCAT
+  debianEntry
     "${CPACK_DEBIAN_PACKAGE_SOURCE} (${version}) unstable; urgency=medium\n\n"
     "  * Packaged by CPack; see changelog.gz for what is new.\n\n"
     " -- ${CPACK_PACKAGE_CONTACT}  ${date}\n")
