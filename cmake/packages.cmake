@@ -10,6 +10,7 @@ mcbinning_install_documents(DIRECTORY docs examples)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "mcbinning developers <mcbinning@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # every package has one of its own
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/addfiles.cmake)
 set(CPACK_DEB_COMPONENT_INSTALL ON)

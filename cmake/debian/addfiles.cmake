@@ -23,7 +23,7 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   set(documents ${root}/doc/${CPACK_DEBIAN_${key}_PACKAGE_NAME})
   configure_file(${CMAKE_CURRENT_LIST_DIR}/copyright.in ${documents}/copyright @ONLY)
   file(COPY_FILE ${CPACK_PROJECT_SOURCE_DIR}/CHANGELOG.md ${documents}/changelog)
-  file(WRITE ${documents}/changelog.Debian ${debianEntry})
+  file(WRITE ${documents}/changelog.Debian "${debianEntry}")
   file(GLOB manuals ${root}/man/man*/*)
   execute_process(COMMAND gzip -9n ${documents}/changelog ${documents}/changelog.Debian ${manuals}
                           COMMAND_ERROR_IS_FATAL ANY)
