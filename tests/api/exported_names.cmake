@@ -1,6 +1,6 @@
 # cmake -D NM=... -D LIBRARY=... -D EXPECTED=... -D ACTUAL=... -P exported_names.cmake
-# Compares the names that the library exports with those of the file EXPECTED; leaves what it found
-# in the file ACTUAL.
+# Compares the names that the library exports with those of the file EXPECTED.names; leaves what it
+# found in ACTUAL.names.
 cmake_minimum_required(VERSION 3.25)
 
 execute_process(
@@ -15,9 +15,9 @@ list(REMOVE_ITEM names "")
 list(REMOVE_DUPLICATES names)
 list(SORT names)
 list(JOIN names "\n" text)
-file(WRITE ${ACTUAL} "${text}\n")
+file(WRITE ${ACTUAL}.names "${text}\n")
 
-file(STRINGS ${EXPECTED} expectedNames)
+file(STRINGS ${EXPECTED}.names expectedNames)
 set(missing ${expectedNames})
 list(REMOVE_ITEM missing ${names})
 set(unexpected ${names})
@@ -29,5 +29,5 @@ foreach(name IN LISTS unexpected)
   message("exported, but not listed: ${name}")
 endforeach()
 if(missing OR unexpected)
-  message(FATAL_ERROR "If that is meant, copy ${ACTUAL} to ${EXPECTED}.")
+  message(FATAL_ERROR "If that is meant, copy ${ACTUAL}.names to ${EXPECTED}.names.")
 endif()
