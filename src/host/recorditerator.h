@@ -3,6 +3,7 @@
 #include "host/record.h"
 #include "host/recordsexport.h"
 
+// How a host hands over its records.
 namespace MCCommon {
 
 // The host's source of records, read forward once. The host implements it.
