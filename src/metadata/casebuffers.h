@@ -29,10 +29,12 @@ inline constexpr bool kHasTarget =
     std::is_same_v<Case, BINDataTuple> || std::is_same_v<Case, UnweightedCase>;
 
 inline BINDataTuple ToTuple(const UnweightedCase& item) {
-  return {item.value, static_cast<std::uint8_t>(item.target), item.weight};
+  return {item.value, static_cast<std::uint8_t>(item.target), UnweightedCase::weight};
 }
 
-inline EFBINDataTuple ToTuple(const UnweightedEFCase& item) { return {item.value, item.weight}; }
+inline EFBINDataTuple ToTuple(const UnweightedEFCase& item) {
+  return {item.value, UnweightedEFCase::weight};
+}
 
 // The unweighted cases of a data set, the buffers that cases of any kind are sorted in, and the
 // target that the cases are read with.
