@@ -66,7 +66,8 @@ class MCBINNING_API BINAlgorithm : public IBINAlgorithm {
                            std::vector<double>& counts, double& modelEntropy) const;
 
   // Splits rows first..last (both included) of the bin table recursively; boundary r belongs
-  // to row r. Error 120002 when the two do not go together.
+  // to row r. Error 120002 when the two do not go together. Requires 0 <= first and last below
+  // the number of rows; that is not checked, nor below.
   MCBinning::MCStatus MDLPCut(const std::vector<double>* boundaries,
                               const std::vector<double>* binTable, int first, int last,
                               std::set<double>& cuts) const;

@@ -56,6 +56,7 @@ class MCBINNING_API BINDataPreparator {
 
   // Prepares one record: `in` by variable index, `out` by file position. Warning or error
   // 120012 when a category code is out of range. A dropped record leaves zeros in `out`.
+  // Requires a position for every variable, and one for every file.
   MCBinning::MCStatus ProcessRecord(const MCCommon::Record& in, MCCommon::Record& out);
 
   // Whether the variable at a file position can be a target. Error 120013, `valid`
