@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <cstdint>
 #include <cstdio>
 
 #include "cli/binfilereader.h"
@@ -12,9 +11,9 @@
 #include "cli/csvreader.h"
 #include "cli/exitcode.h"
 #include "cli/inputstream.h"
-#include "cli/interrupt.h"
 #include "cli/missingtexts.h"
 #include "cli/progressbar.h"
+#include "cli/recordpass.h"
 #include "cli/resultselection.h"
 #include "cli/resultstream.h"
 #include "cli/usageerror.h"
@@ -24,14 +23,8 @@ namespace MCBin {
 namespace {
 
 void CopyRecords(CsvReader& reader, BinWriter& writer, ResultStream& out, ProgressBar& progress) {
-  constexpr std::uint64_t kRecordsPerUpdate = 4096;
-  std::uint64_t recordCount = 0;
-  while (!out.IsReaderGone() && reader.Next()) {
-    out.Write(writer.WriteRecord(reader));
-    if (++recordCount % kRecordsPerUpdate != 0) continue;
-    Interrupt::ThrowIfRequested();
-    progress.Update(reader.GetBytesRead());
-  }
+  RecordPass pass(reader, progress);
+  while (!out.IsReaderGone() && pass.Next()) out.Write(writer.WriteRecord(reader));
   out.Flush();
 }
 

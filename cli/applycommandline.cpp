@@ -31,8 +31,7 @@ struct RawOptions {
 
 ApplyOptions Finish(RawOptions raw) {
   ApplyOptions& apply = raw.apply;
-  if (raw.form == "label") apply.form = BinForm::kLabel;
-  if (raw.form == "woe") apply.form = BinForm::kWeightOfEvidence;
+  apply.form = ParseBinForm(raw.form);
   if (!raw.delimiter.empty()) apply.delimiter = ParseDelimiter(raw.delimiter);
   if (!raw.missingTexts.empty()) apply.missingTexts = JoinMissingTexts(raw.missingTexts);
   return apply;
@@ -44,13 +43,10 @@ void AddApplyCommand(CLI::App& app, CommandAction& action) {
   const auto raw = std::make_shared<RawOptions>();
   ApplyOptions& apply = raw->apply;
   CLI::App& command = *app.add_subcommand("apply", kHelp);
-  command.add_option("BINS", apply.binFile, "bin file; '-': stdin")->required()->type_name("");
-  command.add_option("FILE", apply.input, "CSV file with a header row; '-' or none: stdin")
-      ->type_name("");
-  command.add_option("--target", apply.target, "which target's bins, when there are several")
-      ->type_name("NAME");
-  AddChoice(command, "--as", raw->form, {"index", "label", "woe"},
-            "how a bin is written (index); woe: weight of evidence");
+  AddBinFile(command, apply.binFile);
+  AddCsvFile(command, apply.input);
+  AddTargetOfBins(command, apply.target);
+  AddBinForm(command, raw->form);
   CLI::Option* const suffix =
       command.add_option("--suffix", apply.suffix, "of the new columns' names (_bin)")
           ->type_name("TEXT");

@@ -14,7 +14,7 @@ namespace MCBin {
 
 // The bins of one attribute: against one target, or without target (equal-frequency).
 struct AttributeBins {
-  std::size_t attribute;              // in BinModel::attributes
+  std::size_t attribute = 0;          // in BinModel::attributes
   std::optional<std::size_t> target;  // in BinModel::targets
   MCBinning::MCStatus status;
 

@@ -45,8 +45,8 @@ class Selection {
     std::vector<std::string> notes;
     for (std::size_t position = 0; position < fKinds.size(); ++position) {
       const bool described =
-          fKinds[position] != KindRequest::kDetect || fMissing.count(position) != 0;
-      if (!described || fUses.count(position) != 0) continue;
+          fKinds[position] != KindRequest::kDetect || fMissing.contains(position);
+      if (!described || fUses.contains(position)) continue;
       notes.push_back(
           fmt::format("column {} is described by an option but not among "
                       "--attributes: it is not read",

@@ -35,6 +35,29 @@ void AddNumber(CLI::App& command, const std::string& flag, double& value, double
       ->type_name(typeName);
 }
 
+void AddBinFile(CLI::App& command, std::string& path) {
+  command.add_option("BINS", path, "bin file; '-': stdin")->required()->type_name("");
+}
+
+void AddCsvFile(CLI::App& command, std::string& path) {
+  command.add_option("FILE", path, "CSV file with a header row; '-' or none: stdin")->type_name("");
+}
+
+void AddTargetOfBins(CLI::App& command, std::optional<std::string>& target) {
+  command.add_option("--target", target, "which target's bins, when there are several")
+      ->type_name("NAME");
+}
+
+void AddBinForm(CLI::App& command, std::string& form) {
+  AddChoice(command, "--as", form, {"index", "label", "woe"},
+            "how a bin is written (index); woe: weight of evidence");
+}
+
+BinForm ParseBinForm(const std::string& form) {
+  if (form == "label") return BinForm::kLabel;
+  return form == "woe" ? BinForm::kWeightOfEvidence : BinForm::kIndex;
+}
+
 void AddMissingTexts(CLI::App& command, std::vector<std::string>& texts) {
   AddList(command, "--na", texts, "TEXTS",
           "texts that mean missing, beside the empty field (as in the bin file)");

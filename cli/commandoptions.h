@@ -2,8 +2,11 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "cli/applyoptions.h"
 
 namespace MCBin {
 
@@ -22,6 +25,17 @@ void AddChoice(CLI::App& command, const std::string& flag, std::string& value,
 // A number from `least` to `most`; NaN is refused.
 void AddNumber(CLI::App& command, const std::string& flag, double& value, double least, double most,
                const std::string& typeName, const std::string& help);
+
+// The file that a command reads: a bin file, or a CSV file.
+void AddBinFile(CLI::App& command, std::string& path);
+void AddCsvFile(CLI::App& command, std::string& path);
+
+// --target of a command that reads a bin file.
+void AddTargetOfBins(CLI::App& command, std::optional<std::string>& target);
+
+// --as, and what its value means.
+void AddBinForm(CLI::App& command, std::string& form);
+BinForm ParseBinForm(const std::string& form);
 
 // --na and --delimiter of a command that takes both from a bin file otherwise.
 void AddMissingTexts(CLI::App& command, std::vector<std::string>& texts);

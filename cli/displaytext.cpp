@@ -21,10 +21,10 @@ CodePoint FirstCodePoint(std::string_view text) {
   if (first < 0x80) return {first, 1};
   const std::size_t bytes = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
   if (first < 0xC2 || first > 0xF4 || text.size() < bytes) return {0, 0};
-  std::uint32_t value = first & (0x7Fu >> bytes);
+  std::uint32_t value = first & (0x7FU >> bytes);
   for (std::size_t i = 1; i < bytes; ++i) {
-    if ((byteAt(i) & 0xC0u) != 0x80u) return {0, 0};
-    value = (value << 6) | (byteAt(i) & 0x3Fu);
+    if ((byteAt(i) & 0xC0U) != 0x80U) return {0, 0};
+    value = (value << 6) | (byteAt(i) & 0x3FU);
   }
   const bool overlong = (bytes == 3 && value < 0x800) || (bytes == 4 && value < 0x10000);
   const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
@@ -88,7 +88,7 @@ std::string PrintableText(std::string_view text) {
 
 std::string ElideText(std::string_view text, std::size_t width) {
   const std::size_t longestNeeded = 4 * (width + 1);  // bytes of a code point
-  const std::string printable = PrintableText(text.substr(0, longestNeeded));
+  std::string printable = PrintableText(text.substr(0, longestNeeded));
   if (text.size() <= longestNeeded && DisplayWidth(printable) <= width) return printable;
 
   std::string_view left = printable;

@@ -40,11 +40,9 @@ void AddEvaluateCommand(CLI::App& app, CommandAction& action) {
   const auto raw = std::make_shared<RawOptions>();
   EvaluateOptions& evaluate = raw->evaluate;
   CLI::App& command = *app.add_subcommand("evaluate", kHelp);
-  command.add_option("BINS", evaluate.binFile, "bin file; '-': stdin")->required()->type_name("");
-  command.add_option("FILE", evaluate.input, "CSV file with a header row; '-' or none: stdin")
-      ->type_name("");
-  command.add_option("--target", evaluate.target, "which target's bins, when there are several")
-      ->type_name("NAME");
+  AddBinFile(command, evaluate.binFile);
+  AddCsvFile(command, evaluate.input);
+  AddTargetOfBins(command, evaluate.target);
   CLI::Option* const weight =
       command.add_option("--weight", evaluate.weight, "column of weights (as in the bin file)")
           ->type_name("NAME");

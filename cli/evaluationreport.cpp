@@ -31,10 +31,6 @@ std::string MeasureCell(const std::optional<double>& measure) {
   return FormatFixed(*measure, 4);
 }
 
-std::string ShareCell(double weight, double total) {
-  return total > 0.0 ? FormatShare(weight / total) : "-";
-}
-
 // One result of the bin file beside its recount.
 class Comparison {
  public:
@@ -56,7 +52,7 @@ class Comparison {
       cells.push_back(MeasureCell(fFile.informationGain));
       cells.push_back(MeasureCell(fData.informationGain));
     }
-    cells.push_back(HasSameCounts(fFile, fData) ? "equal" : "differ");
+    cells.emplace_back(HasSameCounts(fFile, fData) ? "equal" : "differ");
     return cells;
   }
 
@@ -153,7 +149,7 @@ class Comparison {
     std::vector<std::string> cells = {
         ElideText(BinLabel(fAttribute, fFile.cutPoints, bin, rightClosed), kIntervalWidth),
         FormatNumber(fileWeight), FormatNumber(dataWeight),
-        ShareCell(fileWeight, fFile.validWeight), ShareCell(dataWeight, fData.validWeight)};
+        FormatShareOf(fileWeight, fFile.validWeight), FormatShareOf(dataWeight, fData.validWeight)};
     if (HasClassColumns()) {
       for (std::size_t code = 0; code < fTarget->GetCategoryCount(); ++code) {
         cells.push_back(FormatNumber(ClassWeightOf(fFile, bin, code)));

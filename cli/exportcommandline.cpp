@@ -33,8 +33,7 @@ ExportOptions Finish(RawOptions raw, bool dialectGiven) {
   ExportOptions& exported = raw.exported;
   if (raw.format == "pmml") exported.format = ExportFormat::kPmml;
   if (raw.format == "python") exported.format = ExportFormat::kPython;
-  if (raw.form == "label") exported.form = BinForm::kLabel;
-  if (raw.form == "woe") exported.form = BinForm::kWeightOfEvidence;
+  exported.form = ParseBinForm(raw.form);
   const bool isSql = exported.format == ExportFormat::kSql;
   if (isSql && exported.table.empty()) {
     throw UsageError("--format sql needs --table, the table to read from");
@@ -51,16 +50,14 @@ void AddExportCommand(CLI::App& app, CommandAction& action) {
   const auto raw = std::make_shared<RawOptions>();
   ExportOptions& exported = raw->exported;
   CLI::App& command = *app.add_subcommand("export", kHelp);
-  command.add_option("BINS", exported.binFile, "bin file; '-': stdin")->required()->type_name("");
+  AddBinFile(command, exported.binFile);
   AddChoice(command, "--format", raw->format, {"sql", "pmml", "python"}, "what to write");
   command.get_option("--format")->required();
   AddChoice(command, "--dialect", exported.dialect, SqlDialectNames(), "of SQL (ansi)");
   command.add_option("--table", exported.table, "of SQL: the table, or SCHEMA.TABLE")
       ->type_name("NAME");
-  command.add_option("--target", exported.target, "which target's bins, when there are several")
-      ->type_name("NAME");
-  AddChoice(command, "--as", raw->form, {"index", "label", "woe"},
-            "how a bin is written (index); woe: weight of evidence");
+  AddTargetOfBins(command, exported.target);
+  AddBinForm(command, raw->form);
   command.add_option("--suffix", exported.suffix, "of the new columns' names (_bin)")
       ->type_name("TEXT");
   command.add_option("--missing-as", exported.missingText, "for a missing value (NULL, missing)")

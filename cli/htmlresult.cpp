@@ -222,8 +222,8 @@ std::string HtmlMeasure(const std::optional<double>& measure) {
   return negative ? "−" + text : text;
 }
 
-std::string HtmlShare(double weight, double total) {
-  return total > 0.0 ? FormatShare(weight / total) : "–";
+std::string HtmlShare(double part, double whole) {
+  return whole > 0.0 ? FormatShare(part / whole) : "–";
 }
 
 std::string HtmlStatus(const MCBinning::MCStatus& status) {

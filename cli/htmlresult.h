@@ -23,7 +23,7 @@ std::string RenderHtmlResult(const BinModel& model, std::size_t result, const Ht
 std::string HtmlMeasure(const std::optional<double>& measure);
 
 // A weight's share of a total; "–" without total.
-std::string HtmlShare(double weight, double total);
+std::string HtmlShare(double part, double whole);
 
 // What a report says about a status that is not OK.
 std::string HtmlStatus(const MCBinning::MCStatus& status);

@@ -8,8 +8,8 @@
 
 #include "cli/displaytext.h"
 #include "cli/inputerror.h"
-#include "cli/interrupt.h"
 #include "cli/number.h"
+#include "cli/recordpass.h"
 
 namespace MCBin {
 
@@ -93,8 +93,6 @@ void CheckRecordsLeft(const std::string& name, const InputScan& scan) {
 InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& requests,
                     IBINVariable::BINWRoundingOption rounding, const MissingTexts& missingTexts,
                     const std::string& directory, ProgressBar& progress) {
-  constexpr std::uint64_t kRecordsPerUpdate = 4096;
-
   InputScan scan;
   scan.columns = std::vector<ColumnScan>(requests.begin(), requests.end());
   MakeValueFile(requests, directory, scan);
@@ -105,13 +103,9 @@ InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& request
   if (weight != requests.end()) weights.emplace(*weight, rounding, missingTexts);
 
   RecordScan record(reader, requests, missingTexts, scan);
-  while (reader.Next()) {
-    if (scan.recordCount++ % kRecordsPerUpdate == 0) {
-      Interrupt::ThrowIfRequested();
-      progress.Update(reader.GetBytesRead());
-    }
-    record.Add(!weights || weights->Check(reader));
-  }
+  RecordPass pass(reader, progress);
+  while (pass.Next()) record.Add(!weights || weights->Check(reader));
+  scan.recordCount = pass.GetRecordCount();
   if (weights) scan.dropped = weights->GetDropped();
   CheckRecordsLeft(reader.GetName(), scan);
   scan.values->Finish();

@@ -7,7 +7,8 @@
 #include "cli/commandline.h"
 #include "cli/shellfiles.h"
 
-int main(int argc, char** argv) {
+// What is thrown ends the build.
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   if (argc != 2) {
     std::cerr << "usage: mcbin_shellfiles DIRECTORY\n";
     return 2;

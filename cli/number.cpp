@@ -65,4 +65,8 @@ std::string FormatFixed(double value, int decimals) {
 
 std::string FormatShare(double share) { return FormatFixed(100.0 * share, 1) + "%"; }
 
+std::string FormatShareOf(double part, double whole) {
+  return whole > 0.0 ? FormatShare(part / whole) : "-";
+}
+
 }  // namespace MCBin

@@ -32,4 +32,7 @@ std::string FormatFixed(double value, int decimals);
 // A share of 1 as a percentage with one decimal: 0.333 is "33.3%".
 std::string FormatShare(double share);
 
+// The same of a part of a whole; "-" when the whole is nothing.
+std::string FormatShareOf(double part, double whole);
+
 }  // namespace MCBin

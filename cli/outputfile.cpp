@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -37,6 +38,8 @@ OutputFile::OutputFile(const std::string& path) : fPath(path) {
   fFile.Reset(open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
   if (!fFile.IsOpen()) Fail("cannot write it");
   fTemporaryPath = temporary;
+  // As private as the file that it replaces.
+  if (fs::exists(status)) fchmod(fFile.Get(), static_cast<mode_t>(status.permissions()));
 }
 
 OutputFile::~OutputFile() {

@@ -11,7 +11,8 @@ namespace MCBin {
 // same directory and renamed at the end.
 //
 // An object that dies before Commit() leaves nothing behind and an older file of that
-// name as it was. What is no regular file (a device, a named pipe) is written directly.
+// name as it was; one that it replaces hands on its permissions. What is no regular file
+// (a device, a named pipe) is written directly.
 class OutputFile {
  public:
   // Throws InputError when the file cannot be made, so that a run fails before its work.

@@ -3,13 +3,14 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <stdlib.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string_view>

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -20,7 +21,7 @@ bool IsTerminal() {
 }
 
 std::string FormatDuration(double seconds) {
-  const auto whole = static_cast<long>(std::min(seconds, 359999.0) + 0.5);
+  const long whole = std::lround(std::min(seconds, 359999.0));
   if (whole < 3600) return fmt::format("{}:{:02}", whole / 60, whole % 60);
   return fmt::format("{}:{:02}:{:02}", whole / 3600, whole / 60 % 60, whole % 60);
 }

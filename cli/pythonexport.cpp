@@ -60,6 +60,7 @@ std::string PythonValue(const BinValue& value, BinForm form) {
 template <typename Values, typename Format>
 std::string PythonList(const Values& values, Format format) {
   std::vector<std::string> literals;
+  literals.reserve(values.size());
   for (const auto& value : values) literals.push_back(format(value));
   return fmt::format("[{}]", fmt::join(literals, ", "));
 }

@@ -9,7 +9,7 @@
 #include "cli/binlookup.h"
 #include "cli/binstatistics.h"
 #include "cli/fieldcoder.h"
-#include "cli/interrupt.h"
+#include "cli/recordpass.h"
 
 namespace MCBin {
 
@@ -127,23 +127,18 @@ class Counter {
 Recount CountAgain(const BinModel& model, const std::vector<std::size_t>& results,
                    const ColumnNames& names, const RecountWeight& weight,
                    const MissingTexts& missingTexts, CsvReader& reader, ProgressBar& progress) {
-  constexpr std::uint64_t kRecordsPerUpdate = 4096;
   constexpr double kUnweighted = 1.0;
 
   Counter counter(model, results, names, missingTexts);
   std::optional<WeightCheck> weights;
   if (weight.column != nullptr) weights.emplace(*weight.column, weight.rounding, missingTexts);
-  std::uint64_t recordCount = 0;
-  while (reader.Next()) {
-    if (recordCount++ % kRecordsPerUpdate == 0) {
-      Interrupt::ThrowIfRequested();
-      progress.Update(reader.GetBytesRead());
-    }
+  RecordPass pass(reader, progress);
+  while (pass.Next()) {
     const std::optional<double> recordWeight = weights ? weights->Check(reader) : kUnweighted;
     if (recordWeight) counter.Add(reader, *recordWeight);
   }
   Recount recount = counter.Finish();
-  recount.recordCount = recordCount;
+  recount.recordCount = pass.GetRecordCount();
   if (weights) recount.dropped = weights->GetDropped();
   return recount;
 }

@@ -27,7 +27,7 @@ constexpr double kLargestAdjustment = 1e6;
 void AddReportCommand(CLI::App& app, CommandAction& action) {
   const auto report = std::make_shared<ReportOptions>();
   CLI::App& command = *app.add_subcommand("report", kHelp);
-  command.add_option("BINS", report->binFile, "bin file; '-': stdin")->required()->type_name("");
+  AddBinFile(command, report->binFile);
   command.add_option("-o,--output", report->output, "the page; '-' or none: stdout")
       ->type_name("FILE");
   AddNumber(command, "--woe-adjust", report->evidenceAdjustment, 0.0, kLargestAdjustment, "WEIGHT",

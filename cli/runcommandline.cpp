@@ -45,8 +45,7 @@ struct RawOptions {
 };
 
 void AddInputOptions(CLI::App& command, RawOptions& raw) {
-  command.add_option("FILE", raw.run.input, "CSV file with a header row; '-' or none: stdin")
-      ->type_name("");
+  AddCsvFile(command, raw.run.input);
   AddList(command, "--attributes", raw.attributes, "NAMES",
           "columns to bin (default: every continuous column)");
   AddList(command, "--categorical", raw.categorical, "NAMES",

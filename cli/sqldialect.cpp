@@ -117,6 +117,7 @@ constexpr std::array<SqlDialect, 6> kDialects = {{
 
 std::vector<std::string> SqlDialectNames() {
   std::vector<std::string> names;
+  names.reserve(kDialects.size());
   for (const SqlDialect& dialect : kDialects) names.emplace_back(dialect.name);
   return names;
 }

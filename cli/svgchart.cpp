@@ -252,7 +252,7 @@ class BinChartWriter {
         if (weight > 0.0) {
           const std::string x = Coord(BinCentre(bin));
           const std::string y = Coord(fShares.Y(fChart.bins[bin].parts[line] / weight));
-          path += (penDown ? "L" : "M") + x + " " + y;
+          path += fmt::format("{}{} {}", penDown ? 'L' : 'M', x, y);
           marks += fmt::format("<circle class=\"k{}\" cx=\"{}\" cy=\"{}\" r=\"3\"/>", line, x, y);
         }
         penDown = weight > 0.0;

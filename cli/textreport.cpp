@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/binlookup.h"
 #include "cli/binstatistics.h"
 #include "cli/displaytext.h"
 #include "cli/intervaltext.h"
@@ -49,21 +50,13 @@ std::string GainCell(const AttributeBins& bins) {
   return bins.informationGain ? FormatFixed(*bins.informationGain, 4) : "-";
 }
 
-std::string ShareOf(double weight, double total) {
-  return total > 0.0 ? FormatShare(weight / total) : "-";
-}
-
 // The categories whose codes lie in a bin, for attributes that are binned by code.
 std::string CategoriesCell(const VariableInfo& attribute, const AttributeBins& bins,
                            std::size_t bin, bool rightClosed) {
   constexpr std::size_t kCategoriesWidth = 60;
   std::string text;
   for (std::size_t code = 0; code < attribute.GetCategoryCount(); ++code) {
-    const auto value = static_cast<double>(code);
-    const auto& cuts = bins.cutPoints;
-    const auto cut = rightClosed ? std::lower_bound(cuts.begin(), cuts.end(), value)
-                                 : std::upper_bound(cuts.begin(), cuts.end(), value);
-    if (static_cast<std::size_t>(cut - cuts.begin()) != bin) continue;
+    if (FindBin(bins.cutPoints, static_cast<double>(code), rightClosed) != bin) continue;
     text += (text.empty() ? "" : ", ") + attribute.GetLabel(code);
     if (text.size() > 4 * kCategoriesWidth) break;
   }
@@ -84,7 +77,7 @@ std::string LargestClassesCell(const VariableInfo& target, const std::vector<dou
   for (std::size_t i = 0; i < codes.size() && i < kMostNamed; ++i) {
     text += fmt::format("{}{} {} ({})", i == 0 ? "" : ", ",
                         ElideText(target.GetLabel(codes[i]), kLabelWidth),
-                        FormatNumber(weights[codes[i]]), ShareOf(weights[codes[i]], total));
+                        FormatNumber(weights[codes[i]]), FormatShareOf(weights[codes[i]], total));
   }
   if (codes.size() > kMostNamed) text += fmt::format(", {} more", codes.size() - kMostNamed);
   return text;
@@ -140,7 +133,7 @@ class BinTable {
   void AddRow(std::string name, double weight, const std::vector<double>& classWeights,
               std::string categories) {
     std::vector<std::string> cells = {std::move(name), FormatNumber(weight),
-                                      ShareOf(weight, fBins.validWeight)};
+                                      FormatShareOf(weight, fBins.validWeight)};
     if (HasClassColumns()) {
       for (std::size_t code = 0; code < classWeights.size(); ++code) {
         cells.push_back(FormatNumber(classWeights[code]));
@@ -154,7 +147,7 @@ class BinTable {
   }
 
   std::string ClassShareCell(std::size_t code, double classWeight, double weight) const {
-    const std::string share = ShareOf(classWeight, weight);
+    std::string share = FormatShareOf(classWeight, weight);
     if (!fStyle.bars) return share;
     return share + " " +
            ShareBar(weight > 0.0 ? classWeight / weight : 0.0, kBarWidth, code, fStyle);

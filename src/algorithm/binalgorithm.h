@@ -66,7 +66,8 @@ class MCBINNING_API BINAlgorithm : public IBINAlgorithm {
                            std::vector<double>& counts, double& modelEntropy) const;
 
   // Splits rows first..last (both included) of the bin table recursively; boundary r belongs
-  // to row r. Error 120002 when the two do not go together.
+  // to row r. Error 120002 when the two do not go together. Requires 0 <= first and last below
+  // the number of rows; that is not checked, nor below.
   MCBinning::MCStatus MDLPCut(const std::vector<double>* boundaries,
                               const std::vector<double>* binTable, int first, int last,
                               std::set<double>& cuts) const;
@@ -77,17 +78,17 @@ class MCBINNING_API BINAlgorithm : public IBINAlgorithm {
   int FindBestCutPoint(const std::vector<double>* binTable, int first, int last,
                        std::vector<double>* left, std::vector<double>* right) const;
 
-  // Of a category weight vector, in bits; 0 when the total is 0.
+  // The class entropy of a category weight vector, in bits; 0 when the total is 0.
   double Entropy(const std::vector<double>* weights) const;
 
   // The mean entropy of two sides, by weight.
   double ComputeEntropy(const std::vector<double>* left, const std::vector<double>* right) const;
 
-  // What a split costs to describe beyond its position.
+  // What a split costs to describe beyond its position, in bits.
   double ComputeDelta(const std::vector<double>* left, const std::vector<double>* right,
                       double parentEntropy) const;
 
-  // The entropy of bins over the total weight of the pair's valid cases.
+  // The entropy of bins over the total weight of the pair's valid cases, in bits.
   void ComputeModelEntropy(const std::vector<double>& counts, double& modelEntropy) const;
 
   // Merges every bin between two others that weighs less than the settings' share of the

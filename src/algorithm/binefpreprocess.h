@@ -20,6 +20,8 @@ class MCBINNING_API BINEFPreProcess {
   // At least 1 bin. With the right border closed a bin holds its upper cut point, otherwise
   // its lower one.
   BINEFPreProcess(int nBins, bool rightBorderClosed);
+
+  // A copy keeps the same tuples, which stay the caller's.
   BINEFPreProcess(const BINEFPreProcess&) = default;
   BINEFPreProcess& operator=(const BINEFPreProcess&) = default;
   virtual ~BINEFPreProcess();
@@ -55,6 +57,7 @@ class MCBINNING_API BINEFPreProcess {
                        double percent, unsigned int& position, double& cumulativeWeight,
                        double& previousCumulativeWeight, const double& totalWeight);
 
+  // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 
  private:

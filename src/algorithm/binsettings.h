@@ -14,6 +14,7 @@ class ProgressListener;
 // old value. The number of bins must be set: a run with the default fails with 120009.
 class MCBINNING_API BINSettings {
  public:
+  // The defaults that stand with the setters.
   BINSettings();
 
   // Told about progress; null for nobody. Stays the host's and must outlive its use.
@@ -62,6 +63,7 @@ class MCBINNING_API BINSettings {
   // number of bins: not the host's objects, the directory or the small bin threshold.
   bool operator==(const BINSettings& other) const;
 
+  // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 
  private:

@@ -27,6 +27,7 @@ class MCBINNING_API EFBINFactory {
   // How the last creation went.
   MCBinning::MCStatus GetStatus() const;
 
+  // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 
  private:

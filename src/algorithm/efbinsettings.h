@@ -14,6 +14,7 @@ class ProgressListener;
 // old value. The number of bins must be set: a run with the default fails with 120009.
 class MCBINNING_API EFBINSettings {
  public:
+  // The defaults that stand with the setters.
   EFBINSettings();
 
   // Told about progress; null for nobody. Stays the host's and must outlive its use.
@@ -51,6 +52,7 @@ class MCBINNING_API EFBINSettings {
   // objects or the directory.
   bool operator==(const EFBINSettings& other) const;
 
+  // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 
  private:

@@ -17,12 +17,14 @@ class ProgressListener;
 // Supervised binning of attributes against categorical targets. BINFactory makes it; the
 // host deletes it.
 //
-//   Records    are read once, by the first CreateBins(); their values wait in temporary files
-//              until this object is deleted.
-//   Threads    one object belongs to one thread, but Cancel() may be called from any.
-//              Different objects share nothing.
-//   Exceptions none leaves an operation that returns a status: memory that ran out is error
-//              3, anything else that a host's object has thrown error 1.
+//   Records     are read once, by the first CreateBins(); their values wait in temporary
+//               files until this object is deleted.
+//   Cost        the cases of one attribute are in memory at a time; each is read and sorted
+//               in linear time.
+//   Threads     one object belongs to one thread, but Cancel() may be called from any.
+//               Different objects share nothing.
+//   Exceptions  none leaves an operation that returns a status: memory that ran out is error
+//               3, anything else that a host's object has thrown error 1.
 class MCBINNING_API IBINAlgorithm {
  public:
   virtual ~IBINAlgorithm();
@@ -64,8 +66,10 @@ class MCBINNING_API IBINAlgorithm {
   // The last status of a pair that was not OK, over every run so far; error 1 once cancelled.
   virtual MCBinning::MCStatus GetStatus() = 0;
 
+  // The copy that was made at creation.
   virtual const BINSettings& GetSettings() const = 0;
 
+  // Writes a readable dump of all that this object has, the results included.
   virtual void Display(std::ostream& os) const = 0;
 
   // The copy that was made at creation.

@@ -17,7 +17,7 @@ class ProgressListener;
 // Equal-frequency binning of attributes, without a target. EFBINFactory makes it; the host
 // deletes it.
 //
-// Records, threads and exceptions are as with IBINAlgorithm.
+// Records, cost, threads and exceptions are as with IBINAlgorithm.
 class MCBINNING_API IEFBINAlgorithm {
  public:
   virtual ~IEFBINAlgorithm();
@@ -56,8 +56,10 @@ class MCBINNING_API IEFBINAlgorithm {
   // cancelled.
   virtual MCBinning::MCStatus GetStatus() = 0;
 
+  // The copy that was made at creation.
   virtual const EFBINSettings& GetSettings() const = 0;
 
+  // Writes a readable dump of all that this object has, the results included.
   virtual void Display(std::ostream& os) const = 0;
 
   // The copy that was made at creation.

@@ -21,11 +21,13 @@ class MCBINNING_API BINCancelInfo {
   // Cancels for good.
   void SetCancel();
 
+  // Replaces the query, which stays the host's; null for none.
   void SetCancelPtr(MCQueryCancel* query);
 
   // Whether the run is cancelled; asks the query, once, unless it already is.
   bool IsCancel();
 
+  // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 
  private:

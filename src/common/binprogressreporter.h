@@ -19,6 +19,7 @@ class MCBINNING_API BINProgressReporter : public ProgressReport {
   // `elapsedTime` in seconds.
   void SetValues(unsigned int index, double elapsedTime);
 
+  // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 
  private:

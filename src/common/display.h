@@ -16,8 +16,9 @@ MCBINNING_API std::ostream& DisplayB(std::ostream& os, const std::string& label,
 MCBINNING_API std::ostream& DisplayD(std::ostream& os, const std::string& label,
                                      const std::vector<double>& values);
 
-// A map prints a line "<tab>key -> value" per entry after the label's line; a matrix (a
-// vector of rows) a line per row, every value with a tab before it.
+// After a line with the label and a colon, a map prints a line per entry (a tab, the key, an
+// arrow and the value), a matrix, which is a vector of rows, a line per row with a tab before
+// every value.
 MCBINNING_API std::ostream& DisplayMI(std::ostream& os, const std::string& label,
                                       const std::map<int, int>& values);
 MCBINNING_API std::ostream& DisplayMI(std::ostream& os, const std::string& label,

@@ -2,6 +2,7 @@
 
 #include "common/export.h"
 
+// Values and helpers of mcbinning that are not named for binning themselves.
 namespace MCBinning {
 
 // The outcome of an operation: a code, its severity, and details.
@@ -17,7 +18,10 @@ class MCBINNING_API MCStatus {
   // A warning when `warning` is true, an error otherwise, whatever the code; all data 0.
   MCStatus(long code, bool warning);
 
+  // One of docs/status-codes.md; 0 means that nothing is to be told.
   long GetErrorCode() const { return errorCode; }
+
+  // The severity: exactly one of the three is true.
   bool IsOK() const { return severity == 0; }
   bool IsError() const { return severity < 0; }
   bool IsWarning() const { return severity > 0; }

@@ -11,5 +11,6 @@ class MCBINNING_API ProgressListener {
  public:
   virtual ~ProgressListener();
 
+  // `report` lives as long as the call, and the run waits for its return.
   virtual void ReportProgress(ProgressReport& report) = 0;
 };

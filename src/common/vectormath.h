@@ -7,15 +7,14 @@
 
 namespace MCBinning {
 
-// Arithmetic over vectors of doubles, every sum taken from the first element to the last.
-
 // Makes `to` equal to `from`, reusing the storage of `to` where it suffices.
 MCBINNING_API void VectorCopy(const std::vector<double>& from, std::vector<double>& to);
 
-// Euclidean norm of a - b. Requires a.size() == b.size().
+// Euclidean norm of a - b, summed from the first element to the last. Requires
+// a.size() == b.size().
 MCBINNING_API double VectorDiffNorm(const std::vector<double>& a, const std::vector<double>& b);
 
-// Sum of a[i] * b[i]. Requires a.size() == b.size().
+// Sum of a[i] * b[i], from the first element to the last. Requires a.size() == b.size().
 MCBINNING_API double VectorDotProduct(const std::vector<double>& a, const std::vector<double>& b);
 
 // The largest element; minus infinity for an empty vector.

@@ -12,7 +12,7 @@ namespace MCCommon {
 // Records held in memory and handed out in order: for tests and for hosts with little data.
 class MCRECORDS_API InMemoryRecordIterator : public RecordIterator {
  public:
-  // An iterator over no records.
+  // Over no records, or over a copy of `records`.
   InMemoryRecordIterator();
   explicit InMemoryRecordIterator(const std::vector<Record>& records);
   ~InMemoryRecordIterator() override;

@@ -3,6 +3,7 @@
 #include "host/record.h"
 #include "host/recordsexport.h"
 
+// How a host hands over its records.
 namespace MCCommon {
 
 // The host's source of records, read forward once. The host implements it.
@@ -18,7 +19,8 @@ class MCRECORDS_API RecordIterator {
 
   // The next record, or null for a record that is to be passed over. The record stays
   // the iterator's and must live until the next call. Position i holds the value of the
-  // variable with index i in the variable list.
+  // variable with index i in the variable list; a record with fewer positions than the list
+  // has variables must not be given, which is not checked.
   virtual const Record* Next() = 0;
 };
 

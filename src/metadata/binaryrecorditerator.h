@@ -23,10 +23,11 @@ class MCBINNING_API BinaryRecordIterator {
 
   // Consecutive values of the file.
   struct Block {
-    const double* values;
-    std::size_t count;
+    const double* values;  // stays the iterator's
+    std::size_t count;     // of values
   };
 
+  // Opens the file and reads the first block.
   explicit BinaryRecordIterator(const std::string& fileName);
   BinaryRecordIterator(const BinaryRecordIterator&) = delete;
   BinaryRecordIterator& operator=(const BinaryRecordIterator&) = delete;
@@ -38,6 +39,7 @@ class MCBINNING_API BinaryRecordIterator {
   // The next value; 0.0 once there is none.
   virtual double Next();
 
+  // A State.
   virtual int GetFailReason() const;
 
   // Starts again at the first value. Returns the new state; a file that could not be opened
@@ -54,6 +56,7 @@ class MCBINNING_API BinaryRecordIterator {
   // The open file, or -1.
   int GetFileDescriptor() const;
 
+  // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 
  private:

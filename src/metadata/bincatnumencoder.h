@@ -50,6 +50,7 @@ class MCBINNING_API BINCatNumEncoder : public IBINEncoder {
   // Takes numeric definitions. A value declared missing after it was encoded keeps its
   // code, but is coded -1 from then on.
   bool SetUserMissingInfo(IBINUserMissing* userMissing) override;
+
   IBINUserMissing* GetUserMissingInfo() const override;
 
   IBINEncoder* Clone() const override;

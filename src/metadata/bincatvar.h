@@ -32,6 +32,7 @@ class MCBINNING_API BINCatVar : public IBINVariable {
 
   // Takes what the encoder takes: numeric or string definitions.
   bool SetUserMissingInfo(IBINUserMissing* userMissing) override;
+
   IBINUserMissing* GetUserMissingInfo() const override;
 
   IBINVariable* Clone() const override;

@@ -11,6 +11,7 @@
 // categories.
 class MCBINNING_API BINContVar : public IBINVariable {
  public:
+  // Any role is stored. No value is user-missing yet.
   BINContVar(const std::string& name, const std::string& label, VariableRole role);
 
   // Copies are deep, the user-missing definition included.
@@ -29,6 +30,7 @@ class MCBINNING_API BINContVar : public IBINVariable {
 
   // Takes numeric definitions.
   bool SetUserMissingInfo(IBINUserMissing* userMissing) override;
+
   IBINUserMissing* GetUserMissingInfo() const override;
 
   IBINVariable* Clone() const override;

@@ -12,6 +12,7 @@
 // Positions out of range are answered by false, null, 0 or the system-missing value.
 class MCBINNING_API BINDataCache {
  public:
+  // Whether some row is full.
   enum CacheStatus { CacheNotFull = 0, CacheFull = 2 };
 
   // No rows, no columns.
@@ -24,15 +25,18 @@ class MCBINNING_API BINDataCache {
   // not keep their position: Flush() before filling the rows anew.
   bool Resize(int rows, int cols);
 
+  // Flush() and Resize() set it back; storing a status changes no values.
   CacheStatus GetStatus() const { return fStatus; }
   void SetStatus(CacheStatus status) { fStatus = status; }
 
   // True when some row is full: the cache is ready to be written out.
   bool IsAvailable() { return fStatus == CacheFull; }
 
+  // The dimensions.
   int GetNRows() const { return fRows; }
   int GetNCols() const { return fCols; }
 
+  // One value, whatever the fill count of its row, which stays as it is.
   double GetElem(int row, int col) const;
   bool SetElem(int row, int col, double value);
 
@@ -61,6 +65,7 @@ class MCBINNING_API BINDataCache {
   // Empties every row. The values stay readable.
   void Flush();
 
+  // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 
  private:

@@ -56,6 +56,7 @@ class MCBINNING_API BINDataPreparator {
 
   // Prepares one record: `in` by variable index, `out` by file position. Warning or error
   // 120012 when a category code is out of range. A dropped record leaves zeros in `out`.
+  // Requires a position for every variable, and one for every file.
   MCBinning::MCStatus ProcessRecord(const MCCommon::Record& in, MCCommon::Record& out);
 
   // Whether the variable at a file position can be a target. Error 120013, `valid`
@@ -70,8 +71,15 @@ class MCBINNING_API BINDataPreparator {
   // the meantime is left alone: the file takes the next free one. Errors: 120021, and 1.
   MCBinning::MCStatus TransferData();
 
+  // OK unless a whole pass ended because no file name was found, because the list names another
+  // target or weight than the one with that role, or cancelled after the last record. Other
+  // errors are only returned.
   MCBinning::MCStatus GetStatus() const { return fStatus; }
+
+  // The caller's own list.
   const BINVarList& GetVarList() const { return fVarList; }
+
+  // By file position; empty before SetUpTempFiles().
   const std::vector<std::string>& GetFileNames() const { return fFileNames; }
 
   // The file position of every variable, -1 for one without a role.
@@ -94,6 +102,7 @@ class MCBINNING_API BINDataPreparator {
   // per stored record. Requires a valid file position.
   bool IsWhole(int file, int descriptor) const;
 
+  // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 
  private:

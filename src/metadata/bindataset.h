@@ -23,13 +23,13 @@ class LoadedCases;
 // Serves one attribute at a time: its valid cases sorted by value, their totals, and bin
 // tables over them.
 //
-//   Valid cases  weight and value present, and for supervised binning the target too. They
-//                ascend by value; equal values (-0.0 and 0.0 among them) keep record order,
-//                NaN values of either sign come last.
-//   Order of use construct, SetThresholdDistinct(), HandleDataFile(), then for each attribute
-//                GetAttribute() and whatever reads its cases.
-//   Memory       one tuple and one sort buffer entry per stored record, reused for every
-//                attribute.
+//   Valid cases   weight and value present, and for supervised binning the target too. They
+//                 ascend by value; equal values (-0.0 and 0.0 among them) keep record order,
+//                 NaN values of either sign come last.
+//   Order of use  construct, SetThresholdDistinct(), HandleDataFile(), then for each attribute
+//                 GetAttribute() and whatever reads its cases.
+//   Memory        one tuple and one sort buffer entry per stored record, reused for every
+//                 attribute.
 class MCBINNING_API BINDataSet {
  public:
   // Both stay the caller's and must outlive this object.
@@ -95,15 +95,22 @@ class MCBINNING_API BINDataSet {
   // Of the target of the attribute loaded last: its largest code seen plus one.
   unsigned int GetNumOfTargetCategories() const { return fNumTargetCategories; }
 
-  // Of the attribute loaded last.
+  // Of the valid cases of the attribute loaded last.
   unsigned int GetNumberOfCases() const { return fNumCases; }
   unsigned int GetNumDistinctValues() const { return fNumDistinctValues; }
   double GetTotalweight() const { return fTotalWeight; }
+
+  // Of the attribute loaded last, its valid cases and those whose target or value is missing.
   double GetTotalWeightWithMissing() const { return fTotalWeightWithMissing; }
+
+  // Of the attribute loaded last; the system-missing value without a valid case.
   double GetMinimum() const { return fMinimum; }
   double GetMaximum() const { return fMaximum; }
+
+  // Whether the attribute loaded last has more distinct values than the threshold.
   bool NeedPreprocess() const { return fNeedPreprocess; }
 
+  // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 
  private:

@@ -21,10 +21,11 @@ class MCBINNING_API BINNumericInterval {
   // A half line: up to `end` when `toMinusInfinity` is true, from `end` on otherwise.
   BINNumericInterval(double end, bool toMinusInfinity);
 
-  // Store the end; false when the right end is now not at or above the left one.
+  // Stores the end; false when the right end is now not at or above the left one.
   bool SetLeftEnd(double left);
   bool SetRightEnd(double right);
 
+  // The ends as they are stored, and whether each stands for an infinite one.
   double GetLeftEnd() const { return fLeftEnd; }
   double GetRightEnd() const { return fRightEnd; }
   bool IsLeftEndInfinite() const;
@@ -33,11 +34,13 @@ class MCBINNING_API BINNumericInterval {
   // A NaN is never contained.
   bool Contains(double x) const { return fLeftEnd <= x && x <= fRightEnd; }
 
+  // Whether the left end is above the right one.
   bool IsEmpty() const { return fLeftEnd > fRightEnd; }
 
   // Equal ends; an end that is NaN makes two intervals unequal.
   bool operator==(const BINNumericInterval& other) const;
 
+  // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 
  private:

@@ -24,12 +24,13 @@ class MCBINNING_API BINNumericUserMissing : public IBINUserMissing {
   // Sets the interval, or replaces the one set before.
   void SetInterval(const BINNumericInterval& interval);
 
+  // In the order in which they were added.
   const std::vector<double>& GetDiscreteValues() const { return fDiscreteValues; }
 
   // Label i belongs to value i.
   const std::vector<std::string>& GetValueLabels() const { return fValueLabels; }
 
-  // Null when no interval was set.
+  // Stays this object's; null when no interval was set.
   const BINNumericInterval* GetInterval() const;
 
   // Whether x equals a discrete value or lies in the interval; never true of a NaN. Linear

@@ -15,7 +15,7 @@ class BINNumericUserMissing;
 // so does every copy of the encoder.
 class MCBINNING_API BINRoundEncoder : public IBINEncoder {
  public:
-  // Rounds to the closest whole number.
+  // Rounds as `option` says, or to the closest whole number.
   BINRoundEncoder();
   explicit BINRoundEncoder(IBINVariable::BINWRoundingOption option);
 
@@ -27,18 +27,19 @@ class MCBINNING_API BINRoundEncoder : public IBINEncoder {
   // MeasureFrequencyWeight.
   int GetEncoderType() const override;
 
-  // 0.
+  // Always 0.
   int GetNumberOfCategories() const override;
 
-  // Do nothing.
+  // Does nothing.
   void SetValueLabels(const std::vector<std::string>& labels) override;
   void SetValueLabel(int code, const std::string& label) override;
 
-  // Null.
+  // Always null.
   const std::vector<std::string>* GetValueLabels() const override;
 
   // Takes numeric definitions. Never owns: the object must outlive its use here.
   bool SetUserMissingInfo(IBINUserMissing* userMissing) override;
+
   IBINUserMissing* GetUserMissingInfo() const override;
 
   IBINEncoder* Clone() const override;

@@ -53,6 +53,7 @@ class MCBINNING_API BINStringEncoder : public IBINEncoder {
   // Takes string definitions. A string declared missing after it was encoded keeps its
   // code, but is coded -1 from then on.
   bool SetUserMissingInfo(IBINUserMissing* userMissing) override;
+
   IBINUserMissing* GetUserMissingInfo() const override;
 
   IBINEncoder* Clone() const override;

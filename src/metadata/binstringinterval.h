@@ -14,24 +14,28 @@ class MCBINNING_API BINStringInterval {
   // From "." to ".", both ends included.
   BINStringInterval();
 
+  // From `left` to `right`, in any order.
   BINStringInterval(const std::string& left, bool leftIncluded, const std::string& right,
                     bool rightIncluded);
 
-  // Store the end; false when the interval is now empty.
+  // Stores the end; false when the interval is now empty.
   bool SetLeftEnd(const std::string& left, bool included);
   bool SetRightEnd(const std::string& right, bool included);
 
+  // The ends, and whether each belongs to the interval.
   const std::string& GetLeftEnd() const { return fLeftEnd; }
   const std::string& GetRightEnd() const { return fRightEnd; }
   bool IsLeftEndIncluded() const { return fLeftEndIncluded; }
   bool IsRightEndIncluded() const { return fRightEndIncluded; }
 
+  // Whether s lies in the interval, and whether no string can.
   bool Contains(const std::string& s) const;
   bool IsEmpty() const;
 
   // Equal ends, included alike.
   bool operator==(const BINStringInterval& other) const;
 
+  // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 
  private:

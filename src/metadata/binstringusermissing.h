@@ -19,12 +19,13 @@ class MCBINNING_API BINStringUserMissing : public IBINUserMissing {
   // Leaves the object unchanged when memory runs out.
   void AddValue(const std::string& value, const std::string& label);
 
+  // In the order in which they were added.
   const std::vector<std::string>& GetDiscreteValues() const { return fDiscreteValues; }
 
   // Label i belongs to value i.
   const std::vector<std::string>& GetValueLabels() const { return fValueLabels; }
 
-  // Linear in the number of values.
+  // Whether s is among the values. Linear in their number.
   bool Contains(const std::string& s) const;
 
   IBINUserMissing* Clone() const override;

@@ -42,7 +42,7 @@ bool EditUserMissing(IBINVariable& variable, const Edit& edit) {
   }
   auto created = std::make_unique<UserMissing>();
   if (!edit(*created) || !variable.SetUserMissingInfo(created.get())) return false;
-  created.release();  // the variable's now
+  static_cast<void>(created.release());  // the variable's now
   return true;
 }
 
@@ -272,7 +272,10 @@ bool BINVarList::RemoveVar(int i) {
   return true;
 }
 
-bool BINVarList::RemoveVar(std::string name) { return RemoveVar(FindVariable(name)); }
+// By value, as published.
+bool BINVarList::RemoveVar(std::string name) {  // NOLINT(performance-unnecessary-value-param)
+  return RemoveVar(FindVariable(name));
+}
 
 bool BINVarList::IsValidList(std::vector<int>& oneCategoryVars,
                              std::vector<int>& noCategoryVars) const {

@@ -18,6 +18,9 @@
 //             by byte; the weight variable may bear any.
 //   Owner     the list owns its variables. Pointers that it hands out are valid until the
 //             variable is removed or the list is assigned to or deleted. Copies are deep.
+//   Adding    returns the index of the new variable, or -1 when it is refused: its name is
+//             empty or taken, fewer than 2 categories are listed, or a continuous variable is
+//             to be target.
 //   Failure   what is refused changes nothing. When memory runs out std::bad_alloc is
 //             thrown, and the list is as it was.
 //
@@ -27,13 +30,13 @@ class MCBINNING_API BINVarList {
  public:
   // Empty, without target and weight.
   BINVarList();
+
+  // Copies are deep: the variables, their encoders and user-missing definitions too.
   BINVarList(const BINVarList& other);
   BINVarList& operator=(const BINVarList& other);
   virtual ~BINVarList();
 
-  // Adding returns the new variable's index, or -1 when it was refused: the name is empty
-  // or taken, fewer than 2 categories are listed, or a continuous variable is to be target.
-
+  // A continuous variable.
   int AddContVar(const std::string& name, const std::string& label,
                  IBINVariable::VariableRole role);
 
@@ -64,27 +67,30 @@ class MCBINNING_API BINVarList {
   int AddWeightVar(const std::string& name, const std::string& label,
                    IBINVariable::BINWRoundingOption option);
 
+  // The number of variables.
   int Size() const;
 
   // The lowest index with that name, or -1.
   int FindVariable(const std::string& name) const;
 
-  // Null when i is out of range.
+  // The variable at index i; null when that is out of range.
   const IBINVariable* GetVarAt(int i) const;
   IBINVariable* GetVarAt(int i);
 
-  // Null when i is out of range or the variable has no encoder.
+  // Its encoder, which stays the variable's; null when i is out of range or it has none.
   const IBINEncoder* GetEncoderAt(int i) const;
   IBINEncoder* GetEncoderAt(int i);
 
-  // RoleUndefined when i is out of range.
+  // Its role; RoleUndefined when i is out of range.
   IBINVariable::VariableRole GetVariableRole(int i) const;
 
-  // -1 when there is none.
+  // The index of the recorded target; -1 when there is none.
   int GetTargetIndex() const { return fTargetIndex; }
+
+  // The index of the weight variable; -1 when there is none.
   int GetWeightIndex() const { return fWeightIndex; }
 
-  // The weight variable counts as neither.
+  // How many continuous and categorical variables; the weight variable counts as neither.
   int GetNumContVar() const { return fNumContVar; }
   int GetNumCatVar() const { return fNumCatVar; }
 
@@ -104,7 +110,7 @@ class MCBINNING_API BINVarList {
   // range.
   bool SetVariableRole(int i, IBINVariable::VariableRole role);
 
-  // Declare one value missing. False when i is out of range, the value does not fit the
+  // Declares one value missing. False when i is out of range, the value does not fit the
   // variable's data (a number for MeasureStringCategorical, a string for any other level),
   // or the variable or the definition it holds does not take it.
   bool AddDiscreteUserMissing(int i, double value, const std::string& label);
@@ -135,6 +141,7 @@ class MCBINNING_API BINVarList {
   // it stays as it was.
   bool CanMergeWith(const BINVarList& other, int& where) const;
 
+  // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 
  private:

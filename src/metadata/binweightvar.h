@@ -13,6 +13,7 @@
 // user-missing definition. Its role is always RoleFrequencyWeight.
 class MCBINNING_API BINWeightVar : public IBINVariable {
  public:
+  // `option` says how weights are rounded. No value is user-missing yet.
   BINWeightVar(const std::string& name, const std::string& label, BINWRoundingOption option);
 
   // A deep copy, the rounding option and the user-missing definition included.
@@ -33,6 +34,7 @@ class MCBINNING_API BINWeightVar : public IBINVariable {
 
   // Takes numeric definitions.
   bool SetUserMissingInfo(IBINUserMissing* userMissing) override;
+
   IBINUserMissing* GetUserMissingInfo() const override;
 
   IBINVariable* Clone() const override;

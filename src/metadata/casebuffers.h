@@ -30,10 +30,12 @@ inline constexpr bool kHasTarget =
     std::is_same_v<Case, BINDataTuple> || std::is_same_v<Case, UnweightedCase>;
 
 inline BINDataTuple ToTuple(const UnweightedCase& item) {
-  return {item.value, static_cast<std::uint8_t>(item.target), item.weight};
+  return {item.value, static_cast<std::uint8_t>(item.target), UnweightedCase::weight};
 }
 
-inline EFBINDataTuple ToTuple(const UnweightedEFCase& item) { return {item.value, item.weight}; }
+inline EFBINDataTuple ToTuple(const UnweightedEFCase& item) {
+  return {item.value, UnweightedEFCase::weight};
+}
 
 // A bin table of one row per distinct value, with the rows' boundaries.
 struct DistinctBinTable {

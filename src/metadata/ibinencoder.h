@@ -16,9 +16,8 @@ class IBINUserMissing;
 // and Decode belong to the concrete classes, whose argument types differ.
 class MCBINNING_API IBINEncoder {
  public:
+  // The base class holds nothing, so copying it copies nothing.
   IBINEncoder() = default;
-
-  // Copying the base copies nothing.
   IBINEncoder(const IBINEncoder&) = default;
   IBINEncoder& operator=(const IBINEncoder&) = default;
 
@@ -44,10 +43,13 @@ class MCBINNING_API IBINEncoder {
   // held. False for the other data type: nothing changes and the caller keeps the object.
   // A category encoder owns what it took; a round encoder never does.
   virtual bool SetUserMissingInfo(IBINUserMissing* userMissing) = 0;
+
+  // The definition held; null when there is none.
   virtual IBINUserMissing* GetUserMissingInfo() const = 0;
 
   // A copy; the caller deletes it.
   virtual IBINEncoder* Clone() const = 0;
 
+  // Writes a readable dump, in the stream's own formatting.
   virtual std::ostream& Display(std::ostream& os) const = 0;
 };

@@ -22,6 +22,7 @@ class MCBINNING_API IBINUserMissing {
   // The number of discrete values, repeated ones included.
   virtual int GetNDiscreteValues() const = 0;
 
+  // Whether an interval belongs to it, too.
   virtual bool HasInterval() const = 0;
 
   // A deep copy; the caller deletes it.
@@ -31,9 +32,11 @@ class MCBINNING_API IBINUserMissing {
   // count. Null is never equal.
   virtual bool IsEqualTo(const IBINUserMissing* other) const = 0;
 
+  // Writes a readable dump, in the stream's own formatting.
   virtual std::ostream& Display(std::ostream& os) const = 0;
 
  protected:
+  // The base class holds nothing.
   IBINUserMissing() = default;
   IBINUserMissing(const IBINUserMissing&) = default;
   IBINUserMissing& operator=(const IBINUserMissing&) = default;

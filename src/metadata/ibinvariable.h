@@ -15,6 +15,7 @@ class IBINUserMissing;
 // and deletes them.
 class MCBINNING_API IBINVariable {
  public:
+  // What the values are; the numbers are part of the interface.
   enum MeasureLevel : int {
     MeasureUnknown = 0,
     MeasureContinuous = 1,
@@ -23,6 +24,7 @@ class MCBINNING_API IBINVariable {
     MeasureFrequencyWeight = 4
   };
 
+  // What binning does with the variable.
   enum VariableRole : int {
     RoleUndefined = 0,
     RoleAttribute = 1,
@@ -39,8 +41,11 @@ class MCBINNING_API IBINVariable {
 
   virtual ~IBINVariable();
 
+  // As given at creation.
   virtual MeasureLevel GetMeasureLevel() const = 0;
   virtual std::string GetVariableName() const = 0;
+
+  // A text for people; any will do.
   virtual std::string GetVariableLabel() const = 0;
   virtual void SetVariableLabel(const std::string& label) = 0;
 
@@ -48,6 +53,7 @@ class MCBINNING_API IBINVariable {
   // variable that is not categorical.
   virtual int GetNumberOfCategories() const = 0;
 
+  // As given at creation or set last.
   virtual VariableRole GetVariableRole() const = 0;
 
   // Stores any role. The target index of the variable list does not follow, so use the
@@ -76,9 +82,11 @@ class MCBINNING_API IBINVariable {
   // A VarStatus, judged after UpdateNumberOfCategories().
   virtual int GetVarStatus() = 0;
 
+  // Writes a readable dump, in the stream's own formatting.
   virtual std::ostream& Display(std::ostream& os) const = 0;
 
  protected:
+  // The base class holds nothing.
   IBINVariable() = default;
   IBINVariable(const IBINVariable&) = default;
   IBINVariable& operator=(const IBINVariable&) = default;
@@ -86,7 +94,7 @@ class MCBINNING_API IBINVariable {
 
 namespace MCBinning {
 
-// Write the value in words and an end of line.
+// Writes the value in words and an end of line.
 MCBINNING_API std::ostream& Display(std::ostream& os, IBINVariable::MeasureLevel level);
 MCBINNING_API std::ostream& Display(std::ostream& os, IBINVariable::VariableRole role);
 MCBINNING_API std::ostream& Display(std::ostream& os, IBINVariable::BINWRoundingOption option);

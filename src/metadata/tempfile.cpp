@@ -70,7 +70,7 @@ bool TempFile::IsWhole(int descriptor, std::uint64_t valueCount) const {
 }
 
 TempFile::Identity TempFile::Identify(int descriptor, const char* name) {
-  struct statx status;
+  struct statx status = {};
   const int flags = AT_SYMLINK_NOFOLLOW | (*name == '\0' ? AT_EMPTY_PATH : 0);
   if (::statx(descriptor, name, flags, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) return {};
 

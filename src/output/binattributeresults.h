@@ -9,25 +9,37 @@
 // The outcome of equal-frequency binning for one attribute. A copyable value; a
 // default-constructed one has index -1 and every number 0.
 //
-//   Cut points   ascending. With the right border closed, bin b holds the values in
-//                (cut[b-1], cut[b]]; otherwise in [cut[b-1], cut[b]).
-//   Cell counts  the weight of each bin (cut points + 1 of them). Empty when the status
-//                is an error or the attribute has no valid case.
-//   Totals       "total weight" sums the valid cases (weight and value present); "with
-//                missing" also those whose value is missing.
-//   Minimum, maximum  the system-missing value when there is no valid case.
+// A "valid case" has a weight and a value. What the getters return by reference lives as long
+// as this object.
 class MCBINNING_API BINAttributeResults {
  public:
   // The outcome as text; doubles with the stream's own formatting.
   virtual std::ostream& Display(std::ostream& os) const;
 
+  // How this attribute went; docs/status-codes.md lists the codes.
   const MCBinning::MCStatus& GetStatus() const { return fStatus; }
+
+  // The index in the variable list.
   int GetAttributeIndex() const { return fAttributeIndex; }
+
+  // Ascending. With the right border closed, bin b holds the values in (cut[b-1], cut[b]];
+  // otherwise in [cut[b-1], cut[b]). The first and the last bin have no outer border.
   const std::vector<double>& GetCutPoints() const { return fCutPoints; }
+
+  // The weight of each bin: cut points + 1 values. Empty when the status is an error or the
+  // attribute has no valid case.
   const std::vector<double>& GetCellCounts() const { return fCellCounts; }
+
+  // Of the valid cases.
   unsigned int GetNDistinctValues() const { return fNDistinctValues; }
+
+  // Of the valid cases.
   double GetTotalWeight() const { return fTotalWeight; }
+
+  // Of the valid cases and those whose value is missing.
   double GetTotalWeightWithMissing() const { return fTotalWeightWithMissing; }
+
+  // The smallest and the largest valid value; the system-missing value without a valid case.
   double GetMinimum() const { return fMinimum; }
   double GetMaximum() const { return fMaximum; }
 

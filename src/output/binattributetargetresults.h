@@ -9,31 +9,44 @@
 // The outcome of supervised binning for one attribute/target pair. A copyable value; a
 // default-constructed one has indices -1 and every number 0.
 //
-//   Cut points   ascending. With the right border closed, bin b holds the values in
-//                (cut[b-1], cut[b]]; otherwise in [cut[b-1], cut[b]).
-//   Cell counts  one vector per bin (cut points + 1 of them): the bin's total weight,
-//                then its weight in every target category, by category code. The only
-//                bin's vector is empty when the pair was not binned (an error, or no
-//                valid case).
-//   Totals       "total weight" sums the valid cases (weight, target and value present);
-//                "with missing" also those whose target or value is missing.
-//   Minimum, maximum, model entropy  the system-missing value when there is no valid
-//                case. The model entropy is in bits.
+// A "valid case" has a weight, a target and a value. What the getters return by reference
+// lives as long as this object.
 class MCBINNING_API BINAttributeTargetResults {
  public:
   // The outcome as text; doubles with the stream's own formatting.
   virtual std::ostream& Display(std::ostream& os) const;
 
+  // How this pair went; docs/status-codes.md lists the codes.
   const MCBinning::MCStatus& GetStatus() const { return fStatus; }
+
+  // The index in the variable list.
   int GetAttributeIndex() const { return fAttributeIndex; }
   int GetTargetIndex() const { return fTargetIndex; }
+
+  // Ascending. With the right border closed, bin b holds the values in (cut[b-1], cut[b]];
+  // otherwise in [cut[b-1], cut[b]). The first and the last bin have no outer border.
   const std::vector<double>& GetCutPoints() const { return fCutPoints; }
+
+  // One vector per bin, cut points + 1 of them: the bin's total weight, then its weight in
+  // every target category, by category code. The only bin's vector is empty when the pair was
+  // not binned (an error, or no valid case).
   const std::vector<std::vector<double>>& GetCellCounts() const { return fCellCounts; }
+
+  // Of the valid cases.
   unsigned int GetNDistinctValues() const { return fNDistinctValues; }
+
+  // Of the valid cases.
   double GetTotalWeight() const { return fTotalWeight; }
+
+  // Of the valid cases and those whose target or value is missing.
   double GetTotalWeightWithMissing() const { return fTotalWeightWithMissing; }
+
+  // The smallest and the largest valid value; the system-missing value without a valid case.
   double GetMinimum() const { return fMinimum; }
   double GetMaximum() const { return fMaximum; }
+
+  // The entropy that is left within the bins, in bits; the system-missing value without a
+  // valid case.
   double GetModelEntropy() const { return fModelEntropy; }
 
  private:

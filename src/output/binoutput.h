@@ -16,11 +16,15 @@
 // Every operation answers with status 3 when memory runs out; `out` is then unspecified.
 class MCBINNING_API BINOutput {
  public:
+  // Without records.
   BINOutput();
   virtual ~BINOutput();
+
+  // Copies are deep.
   BINOutput(const BINOutput&) = default;
   BINOutput& operator=(const BINOutput&) = default;
 
+  // Writes a readable dump, in the stream's own formatting.
   virtual std::ostream& Display(std::ostream& os) const;
 
   // Appends the record of a pair; the algorithm calls it. `counts` holds the bins one

@@ -13,11 +13,15 @@
 // Every operation answers with status 3 when memory runs out; `out` is then unspecified.
 class MCBINNING_API EFBINOutput {
  public:
+  // Without records.
   EFBINOutput();
   virtual ~EFBINOutput();
+
+  // Copies are deep.
   EFBINOutput(const EFBINOutput&) = default;
   EFBINOutput& operator=(const EFBINOutput&) = default;
 
+  // Writes a readable dump, in the stream's own formatting.
   virtual std::ostream& Display(std::ostream& os) const;
 
   // Appends the record of an attribute; the algorithm calls it. Error 120011, and nothing

@@ -23,4 +23,28 @@ TEST(BINEFPreProcess, RefusesWhatCannotBeCut) {
   EXPECT_EQ(binWeights, Doubles{2});
 }
 
+// The weights are whole, so that the midpoint rule applies at some steps.
+TEST(BINEFPreProcess, StepsGiveTheCandidatesOfTheWholeScan) {
+  std::vector<BINDataTuple> tuples{{1, 0, 2}, {2, 1, 1}, {2, 0, 4},
+                                   {3, 1, 1}, {5, 1, 2}, {8, 0, 6}};
+  for (const bool rightBorderClosed : {true, false}) {
+    BINEFPreProcess preProcess(8, rightBorderClosed);
+    Doubles expected;
+    Doubles binWeights;
+    ASSERT_TRUE(preProcess.EFCreatePercentileCutPts(&tuples, expected, binWeights, 16));
+
+    Doubles cutPoints;
+    unsigned int position = 0;
+    double cumulativeWeight = 0;
+    double previousWeight = 0;
+    for (int k = 1; k < 8; ++k) {
+      const double value = preProcess.GetPercentile(cutPoints, binWeights, 12.5 * k, position,
+                                                    cumulativeWeight, previousWeight, 16);
+      if (k == 1 || value != cutPoints.back()) cutPoints.push_back(value);
+    }
+    EXPECT_EQ(cutPoints, expected);
+    EXPECT_EQ(expected.front(), 1.5) << "2 of 16 lie at 1";
+  }
+}
+
 }  // namespace

@@ -153,7 +153,7 @@ void ExpectSameSplit(const Table& table, std::size_t categories, int first, int 
 
 TEST_P(SplitSearchTest, FindsWhatThePlainScanFinds) {
   Random random(TestSeed());
-  for (const std::size_t categories : {1U, 2U, 3U, 5U, 7U, 8U, 9U, 40U}) {
+  for (const std::size_t categories : {1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U, 9U, 40U}) {
     for (const std::size_t rows : {600U, 5000U}) {
       const Table table = GetParam().make(random, {rows, categories});
       const int end = static_cast<int>(rows);

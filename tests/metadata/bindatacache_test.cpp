@@ -49,6 +49,19 @@ TEST(BINDataCache, RefusesPositionsOutOfRange) {
   EXPECT_EQ(BINDataCache(0, 3).GetColPtr(2), nullptr) << "no row to point into";
 }
 
+TEST(BINDataCache, GivesRowsAndColumnsWhateverTheirFillCount) {
+  BINDataCache cache(2, 3);
+  EXPECT_TRUE(cache.SetRow(0, {1, 2, 3}) && cache.SetCol(1, {8, 9}));
+  Doubles row;
+  Doubles column;
+  EXPECT_TRUE(cache.GetRow(1, row) && cache.GetCol(1, column));
+  EXPECT_EQ(row, (Doubles{0, 9, 0}));
+  EXPECT_EQ(column, (Doubles{8, 9}));
+  EXPECT_EQ(cache.GetColPtr(2)[0], 3);
+  EXPECT_EQ(cache.GetColPtr(1)[cache.GetNCols()], 9) << "elements lie that far apart";
+  EXPECT_EQ(cache.GetRowSize(0), 0) << "nothing was appended";
+}
+
 TEST(BINDataCache, ResizeThatFailsChangesNothing) {
   BINDataCache cache(1, 1);
   cache.AddElem(0, 4);

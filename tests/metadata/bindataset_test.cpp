@@ -136,6 +136,19 @@ TEST(BINDataSet, NoticesAFileThatWasReplaced) {
   }
 }
 
+TEST(BINDataSet, ReadsAFileInRecordOrder) {
+  Scenario scenario;
+  scenario.Append(Continuous({5, 9, kMissing, 1}));
+  scenario.Append(Categorical({1, kMissing, 0, 0}, 2, Var::RoleTarget));
+  Loaded loaded(scenario);
+  EXPECT_EQ(loaded.Load(0, 1), kOk);
+  EXPECT_EQ(loaded.Targets(), (std::vector<int>{0, 1})) << "by value";
+  EXPECT_EQ(Text(loaded.set.ReadNextAttribute(1)), kOk) << "the attribute's file";
+  EXPECT_EQ(loaded.Targets(), (std::vector<int>{1, 0})) << "as they came";
+  EXPECT_EQ(loaded.set.GetNumberOfCases(), 2u);
+  EXPECT_EQ(Text(loaded.set.ReadNextAttribute(2)), "120011/1[0 0 0]") << "no such file";
+}
+
 // Cut points that leave cases over, or bins that no case reaches.
 TEST(BINDataSet, HasNoBinTableForCutPointsThatDoNotFit) {
   Scenario scenario;

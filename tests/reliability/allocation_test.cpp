@@ -8,7 +8,10 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "metadata/bincatnumencoder.h"
+#include "metadata/binstringencoder.h"
 #include "reliability/countedmemory.h"
 #include "reliability/wholerun.h"
 #include "support/agreement.h"
@@ -148,6 +151,35 @@ TEST(VariableList, StaysAsItWasWhenMemoryRunsOut) {
     }
     EXPECT_EQ(counted_memory::Live(), live) << count;
   }
+}
+
+template <typename Encoder, typename Value>
+void ExpectNothingHalfEncoded(const Value& known, const Value& added, const Value& another) {
+  bool hasFailed = true;
+  std::size_t count = 0;
+  for (; hasFailed; ++count) {
+    SCOPED_TRACE(count);
+    Encoder encoder(std::vector<Value>{known});
+    {
+      const Failing failing(count, Failure::kOnce);
+      try {
+        encoder.Encode(added);
+      } catch (const std::bad_alloc&) {
+      }
+      hasFailed = failing.HasFailed();
+    }
+    EXPECT_EQ(encoder.EncodeConst(added), hasFailed ? -1 : 1);
+    const int next = hasFailed ? 1 : 2;
+    EXPECT_EQ(encoder.Encode(another), next);
+    EXPECT_EQ(encoder.Decode(next), another);
+  }
+  EXPECT_GT(count, 2u);
+}
+
+TEST(Encoders, StayAsTheyWereWhenMemoryRunsOut) {
+  ExpectNothingHalfEncoded<BINCatNumEncoder>(0.5, 2.5, 1.5);
+  ExpectNothingHalfEncoded<BINStringEncoder>(std::string("a"), std::string(100, 'b'),
+                                             std::string("c"));
 }
 
 }  // namespace
