@@ -270,7 +270,7 @@ void CompareTool(const std::string& work) {
 
 // The part of the tool's run that several jobs share, in wall time: one job takes the place of
 // the plain form.
-void CompareJobs(const std::string& work) {
+void CompareJobs(const std::string& work, std::size_t rowCount, int attributeCount) {
   const std::string tool = bench::FindTool();
   if (tool.empty() || std::thread::hardware_concurrency() < 2) {
     bench::PrintNote(work, "not measured: needs mcbin and two cores");
@@ -279,7 +279,7 @@ void CompareJobs(const std::string& work) {
   const TempDir data;
   const TempDir directory;
   const std::string file = data.Path() + "/data.csv";
-  bench::WriteCsv(bench::MixedColumns(kMillion, 10, 2), file);
+  bench::WriteCsv(bench::MixedColumns(rowCount, attributeCount, 2), file);
   const auto run = [&](const char* jobs) {
     return bench::RunFromFirstFile(
         {tool, "supervised", "--target", "class", "--prebin-above", "0", "--jobs", jobs, "--quiet",
@@ -318,6 +318,7 @@ struct Line {
   bool isLarge = false;  // only on request
 };
 
+// A table: as long as there are lines in it.
 const std::vector<Line>& AllLines() {
   static const std::vector<Line> lines{
       {"split search, 1000000 values, 2 classes",
@@ -384,7 +385,10 @@ const std::vector<Line>& AllLines() {
       {"peak memory, 1000000 x 10", [](const std::string& work) { MeasureMemory(work, 10); }},
       {"peak memory, 1000000 x 200", [](const std::string& work) { MeasureMemory(work, 200); }},
       {"mcbin supervised, CSV of 1000000 x 11", CompareTool},
-      {"mcbin supervised --jobs 2, after the first pass, no pre-bins", CompareJobs},
+      {"mcbin --jobs 2 after the first pass, 1000000 x 10",
+       [](const std::string& work) { CompareJobs(work, kMillion, 10); }},
+      {"mcbin --jobs 2 after the first pass, 500000 x 40",
+       [](const std::string& work) { CompareJobs(work, kMillion / 2, 40); }},
       {"growth per row, 100000 to 1000000 rows",
        [](const std::string& work) { CompareGrowth(work, kMillion); }},
       {"growth per row, 100000 to 10000000 rows",

@@ -11,8 +11,5 @@ function(mcbinning_enable_warnings target)
             -Wdouble-promotion
             -Wold-style-cast
             # g++ 12 sees an overlap in std::string's operator+ that is not there.
-            $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>
-            # The result records have virtual operations but are only ever deleted as themselves,
-            # by the vectors that hold them.
-            $<$<CXX_COMPILER_ID:Clang>:-Wno-delete-non-abstract-non-virtual-dtor>)
+            $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>)
 endfunction()

@@ -4,7 +4,6 @@
 #include <array>
 #include <bit>
 #include <cstdint>
-#include <limits>
 #include <numeric>
 
 #include "algorithm/binentropy.h"
@@ -40,7 +39,7 @@ bool AreWhole(const double* number, const double* end) {
 // With the number of categories known, the sums stay in registers: five times faster.
 template <std::size_t kCategories>
 void AddRowsOf(const double* row, const double* end, SplitBound::Weights& weights) {
-  std::array<double, kCategories> sums;
+  std::array<double, kCategories> sums{};
   std::copy_n(weights.begin(), kCategories, sums.begin());
   for (; row < end; row += kCategories) {
     for (std::size_t category = 0; category < kCategories; ++category)
@@ -125,7 +124,7 @@ SplitSearch::Weights SplitSearch::SumBefore(std::size_t row) const {
 
 void SplitSearch::SumRows(int first, int last, std::vector<double>& sum) const {
   const auto from = static_cast<std::size_t>(first);
-  const auto end = static_cast<std::size_t>(last + 1);
+  const std::size_t end = static_cast<std::size_t>(last) + 1;
   std::fill(sum.begin(), sum.end(), 0.0);
   if (from < end && !fBlockSums.empty()) {
     const Weights below = SumBefore(from);
@@ -146,15 +145,8 @@ void SplitSearch::SumRows(int first, int last, std::vector<double>& sum) const {
 int SplitSearch::FindBest(int first, int last, std::vector<double>& left,
                           std::vector<double>& right) const {
   const std::vector<double> totals = right;
-  Search search{static_cast<std::size_t>(first),
-                static_cast<std::size_t>(last),
-                totals,
-                left,
-                right,
-                0,
-                0.0,
-                false,
-                std::numeric_limits<double>::infinity()};
+  Search search{static_cast<std::size_t>(first), static_cast<std::size_t>(last), totals, left,
+                right};
   if (!fBlockSums.empty() && static_cast<std::size_t>(last - first) > kFewRows) {
     ScanBlocks(search);
   } else {

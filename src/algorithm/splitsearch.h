@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 #include <vector>
 
 #include "algorithm/splitbound.h"
@@ -37,10 +38,11 @@ class SplitSearch {
     const std::vector<double>& totals;
     std::vector<double>& left;  // the split under evaluation
     std::vector<double>& right;
-    std::size_t best;
-    double bestEntropy;
-    bool haveBest;
-    double limit;  // no split with more entropy than this is the best
+    std::size_t best = 0;
+    double bestEntropy = 0.0;
+    bool haveBest = false;
+    // No split with more entropy than this is the best.
+    double limit = std::numeric_limits<double>::infinity();
   };
 
   void SumBlocks();

@@ -43,7 +43,7 @@ void RequireFileForEachVariable(bool holds) {
 // directory may not be searched every name is free: then the first append fails instead of the
 // search going on for ever.
 bool IsFreeName(const std::string& name) {
-  struct stat status;
+  struct stat status = {};
   return ::lstat(name.c_str(), &status) != 0;
 }
 

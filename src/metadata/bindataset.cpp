@@ -24,8 +24,8 @@ const double* NextInStep(BinaryRecordIterator& iterator, std::size_t count) {
   return block.count == count ? block.values : nullptr;
 }
 
-template <typename Case>
-unsigned int CountDistinct(const std::vector<Case>& sorted) {
+template <typename Cases>
+unsigned int CountDistinct(const Cases& sorted) {
   unsigned int count = sorted.empty() ? 0 : 1;
   for (std::size_t i = 1; i < sorted.size(); ++i) {
     if (sorted[i].value != sorted[i - 1].value) ++count;
@@ -157,8 +157,8 @@ MCStatus BINDataSet::LoadSorted(unsigned int attribute, std::vector<Tuple>& tupl
                     : SortAndSummarise(attribute, fBuffers->GetUnweighted(tuples));
 }
 
-template <typename Case>
-MCStatus BINDataSet::SortAndSummarise(unsigned int attribute, std::vector<Case>& cases) {
+template <typename Cases>
+MCStatus BINDataSet::SortAndSummarise(unsigned int attribute, Cases& cases) {
   fMinimum = fMaximum = MCMV::Missing();
   fBuffers->DropLargeBinTable();
   const MCStatus status = ReadCases(static_cast<unsigned int>(GetFile(attribute)), cases);
@@ -197,8 +197,9 @@ MCStatus BINDataSet::ReadNextAttribute(unsigned int file) {
   });
 }
 
-template <typename Case>
-MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Case>& cases) {
+template <typename Cases>
+MCStatus BINDataSet::ReadCases(unsigned int file, Cases& cases) {
+  using Case = typename Cases::value_type;
   using Collector = MCBinning::CaseCollector<Case>;
   fNumCases = 0;
   fNumDistinctValues = 0;

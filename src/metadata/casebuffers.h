@@ -5,6 +5,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "common/largepages.h"
 #include "metadata/bindatatuple.h"
 #include "metadata/efbindatatuple.h"
 #include "metadata/tuplesort.h"
@@ -23,6 +24,10 @@ struct UnweightedEFCase {
   static constexpr double weight = 1.0;
   double value;
 };
+
+// These are kept on large pages.
+using UnweightedCases = std::vector<UnweightedCase, LargePageAllocator<UnweightedCase>>;
+using UnweightedEFCases = std::vector<UnweightedEFCase, LargePageAllocator<UnweightedEFCase>>;
 
 // Whether such cases belong to supervised binning.
 template <typename Case>
@@ -61,27 +66,25 @@ class CaseBuffers {
   }
 
   // The unweighted cases that become such tuples.
-  std::vector<UnweightedCase>& GetUnweighted(const std::vector<BINDataTuple>&) { return fCases; }
-  std::vector<UnweightedEFCase>& GetUnweighted(const std::vector<EFBINDataTuple>&) {
-    return fEFCases;
-  }
+  UnweightedCases& GetUnweighted(const std::vector<BINDataTuple>&) { return fCases; }
+  UnweightedEFCases& GetUnweighted(const std::vector<EFBINDataTuple>&) { return fEFCases; }
 
   void Sort(std::vector<BINDataTuple>& cases) { fTupleSorter.Sort(cases); }
   void Sort(std::vector<EFBINDataTuple>& cases) { fEFTupleSorter.Sort(cases); }
-  void Sort(std::vector<UnweightedCase>& cases) { fCaseSorter.Sort(cases); }
-  void Sort(std::vector<UnweightedEFCase>& cases) { fEFCaseSorter.Sort(cases); }
+  void Sort(UnweightedCases& cases) { fCaseSorter.Sort(cases); }
+  void Sort(UnweightedEFCases& cases) { fEFCaseSorter.Sort(cases); }
 
  private:
   static constexpr std::size_t kMostKeptWeights = std::size_t{4} << 20;
 
   std::vector<std::uint16_t> fTargets;
   DistinctBinTable fBinTable;
-  std::vector<UnweightedCase> fCases;
-  std::vector<UnweightedEFCase> fEFCases;
+  UnweightedCases fCases;
+  UnweightedEFCases fEFCases;
   TupleSorter<BINDataTuple> fTupleSorter;
   TupleSorter<EFBINDataTuple> fEFTupleSorter;
-  TupleSorter<UnweightedCase> fCaseSorter;
-  TupleSorter<UnweightedEFCase> fEFCaseSorter;
+  TupleSorter<UnweightedCase, UnweightedCases> fCaseSorter;
+  TupleSorter<UnweightedEFCase, UnweightedEFCases> fEFCaseSorter;
 };
 
 }  // namespace MCBinning

@@ -19,11 +19,11 @@ namespace MCBinning {
 // or a small input as a whole, is then sorted by the order-preserving bits of the values, from
 // the least significant digit: the leading bits in which its values lie apart, in a few digits.
 // What agrees in those is put in order afterwards, so the time stays O(n) whatever the values.
-template <typename Case>
+template <typename Case, typename Cases = std::vector<Case>>
 class TupleSorter {
  public:
   // Sorts `cases`. Needs as much memory again, kept for the next call unless it is much.
-  void Sort(std::vector<Case>& cases) {
+  void Sort(Cases& cases) {
     if (std::is_sorted(cases.begin(), cases.end(), IsLess)) return;
     fScratch.reserve(cases.capacity());  // the two may change places
     fScratch.resize(cases.size());
@@ -34,7 +34,7 @@ class TupleSorter {
     } else {
       SortRange(cases.data(), fScratch.data(), cases.size());
     }
-    if (fScratch.size() * sizeof(Case) > kLargestKeptBuffer) std::vector<Case>().swap(fScratch);
+    if (fScratch.size() * sizeof(Case) > kLargestKeptBuffer) Cases().swap(fScratch);
   }
 
  private:
@@ -232,7 +232,7 @@ class TupleSorter {
     }
   }
 
-  std::vector<Case> fScratch;
+  Cases fScratch;
 };
 
 }  // namespace MCBinning

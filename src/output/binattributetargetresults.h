@@ -11,7 +11,7 @@
 //
 // A "valid case" has a weight, a target and a value. What the getters return by reference
 // lives as long as this object.
-class MCBINNING_API BINAttributeTargetResults {
+class MCBINNING_API BINAttributeTargetResults final {
  public:
   // The outcome as text; doubles with the stream's own formatting.
   virtual std::ostream& Display(std::ostream& os) const;
