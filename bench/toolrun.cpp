@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
@@ -35,8 +36,16 @@ pid_t Start(const std::vector<std::string>& arguments, const std::string& output
   return child;
 }
 
-void RequireSuccess(const std::vector<std::string>& arguments, int status) {
-  if (status != 0) throw std::runtime_error(arguments.front() + " has failed");
+// Whether the program has ended; waits for that unless `options` is WNOHANG. Throws when it has
+// failed.
+bool HasEnded(pid_t child, int options, const std::string& name) {
+  int status = 0;
+  pid_t ended = -1;
+  do {
+    ended = waitpid(child, &status, options);
+  } while (ended < 0 && errno == EINTR);
+  if (ended < 0 || status != 0) throw std::runtime_error(name + " has failed");
+  return ended == child;
 }
 
 // A file of values; whatever else a program keeps there is small.
@@ -55,25 +64,20 @@ bool HasFileOfValues(const std::string& directory) {
 }  // namespace
 
 void RunProgram(const std::vector<std::string>& arguments, const std::string& outputFile) {
-  const pid_t child = Start(arguments, outputFile);
-  int status = 0;
-  waitpid(child, &status, 0);
-  RequireSuccess(arguments, status);
+  HasEnded(Start(arguments, outputFile), 0, arguments.front());
 }
 
 double RunFromFirstFile(const std::vector<std::string>& arguments, const std::string& directory) {
   using Clock = std::chrono::steady_clock;
   const pid_t child = Start(arguments, "/dev/null");
-  int status = 0;
-  bool hasEnded = false;
-  while (!hasEnded && !HasFileOfValues(directory)) {
+  while (!HasFileOfValues(directory)) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    hasEnded = waitpid(child, &status, WNOHANG) != 0;
+    if (HasEnded(child, WNOHANG, arguments.front())) {
+      throw std::runtime_error(arguments.front() + " has made no file of values");
+    }
   }
   const auto begin = Clock::now();
-  if (!hasEnded) waitpid(child, &status, 0);
-  RequireSuccess(arguments, status);
-  if (hasEnded) throw std::runtime_error(arguments.front() + " has made no temporary file");
+  HasEnded(child, 0, arguments.front());
   return std::chrono::duration<double>(Clock::now() - begin).count();
 }
 

@@ -20,6 +20,9 @@ class ValueRecordIterator final : public MCCommon::RecordIterator {
   // Position i of a record holds the value of columns[i]. `values` stays the caller's.
   ValueRecordIterator(const ValueFile& values, std::vector<std::size_t> columns);
 
+  ValueRecordIterator(const ValueRecordIterator&) = delete;
+  ValueRecordIterator& operator=(const ValueRecordIterator&) = delete;
+
   bool HasMore() override;
   const MCCommon::Record* Next() override;
 

@@ -31,8 +31,8 @@ struct Scan {
   bool isExact;
 };
 
-template <typename Cases>
-void Advance(Scan& scan, const Cases& cases) {
+template <typename Case>
+void Advance(Scan& scan, const std::vector<Case>& cases) {
   while (scan.position < cases.size() &&
          (scan.target > scan.weight || IsRelativelyEqual(scan.target, scan.weight))) {
     scan.value = cases[scan.position].value;
@@ -124,8 +124,8 @@ bool BINEFPreProcess::FindCutPts(std::vector<double>& cutPoints, std::vector<dou
   return fTuples != nullptr && CutCases(*fTuples, cutPoints, binWeights, totalWeight);
 }
 
-template <typename Cases>
-bool BINEFPreProcess::CutCases(const Cases& cases, std::vector<double>& cutPoints,
+template <typename Case>
+bool BINEFPreProcess::CutCases(const std::vector<Case>& cases, std::vector<double>& cutPoints,
                                std::vector<double>& binWeights, double totalWeight) const {
   if (fNumBins < 1 || cases.empty() || totalWeight <= 0.0) return false;
 
@@ -140,7 +140,7 @@ bool BINEFPreProcess::CutCases(const Cases& cases, std::vector<double>& cutPoint
     // The last step is made for its bin weight alone.
     if (k < fNumBins - 1 && (k == 0 || value != cutPoints.back())) cutPoints.push_back(value);
   }
-  if (MCBinning::kHasTarget<typename Cases::value_type>) return true;
+  if (MCBinning::kHasTarget<Case>) return true;
 
   if (fRightBorderClosed) {
     if (!cutPoints.empty() && cutPoints.back() == cases.back().value) cutPoints.pop_back();
@@ -164,8 +164,8 @@ double BINEFPreProcess::GetPercentile(std::vector<double>& cutPoints,
   return fEFTuples != nullptr ? step(*fEFTuples) : step(*fTuples);
 }
 
-template <typename Cases>
-double BINEFPreProcess::Step(const Cases& cases, const std::vector<double>& cutPoints,
+template <typename Case>
+double BINEFPreProcess::Step(const std::vector<Case>& cases, const std::vector<double>& cutPoints,
                              std::vector<double>& binWeights, double percent,
                              unsigned int& position, double& cumulativeWeight,
                              double& previousCumulativeWeight, double totalWeight) const {
@@ -186,7 +186,7 @@ double BINEFPreProcess::Step(const Cases& cases, const std::vector<double>& cutP
   scan.position = position;
   scan.value = MCMV::Missing();
   Advance(scan, cases);
-  if (!MCBinning::kHasTarget<typename Cases::value_type>) {
+  if (!MCBinning::kHasTarget<Case>) {
     if (fRightBorderClosed) {
       AppendWeightsRightClosed(scan, binWeights);
     } else {
@@ -204,10 +204,10 @@ template bool BINEFPreProcess::CutCases(const std::vector<BINDataTuple>&, std::v
                                         std::vector<double>&, double) const;
 template bool BINEFPreProcess::CutCases(const std::vector<EFBINDataTuple>&, std::vector<double>&,
                                         std::vector<double>&, double) const;
-template bool BINEFPreProcess::CutCases(const MCBinning::UnweightedCases&, std::vector<double>&,
-                                        std::vector<double>&, double) const;
-template bool BINEFPreProcess::CutCases(const MCBinning::UnweightedEFCases&, std::vector<double>&,
-                                        std::vector<double>&, double) const;
+template bool BINEFPreProcess::CutCases(const std::vector<MCBinning::UnweightedCase>&,
+                                        std::vector<double>&, std::vector<double>&, double) const;
+template bool BINEFPreProcess::CutCases(const std::vector<MCBinning::UnweightedEFCase>&,
+                                        std::vector<double>&, std::vector<double>&, double) const;
 
 std::ostream& BINEFPreProcess::Display(std::ostream& os) const {
   MCBinning::DisplayStart(os, "BINEFPreProcess");

@@ -44,9 +44,9 @@ class MCBINNING_API BINEFPreProcess {
 
   // The same as FindCutPts() for sorted cases of any kind, without keeping them. For
   // BINAlgorithm and EFBINAlgorithm.
-  template <typename Cases>
-  bool CutCases(const Cases& cases, std::vector<double>& cutPoints, std::vector<double>& binWeights,
-                double totalWeight) const;
+  template <typename Case>
+  bool CutCases(const std::vector<Case>& cases, std::vector<double>& cutPoints,
+                std::vector<double>& binWeights, double totalWeight) const;
 
   // One step of the scan: the value at `percent` of the total weight; appends the weight
   // since the last step to `binWeights` (equal-frequency tuples only). The scan's state is in
@@ -61,8 +61,8 @@ class MCBINNING_API BINEFPreProcess {
   std::ostream& Display(std::ostream& os) const;
 
  private:
-  template <typename Cases>
-  double Step(const Cases& cases, const std::vector<double>& cutPoints,
+  template <typename Case>
+  double Step(const std::vector<Case>& cases, const std::vector<double>& cutPoints,
               std::vector<double>& binWeights, double percent, unsigned int& position,
               double& cumulativeWeight, double& previousCumulativeWeight, double totalWeight) const;
 

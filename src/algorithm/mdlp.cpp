@@ -71,11 +71,13 @@ bool BINAlgorithm::HasCases(const std::vector<BINDataTuple>* tuples) const {
 
 MCStatus BINAlgorithm::PartitionDistinct(std::set<double>& cuts, std::vector<double>& counts,
                                          double& modelEntropy) const {
-  MCBinning::DistinctBinTable& table = MCBinning::LoadedCases::GetBinTable(*fDataSet);
-  const MCStatus status =
-      fDataSet->CreateDistinctBinTable(fRightBorderClosed, table.boundaries, table.weights);
-  if (!status.IsOK()) return status;
-  return PartitionTable(table.boundaries, table.weights, cuts, counts, modelEntropy);
+  return MCBinning::LoadedCases::UseBinTable(
+      *fDataSet, [&](MCBinning::DistinctBinTable& table) -> MCStatus {
+        const MCStatus status =
+            fDataSet->CreateDistinctBinTable(fRightBorderClosed, table.boundaries, table.weights);
+        if (!status.IsOK()) return status;
+        return PartitionTable(table.boundaries, table.weights, cuts, counts, modelEntropy);
+      });
 }
 
 MCStatus BINAlgorithm::PartitionCandidates(std::vector<double>& cutPoints, std::set<double>& cuts,

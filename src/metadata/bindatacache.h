@@ -44,7 +44,7 @@ class MCBINNING_API BINDataCache {
   bool AddElem(int row, double value);
 
   // Makes the first elements of the row, written through a pointer, the appended ones. Refused
-  // when there is no such row or it has not as many.
+  // when there is no such row or it has not as many. A status that says full stays until Flush().
   bool SetRowSize(int row, int size);
 
   // Whole rows and columns, whatever their fill count. The getters resize `out`; the setters

@@ -178,11 +178,13 @@ MCStatus BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
 }
 
 MCStatus BINDataPreparator::ProcessRecord(const MCCommon::Record& in, MCCommon::Record& out) {
-  std::vector<double> values(fUsable.size());
-  MCStatus status;
-  PrepareRecord(in, {values.data(), 1}, status);
-  for (std::size_t file = 0; file < fProcRecSize; ++file) out[file] = values[file];
-  return status;
+  return MCBinning::Guard([&] {
+    std::vector<double> values(fUsable.size());
+    MCStatus status;
+    PrepareRecord(in, {values.data(), 1}, status);
+    for (std::size_t file = 0; file < fProcRecSize; ++file) out[file] = values[file];
+    return status;
+  });
 }
 
 // `status` changes only where there is something to say; making one for every record would cost

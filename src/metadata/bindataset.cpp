@@ -24,8 +24,8 @@ const double* NextInStep(BinaryRecordIterator& iterator, std::size_t count) {
   return block.count == count ? block.values : nullptr;
 }
 
-template <typename Cases>
-unsigned int CountDistinct(const Cases& sorted) {
+template <typename Case>
+unsigned int CountDistinct(const std::vector<Case>& sorted) {
   unsigned int count = sorted.empty() ? 0 : 1;
   for (std::size_t i = 1; i < sorted.size(); ++i) {
     if (sorted[i].value != sorted[i - 1].value) ++count;
@@ -157,10 +157,9 @@ MCStatus BINDataSet::LoadSorted(unsigned int attribute, std::vector<Tuple>& tupl
                     : SortAndSummarise(attribute, fBuffers->GetUnweighted(tuples));
 }
 
-template <typename Cases>
-MCStatus BINDataSet::SortAndSummarise(unsigned int attribute, Cases& cases) {
+template <typename Case>
+MCStatus BINDataSet::SortAndSummarise(unsigned int attribute, std::vector<Case>& cases) {
   fMinimum = fMaximum = MCMV::Missing();
-  fBuffers->DropLargeBinTable();
   const MCStatus status = ReadCases(static_cast<unsigned int>(GetFile(attribute)), cases);
   if (!status.IsOK()) cases.clear();
   if (cases.empty()) return status;
@@ -197,9 +196,8 @@ MCStatus BINDataSet::ReadNextAttribute(unsigned int file) {
   });
 }
 
-template <typename Cases>
-MCStatus BINDataSet::ReadCases(unsigned int file, Cases& cases) {
-  using Case = typename Cases::value_type;
+template <typename Case>
+MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Case>& cases) {
   using Collector = MCBinning::CaseCollector<Case>;
   fNumCases = 0;
   fNumDistinctValues = 0;

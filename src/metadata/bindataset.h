@@ -126,12 +126,12 @@ class MCBINNING_API BINDataSet {
   bool ReadTargets();
 
   // The valid cases of one file, against the target's or without one, in record order.
-  template <typename Cases>
-  MCBinning::MCStatus ReadCases(unsigned int file, Cases& cases);
+  template <typename Case>
+  MCBinning::MCStatus ReadCases(unsigned int file, std::vector<Case>& cases);
   template <typename Tuple>
   MCBinning::MCStatus LoadSorted(unsigned int attribute, std::vector<Tuple>& tuples);
-  template <typename Cases>
-  MCBinning::MCStatus SortAndSummarise(unsigned int attribute, Cases& cases);
+  template <typename Case>
+  MCBinning::MCStatus SortAndSummarise(unsigned int attribute, std::vector<Case>& cases);
   template <typename Tuple>
   void MakeTuples(std::vector<Tuple>& tuples);
 

@@ -5,7 +5,6 @@
 #include <type_traits>
 #include <vector>
 
-#include "common/largepages.h"
 #include "metadata/bindatatuple.h"
 #include "metadata/efbindatatuple.h"
 #include "metadata/tuplesort.h"
@@ -24,10 +23,6 @@ struct UnweightedEFCase {
   static constexpr double weight = 1.0;
   double value;
 };
-
-// These are kept on large pages.
-using UnweightedCases = std::vector<UnweightedCase, LargePageAllocator<UnweightedCase>>;
-using UnweightedEFCases = std::vector<UnweightedEFCase, LargePageAllocator<UnweightedEFCase>>;
 
 // Whether such cases belong to supervised binning.
 template <typename Case>
@@ -52,8 +47,8 @@ struct DistinctBinTable {
 // target that the cases are read with.
 class CaseBuffers {
  public:
-  // The target of every record, or CaseCollector's kNoTarget; empty until it is read, and for
-  // another target.
+  // The target of every record, or kNoTarget, as the missing value was when it was read; empty
+  // until then. Whoever chooses another target empties it.
   std::vector<std::uint16_t>& GetTargets() { return fTargets; }
 
   // Kept from attribute to attribute: to get and give back so much memory takes longer than to
@@ -62,29 +57,32 @@ class CaseBuffers {
 
   // Lets go of a table that takes much memory.
   void DropLargeBinTable() {
-    if (fBinTable.weights.capacity() > kMostKeptWeights) fBinTable = DistinctBinTable();
+    const std::size_t kept = fBinTable.boundaries.capacity() + fBinTable.weights.capacity();
+    if (kept > kMostKeptNumbers) fBinTable = DistinctBinTable();
   }
 
   // The unweighted cases that become such tuples.
-  UnweightedCases& GetUnweighted(const std::vector<BINDataTuple>&) { return fCases; }
-  UnweightedEFCases& GetUnweighted(const std::vector<EFBINDataTuple>&) { return fEFCases; }
+  std::vector<UnweightedCase>& GetUnweighted(const std::vector<BINDataTuple>&) { return fCases; }
+  std::vector<UnweightedEFCase>& GetUnweighted(const std::vector<EFBINDataTuple>&) {
+    return fEFCases;
+  }
 
   void Sort(std::vector<BINDataTuple>& cases) { fTupleSorter.Sort(cases); }
   void Sort(std::vector<EFBINDataTuple>& cases) { fEFTupleSorter.Sort(cases); }
-  void Sort(UnweightedCases& cases) { fCaseSorter.Sort(cases); }
-  void Sort(UnweightedEFCases& cases) { fEFCaseSorter.Sort(cases); }
+  void Sort(std::vector<UnweightedCase>& cases) { fCaseSorter.Sort(cases); }
+  void Sort(std::vector<UnweightedEFCase>& cases) { fEFCaseSorter.Sort(cases); }
 
  private:
-  static constexpr std::size_t kMostKeptWeights = std::size_t{4} << 20;
+  static constexpr std::size_t kMostKeptNumbers = std::size_t{4} << 20;
 
   std::vector<std::uint16_t> fTargets;
   DistinctBinTable fBinTable;
-  UnweightedCases fCases;
-  UnweightedEFCases fEFCases;
+  std::vector<UnweightedCase> fCases;
+  std::vector<UnweightedEFCase> fEFCases;
   TupleSorter<BINDataTuple> fTupleSorter;
   TupleSorter<EFBINDataTuple> fEFTupleSorter;
-  TupleSorter<UnweightedCase, UnweightedCases> fCaseSorter;
-  TupleSorter<UnweightedEFCase, UnweightedEFCases> fEFCaseSorter;
+  TupleSorter<UnweightedCase> fCaseSorter;
+  TupleSorter<UnweightedEFCase> fEFCaseSorter;
 };
 
 }  // namespace MCBinning

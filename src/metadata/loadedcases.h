@@ -23,9 +23,12 @@ class LoadedCases {
     return VisitEither(dataSet, dataSet.fEFTuples, visit);
   }
 
-  // Room for the table of the attribute.
-  static DistinctBinTable& GetBinTable(BINDataSet& dataSet) {
-    return dataSet.fBuffers->GetBinTable();
+  // `use` takes room for the table of the attribute, and returns a status.
+  template <typename Use>
+  static MCStatus UseBinTable(BINDataSet& dataSet, const Use& use) {
+    const MCStatus status = use(dataSet.fBuffers->GetBinTable());
+    dataSet.fBuffers->DropLargeBinTable();
+    return status;
   }
 
  private:

@@ -19,11 +19,12 @@ namespace MCBinning {
 // or a small input as a whole, is then sorted by the order-preserving bits of the values, from
 // the least significant digit: the leading bits in which its values lie apart, in a few digits.
 // What agrees in those is put in order afterwards, so the time stays O(n) whatever the values.
-template <typename Case, typename Cases = std::vector<Case>>
+template <typename Case>
 class TupleSorter {
  public:
-  // Sorts `cases`. Needs as much memory again, kept for the next call unless it is much.
-  void Sort(Cases& cases) {
+  // Sorts `cases`, less than 2^32 of them. Needs as much memory again, kept for the next call
+  // unless it is much.
+  void Sort(std::vector<Case>& cases) {
     if (std::is_sorted(cases.begin(), cases.end(), IsLess)) return;
     fScratch.reserve(cases.capacity());  // the two may change places
     fScratch.resize(cases.size());
@@ -34,13 +35,14 @@ class TupleSorter {
     } else {
       SortRange(cases.data(), fScratch.data(), cases.size());
     }
-    if (fScratch.size() * sizeof(Case) > kLargestKeptBuffer) Cases().swap(fScratch);
+    if (fScratch.capacity() * sizeof(Case) > kLargestKeptBuffer) std::vector<Case>().swap(fScratch);
   }
 
  private:
   using Key = std::uint64_t;
 
-  // How many cases a digit pays for: its counts must be cleared and added up.
+  // Counts of cases. Those of a digit's values must be cleared and added up, which a few cases do
+  // not pay for.
   static constexpr std::size_t kFewCases = 32;      // below, inserting is faster
   static constexpr std::size_t kManyCases = 4096;   // above, larger digits are faster
   static constexpr std::size_t kMostCases = 32768;  // above, buckets are faster
@@ -72,6 +74,7 @@ class TupleSorter {
       std::sort(sample.begin(), sample.end(), IsLess);
       const double low = sample[kSampleTail].value;
       const double high = sample[kSampleSize - 1 - kSampleTail].value;
+      if (!(high > low)) return;
       const double margin = (high - low) / 4.0;
       fLow = low - margin;
       fScale = static_cast<double>(kBucketCount << kPartBits) / (high - low + 2.0 * margin);
@@ -113,6 +116,7 @@ class TupleSorter {
     std::size_t first = 0;
     for (const std::size_t end : ends) {
       const std::size_t size = end - first;
+      // The first and the last bucket, or their neighbours where those are empty, have no parts.
       if (first == 0 || end == count || size < kFewCases || size > kManyCases) {
         SortRange(scratch + first, cases + first, size);
       } else {
@@ -232,7 +236,7 @@ class TupleSorter {
     }
   }
 
-  Cases fScratch;
+  std::vector<Case> fScratch;
 };
 
 }  // namespace MCBinning

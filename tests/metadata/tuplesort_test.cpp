@@ -67,7 +67,7 @@ class TupleSorterTest : public testing::TestWithParam<Values> {};
 TEST_P(TupleSorterTest, SortsAsAStableComparisonDoes) {
   Random random(TestSeed());
   MCBinning::TupleSorter<EFBINDataTuple> sorter;
-  for (const std::size_t count : {0U, 1U, 2U, 31U, 32U, 3000U, 20000U, 100000U}) {
+  for (const std::size_t count : {0U, 1U, 2U, 31U, 32U, 3000U, 32768U, 32769U, 100000U}) {
     SCOPED_TRACE(testing::Message() << count << " cases, seed " << TestSeed());
     std::vector<EFBINDataTuple> cases;
     for (std::size_t i = 0; i < count; ++i) {
