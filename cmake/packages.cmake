@@ -6,7 +6,13 @@ function(mcbinning_install_documents)
     COMPONENT documents)
 endfunction()
 mcbinning_install_documents(FILES README.md CHANGELOG.md CONTRIBUTING.md)
-mcbinning_install_documents(DIRECTORY docs examples)
+mcbinning_install_documents(DIRECTORY examples)
+install(
+  DIRECTORY docs
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  COMPONENT documents
+  PATTERN CMakeLists.txt EXCLUDE
+  PATTERN reference EXCLUDE)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "mcbinning developers <mcbinning@localhost>")

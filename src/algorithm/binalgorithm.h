@@ -6,14 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "algorithm/binsettings.h"
-#include "algorithm/ibinalgorithm.h"
-#include "common/bincancelinfo.h"
-#include "common/export.h"
-#include "common/mcstatus.h"
-#include "metadata/bindatatuple.h"
-#include "metadata/binvarlist.h"
-#include "output/binoutput.h"
+#include "../common/bincancelinfo.h"
+#include "../common/export.h"
+#include "../common/mcstatus.h"
+#include "../metadata/bindatatuple.h"
+#include "../metadata/binvarlist.h"
+#include "../output/binoutput.h"
+#include "binsettings.h"
+#include "ibinalgorithm.h"
 
 class BINDataPreparator;
 class BINDataSet;
@@ -139,7 +139,7 @@ class MCBINNING_API BINAlgorithm : public IBINAlgorithm {
   std::vector<MCBinning::MCStatus> fPairStatuses;
   int fTargetIndex;
   int fWeightIndex;
-  [[maybe_unused]] std::vector<BINDataTuple>*
-      fTuples;  // null: cases are read where the data set keeps them
+  // Keeps the layout; null, as cases are read where the data set keeps them.
+  [[maybe_unused]] std::vector<BINDataTuple>* fTuples;
   BINOutput fResults;
 };

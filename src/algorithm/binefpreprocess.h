@@ -3,9 +3,9 @@
 #include <ostream>
 #include <vector>
 
-#include "common/export.h"
-#include "metadata/bindatatuple.h"
-#include "metadata/efbindatatuple.h"
+#include "../common/export.h"
+#include "../metadata/bindatatuple.h"
+#include "../metadata/efbindatatuple.h"
 
 // Weighted percentile cut points: they split sorted cases into bins of as nearly equal
 // weight as ties allow.
@@ -42,12 +42,6 @@ class MCBINNING_API BINEFPreProcess {
   bool FindCutPts(std::vector<double>& cutPoints, std::vector<double>& binWeights,
                   double totalWeight);
 
-  // The same as FindCutPts() for sorted cases of any kind, without keeping them. For
-  // BINAlgorithm and EFBINAlgorithm.
-  template <typename Case>
-  bool CutCases(const std::vector<Case>& cases, std::vector<double>& cutPoints,
-                std::vector<double>& binWeights, double totalWeight) const;
-
   // One step of the scan: the value at `percent` of the total weight; appends the weight
   // since the last step to `binWeights` (equal-frequency tuples only). The scan's state is in
   // `position` (cases consumed), `cumulativeWeight` (their weight) and
@@ -61,6 +55,13 @@ class MCBINNING_API BINEFPreProcess {
   std::ostream& Display(std::ostream& os) const;
 
  private:
+  friend class BINAlgorithm;
+  friend class EFBINAlgorithm;
+
+  // The same as FindCutPts() for sorted cases of any kind, without keeping them.
+  template <typename Case>
+  bool CutCases(const std::vector<Case>& cases, std::vector<double>& cutPoints,
+                std::vector<double>& binWeights, double totalWeight) const;
   template <typename Case>
   double Step(const std::vector<Case>& cases, const std::vector<double>& cutPoints,
               std::vector<double>& binWeights, double percent, unsigned int& position,

@@ -3,9 +3,9 @@
 #include <memory>
 #include <ostream>
 
-#include "algorithm/ibinalgorithm.h"
-#include "common/export.h"
-#include "common/mcstatus.h"
+#include "../common/export.h"
+#include "../common/mcstatus.h"
+#include "ibinalgorithm.h"
 
 class BINSettings;
 class BINVarList;

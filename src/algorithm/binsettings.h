@@ -3,7 +3,7 @@
 #include <ostream>
 #include <string>
 
-#include "common/export.h"
+#include "../common/export.h"
 
 class MCQueryCancel;
 class ProgressListener;
@@ -49,7 +49,7 @@ class MCBINNING_API BINSettings {
   int GetNumberOfBins() const { return fNumberOfBins; }
 
   // Where the temporary files go: one file of 8 bytes per record for every variable. Not
-  // checked here. Default: the system's directory for temporary files; "" means the current
+  // checked here. Default: /tmp, whatever TMPDIR says; "" means the current
   // directory.
   void SetTempDirName(const std::string& name) { fTempDirName = name; }
   std::string GetTempDirName() const { return fTempDirName; }

@@ -5,14 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "algorithm/efbinsettings.h"
-#include "algorithm/iefbinalgorithm.h"
-#include "common/bincancelinfo.h"
-#include "common/export.h"
-#include "common/mcstatus.h"
-#include "metadata/binvarlist.h"
-#include "metadata/efbindatatuple.h"
-#include "output/efbinoutput.h"
+#include "../common/bincancelinfo.h"
+#include "../common/export.h"
+#include "../common/mcstatus.h"
+#include "../metadata/binvarlist.h"
+#include "../metadata/efbindatatuple.h"
+#include "../output/efbinoutput.h"
+#include "efbinsettings.h"
+#include "iefbinalgorithm.h"
 
 class BINDataPreparator;
 class BINDataSet;

@@ -3,9 +3,9 @@
 #include <memory>
 #include <ostream>
 
-#include "algorithm/iefbinalgorithm.h"
-#include "common/export.h"
-#include "common/mcstatus.h"
+#include "../common/export.h"
+#include "../common/mcstatus.h"
+#include "iefbinalgorithm.h"
 
 class EFBINSettings;
 class BINVarList;

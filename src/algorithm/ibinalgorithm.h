@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "common/export.h"
-#include "common/mcstatus.h"
-#include "host/recorditerator.h"
+#include "../common/export.h"
+#include "../common/mcstatus.h"
+#include "../host/recorditerator.h"
 
 class BINOutput;
 class BINSettings;
@@ -22,7 +22,7 @@ class ProgressListener;
 //   Cost        the cases of one attribute are in memory at a time; each is read and sorted
 //               in linear time.
 //   Threads     one object belongs to one thread, but Cancel() may be called from any.
-//               Different objects share nothing.
+//               Different objects share nothing but MCMV::gMissingValue.
 //   Exceptions  none leaves an operation that returns a status: memory that ran out is error
 //               3, anything else that a host's object has thrown error 1.
 class MCBINNING_API IBINAlgorithm {
@@ -41,11 +41,11 @@ class MCBINNING_API IBINAlgorithm {
   // What befalls one pair is stored with it and does not stop the others. OK when every pair
   // that was run is, in this run and the earlier ones; warning 120018 otherwise. An entry of a
   // list that is refused before it is run only shows in its own result. Errors: 1
-  // cancelled, 3 out of memory, 120003 the list names another target than the variable with
-  // that role, 120004 no data, 120008 the lists do not go together or hold no usable pair,
-  // 120009 the number of bins is not set, 120010 no usable target, 120012 a category code
-  // out of range, 120021 a temporary file cannot be written. A data pass that failed is
-  // forgotten: the next call reads the records it is given.
+  // cancelled, 3 out of memory or more than 2^31 - 1 records stored, 120003 the list names another
+  // target than the variable with that role, 120004 no data, 120008 the lists do not go together or
+  // hold no usable pair, 120009 the number of bins is not set, 120010 no usable target, 120012 a
+  // category code out of range, 120021 a temporary file cannot be written. A data pass that failed
+  // is forgotten: the next call reads the records it is given.
   virtual MCBinning::MCStatus CreateBins(MCCommon::RecordIterator& records,
                                          const std::vector<int>* attributes,
                                          const std::vector<int>* targets) = 0;

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "common/export.h"
-#include "common/mcstatus.h"
-#include "host/recorditerator.h"
+#include "../common/export.h"
+#include "../common/mcstatus.h"
+#include "../host/recorditerator.h"
 
 class BINVarList;
 class EFBINOutput;
@@ -32,10 +32,11 @@ class MCBINNING_API IEFBINAlgorithm {
   // What befalls one attribute is stored with it and does not stop the others. OK when every
   // attribute that was run is, in this run and the earlier ones; warning 120018 otherwise. An
   // entry of the list that is refused before it is run only shows in its own result. Errors: 1
-  // cancelled, 3 out of memory, 120003 the list names another target than the variable with that
-  // role, 120004 no data, 120009 the number of bins is not set, 120011 no usable attribute in the
-  // list, 120012 a category code out of range, 120021 a temporary file cannot be written. A data
-  // pass that failed is forgotten: the next call reads the records it is given.
+  // cancelled, 3 out of memory or more than 2^31 - 1 records stored, 120003 the list names another
+  // target than the variable with that role, 120004 no data, 120009 the number of bins is not set,
+  // 120011 no usable attribute in the list, 120012 a category code out of range, 120021 a temporary
+  // file cannot be written. A data pass that failed is forgotten: the next call reads the records
+  // it is given.
   virtual MCBinning::MCStatus CreateBins(MCCommon::RecordIterator& records,
                                          const std::vector<int>* attributes) = 0;
 

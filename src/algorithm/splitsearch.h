@@ -33,8 +33,8 @@ class SplitSearch {
 
   // An interval under search.
   struct Search {
-    std::size_t first;
-    std::size_t last;
+    std::size_t first = 0;
+    std::size_t last = 0;
     const std::vector<double>& totals;
     std::vector<double>& left;  // the split under evaluation
     std::vector<double>& right;

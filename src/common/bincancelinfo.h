@@ -3,7 +3,7 @@
 #include <atomic>
 #include <ostream>
 
-#include "common/export.h"
+#include "export.h"
 
 class MCQueryCancel;
 

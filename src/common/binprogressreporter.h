@@ -3,8 +3,8 @@
 #include <ostream>
 #include <string>
 
-#include "common/export.h"
-#include "common/progressreport.h"
+#include "export.h"
+#include "progressreport.h"
 
 // The library's own progress report: one index and one time.
 class MCBINNING_API BINProgressReporter : public ProgressReport {

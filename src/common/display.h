@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "common/export.h"
+#include "export.h"
 
 namespace MCBinning {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/export.h"
+#include "export.h"
 
 // Values and helpers of mcbinning that are not named for binning themselves.
 namespace MCBinning {

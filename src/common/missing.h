@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/missingvalue.h"
+#include "../host/missingvalue.h"
 
 namespace MCMV {
 

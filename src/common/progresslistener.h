@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/export.h"
+#include "export.h"
 
 class ProgressReport;
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "common/export.h"
+#include "export.h"
 
 // What the library tells a ProgressListener: measures by name. Exists only during the
 // call; a listener copies what it wants to keep.

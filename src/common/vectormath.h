@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "common/export.h"
+#include "export.h"
 
 namespace MCBinning {
 

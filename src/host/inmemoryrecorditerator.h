@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <vector>
 
-#include "host/record.h"
-#include "host/recorditerator.h"
-#include "host/recordsexport.h"
+#include "record.h"
+#include "recorditerator.h"
+#include "recordsexport.h"
 
 namespace MCCommon {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/recordsexport.h"
+#include "recordsexport.h"
 
 // The system-missing value.
 namespace MCMV {

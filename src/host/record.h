@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "host/recordsexport.h"
+#include "recordsexport.h"
 
 namespace MCCommon {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/record.h"
-#include "host/recordsexport.h"
+#include "record.h"
+#include "recordsexport.h"
 
 // How a host hands over its records.
 namespace MCCommon {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "common/export.h"
+#include "../common/export.h"
 
 namespace MCBinning {
 

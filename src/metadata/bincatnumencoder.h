@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "common/export.h"
-#include "metadata/ibinencoder.h"
-#include "metadata/ibinusermissing.h"
+#include "../common/export.h"
+#include "ibinencoder.h"
+#include "ibinusermissing.h"
 
 // Codes the values of a numeric categorical variable.
 //

@@ -3,9 +3,9 @@
 #include <memory>
 #include <string>
 
-#include "common/export.h"
-#include "metadata/ibinencoder.h"
-#include "metadata/ibinvariable.h"
+#include "../common/export.h"
+#include "ibinencoder.h"
+#include "ibinvariable.h"
 
 // A categorical variable, attribute or target. Its encoder codes the categories and owns
 // the user-missing definition.

@@ -3,9 +3,9 @@
 #include <memory>
 #include <string>
 
-#include "common/export.h"
-#include "metadata/ibinusermissing.h"
-#include "metadata/ibinvariable.h"
+#include "../common/export.h"
+#include "ibinusermissing.h"
+#include "ibinvariable.h"
 
 // A continuous attribute: its values are binned as they are, so it has no encoder and no
 // categories.

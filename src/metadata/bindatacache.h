@@ -4,7 +4,7 @@
 #include <ostream>
 #include <vector>
 
-#include "common/export.h"
+#include "../common/export.h"
 
 // A fixed-size, row-major matrix of doubles with a fill count per row: the write buffer of
 // the data pass, a row per temporary file.

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "common/export.h"
-#include "common/mcstatus.h"
-#include "host/record.h"
-#include "host/recorditerator.h"
-#include "metadata/bindatacache.h"
-#include "metadata/ibinvariable.h"
+#include "../common/export.h"
+#include "../common/mcstatus.h"
+#include "../host/record.h"
+#include "../host/recorditerator.h"
+#include "bindatacache.h"
+#include "ibinvariable.h"
 
 class BINCancelInfo;
 class BINNumericUserMissing;

@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "common/export.h"
-#include "common/mcstatus.h"
-#include "host/recorditerator.h"
-#include "metadata/binaryrecorditerator.h"
-#include "metadata/bindatatuple.h"
-#include "metadata/efbindatatuple.h"
+#include "../common/export.h"
+#include "../common/mcstatus.h"
+#include "../host/recorditerator.h"
+#include "binaryrecorditerator.h"
+#include "bindatatuple.h"
+#include "efbindatatuple.h"
 
 class BINDataPreparator;
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <ostream>
 
-#include "common/export.h"
+#include "../common/export.h"
 
 // One valid case of an attribute in supervised binning.
 struct BINDataTuple {

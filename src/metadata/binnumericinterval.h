@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "common/export.h"
+#include "../common/export.h"
 
 // A closed interval of numbers; both ends always belong to it.
 //

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "common/export.h"
-#include "metadata/binnumericinterval.h"
-#include "metadata/ibinusermissing.h"
+#include "../common/export.h"
+#include "binnumericinterval.h"
+#include "ibinusermissing.h"
 
 // User-missing numbers: discrete values with labels, and at most one closed interval.
 class MCBINNING_API BINNumericUserMissing : public IBINUserMissing {

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "common/export.h"
-#include "metadata/ibinencoder.h"
-#include "metadata/ibinvariable.h"
+#include "../common/export.h"
+#include "ibinencoder.h"
+#include "ibinvariable.h"
 
 class BINNumericUserMissing;
 

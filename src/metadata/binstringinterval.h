@@ -3,7 +3,7 @@
 #include <ostream>
 #include <string>
 
-#include "common/export.h"
+#include "../common/export.h"
 
 // An interval of strings, each end included or not. Strings compare byte by byte.
 //

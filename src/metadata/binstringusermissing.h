@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "common/export.h"
-#include "metadata/ibinusermissing.h"
+#include "../common/export.h"
+#include "ibinusermissing.h"
 
 // User-missing strings: discrete values with labels. Strings match byte by byte.
 class MCBINNING_API BINStringUserMissing : public IBINUserMissing {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "common/export.h"
-#include "metadata/ibinvariable.h"
+#include "../common/export.h"
+#include "ibinvariable.h"
 
 // The host's description of its data: the variables in the order of the record's positions,
 // and which of them are target and frequency weight.

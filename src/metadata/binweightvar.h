@@ -3,10 +3,10 @@
 #include <memory>
 #include <string>
 
-#include "common/export.h"
-#include "metadata/ibinencoder.h"
-#include "metadata/ibinusermissing.h"
-#include "metadata/ibinvariable.h"
+#include "../common/export.h"
+#include "ibinencoder.h"
+#include "ibinusermissing.h"
+#include "ibinvariable.h"
 
 // The frequency weight: says how many cases a record stands for. Its encoder, a
 // BINRoundEncoder, makes the weights whole numbers and points at the variable's own

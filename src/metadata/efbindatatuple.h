@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "common/export.h"
+#include "../common/export.h"
 
 // One valid case of an attribute in equal-frequency binning.
 struct EFBINDataTuple {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "common/export.h"
+#include "../common/export.h"
 
 class IBINUserMissing;
 

@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "common/export.h"
+#include "../common/export.h"
 
 // The values of one variable that its user declared missing.
 //

@@ -3,7 +3,7 @@
 #include <ostream>
 #include <string>
 
-#include "common/export.h"
+#include "../common/export.h"
 
 class IBINEncoder;
 class IBINUserMissing;

@@ -69,7 +69,7 @@ class TupleSorter {
     // the time only.
     Spread(const Case* cases, std::size_t count) {
       if (count <= kMostCases) return;
-      std::array<Case, kSampleSize> sample;
+      std::array<Case, kSampleSize> sample{};
       for (std::size_t i = 0; i < kSampleSize; ++i) sample[i] = cases[count / kSampleSize * i];
       std::sort(sample.begin(), sample.end(), IsLess);
       const double low = sample[kSampleTail].value;
@@ -85,7 +85,7 @@ class TupleSorter {
     // Never descends while the value ascends, and a NaN is in the last bucket. Requires
     // IsUseful().
     std::size_t BucketOf(const Case& item) const {
-      constexpr double kLast = static_cast<double>((kBucketCount << kPartBits) - 1);
+      constexpr auto kLast = static_cast<double>((kBucketCount << kPartBits) - 1);
       const double position = (item.value - fLow) * fScale;
       const double capped = position < kLast ? position : kLast;
       return static_cast<std::uint32_t>(capped > 0.0 ? capped : 0.0) >> kPartBits;

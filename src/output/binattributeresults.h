@@ -3,8 +3,8 @@
 #include <ostream>
 #include <vector>
 
-#include "common/export.h"
-#include "common/mcstatus.h"
+#include "../common/export.h"
+#include "../common/mcstatus.h"
 
 // The outcome of equal-frequency binning for one attribute. A copyable value; a
 // default-constructed one has index -1 and every number 0.

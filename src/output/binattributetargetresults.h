@@ -3,8 +3,8 @@
 #include <ostream>
 #include <vector>
 
-#include "common/export.h"
-#include "common/mcstatus.h"
+#include "../common/export.h"
+#include "../common/mcstatus.h"
 
 // The outcome of supervised binning for one attribute/target pair. A copyable value; a
 // default-constructed one has indices -1 and every number 0.

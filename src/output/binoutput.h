@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "common/export.h"
-#include "common/mcstatus.h"
-#include "output/binattributetargetresults.h"
+#include "../common/export.h"
+#include "../common/mcstatus.h"
+#include "binattributetargetresults.h"
 
 // The results of a supervised run: a record per attribute/target pair, in the order in
 // which the pairs were run, those that ended with a warning or an error included.

@@ -3,9 +3,9 @@
 #include <ostream>
 #include <vector>
 
-#include "common/export.h"
-#include "common/mcstatus.h"
-#include "output/binattributeresults.h"
+#include "../common/export.h"
+#include "../common/mcstatus.h"
+#include "binattributeresults.h"
 
 // The results of an equal-frequency run: a record per attribute, in the order in which
 // the attributes were run, those that ended with a warning or an error included.

@@ -17,7 +17,7 @@ foreach(header IN LISTS headers)
   execute_process(
     COMMAND
       ${CLANG} -std=c++17 -fsyntax-only -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion
-      -Wshadow -Wold-style-cast -Werror -I ${HEADERS} -I ${HEADERS}/mcbinning -include ${header} -x
+      -Wshadow -Wold-style-cast -Werror -I ${HEADERS} -include ${header} -x
       c++ /dev/null
     RESULT_VARIABLE result)
   if(NOT result EQUAL 0)
