@@ -24,14 +24,16 @@ int main() {
   settings.SetNumberOfBins(1000);
   BINFactory factory;
   const std::unique_ptr<IBINAlgorithm> binning(factory.CreateBINAlgorithm(settings, variables));
-  const MCBinning::MCStatus status =
+  MCBinning::MCStatus status =
       binning ? binning->CreateBins(records, nullptr, nullptr) : factory.GetStatus();
-  if (status.IsError()) {
+  BINAttributeTargetResults results;
+  if (!status.IsError()) {
+    status = binning->GetBinningResults().GetAttributeTargetCutPoints(age, buys, results);
+  }
+  if (status.IsError() || results.GetCellCounts().front().empty()) {
     std::cerr << "no bins: status " << status.GetErrorCode() << '\n';
     return 1;
   }
-  BINAttributeTargetResults results;
-  binning->GetBinningResults().GetAttributeTargetCutPoints(age, buys, results);
   for (const double cutPoint : results.GetCutPoints()) std::cout << "cut at " << cutPoint << '\n';
   for (const std::vector<double>& bin : results.GetCellCounts()) {
     std::cout << bin[0] << " people: " << bin[1] << " do not buy, " << bin[2] << " do\n";

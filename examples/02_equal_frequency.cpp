@@ -1,8 +1,7 @@
 // Bins of equal weight, without a target: incomes in quarters, where each record stands for
 // several households and some incomes are not known. Then: which bin does a new income fall into?
 //
-//   g++ -std=c++17 02_equal_frequency.cpp $(pkg-config --cflags --libs mcbinning) -o
-//   equal_frequency
+//   g++ -std=c++17 02_equal_frequency.cpp $(pkg-config --cflags --libs mcbinning) -o quarters
 
 #include <mcbinning/mcbinning.h>
 
@@ -43,14 +42,16 @@ int main() {
 
   EFBINFactory factory;
   const std::unique_ptr<IEFBINAlgorithm> binning(factory.CreateEFBINAlgorithm(settings, variables));
-  const MCBinning::MCStatus status =
+  MCBinning::MCStatus status =
       binning ? binning->CreateBins(records, nullptr) : factory.GetStatus();
-  if (status.IsError()) {
+  BINAttributeResults results;
+  if (!status.IsError()) {
+    status = binning->GetBinningResults().GetAttributeCutPoints(income, results);
+  }
+  if (status.IsError() || results.GetCellCounts().empty()) {
     std::cerr << "no bins: status " << status.GetErrorCode() << '\n';
     return 1;
   }
-  BINAttributeResults results;
-  binning->GetBinningResults().GetAttributeCutPoints(income, results);
   // end run
 
   const std::vector<double>& cutPoints = results.GetCutPoints();

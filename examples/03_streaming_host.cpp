@@ -108,9 +108,12 @@ BINVarList Variables() {
 }
 
 // begin status
+[[noreturn]] void Throw(const MCBinning::MCStatus& status) {
+  throw std::runtime_error("no bins: status " + std::to_string(status.GetErrorCode()));
+}
+
 void ThrowOnError(const MCBinning::MCStatus& status) {
-  if (!status.IsError()) return;
-  throw std::runtime_error("the run ended with status " + std::to_string(status.GetErrorCode()));
+  if (status.IsError()) Throw(status);
 }
 // end status
 
@@ -130,8 +133,12 @@ void BinSupervised(FileRecordIterator& records, const std::string& tempDirectory
   ThrowOnError(binning ? binning->CreateBins(records, nullptr, nullptr) : factory.GetStatus());
 
   for (int attribute = 0; attribute < kAttributes; ++attribute) {
+    // begin result
     BINAttributeTargetResults results;
-    binning->GetBinningResults().GetAttributeTargetCutPoints(attribute, kTarget, results);
+    const MCBinning::MCStatus status =
+        binning->GetBinningResults().GetAttributeTargetCutPoints(attribute, kTarget, results);
+    if (status.IsError() || results.GetCellCounts().front().empty()) Throw(status);
+    // end result
     if (results.GetCutPoints().empty()) continue;
     std::cout << 'x' << attribute << " tells the classes apart, cut at";
     PrintCutPoints(results.GetCutPoints());
@@ -149,7 +156,8 @@ void BinEqualFrequency(FileRecordIterator& records, const std::string& tempDirec
   ThrowOnError(binning ? binning->CreateBins(records, &attributes) : factory.GetStatus());
 
   BINAttributeResults results;
-  ThrowOnError(binning->GetBinningResults().GetAttributeCutPoints(0, results));
+  const MCBinning::MCStatus status = binning->GetBinningResults().GetAttributeCutPoints(0, results);
+  if (status.IsError() || results.GetCellCounts().empty()) Throw(status);
   std::cout << "quarters of x0, cut at";
   PrintCutPoints(results.GetCutPoints());
 }

@@ -105,7 +105,7 @@ void Run(ProgressListener& progress, StopButton& stop) {
     const MCBinning::MCStatus found =
         binning->GetBinningResults().GetAttributeTargetCutPoints(attribute, target, results);
     std::cout << kNames[attribute] << ": status " << found.GetErrorCode() << ", "
-              << results.GetCellCounts().size() << " bins\n";
+              << results.GetCutPoints().size() << " cut points\n";
   }
   std::cout << CountFiles(directory) << " temporary files while the algorithm is there\n";
   binning.reset();

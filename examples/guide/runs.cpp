@@ -102,4 +102,8 @@ bool UseTwoThreads() {
 
 }  // namespace
 
-int main() { return RunSupervised() && UseTwoThreads() ? 0 : 1; }
+int main() {
+  if (RunSupervised() && UseTwoThreads()) return 0;
+  std::cerr << "not the bins that were expected\n";
+  return 1;
+}
