@@ -1,10 +1,10 @@
 #pragma once
 
+#include <mcbinning/host/record.h>
+#include <mcbinning/host/recorditerator.h>
+
 #include <cstddef>
 #include <vector>
-
-#include "host/record.h"
-#include "host/recorditerator.h"
 
 // Hands out as records what this host keeps in columns. The columns, one or more of the same
 // length, stay the caller's.

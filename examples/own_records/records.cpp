@@ -1,14 +1,14 @@
 // The three names by which mcbinning knows records, as this host gives them meaning: the classes
 // keep the layout that the headers state, all else is the host's.
 
+#include <mcbinning/host/missingvalue.h>
+#include <mcbinning/host/record.h>
+#include <mcbinning/host/recorditerator.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <new>
 #include <utility>
-
-#include "host/missingvalue.h"
-#include "host/record.h"
-#include "host/recorditerator.h"
 
 namespace {
 
