@@ -3,14 +3,9 @@
 # Compares the binary interface of the library with its description EXPECTED.abi; leaves what it
 # found in ACTUAL.abi. HEADERS is a folder with the public headers alone.
 cmake_minimum_required(VERSION 3.25)
+include(${CMAKE_CURRENT_LIST_DIR}/../support/requiretools.cmake)
 
-if(NOT ABIDW OR NOT ABIDIFF)
-  if("$ENV{CI}" STREQUAL "true")
-    message(FATAL_ERROR "abidw and abidiff are missing (Debian package abigail-tools)")
-  endif()
-  message("skipped: no abidw and abidiff (Debian package abigail-tools)")
-  return()
-endif()
+mcbinning_require_tools("abidw and abidiff" "abigail-tools" ABIDW ABIDIFF)
 
 # What the standard library is made of inside is none of our interface, and most of the text.
 file(WRITE ${ACTUAL}.suppressions "[suppress_type]

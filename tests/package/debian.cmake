@@ -2,16 +2,11 @@
 # Packs the build folder BUILD into Debian packages in DIRECTORY and looks for every file of STAGE,
 # where everything was installed, in one of them.
 cmake_minimum_required(VERSION 3.25)
+include(${CMAKE_CURRENT_LIST_DIR}/../support/requiretools.cmake)
 
 find_program(SHLIBDEPS dpkg-shlibdeps)
 find_program(FILE file)
-if(NOT SHLIBDEPS OR NOT FILE)
-  if("$ENV{CI}" STREQUAL "true")
-    message(FATAL_ERROR "dpkg-shlibdeps or file is missing (Debian packages dpkg-dev and file)")
-  endif()
-  message("skipped: no dpkg-shlibdeps or file (Debian packages dpkg-dev and file)")
-  return()
-endif()
+mcbinning_require_tools("dpkg-shlibdeps or file" "dpkg-dev, file" SHLIBDEPS FILE)
 
 file(REMOVE_RECURSE ${DIRECTORY})
 execute_process(COMMAND ${CPACK} --config ${BUILD}/CPackConfig.cmake -B ${DIRECTORY}

@@ -2,14 +2,9 @@
 # Compiles each of the installed headers alone as C++17 with clang, with all warnings. (The build
 # does so with its own compiler.)
 cmake_minimum_required(VERSION 3.25)
+include(${CMAKE_CURRENT_LIST_DIR}/../support/requiretools.cmake)
 
-if(NOT CLANG)
-  if("$ENV{CI}" STREQUAL "true")
-    message(FATAL_ERROR "clang++ is missing (Debian package clang)")
-  endif()
-  message("skipped: no clang++ (Debian package clang)")
-  return()
-endif()
+mcbinning_require_tools("clang++" "clang" CLANG)
 
 file(GLOB_RECURSE headers RELATIVE ${HEADERS} ${HEADERS}/mcbinning/*.h)
 list(LENGTH headers count)
