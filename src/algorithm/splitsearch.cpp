@@ -22,21 +22,7 @@ constexpr std::size_t kFewRows = 2 * kBlockRows;
 
 constexpr double kTwoTo52 = 4503599627370496.0;
 
-// Whether all are whole numbers from 0 up to 2^51. Written without branches, for the sake of
-// vector instructions: between 2^52 and 2^53 a double has no fraction bits, so the sum loses
-// what is not whole.
-bool AreWhole(const double* number, const double* end) {
-  constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
-  std::uint64_t wrongBits = 0;
-  for (; number < end; ++number) {
-    const double x = *number;
-    const double lost = ((x + kTwoTo52) - kTwoTo52) - x;
-    wrongBits |= std::bit_cast<std::uint64_t>(lost) | (std::bit_cast<std::uint64_t>(x) & kSign);
-  }
-  return wrongBits == 0;
-}
-
-// With the number of categories known, the sums stay in registers: five times faster.
+// With the number of categories known, the sums stay in registers.
 template <std::size_t kCategories>
 void AddRowsOf(const double* row, const double* end, SplitBound::Weights& weights) {
   std::array<double, kCategories> sums{};
@@ -47,6 +33,45 @@ void AddRowsOf(const double* row, const double* end, SplitBound::Weights& weight
   }
   std::copy_n(sums.begin(), kCategories, weights.begin());
 }
+
+// Adds many rows, and tells whether all their weights are whole numbers from 0 up to 2^51:
+// between 2^52 and 2^53 a double has no fraction bits, so there a sum loses what is not whole.
+// A few rows are summed side by side, so that no addition waits for the one before.
+template <std::size_t kCategories>
+bool AddWholeRowsOf(const double* row, const double* end, SplitBound::Weights& weights) {
+  constexpr std::size_t kLanes = std::max<std::size_t>(8 / kCategories, 1) * kCategories;
+  std::array<double, kLanes> sums{};
+  std::array<std::uint64_t, kLanes> lostBits{};
+  std::array<std::uint64_t, kLanes> allBits{};
+  const auto add = [&](std::size_t lanes) {
+    for (std::size_t lane = 0; lane < lanes; ++lane) {
+      const double x = row[lane];
+      const double lost = ((x + kTwoTo52) - kTwoTo52) - x;
+      sums[lane] += x;
+      lostBits[lane] |= std::bit_cast<std::uint64_t>(lost);
+      allBits[lane] |= std::bit_cast<std::uint64_t>(x);
+    }
+  };
+  for (; end - row >= static_cast<std::ptrdiff_t>(kLanes); row += kLanes) add(kLanes);
+  for (; row < end; row += kCategories) add(kCategories);
+
+  constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
+  std::uint64_t wrongBits = 0;
+  for (std::size_t lane = 0; lane < kLanes; ++lane) {
+    weights[lane % kCategories] += sums[lane];
+    wrongBits |= lostBits[lane] | (allBits[lane] & kSign);
+  }
+  return wrongBits == 0;
+}
+
+// By the number of categories, from 2 on. Called by pointer, each is compiled on its own: worked
+// into the loop around it, the second would lose its vector instructions.
+constexpr std::array kAddRows{&AddRowsOf<2>, &AddRowsOf<3>, &AddRowsOf<4>, &AddRowsOf<5>,
+                              &AddRowsOf<6>, &AddRowsOf<7>, &AddRowsOf<8>};
+constexpr std::array kAddWholeRows{&AddWholeRowsOf<2>, &AddWholeRowsOf<3>, &AddWholeRowsOf<4>,
+                                   &AddWholeRowsOf<5>, &AddWholeRowsOf<6>, &AddWholeRowsOf<7>,
+                                   &AddWholeRowsOf<8>};
+static_assert(kAddRows.size() == SplitBound::kMostCategories - 1);
 
 void MoveRow(const double* row, std::vector<double>& left, std::vector<double>& right) {
   for (std::size_t category = 1; category < left.size(); ++category) {
@@ -73,7 +98,6 @@ SplitSearch::SplitSearch(const std::vector<double>& binTable, std::size_t catego
   if (isWorthIt) SumBlocks();
 }
 
-// Each block is looked at and added up while the processor's cache holds it.
 void SplitSearch::SumBlocks() {
   const std::size_t rowCount = fTable.size() / fCategoryCount;
   fBlockSums.reserve((rowCount / kBlockRows + 1) * fCategoryCount);
@@ -84,8 +108,7 @@ void SplitSearch::SumBlocks() {
     fBlockSums.insert(fBlockSums.end(), weights.begin(),
                       weights.begin() + static_cast<std::ptrdiff_t>(fCategoryCount));
     const std::size_t next = std::min(end, rowCount);
-    areWhole = areWhole && AreWhole(RowAt(row), RowAt(next));
-    AddRows(row, next, weights);
+    areWhole = kAddWholeRows[fCategoryCount - 2](RowAt(row), RowAt(next), weights);
     row = next;
     if (end > rowCount || !areWhole) break;
   }
@@ -94,22 +117,7 @@ void SplitSearch::SumBlocks() {
 }
 
 void SplitSearch::AddRows(std::size_t first, std::size_t end, Weights& weights) const {
-  switch (fCategoryCount) {
-    case 2:
-      return AddRowsOf<2>(RowAt(first), RowAt(end), weights);
-    case 3:
-      return AddRowsOf<3>(RowAt(first), RowAt(end), weights);
-    case 4:
-      return AddRowsOf<4>(RowAt(first), RowAt(end), weights);
-    case 5:
-      return AddRowsOf<5>(RowAt(first), RowAt(end), weights);
-    case 6:
-      return AddRowsOf<6>(RowAt(first), RowAt(end), weights);
-    case 7:
-      return AddRowsOf<7>(RowAt(first), RowAt(end), weights);
-    case 8:
-      return AddRowsOf<8>(RowAt(first), RowAt(end), weights);
-  }
+  kAddRows[fCategoryCount - 2](RowAt(first), RowAt(end), weights);
 }
 
 // The weights of all rows before `row`, exact, from the sums of whole blocks.
