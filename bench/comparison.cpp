@@ -13,7 +13,6 @@ namespace bench {
 
 namespace {
 
-constexpr int kFewestRounds = 3;
 constexpr int kMostRounds = 40;
 constexpr double kSecondsPerComparison = 4.0;
 constexpr double kNotMeasured = std::numeric_limits<double>::infinity();
@@ -54,7 +53,7 @@ Times Measure(const Comparison& comparison) {
   };
   const double start = WallSeconds();
   for (int round = 0; round < kMostRounds; ++round) {
-    if (round >= kFewestRounds && WallSeconds() - start > kSecondsPerComparison) break;
+    if (round >= comparison.fewestRounds && WallSeconds() - start > kSecondsPerComparison) break;
     run(comparison.plain, best.plain);
     run(comparison.library, best.library);
     run(comparison.floor, best.floor);

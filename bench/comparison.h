@@ -37,12 +37,14 @@ struct Comparison {
   std::vector<Goal> goals;
   // Asked after the measurement; empty for yes.
   std::function<bool()> isSameResult = {};
+  // More where a side is easily disturbed.
+  int fewestRounds = 3;
 };
 
 // Prints the heading of the table.
 void PrintHeading();
 
-// Runs the sides in turn, at least three times and up to some seconds, and prints one line
+// Runs the sides in turn, at least so many times and up to some seconds, and prints one line
 // per goal from the best time of each side.
 void Compare(const Comparison& comparison);
 

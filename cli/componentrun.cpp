@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <deque>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <thread>
 
@@ -59,7 +61,7 @@ class Share {
     settings.SetCancelPointer(&cancel);
     if (!fRun.progress.IsVisible()) return;
     settings.SetProgressListener(&fProgress);
-    settings.SetNSkippedCasesReports(RunProgress::RecordsPerReport(fRun.values.GetRecordCount()));
+    settings.SetNSkippedCasesReports(RunProgress::RecordsPerReport(fRecords.GetRecordCount()));
     settings.SetNSkippedAttReports(0);
   }
 
@@ -140,15 +142,21 @@ AttributeBins TakeResults(const BINAttributeResults& results) {
 // Runs `binShare(share, cancel, results)` for every share, which puts what it finds at its own
 // places in the results, `resultCount` in number.
 template <typename BinShare>
-std::vector<AttributeBins> RunShares(const ComponentRun& run, std::size_t resultCount,
+std::vector<AttributeBins> RunShares(ComponentRun& run, std::size_t resultCount,
                                      const BinShare& binShare) {
   const std::size_t shareCount = CountJobs(run);
-  RunProgress progress(run.progress, run.values.GetRecordCount() * (shareCount + resultCount));
+  RunProgress progress(run.progress, run.values->GetRecordCount() * (shareCount + resultCount));
   std::vector<AttributeBins> results(resultCount);
+  std::deque<Share> shares;
+  for (std::size_t index = 0; index < shareCount; ++index) {
+    shares.emplace_back(run, index, shareCount, progress);
+  }
+  std::once_flag isValueFileClosed;
   Jobs jobs;
   jobs.Run(shareCount, [&](std::size_t index) {
-    Share share(run, index, shareCount, progress);
-    binShare(share, jobs, results);
+    binShare(shares[index], jobs, results);
+    // Giving a large file back to the system takes a while: the first to end has the time.
+    std::call_once(isValueFileClosed, [&] { run.values.reset(); });
   });
   for (const AttributeBins& bins : results) {
     CheckCutPoints(bins.cutPoints, run.variables.attributes[bins.attribute]);
@@ -158,7 +166,7 @@ std::vector<AttributeBins> RunShares(const ComponentRun& run, std::size_t result
 
 }  // namespace
 
-std::vector<AttributeBins> RunSupervised(const ComponentRun& run) {
+std::vector<AttributeBins> RunSupervised(ComponentRun run) {
   const std::size_t attributeCount = run.variables.attributes.size();
   const auto binShare = [&](Share& share, MCQueryCancel& cancel, std::vector<AttributeBins>& all) {
     const ShareVariables& variables = share.GetVariables();
@@ -197,7 +205,7 @@ std::vector<AttributeBins> RunSupervised(const ComponentRun& run) {
   return RunShares(run, attributeCount * run.variables.targets.size(), binShare);
 }
 
-std::vector<AttributeBins> RunEqualFrequency(const ComponentRun& run) {
+std::vector<AttributeBins> RunEqualFrequency(ComponentRun run) {
   const auto binShare = [&](Share& share, MCQueryCancel& cancel, std::vector<AttributeBins>& all) {
     const ShareVariables& variables = share.GetVariables();
     EFBINSettings settings;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,11 +12,11 @@
 
 namespace MCBin {
 
-// What one run of the component works on. Borrows everything.
+// What one run of the component works on. Borrows all but the values.
 struct ComponentRun {
   const RunOptions& options;
   const InputVariables& variables;
-  const ValueFile& values;
+  std::shared_ptr<const ValueFile> values;
   const std::string& tempDir;
   ProgressBar& progress;
 };
@@ -28,7 +29,7 @@ struct ComponentRun {
 //
 // Throw InputError when the run as a whole failed (a result's own failure is its status),
 // and Interrupt::Requested when the user stopped it.
-std::vector<AttributeBins> RunSupervised(const ComponentRun& run);
-std::vector<AttributeBins> RunEqualFrequency(const ComponentRun& run);
+std::vector<AttributeBins> RunSupervised(ComponentRun run);
+std::vector<AttributeBins> RunEqualFrequency(ComponentRun run);
 
 }  // namespace MCBin

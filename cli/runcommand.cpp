@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "cli/binfile.h"
@@ -65,16 +66,17 @@ BinModel MakeBins(const RunOptions& options) {
   const MissingTexts missingTexts(options.missingTexts);
   ProgressBar progress(!options.quiet);
   progress.Start("scanning", input.GetSize(), "MB", kBytesPerMB);
-  const InputScan scan =
+  InputScan scan =
       ScanInput(reader, requests, options.rounding, missingTexts, directory.GetPath(), progress);
   progress.Finish();
   const InputVariables variables =
       MakeInputVariables(input.GetName(), requests, scan, options.rounding, notes);
   PrintNotes(notes, options.quiet);
 
-  const ComponentRun run{options, variables, *scan.values, directory.GetPath(), progress};
-  std::vector<AttributeBins> results =
-      options.algorithm == Algorithm::kSupervised ? RunSupervised(run) : RunEqualFrequency(run);
+  ComponentRun run{options, variables, std::move(scan.values), directory.GetPath(), progress};
+  std::vector<AttributeBins> results = options.algorithm == Algorithm::kSupervised
+                                           ? RunSupervised(std::move(run))
+                                           : RunEqualFrequency(std::move(run));
   progress.Finish();
   return {options,           input.GetName(),      scan.recordCount,
           scan.dropped,      variables.attributes, variables.targets,

@@ -4,26 +4,29 @@
 
 namespace MCBin {
 
-ValueRecordIterator::ValueRecordIterator(const ValueFile& values, std::vector<std::size_t> columns)
-    : fValues(values),
+ValueRecordIterator::ValueRecordIterator(std::shared_ptr<const ValueFile> values,
+                                         std::vector<std::size_t> columns)
+    : fValues(std::move(values)),
+      fRecordCount(fValues->GetRecordCount()),
+      fRecordsPerBlock(fValues->GetRecordsPerBlock()),
       fColumns(std::move(columns)),
-      fBlock(fColumns.size() * values.GetRecordsPerBlock()),
-      fNextInBlock(values.GetRecordsPerBlock()),
+      fBlock(fColumns.size() * fRecordsPerBlock),
+      fNextInBlock(fRecordsPerBlock),
       fRecord(fColumns.size()),
       fRecordValues(&fRecord[0]) {}
 
 bool ValueRecordIterator::HasMore() {
-  fAtEnd = fRecordsRead == fValues.GetRecordCount();
-  return !fAtEnd;
+  if (fRecordsRead < fRecordCount) return true;
+  fValues.reset();
+  return false;
 }
 
 const MCCommon::Record* ValueRecordIterator::Next() {
   if (!HasMore()) return nullptr;
-  const std::size_t recordsPerBlock = fValues.GetRecordsPerBlock();
-  if (fNextInBlock == recordsPerBlock) ReadBlock();
+  if (fNextInBlock == fRecordsPerBlock) ReadBlock();
 
   const double* from = fBlock.data() + fNextInBlock;
-  for (std::size_t i = 0; i < fColumns.size(); ++i, from += recordsPerBlock) {
+  for (std::size_t i = 0; i < fColumns.size(); ++i, from += fRecordsPerBlock) {
     fRecordValues[i] = *from;
   }
   ++fNextInBlock;
@@ -34,7 +37,7 @@ const MCCommon::Record* ValueRecordIterator::Next() {
 void ValueRecordIterator::ReadBlock() {
   try {
     for (std::size_t i = 0; i < fColumns.size(); ++i) {
-      fValues.Read(fBlocksRead, fColumns[i], fBlock.data() + i * fValues.GetRecordsPerBlock());
+      fValues->Read(fBlocksRead, fColumns[i], fBlock.data() + i * fRecordsPerBlock);
     }
   } catch (...) {
     fFailure = std::current_exception();

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <memory>
 #include <vector>
 
 #include "cli/valuefile.h"
@@ -17,8 +18,8 @@ namespace MCBin {
 // error of its own; RethrowFailure() then tells what really happened.
 class ValueRecordIterator final : public MCCommon::RecordIterator {
  public:
-  // Position i of a record holds the value of columns[i]. `values` stays the caller's.
-  ValueRecordIterator(const ValueFile& values, std::vector<std::size_t> columns);
+  // Position i of a record holds the value of columns[i].
+  ValueRecordIterator(std::shared_ptr<const ValueFile> values, std::vector<std::size_t> columns);
 
   ValueRecordIterator(const ValueRecordIterator&) = delete;
   ValueRecordIterator& operator=(const ValueRecordIterator&) = delete;
@@ -26,9 +27,10 @@ class ValueRecordIterator final : public MCCommon::RecordIterator {
   bool HasMore() override;
   const MCCommon::Record* Next() override;
 
-  // HasMore() has answered that there is no other record.
-  bool IsAtEnd() const { return fAtEnd; }
+  // HasMore() has answered that there is no other record. The iterator has let the file go.
+  bool IsAtEnd() const { return fValues == nullptr; }
 
+  std::uint64_t GetRecordCount() const { return fRecordCount; }
   std::uint64_t GetRecordsRead() const { return fRecordsRead; }
 
   void RethrowFailure() const;
@@ -36,13 +38,14 @@ class ValueRecordIterator final : public MCCommon::RecordIterator {
  private:
   void ReadBlock();
 
-  const ValueFile& fValues;
+  std::shared_ptr<const ValueFile> fValues;
+  const std::uint64_t fRecordCount;
+  const std::size_t fRecordsPerBlock;
   const std::vector<std::size_t> fColumns;
   std::vector<double> fBlock;  // column by column
   std::size_t fBlocksRead = 0;
   std::size_t fNextInBlock;
   std::uint64_t fRecordsRead = 0;
-  bool fAtEnd = false;
   MCCommon::Record fRecord;
   double* const fRecordValues;  // which lie side by side
   std::exception_ptr fFailure;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <vector>
 
 #include "cli/inputerror.h"
@@ -39,8 +40,8 @@ TEST(ValueFile, GivesBackTheColumnsAskedForInRecordOrder) {
   const std::size_t perBlock = ValueFile(directory.Path(), kColumns).GetRecordsPerBlock();
   for (const std::size_t recordCount : {std::size_t{0}, std::size_t{1}, perBlock - 1, perBlock,
                                         perBlock + 1, 3 * perBlock, 3 * perBlock + 7}) {
-    ValueFile file(directory.Path(), kColumns);
-    Write(file, recordCount);
+    const auto file = std::make_shared<ValueFile>(directory.Path(), kColumns);
+    Write(*file, recordCount);
     for (const std::vector<std::size_t>& columns :
          {std::vector<std::size_t>{4, 0, 3}, std::vector<std::size_t>{1}}) {
       ValueRecordIterator records(file, columns);
@@ -53,6 +54,7 @@ TEST(ValueFile, GivesBackTheColumnsAskedForInRecordOrder) {
       }
       EXPECT_EQ(record, recordCount);
       EXPECT_EQ(records.Next(), nullptr);
+      EXPECT_EQ(file.use_count(), 1) << "the iterator still holds the file";
     }
   }
 }
