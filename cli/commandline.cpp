@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "cli/exportcommandline.h"
 #include "cli/helpformatter.h"
 #include "cli/reportcommandline.h"
+#include "cli/resultstream.h"
 #include "cli/runcommandline.h"
 #include "cli/usageerror.h"
 
@@ -42,6 +44,13 @@ std::string DescribeProblem(const CLI::App& app, const char* firstArgument,
                      fmt::join(commands, ", "));
 }
 
+int Print(const std::string& text) {
+  ResultStream out;
+  out.Write(text);
+  out.Flush();
+  return kExitDone;
+}
+
 }  // namespace
 
 void AddCommands(CLI::App& app, CommandAction& action) {
@@ -65,8 +74,9 @@ CommandLine ParseCommandLine(int argc, const char* const* argv) {
     app.parse(argc, argv);
     return {action, kExitDone};
   } catch (const CLI::Success& asked) {  // --help, --version
-    app.exit(asked);
-    return {nullptr, kExitDone};
+    std::ostringstream text;
+    app.exit(asked, text);
+    return {[text = text.str()] { return Print(text); }, kExitDone};
   } catch (const CLI::ParseError& error) {
     fmt::print(stderr, "mcbin: {}\nRun with --help for the options.\n",
                DescribeProblem(app, argc > 1 ? argv[1] : nullptr, error));

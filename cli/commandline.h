@@ -10,8 +10,8 @@ void AddCommands(CLI::App& app, CommandAction& action);
 
 // Parses the arguments of `mcbin`, as main() got them.
 //
-// --help and --version print to standard output; wrong usage is told on standard error.
-// In both cases nothing is to be run: there is no action and `exitCode` is set.
+// The action of --help and --version is to print to standard output. Wrong usage is told on
+// standard error; then there is no action and `exitCode` is set.
 struct CommandLine {
   CommandAction action;
   int exitCode = 0;

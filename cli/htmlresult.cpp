@@ -9,6 +9,7 @@
 #include "cli/displaytext.h"
 #include "cli/evidence.h"
 #include "cli/htmltext.h"
+#include "cli/intervaltext.h"
 #include "cli/number.h"
 #include "cli/statustext.h"
 #include "cli/svgchart.h"
@@ -66,8 +67,8 @@ class HtmlResult {
     std::string facts = fmt::format("<span>weight {} valid, {} missing</span> ",
                                     FormatNumber(fBins.validWeight), FormatNumber(fMissingWeight));
     if (fBins.minimum && fBins.maximum) {
-      facts += fmt::format("<span>{} distinct values from {} to {}</span> ", fBins.distinctValues,
-                           FormatNumber(*fBins.minimum), FormatNumber(*fBins.maximum));
+      facts += fmt::format("<span>{}</span> ",
+                           DescribeValues(fBins.distinctValues, *fBins.minimum, *fBins.maximum));
     }
     if (fBins.informationGain) {
       facts += fmt::format("<span>information gain {} of {} bits</span> ",

@@ -1,5 +1,7 @@
 #include "cli/intervaltext.h"
 
+#include <fmt/format.h>
+
 #include "cli/number.h"
 
 namespace MCBin {
@@ -12,6 +14,12 @@ std::string IntervalText(const std::vector<double>& cutPoints, std::size_t bin, 
   const std::string high =
       last ? "+inf)" : FormatNumber(cutPoints[bin]) + (rightClosed ? "]" : ")");
   return low + ", " + high;
+}
+
+std::string DescribeValues(std::uint64_t distinctCount, double minimum, double maximum) {
+  if (distinctCount == 1) return "the only value is " + FormatNumber(minimum);
+  return fmt::format("{} distinct values from {} to {}", distinctCount, FormatNumber(minimum),
+                     FormatNumber(maximum));
 }
 
 }  // namespace MCBin

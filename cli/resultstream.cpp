@@ -40,8 +40,7 @@ void ResultStream::Flush() {
   if (!fReaderGone && !fPending.empty() && !WriteAll(fOutput.Get(), fPending)) {
     fReaderGone = errno == EPIPE;
     if (!fReaderGone) {
-      throw InputError(
-          fmt::format("standard output: cannot write the results: {}", std::strerror(errno)));
+      throw InputError(fmt::format("cannot write to standard output: {}", std::strerror(errno)));
     }
   }
   fPending.clear();

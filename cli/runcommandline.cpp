@@ -76,7 +76,7 @@ void AddRunOptions(CLI::App& command, RawOptions& raw) {
   command
       .add_option("--jobs", raw.run.jobs,
                   "attributes binned at the same time; 0: one on every core (1)")
-      ->check(CLI::NonNegativeNumber.description(""))
+      ->check(CLI::Range(0, std::numeric_limits<int>::max()).description(""))
       ->type_name("N");
   command.add_option("--temp-dir", raw.run.tempDir, "where temporary files go ($TMPDIR or /tmp)")
       ->type_name("DIR");
@@ -93,7 +93,7 @@ CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
   command
       .add_option("--prebin-above", raw.run.prebinAbove,
                   "pre-bin above this many distinct values; 0: never (1000)")
-      ->check(CLI::NonNegativeNumber.description(""))
+      ->check(CLI::Range(0, std::numeric_limits<int>::max()).description(""))
       ->type_name("N");
   command.add_option("--prebins", raw.run.prebins, "number of equal-frequency pre-bins (1000)")
       ->check(CLI::Range(2, std::numeric_limits<int>::max()).description(""))

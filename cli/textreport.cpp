@@ -170,8 +170,7 @@ std::string Title(const BinModel& model, const AttributeBins& bins) {
   text += fmt::format("\n  weight {} valid, {} missing", FormatNumber(bins.validWeight),
                       FormatNumber(bins.weightWithMissing - bins.validWeight));
   if (bins.minimum && bins.maximum) {
-    text += fmt::format("; {} distinct values from {} to {}", bins.distinctValues,
-                        FormatNumber(*bins.minimum), FormatNumber(*bins.maximum));
+    text += "; " + DescribeValues(bins.distinctValues, *bins.minimum, *bins.maximum);
   }
   if (bins.informationGain) {
     text += fmt::format("; gain {} of {} bits", FormatFixed(*bins.informationGain, 4),
