@@ -1,40 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include "algorithm/binefpreprocess.h"
-#include "algorithm/efbinfactory.h"
-#include "algorithm/efbinsettings.h"
-#include "algorithm/iefbinalgorithm.h"
 #include "metadata/bindatatuple.h"
 #include "metadata/efbindatatuple.h"
-#include "output/efbinoutput.h"
 #include "support/agreement.h"
 #include "support/scenario.h"
-#include "support/tempdir.h"
+#include "support/wholerun.h"
 
 namespace {
 
 // What differs from the reference when every variable but the weight is binned.
 std::string DifferencesOf(const Scenario& scenario) {
-  const TempDir directory;
-  EFBINSettings settings;
-  settings.SetTempDirName(directory.Path());
-  settings.SetRightBorderClosed(scenario.options.rightBorderClosed);
-  settings.SetNumberOfBins(scenario.options.numberOfBins);
-  BINVarList list = scenario.VarList();
-  EFBINFactory factory;
-  const std::unique_ptr<IEFBINAlgorithm> algorithm(factory.CreateEFBINAlgorithm(settings, list));
-  if (!algorithm) return "factory: " + Text(factory.GetStatus());
-  MCCommon::InMemoryRecordIterator records = scenario.Records();
-  const MCBinning::MCStatus status = algorithm->CreateBins(records, nullptr);
-  std::vector<BINAttributeResults> results;
-  algorithm->GetBinningResults().GetAllCutPoints(results);
-  return RunDifferences(status, results, [&](const BINAttributeResults& result) {
-    const int attribute = result.GetAttributeIndex();
-    return reference::BinEqualFrequency(scenario.Stored(attribute), scenario.StoredWeights(),
-                                        scenario.options, attribute);
-  });
+  return DifferencesFromReference(Bin(Driver::kEqualFrequency, scenario), scenario);
 }
 
 TEST(EqualFrequencyProperty, RandomInputsAgreeWithTheReference) {
@@ -117,8 +94,8 @@ TEST(EqualFrequencyProperty, PreProcessAgreesWithTheReferenceForAnyNumberOfBins)
           EXPECT_EQ(
               preProcess.EFCreatePercentileCutPts(&input, cutPoints, weights, cases.totalWeight),
               found);
-          EXPECT_TRUE(SameBits(expectedCutPoints, cutPoints));
-          EXPECT_TRUE(SameBits(expectedWeights, weights));
+          EXPECT_EQ(Text(cutPoints), Text(expectedCutPoints));
+          EXPECT_EQ(Text(weights), Text(expectedWeights));
         };
         expect(pairs, true);
         expect(tuples, false);

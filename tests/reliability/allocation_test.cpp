@@ -13,9 +13,9 @@
 #include "metadata/bincatnumencoder.h"
 #include "metadata/binstringencoder.h"
 #include "reliability/countedmemory.h"
-#include "reliability/wholerun.h"
 #include "support/agreement.h"
 #include "support/tempdir.h"
+#include "support/wholerun.h"
 
 namespace {
 
@@ -56,7 +56,7 @@ TEST_P(Allocation, FailingAnywhereInARunIsStatus3AndTheObjectWorksAgain) {
   std::string expected;
   std::size_t resultCount = 0;
   {
-    WholeRun run(GetParam(), scenario, variables, directory.Path());
+    WholeRun run(GetParam(), scenario.options, variables, directory.Path());
     run.CreateBins(records);
     expected = run.Text();
     resultCount = static_cast<std::size_t>(std::count(expected.begin(), expected.end(), '\n'));
@@ -68,7 +68,7 @@ TEST_P(Allocation, FailingAnywhereInARunIsStatus3AndTheObjectWorksAgain) {
       SCOPED_TRACE(count);
       const std::size_t live = counted_memory::Live();
       {
-        WholeRun run(GetParam(), scenario, variables, directory.Path());
+        WholeRun run(GetParam(), scenario.options, variables, directory.Path());
         records.Rewind();
         hasFailed = FailAllocation(run, records, count, failure, expected);
         if (hasFailed) {
@@ -95,7 +95,7 @@ TEST_P(Allocation, FailingAnywhereInTheFactoryIsStatus3) {
       // The settings, too, are made here: that may throw, as any host's object may.
       const Failing failing(count, Failure::kOnce);
       try {
-        run.emplace(GetParam(), scenario, variables, directory.Path());
+        run.emplace(GetParam(), scenario.options, variables, directory.Path());
       } catch (const std::bad_alloc&) {
       }
       hasFailed = failing.HasFailed();
@@ -111,7 +111,7 @@ TEST_P(Allocation, FailingAnywhereInTheFactoryIsStatus3) {
 
 TEST_P(Allocation, NothingPilesUpOverAThousandRuns) {
   const auto runOnce = [this] {
-    WholeRun run(GetParam(), scenario, variables, directory.Path());
+    WholeRun run(GetParam(), scenario.options, variables, directory.Path());
     records.Rewind();
     EXPECT_FALSE(run.CreateBins(records).IsError());
   };
