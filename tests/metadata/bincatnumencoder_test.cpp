@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <memory>
 
 #include "common/missing.h"
@@ -25,13 +24,6 @@ TEST(BINCatNumEncoder, GivesNoCodeToMissingValues) {
   }
   EXPECT_EQ(encoder.GetNumberOfCategories(), 2);
   EXPECT_EQ(encoder.Encode(3), 1.0) << "no code went to a missing value";
-}
-
-TEST(BINCatNumEncoder, UnknownCodesAreMissing) {
-  const BINCatNumEncoder encoder({5, 3});
-  for (const int code : {-1, 2, std::numeric_limits<int>::min()}) {
-    EXPECT_EQ(encoder.Decode(code), MCMV::Missing()) << code;
-  }
 }
 
 TEST(BINCatNumEncoder, ZerosOfBothSignsAreOneCategory) {
