@@ -163,30 +163,21 @@ TEST_P(BothDrivers, StopAtAnyPoll) {
   }
 }
 
-TEST_P(BothDrivers, StopWhenToldByCancel) {
-  CreateFor(2);
-  RowIterator records(AscendingRows(3, 2));
-  records.onNext = [&] { run->Cancel(); };
-  EXPECT_EQ(CreateBins(records), "1/-1[0 0 0]");
-}
-
 TEST_P(BothDrivers, ReportEveryNthRecordAndEveryAttributeAfterNSkipped) {
-  RecordingListener listener;
-  callbacks = {&listener, nullptr, 2, 2};
-  CreateFor(7);
   Rows rows = AscendingRows(5, 7);
   rows[1].clear();  // counts down, but is no record
-  RowIterator records(rows);
-  CreateBins(records);
-  EXPECT_EQ(listener.indices, (Indices{1, 3, 2, 5}));
-
-  callbacks = {nullptr, nullptr, 0, 2};  // reports no records at all
-  CreateFor(7);
-  run->SetProgressListener(&listener);
-  listener.indices.clear();
-  RowIterator again(rows);
-  CreateBins(again);
-  EXPECT_EQ(listener.indices, (Indices{2, 5}));
+  for (const auto& [interval, indices] :
+       {std::pair(0, Indices{2, 5}),  // of attributes alone
+        std::pair(1, Indices{1, 1, 2, 3, 4, 2, 5}), std::pair(2, Indices{1, 3, 2, 5})}) {
+    RecordingListener listener;
+    const bool isInSettings = interval != 2;
+    callbacks = {isInSettings ? &listener : nullptr, nullptr, interval, 2};
+    CreateFor(7);
+    if (!isInSettings) run->SetProgressListener(&listener);
+    RowIterator records(rows);
+    CreateBins(records);
+    EXPECT_EQ(listener.indices, indices) << "every record of " << interval;
+  }
 }
 
 TEST_P(BothDrivers, SayWhenFilesCannotBeWritten) {
