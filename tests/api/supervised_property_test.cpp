@@ -11,26 +11,21 @@
 
 namespace {
 
-struct Pairs {
+// Every variable but the weight against every categorical one.
+Outcome BinAllPairs(const Scenario& scenario) {
   std::vector<int> attributes;
   std::vector<int> targets;
-};
-
-Pairs AllPairs(const Scenario& scenario) {
-  Pairs pairs;
-  for (const int target : scenario.CategoricalIndices()) {
-    for (int v = 0; v < static_cast<int>(scenario.variables.size()); ++v) {
+  const int count = static_cast<int>(scenario.variables.size());
+  for (int target = 0; target < count; ++target) {
+    const ScenarioVariable& variable = scenario.variables[static_cast<std::size_t>(target)];
+    if (variable.level != IBINVariable::MeasureNumericCategorical) continue;
+    for (int v = 0; v < count; ++v) {
       if (v == target || v == scenario.WeightIndex()) continue;
-      pairs.attributes.push_back(v);
-      pairs.targets.push_back(target);
+      attributes.push_back(v);
+      targets.push_back(target);
     }
   }
-  return pairs;
-}
-
-Outcome BinAllPairs(const Scenario& scenario) {
-  const Pairs pairs = AllPairs(scenario);
-  return Bin(Driver::kSupervised, scenario, &pairs.attributes, &pairs.targets);
+  return Bin(Driver::kSupervised, scenario, &attributes, &targets);
 }
 
 // The results when every attribute is asked for in one of three ways.

@@ -1,6 +1,7 @@
 #include "support/wholerun.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "algorithm/binfactory.h"
 #include "algorithm/binsettings.h"
@@ -165,24 +166,19 @@ std::string DifferencesFromReference(const Outcome& outcome, const Scenario& sce
 }
 
 Scenario MixedScenario(int records) {
-  std::vector<double> ascending;
-  std::vector<double> scattered;
-  std::vector<double> groups;
-  std::vector<double> classes;
-  std::vector<double> weights;
-  for (int i = 0; i < records; ++i) {
-    ascending.push_back(i % 7 == 3 ? reference::kMissing : 0.25 * i);
-    scattered.push_back((i * 37) % 101);
-    groups.push_back((i / 5) % 4);
-    classes.push_back(i * 3 / records);
-    weights.push_back(1 + i % 3);
-  }
+  const auto column = [records](const std::function<double(int record)>& value) {
+    std::vector<double> values;
+    for (int i = 0; i < records; ++i) values.push_back(value(i));
+    return values;
+  };
   Scenario scenario;
-  scenario.Append(Continuous(ascending));
-  scenario.Append(Categorical(classes, 3, IBINVariable::RoleTarget));
-  scenario.Append(Continuous(scattered));
-  scenario.Append(Categorical(groups, 4));
-  scenario.Append(Weights(weights));
+  scenario.Append(
+      Continuous(column([](int i) { return i % 7 == 3 ? reference::kMissing : 0.25 * i; })));
+  scenario.Append(Categorical(column([records](int i) { return i * 3 / records; }), 3,
+                              IBINVariable::RoleTarget));
+  scenario.Append(Continuous(column([](int i) { return (i * 37) % 101; })));
+  scenario.Append(Categorical(column([](int i) { return (i / 5) % 4; }), 4));
+  scenario.Append(Weights(column([](int i) { return 1 + i % 3; })));
   scenario.options.distinctThreshold = 20;
   scenario.options.numberOfBins = 8;
   scenario.options.smallBinThreshold = 0.3;
