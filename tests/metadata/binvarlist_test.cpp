@@ -282,7 +282,7 @@ TEST(BINVarList, MergingFindsTheFirstDifferenceFromEitherSide) {
 TEST(BINVarList, CopiesAreDeep) {
   auto source = std::make_unique<BINVarList>(FiveVariables());
   source->AddDiscreteUserMissing(kSex, "x", "unknown");
-  source->AddDiscreteUserMissing(kAge, 999.0, "refused");
+  source->AddDiscreteUserMissing(kSpecies, 9.0, "refused");
   source->SetMissingInterval(kWeight, 90, 99);
   const std::string text = DisplayText(*source);
   const BINVarList copy(*source);
