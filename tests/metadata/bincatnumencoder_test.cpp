@@ -7,8 +7,6 @@
 
 #include "common/missing.h"
 #include "metadata/binnumericusermissing.h"
-#include "support/displaytext.h"
-#include "support/hostusermissing.h"
 
 namespace {
 
@@ -30,17 +28,6 @@ TEST(BINCatNumEncoder, ZerosOfBothSignsAreOneCategory) {
   const BINCatNumEncoder encoder({-0.0, 0.0});
   EXPECT_EQ(encoder.GetNumberOfCategories(), 1);
   EXPECT_TRUE(std::signbit(encoder.Decode(0))) << "the one seen first";
-}
-
-TEST(BINCatNumEncoder, ShowsSevenValuesToALine) {
-  BINCatNumEncoder encoder({8, 7, 6, 5, 4, 3, 2, 1});
-  encoder.SetValueLabels({"eight", "seven"});
-  encoder.SetUserMissingInfo(new HostUserMissing(IBINUserMissing::UserMissingNumeric));
-  EXPECT_EQ(DisplayText(encoder),
-            "\tBINCatNumEncoder: Last code = 7\n"
-            "\t\tNumeric values of categories: 8 7 6 5 4 3 2 \n1 \n"
-            "\t\tValue Labels:\neight seven \n"
-            "\t\tUser-missing values for this encoder:\n\t\thost\n\n");
 }
 
 }  // namespace
