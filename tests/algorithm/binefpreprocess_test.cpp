@@ -23,6 +23,19 @@ TEST(BINEFPreProcess, RefusesWhatCannotBeCut) {
   EXPECT_EQ(binWeights, Doubles{2});
 }
 
+// Which no settings ask for.
+TEST(BINEFPreProcess, OneBinHoldsEverything) {
+  std::vector<EFBINDataTuple> cases{{1, 2}, {2, 3}, {4, 0.5}};
+  for (const bool rightBorderClosed : {true, false}) {
+    BINEFPreProcess preProcess(1, rightBorderClosed);
+    Doubles cutPoints;
+    Doubles binWeights;
+    EXPECT_TRUE(preProcess.EFCreatePercentileCutPts(&cases, cutPoints, binWeights, 5.5));
+    EXPECT_EQ(cutPoints, Doubles());
+    EXPECT_EQ(binWeights, Doubles{5.5});
+  }
+}
+
 // The weights are whole, so that the midpoint rule applies at some steps.
 TEST(BINEFPreProcess, StepsGiveTheCandidatesOfTheWholeScan) {
   std::vector<BINDataTuple> tuples{{1, 0, 2}, {2, 1, 1}, {2, 0, 4},

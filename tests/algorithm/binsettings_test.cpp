@@ -7,7 +7,6 @@
 
 #include "algorithm/efbinsettings.h"
 #include "algorithm/settingsrules.h"
-#include "support/displaytext.h"
 #include "support/hostdoubles.h"
 
 namespace {
@@ -69,33 +68,6 @@ TEST(BINSettings, ChecksAndComparesItsThresholds) {
   EXPECT_EQ(merging.GetSmallBinDetectionThreshold(), 1.0);
   EXPECT_TRUE(merging == BINSettings()) << "not compared";
   EXPECT_TRUE(merging.SetSmallBinDetectionThreshold(0.0));
-}
-
-TEST(BINSettings, Display) {
-  BINSettings settings;
-  settings.SetNSkippedAttReports(3);
-  settings.SetNumDistinctValueThreshold(50);
-  EXPECT_EQ(DisplayText(settings),
-            "\nStart of BINSettings display\n"
-            "Number of progress reports to skip when create bins for attribute = 3\n"
-            "Number of progress reports to skip when read data file = 100000\n"
-            "if use EF as proprecess = 1\n"
-            "Number of distinct value = 50\n"
-            "Number of bins for EF = -1\n"
-            "End of BINSettings display\n");
-}
-
-TEST(EFBINSettings, Display) {
-  EFBINSettings settings;
-  settings.SetNumberOfBins(10);
-  settings.SetRightBorderClosed(false);
-  EXPECT_EQ(DisplayText(settings),
-            "\nStart of EFBINSettings display\n"
-            "Number of progress reports to skip when create bins for attribute = 0\n"
-            "Number of progress reports to skip when read data file = 100000\n"
-            "0\n"
-            "Number of bins for EF = 10\n"
-            "End of EFBINSettings display\n");
 }
 
 TEST(SettingsRules, DirectoryOfTempNameEndsBeforeTheLastSlash) {

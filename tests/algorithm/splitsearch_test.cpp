@@ -4,14 +4,13 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <cmath>
-#include <cstdint>
 #include <functional>
 #include <limits>
 #include <random>
 #include <vector>
 
+#include "support/agreement.h"
 #include "support/reference.h"
 #include "support/rowname.h"
 #include "support/scenario.h"
@@ -20,14 +19,6 @@ namespace {
 
 using Random = std::mt19937_64;
 using Table = std::vector<double>;
-
-std::vector<std::uint64_t> BitsOf(const std::vector<double>& values) {
-  std::vector<std::uint64_t> bits;
-  for (const double value : values) {
-    bits.push_back(std::isnan(value) ? 0 : std::bit_cast<std::uint64_t>(value) + 1);
-  }
-  return bits;
-}
 
 double Whole(Random& random, int most) {
   return static_cast<double>(std::uniform_int_distribution<int>(0, most)(random));
@@ -133,22 +124,14 @@ void ExpectSameSplit(const Table& table, std::size_t categories, int first, int 
   std::vector<double> right(categories + 1, 0.0);
   search.SumRows(first, last, right);
   std::vector<double> plainLeft = left;
-  std::vector<double> plainRight(categories + 1, 0.0);
-  for (int row = first; row <= last; ++row) {
-    for (std::size_t category = 0; category < categories; ++category) {
-      plainRight[category + 1] += table[static_cast<std::size_t>(row) * categories + category];
-    }
-  }
-  for (std::size_t category = 1; category <= categories; ++category) {
-    plainRight[0] += plainRight[category];
-  }
-  ASSERT_EQ(BitsOf(right), BitsOf(plainRight));
+  std::vector<double> plainRight = reference::SumRows(table, first, last, categories);
+  ASSERT_EQ(Text(right), Text(plainRight));
 
   const int best = search.FindBest(first, last, left, right);
   ASSERT_EQ(best,
             reference::BestSplit(table, first, last, rightBorderClosed, plainLeft, plainRight));
-  ASSERT_EQ(BitsOf(left), BitsOf(plainLeft));
-  ASSERT_EQ(BitsOf(right), BitsOf(plainRight));
+  ASSERT_EQ(Text(left), Text(plainLeft));
+  ASSERT_EQ(Text(right), Text(plainRight));
 }
 
 TEST_P(SplitSearchTest, FindsWhatThePlainScanFinds) {

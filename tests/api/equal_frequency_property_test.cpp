@@ -1,40 +1,13 @@
 #include <gtest/gtest.h>
 
-#include <memory>
-
-#include "algorithm/binefpreprocess.h"
-#include "algorithm/efbinfactory.h"
-#include "algorithm/efbinsettings.h"
-#include "algorithm/iefbinalgorithm.h"
-#include "metadata/bindatatuple.h"
-#include "metadata/efbindatatuple.h"
-#include "output/efbinoutput.h"
-#include "support/agreement.h"
 #include "support/scenario.h"
-#include "support/tempdir.h"
+#include "support/wholerun.h"
 
 namespace {
 
 // What differs from the reference when every variable but the weight is binned.
 std::string DifferencesOf(const Scenario& scenario) {
-  const TempDir directory;
-  EFBINSettings settings;
-  settings.SetTempDirName(directory.Path());
-  settings.SetRightBorderClosed(scenario.options.rightBorderClosed);
-  settings.SetNumberOfBins(scenario.options.numberOfBins);
-  BINVarList list = scenario.VarList();
-  EFBINFactory factory;
-  const std::unique_ptr<IEFBINAlgorithm> algorithm(factory.CreateEFBINAlgorithm(settings, list));
-  if (!algorithm) return "factory: " + Text(factory.GetStatus());
-  MCCommon::InMemoryRecordIterator records = scenario.Records();
-  const MCBinning::MCStatus status = algorithm->CreateBins(records, nullptr);
-  std::vector<BINAttributeResults> results;
-  algorithm->GetBinningResults().GetAllCutPoints(results);
-  return RunDifferences(status, results, [&](const BINAttributeResults& result) {
-    const int attribute = result.GetAttributeIndex();
-    return reference::BinEqualFrequency(scenario.Stored(attribute), scenario.StoredWeights(),
-                                        scenario.options, attribute);
-  });
+  return DifferencesFromReference(Bin(Driver::kEqualFrequency, scenario), scenario);
 }
 
 TEST(EqualFrequencyProperty, RandomInputsAgreeWithTheReference) {
@@ -86,45 +59,6 @@ TEST(EqualFrequencyProperty, ManyCasesAgreeWithTheReference) {
     EXPECT_EQ(DifferencesOf(scenario), "") << bins << " bins";
     scenario.Append(Weights(weights));
     EXPECT_EQ(DifferencesOf(scenario), "") << bins << " bins, weighted";
-  }
-}
-
-// Asked directly, also for numbers of bins that no settings allow.
-TEST(EqualFrequencyProperty, PreProcessAgreesWithTheReferenceForAnyNumberOfBins) {
-  for (std::uint64_t seed = TestSeed(); seed < TestSeed() + 300; ++seed) {
-    const Scenario scenario = RandomScenario(seed, 40, true);
-    const reference::Cases cases = reference::ValidCases(
-        scenario.Stored(0), scenario.Stored(scenario.TargetIndex()), scenario.StoredWeights());
-    std::vector<BINDataTuple> tuples;
-    std::vector<EFBINDataTuple> pairs;
-    for (const reference::Case& c : cases.sorted) {
-      tuples.push_back({c.value, static_cast<unsigned char>(c.target), c.weight});
-      pairs.push_back({c.value, c.weight});
-    }
-    for (const int bins : {-1, 0, 1, 2, 3}) {
-      for (const bool closed : {false, true}) {
-        SCOPED_TRACE("MCBINNING_TEST_SEED=" + std::to_string(seed) + ", bins " +
-                     std::to_string(bins) + ", right border closed " + std::to_string(closed));
-        const auto expect = [&](auto& input, bool withWeights) {
-          std::vector<double> expectedCutPoints;
-          std::vector<double> expectedWeights;
-          const bool found = reference::PercentileCutPoints(
-              cases.sorted, bins, closed, cases.totalWeight, expectedCutPoints,
-              withWeights ? &expectedWeights : nullptr);
-          std::vector<double> cutPoints;
-          std::vector<double> weights;
-          BINEFPreProcess preProcess(bins, closed);
-          EXPECT_EQ(
-              preProcess.EFCreatePercentileCutPts(&input, cutPoints, weights, cases.totalWeight),
-              found);
-          EXPECT_TRUE(SameBits(expectedCutPoints, cutPoints));
-          EXPECT_TRUE(SameBits(expectedWeights, weights));
-        };
-        expect(pairs, true);
-        expect(tuples, false);
-      }
-    }
-    if (HasFailure()) break;
   }
 }
 

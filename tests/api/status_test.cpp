@@ -1,60 +1,19 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <memory>
+#include <optional>
 
-#include "algorithm/binfactory.h"
-#include "algorithm/binsettings.h"
-#include "algorithm/efbinfactory.h"
-#include "algorithm/efbinsettings.h"
-#include "algorithm/ibinalgorithm.h"
-#include "algorithm/iefbinalgorithm.h"
-#include "output/binoutput.h"
-#include "output/efbinoutput.h"
 #include "support/agreement.h"
 #include "support/hostdoubles.h"
 #include "support/rowname.h"
 #include "support/scenario.h"
 #include "support/tempdir.h"
+#include "support/wholerun.h"
 
 namespace {
 
 using Rows = std::vector<std::vector<double>>;
 using Indices = std::vector<int>;
-
-// The two drivers behind one face, so that both meet the same expectations.
-struct Supervised {
-  using Settings = BINSettings;
-  using Factory = BINFactory;
-  using Algorithm = IBINAlgorithm;
-  using Results = std::vector<BINAttributeTargetResults>;
-  static constexpr bool kHasTarget = true;
-  static IBINAlgorithm* Create(BINFactory& factory, BINSettings& settings, BINVarList& list) {
-    return factory.CreateBINAlgorithm(settings, list);
-  }
-  static MCBinning::MCStatus CreateBins(IBINAlgorithm& algorithm, MCCommon::RecordIterator& records,
-                                        const Indices* attributes = nullptr,
-                                        const Indices* targets = nullptr) {
-    return algorithm.CreateBins(records, attributes, targets);
-  }
-};
-
-struct EqualFrequency {
-  using Settings = EFBINSettings;
-  using Factory = EFBINFactory;
-  using Algorithm = IEFBINAlgorithm;
-  using Results = std::vector<BINAttributeResults>;
-  static constexpr bool kHasTarget = false;
-  static IEFBINAlgorithm* Create(EFBINFactory& factory, EFBINSettings& settings, BINVarList& list) {
-    return factory.CreateEFBINAlgorithm(settings, list);
-  }
-  static MCBinning::MCStatus CreateBins(IEFBINAlgorithm& algorithm,
-                                        MCCommon::RecordIterator& records,
-                                        const Indices* attributes = nullptr,
-                                        const Indices* = nullptr) {
-    return algorithm.CreateBins(records, attributes);
-  }
-};
 
 // Attributes first, then the target.
 BINVarList AttributesAndTarget(int attributes, bool hasTarget) {
@@ -74,182 +33,170 @@ Rows AscendingRows(int count, int attributes) {
   return rows;
 }
 
-template <class Driver>
 class DriverTest : public testing::Test {
  protected:
-  DriverTest() {
-    settings.SetNumberOfBins(2);
-    settings.SetTempDirName(directory.Path());
-  }
+  explicit DriverTest(Driver kind) : driver(kind) { options.numberOfBins = 2; }
 
   void Create(BINVarList list) {
-    typename Driver::Factory factory;
-    algorithm.reset(Driver::Create(factory, settings, list));
-    created = Text(factory.GetStatus());
+    run.emplace(driver, options, list, directory.Path() + subdirectory, callbacks);
   }
 
-  void CreateFor(int attributes) { Create(AttributesAndTarget(attributes, Driver::kHasTarget)); }
+  void CreateFor(int attributes) {
+    Create(AttributesAndTarget(attributes, driver == Driver::kSupervised));
+  }
 
   std::string CreateBins(MCCommon::RecordIterator& records, const Indices* attributes = nullptr,
                          const Indices* targets = nullptr) {
-    return Text(Driver::CreateBins(*algorithm, records, attributes, targets));
-  }
-
-  typename Driver::Results Results() const {
-    typename Driver::Results results;
-    algorithm->GetBinningResults().GetAllCutPoints(results);
-    return results;
+    return Text(run->CreateBins(records, attributes, targets));
   }
 
   // "attribute:status" of every stored result.
   std::vector<std::string> ResultStatuses() const {
     std::vector<std::string> statuses;
-    for (const auto& result : Results()) {
-      statuses.push_back(std::to_string(result.GetAttributeIndex()) + ':' +
-                         Text(result.GetStatus()));
+    for (const StoredResult& result : run->GetResults()) {
+      statuses.push_back(std::to_string(result.attribute) + ':' + Text(result.binning.status));
     }
     return statuses;
   }
 
+  const Driver driver;
   TempDir directory;
-  typename Driver::Settings settings;
-  std::unique_ptr<typename Driver::Algorithm> algorithm;
-  std::string created;  // the factory's status
+  std::string subdirectory;
+  reference::Options options;
+  Callbacks callbacks;
+  std::optional<WholeRun> run;
 };
 
-template <class Driver>
-class BothDrivers : public DriverTest<Driver> {};
+class BothDrivers : public DriverTest, public testing::WithParamInterface<Driver> {
+ protected:
+  BothDrivers() : DriverTest(GetParam()) {}
+};
 
-using Drivers = testing::Types<Supervised, EqualFrequency>;
-TYPED_TEST_SUITE(BothDrivers, Drivers);
+INSTANTIATE_TEST_SUITE_P(Drivers, BothDrivers, testing::ValuesIn(kDrivers),
+                         testing::PrintToStringParamName());
 
-TYPED_TEST(BothDrivers, RefuseSettingsWithoutNumberOfBins) {
-  this->settings = {};
-  this->CreateFor(1);
+TEST_P(BothDrivers, RefuseSettingsWithoutNumberOfBins) {
+  options.numberOfBins = -1;
+  CreateFor(1);
   RowIterator records(AscendingRows(4, 1));
-  EXPECT_EQ(this->CreateBins(records), "120009/-1[0 0 0]");
+  EXPECT_EQ(CreateBins(records), "120009/-1[0 0 0]");
 }
 
-TYPED_TEST(BothDrivers, RefuseListsThatCannotBeUsed) {
-  this->Create(AttributesAndTarget(0, true));
-  EXPECT_EQ(this->created, "120003/-1[0 -1 0]") << "no attribute";
+TEST_P(BothDrivers, RefuseListsThatCannotBeUsed) {
+  Create(AttributesAndTarget(0, true));
+  EXPECT_EQ(Text(run->GetCreated()), "120003/-1[0 -1 0]") << "no attribute";
   for (const int categories : {0, 1}) {
     Scenario scenario;
     scenario.Append(Continuous({}));
     scenario.Append(Categorical({}, categories));
-    this->Create(scenario.VarList());
-    EXPECT_EQ(this->created, "120003/-1[0 1 0]") << categories << " categories";
-    EXPECT_EQ(this->algorithm, nullptr);
+    Create(scenario.VarList());
+    EXPECT_EQ(Text(run->GetCreated()), "120003/-1[0 1 0]") << categories << " categories";
+    EXPECT_FALSE(run->HasObject());
   }
   BINVarList list = AttributesAndTarget(1, false);
   list.SetVariableRole(list.AddWeightVar("w", "", IBINVariable::RoundClosest),
                        IBINVariable::RoleTarget);
-  this->Create(list);
+  Create(list);
   RowIterator records(AscendingRows(4, 1));
-  EXPECT_EQ(this->CreateBins(records), "120003/-1[0 1 0]") << "weight variable as target";
+  EXPECT_EQ(CreateBins(records), "120003/-1[0 1 0]") << "weight variable as target";
 }
 
-TYPED_TEST(BothDrivers, StopTheProcessWhenARoleHasNoFile) {
+TEST_P(BothDrivers, StopTheProcessWhenARoleHasNoFile) {
   RowIterator records(Rows{{0, 1, 0, 0}});
-  const auto run = [&](const BINVarList& list) {
-    this->Create(list);
-    this->CreateBins(records);
+  const auto binWith = [&](const BINVarList& list) {
+    Create(list);
+    CreateBins(records);
   };
   const char* const message = "src/metadata/bindatapreparator.*fOrigRecSize <= fProcRecSize";
   BINVarList undefinedRole = AttributesAndTarget(2, true);
   undefinedRole.SetVariableRole(1, IBINVariable::RoleUndefined);
-  EXPECT_DEATH(run(undefinedRole), message);
+  EXPECT_DEATH(binWith(undefinedRole), message);
   BINVarList twoTargets = AttributesAndTarget(2, true);
   twoTargets.AddCatVar("t", "", 2, IBINVariable::MeasureStringCategorical,
                        IBINVariable::RoleTarget);
-  EXPECT_DEATH(run(twoTargets), message);
+  EXPECT_DEATH(binWith(twoTargets), message);
 }
 
-TYPED_TEST(BothDrivers, NeedARecordAndStartAnewAfterAFailedPass) {
+TEST_P(BothDrivers, NeedARecordAndStartAnewAfterAFailedPass) {
   RowIterator none(Rows{});
   RowIterator nothingButNull(Rows(1));
   RowIterator records(AscendingRows(8, 1));
-  this->CreateFor(1);
-  EXPECT_EQ(this->CreateBins(none), "120004/-1[0 0 0]");
-  EXPECT_EQ(this->CreateBins(nothingButNull), "120004/-1[0 0 0]");
-  EXPECT_EQ(this->CreateBins(records), "0/0[0 0 0]");
+  CreateFor(1);
+  EXPECT_EQ(CreateBins(none), "120004/-1[0 0 0]");
+  EXPECT_EQ(CreateBins(nothingButNull), "120004/-1[0 0 0]");
+  EXPECT_EQ(CreateBins(records), "0/0[0 0 0]");
 }
 
-TYPED_TEST(BothDrivers, ReadRecordsOnceAndRemoveTheirFiles) {
-  this->CreateFor(2);
+TEST_P(BothDrivers, ReadRecordsOnceAndRemoveTheirFiles) {
+  CreateFor(2);
   RowIterator first(AscendingRows(8, 2));
   RowIterator second(Rows{});
-  EXPECT_EQ(this->CreateBins(first), "0/0[0 0 0]");
-  EXPECT_EQ(this->CreateBins(second), "0/0[0 0 0]");
+  EXPECT_EQ(CreateBins(first), "0/0[0 0 0]");
+  EXPECT_EQ(CreateBins(second), "0/0[0 0 0]");
   EXPECT_EQ(second.calls, 0);
-  const auto results = this->Results();
+  const auto results = run->GetResults();
   ASSERT_EQ(results.size(), 4u);
-  EXPECT_EQ(results[3].GetCutPoints(), results[1].GetCutPoints());
-  EXPECT_EQ(this->directory.FileCount(), TypeParam::kHasTarget ? 3u : 2u);
-  this->algorithm.reset();
-  EXPECT_EQ(this->directory.FileCount(), 0u);
+  EXPECT_EQ(results[3].binning.cutPoints, results[1].binning.cutPoints);
+  EXPECT_EQ(directory.FileCount(), driver == Driver::kSupervised ? 3u : 2u);
+  run.reset();
+  EXPECT_EQ(directory.FileCount(), 0u);
 }
 
-TYPED_TEST(BothDrivers, StopAtAnyPoll) {
+TEST_P(BothDrivers, StopAtAnyPoll) {
   constexpr int kPolls = 1 + 3 + 1 + 2 * 2 + 1;  // three records, two attributes
   for (int yesAt = 1; yesAt <= kPolls + 1; ++yesAt) {
     SCOPED_TRACE("yes at poll " + std::to_string(yesAt));
     // A query in the settings is asked once by the factory already.
     const int atCreation = yesAt % 2 == 0 ? 1 : 0;
     CountingCancel cancel(yesAt + atCreation);
-    this->settings.SetCancelPointer(atCreation == 1 ? &cancel : nullptr);
-    this->CreateFor(2);
-    if (atCreation == 0) this->algorithm->SetCancelPtr(&cancel);
+    callbacks.query = atCreation == 1 ? &cancel : nullptr;
+    CreateFor(2);
+    if (atCreation == 0) run->SetCancelPtr(&cancel);
     RowIterator records(AscendingRows(3, 2));
-    const std::string status = this->CreateBins(records);
+    const std::string status = CreateBins(records);
     EXPECT_EQ(cancel.polls, std::min(yesAt, kPolls) + atCreation);
-    EXPECT_EQ(this->Results().size(), yesAt < 7 ? 0u : yesAt < 9 ? 1u : 2u);
+    EXPECT_EQ(run->GetResults().size(), yesAt < 7 ? 0u : yesAt < 9 ? 1u : 2u);
     if (yesAt <= kPolls) {
       EXPECT_EQ(status, yesAt == 2 ? "120004/-1[0 0 0]" : "1/-1[0 0 0]");
     }
-    EXPECT_EQ(Text(this->algorithm->GetStatus()), "1/-1[0 0 0]");
+    EXPECT_EQ(Text(run->GetStatus()), "1/-1[0 0 0]");
   }
 }
 
-TYPED_TEST(BothDrivers, StopWhenToldByCancel) {
-  this->CreateFor(2);
+TEST_P(BothDrivers, StopWhenToldByCancel) {
+  CreateFor(2);
   RowIterator records(AscendingRows(3, 2));
-  records.onNext = [&] { this->algorithm->Cancel(); };
-  EXPECT_EQ(this->CreateBins(records), "1/-1[0 0 0]");
+  records.onNext = [&] { run->Cancel(); };
+  EXPECT_EQ(CreateBins(records), "1/-1[0 0 0]");
 }
 
-TYPED_TEST(BothDrivers, ReportEveryNthRecordAndEveryAttributeAfterNSkipped) {
-  RecordingListener listener;
-  this->settings.SetProgressListener(&listener);
-  this->settings.SetNSkippedCasesReports(2);
-  this->settings.SetNSkippedAttReports(2);
-  this->CreateFor(7);
+TEST_P(BothDrivers, ReportEveryNthRecordAndEveryAttributeAfterNSkipped) {
   Rows rows = AscendingRows(5, 7);
   rows[1].clear();  // counts down, but is no record
-  RowIterator records(rows);
-  this->CreateBins(records);
-  EXPECT_EQ(listener.indices, (Indices{1, 3, 2, 5}));
-
-  this->settings.SetNSkippedCasesReports(0);  // reports no records at all
-  this->settings.SetProgressListener(nullptr);
-  this->CreateFor(7);
-  this->algorithm->SetProgressListener(&listener);
-  listener.indices.clear();
-  RowIterator again(rows);
-  this->CreateBins(again);
-  EXPECT_EQ(listener.indices, (Indices{2, 5}));
+  for (const auto& [interval, indices] :
+       {std::pair(0, Indices{2, 5}),  // of attributes alone
+        std::pair(1, Indices{1, 1, 2, 3, 4, 2, 5}), std::pair(2, Indices{1, 3, 2, 5})}) {
+    RecordingListener listener;
+    const bool isInSettings = interval != 2;
+    callbacks = {isInSettings ? &listener : nullptr, nullptr, interval, 2};
+    CreateFor(7);
+    if (!isInSettings) run->SetProgressListener(&listener);
+    RowIterator records(rows);
+    CreateBins(records);
+    EXPECT_EQ(listener.indices, indices) << "every record of " << interval;
+  }
 }
 
-TYPED_TEST(BothDrivers, SayWhenFilesCannotBeWritten) {
-  const auto run = [&](int count) {
-    this->settings.SetTempDirName(this->directory.Path() + "/absent");
-    this->CreateFor(1);
+TEST_P(BothDrivers, SayWhenFilesCannotBeWritten) {
+  subdirectory = "/absent";
+  const auto binRecords = [&](int count) {
+    CreateFor(1);
     RowIterator records(AscendingRows(count, 1));
-    return this->CreateBins(records);
+    return CreateBins(records);
   };
-  EXPECT_EQ(run(10000), "120021/-1[0 0 0]") << "noticed when the cache is written";
-  EXPECT_EQ(run(9999), "120018/1[0 0 0]") << "noticed when it is read";
-  EXPECT_EQ(this->ResultStatuses(), (std::vector<std::string>{"0:120015/1[0 0 0]"}));
+  EXPECT_EQ(binRecords(10000), "120021/-1[0 0 0]") << "noticed when the cache is written";
+  EXPECT_EQ(binRecords(9999), "120018/1[0 0 0]") << "noticed when it is read";
+  EXPECT_EQ(ResultStatuses(), (std::vector<std::string>{"0:120015/1[0 0 0]"}));
 }
 
 // One variable for every way to end: the index of each is its name's.
@@ -289,6 +236,7 @@ Scenario EveryEnd() {
 
 struct Request {
   const char* name;
+  Driver driver;
   std::optional<Indices> attributes;
   std::optional<Indices> targets;
   std::string status;
@@ -297,33 +245,29 @@ struct Request {
 
 void PrintTo(const Request& request, std::ostream* os) { *os << request.name; }
 
-template <class Driver>
-class RequestTest : public DriverTest<Driver>, public testing::WithParamInterface<Request> {
+class RequestTest : public DriverTest, public testing::WithParamInterface<Request> {
  protected:
-  void Check() {
-    const Request& request = GetParam();
-    this->Create(EveryEnd().VarList());
-    MCCommon::InMemoryRecordIterator records = EveryEnd().Records();
-    EXPECT_EQ(this->CreateBins(records, request.attributes ? &*request.attributes : nullptr,
-                               request.targets ? &*request.targets : nullptr),
-              request.status);
-    EXPECT_EQ(this->ResultStatuses(), request.results);
-  }
+  RequestTest() : DriverTest(GetParam().driver) {}
 };
 
-class SupervisedRequest : public RequestTest<Supervised> {};
-class EqualFrequencyRequest : public RequestTest<EqualFrequency> {};
-
-TEST_P(SupervisedRequest, EndsWith) { Check(); }
-TEST_P(EqualFrequencyRequest, EndsWith) { Check(); }
+TEST_P(RequestTest, EndsWith) {
+  const Request& request = GetParam();
+  Create(EveryEnd().VarList());
+  MCCommon::InMemoryRecordIterator records = EveryEnd().Records();
+  EXPECT_EQ(CreateBins(records, request.attributes ? &*request.attributes : nullptr,
+                       request.targets ? &*request.targets : nullptr),
+            request.status);
+  EXPECT_EQ(ResultStatuses(), request.results);
+}
 
 const std::string kOk = "0/0[0 0 0]";
 const std::string kSomePairsNotOk = "120018/1[0 0 0]";
 
 INSTANTIATE_TEST_SUITE_P(
-    Requests, SupervisedRequest,
+    Supervised, RequestTest,
     testing::Values(
         Request{"EveryVariable",
+                Driver::kSupervised,
                 std::nullopt,
                 std::nullopt,
                 kSomePairsNotOk,
@@ -331,56 +275,87 @@ INSTANTIATE_TEST_SUITE_P(
                  "5:120014/1[5 0 0]", "6:0/0[0 0 0]", "7:120012/-1[8 0 0]", "8:120002/1[0 0 0]",
                  "9:120002/1[0 0 0]", "10:120017/1[0 0 0]"}},
         Request{"TargetOfOneCategory",
+                Driver::kSupervised,
                 Indices{kGood, kConstant},
                 Indices{kOneCategory, kOneCategory},
                 kSomePairsNotOk,
                 {"0:120016/1[5 0 0]", "2:120016/1[5 0 0]"}},
         Request{"UnusableTargets",
+                Driver::kSupervised,
                 Indices{kGood, kGood},
                 Indices{kMoreCodesThanDeclared, kCodeTooLarge},
                 kSomePairsNotOk,
                 {"0:120010/-1[0 0 0]", "0:120010/-1[0 0 0]"}},
         Request{"RefusedPairsBesideAGoodOne",
+                Driver::kSupervised,
                 Indices{kWeight, kOutOfRange, kGood, kGood, kGood, kTarget, -1},
                 Indices{kTarget, kTarget, kConstant, kOutOfRange, kTarget, kTarget, kTarget},
                 kOk,
                 {"11:120005/-1[0 0 0]", "12:120013/-1[0 0 0]", "0:120006/-1[0 0 0]",
                  "0:120013/-1[0 0 0]", "0:0/0[0 0 0]"}},
         Request{"RefusedAttributesOnly",
+                Driver::kSupervised,
                 Indices{kOutOfRange, kWeight, kTarget, -1},
                 std::nullopt,
                 kOk,
                 {"12:120011/-1[0 0 0]", "11:120005/-1[0 0 0]"}},
-        Request{"NoUsablePair", Indices{kTarget}, Indices{kTarget}, "120008/-1[0 0 0]", {}},
-        Request{"NoAttribute", Indices{}, std::nullopt, "120008/-1[0 0 0]", {}},
+        Request{"NoUsablePair",
+                Driver::kSupervised,
+                Indices{kTarget},
+                Indices{kTarget},
+                "120008/-1[0 0 0]",
+                {}},
+        Request{
+            "NoAttribute", Driver::kSupervised, Indices{}, std::nullopt, "120008/-1[0 0 0]", {}},
         Request{"MorePairsThanTargets",
+                Driver::kSupervised,
                 Indices{kGood, kUnrelated},
                 Indices{kTarget},
                 "120008/-1[0 0 0]",
                 {}},
-        Request{"TargetsAlone", std::nullopt, Indices{kTarget}, "120008/-1[0 0 0]", {}}),
+        Request{"TargetsAlone",
+                Driver::kSupervised,
+                std::nullopt,
+                Indices{kTarget},
+                "120008/-1[0 0 0]",
+                {}}),
     RowName);
 
 INSTANTIATE_TEST_SUITE_P(
-    Requests, EqualFrequencyRequest,
-    testing::Values(
-        Request{"EveryVariable",
-                std::nullopt,
-                std::nullopt,
-                kSomePairsNotOk,
-                {"0:0/0[0 0 0]", "1:0/0[0 0 0]", "2:120014/1[2 0 0]", "3:120015/1[0 0 0]",
-                 "4:0/0[0 0 0]", "5:120014/1[5 0 0]", "6:0/0[0 0 0]", "7:120012/-1[8 0 0]",
-                 "8:0/0[0 0 0]", "9:0/0[0 0 0]", "10:120019/1[10 0 0]"}},
-        Request{"RefusedBesideAGoodOne",
-                Indices{kWeight, kOutOfRange, kGood, -1},
-                std::nullopt,
-                kOk,
-                {"11:120005/-1[0 0 0]", "12:120011/-1[0 0 0]", "0:0/0[0 0 0]"}},
-        Request{"RefusedOnly", Indices{kWeight, kOutOfRange}, std::nullopt, "120011/-1[0 0 0]", {}},
-        Request{"NoAttribute", Indices{}, std::nullopt, "120011/-1[0 0 0]", {}}),
+    EqualFrequency, RequestTest,
+    testing::Values(Request{"EveryVariable",
+                            Driver::kEqualFrequency,
+                            std::nullopt,
+                            std::nullopt,
+                            kSomePairsNotOk,
+                            {"0:0/0[0 0 0]", "1:0/0[0 0 0]", "2:120014/1[2 0 0]",
+                             "3:120015/1[0 0 0]", "4:0/0[0 0 0]", "5:120014/1[5 0 0]",
+                             "6:0/0[0 0 0]", "7:120012/-1[8 0 0]", "8:0/0[0 0 0]", "9:0/0[0 0 0]",
+                             "10:120019/1[10 0 0]"}},
+                    Request{"RefusedBesideAGoodOne",
+                            Driver::kEqualFrequency,
+                            Indices{kWeight, kOutOfRange, kGood, -1},
+                            std::nullopt,
+                            kOk,
+                            {"11:120005/-1[0 0 0]", "12:120011/-1[0 0 0]", "0:0/0[0 0 0]"}},
+                    Request{"RefusedOnly",
+                            Driver::kEqualFrequency,
+                            Indices{kWeight, kOutOfRange},
+                            std::nullopt,
+                            "120011/-1[0 0 0]",
+                            {}},
+                    Request{"NoAttribute",
+                            Driver::kEqualFrequency,
+                            Indices{},
+                            std::nullopt,
+                            "120011/-1[0 0 0]",
+                            {}}),
     RowName);
 
-using SupervisedDriver = DriverTest<Supervised>;
+class SupervisedDriver : public DriverTest {
+ protected:
+  SupervisedDriver() : DriverTest(Driver::kSupervised) {}
+};
 
 TEST_F(SupervisedDriver, NeedsATargetWithCodesInRange) {
   RowIterator withoutTarget(AscendingRows(4, 1));
@@ -403,8 +378,7 @@ TEST_F(SupervisedDriver, NeedsATargetWithCodesInRange) {
 
 TEST_F(SupervisedDriver, NeitherReportsAnErrorNorCountsItAsSkipped) {
   RecordingListener listener;
-  settings.SetProgressListener(&listener);
-  settings.SetNSkippedAttReports(1);
+  callbacks = {&listener, nullptr, 0, 1};
   Create(EveryEnd().VarList());
   MCCommon::InMemoryRecordIterator records = EveryEnd().Records();
   const Indices attributes{kGood, kCodeTooLarge, kUnrelated, kGood};

@@ -4,99 +4,46 @@
 #include <bit>
 #include <cmath>
 #include <limits>
-#include <memory>
 
-#include "algorithm/binfactory.h"
-#include "algorithm/binsettings.h"
-#include "algorithm/ibinalgorithm.h"
-#include "output/binoutput.h"
-#include "support/agreement.h"
 #include "support/rowname.h"
 #include "support/scenario.h"
-#include "support/tempdir.h"
+#include "support/wholerun.h"
 
 namespace {
 
-using Results = std::vector<BINAttributeTargetResults>;
-
-struct Outcome {
-  MCBinning::MCStatus status;
-  Results results;
-};
-
-// Null lists mean what they mean to the library.
-Outcome Bin(const Scenario& scenario, const std::vector<int>* attributes,
-            const std::vector<int>* targets) {
-  const TempDir directory;
-  BINSettings settings;
-  settings.SetTempDirName(directory.Path());
-  settings.SetRightBorderClosed(scenario.options.rightBorderClosed);
-  settings.SetNumDistinctValueThreshold(scenario.options.distinctThreshold);
-  settings.SetNumberOfBins(scenario.options.numberOfBins);
-  settings.SetSmallBinDetectionThreshold(scenario.options.smallBinThreshold);
-  BINVarList list = scenario.VarList();
-  BINFactory factory;
-  const std::unique_ptr<IBINAlgorithm> algorithm(factory.CreateBINAlgorithm(settings, list));
-  Outcome run;
-  if (!algorithm) {
-    run.status = factory.GetStatus();
-    return run;
-  }
-  MCCommon::InMemoryRecordIterator records = scenario.Records();
-  run.status = algorithm->CreateBins(records, attributes, targets);
-  algorithm->GetBinningResults().GetAllCutPoints(run.results);
-  return run;
-}
-
-// Every difference of a run from the reference, with the pair it is about.
-std::string DifferencesOf(const Outcome& run, const Scenario& scenario) {
-  return RunDifferences(run.status, run.results, [&](const BINAttributeTargetResults& result) {
-    const int attribute = result.GetAttributeIndex();
-    const int target = result.GetTargetIndex();
-    return reference::BinAgainstTarget(scenario.Stored(attribute), scenario.Stored(target),
-                                       scenario.StoredWeights(), scenario.options, attribute,
-                                       target);
-  });
-}
-
-struct Pairs {
+// Every variable but the weight against every categorical one.
+Outcome BinAllPairs(const Scenario& scenario) {
   std::vector<int> attributes;
   std::vector<int> targets;
-};
-
-Pairs AllPairs(const Scenario& scenario) {
-  Pairs pairs;
-  for (const int target : scenario.CategoricalIndices()) {
-    for (int v = 0; v < static_cast<int>(scenario.variables.size()); ++v) {
+  const int count = static_cast<int>(scenario.variables.size());
+  for (int target = 0; target < count; ++target) {
+    const ScenarioVariable& variable = scenario.variables[static_cast<std::size_t>(target)];
+    if (variable.level != IBINVariable::MeasureNumericCategorical) continue;
+    for (int v = 0; v < count; ++v) {
       if (v == target || v == scenario.WeightIndex()) continue;
-      pairs.attributes.push_back(v);
-      pairs.targets.push_back(target);
+      attributes.push_back(v);
+      targets.push_back(target);
     }
   }
-  return pairs;
-}
-
-Outcome BinAllPairs(const Scenario& scenario) {
-  const Pairs pairs = AllPairs(scenario);
-  return Bin(scenario, &pairs.attributes, &pairs.targets);
+  return Bin(Driver::kSupervised, scenario, &attributes, &targets);
 }
 
 // The results when every attribute is asked for in one of three ways.
 Outcome BinInSomeWay(const Scenario& scenario, std::uint64_t seed) {
-  if (seed % 3 == 0) return Bin(scenario, nullptr, nullptr);
+  if (seed % 3 == 0) return Bin(Driver::kSupervised, scenario);
   if (seed % 3 == 1) return BinAllPairs(scenario);
   std::vector<int> attributes;
   for (int v = static_cast<int>(scenario.variables.size()) - 1; v >= 0; --v) {
     if (v != scenario.TargetIndex() && v != scenario.WeightIndex()) attributes.push_back(v);
   }
-  return Bin(scenario, &attributes, nullptr);
+  return Bin(Driver::kSupervised, scenario, &attributes);
 }
 
 TEST(SupervisedProperty, RandomInputsAgreeWithTheReference) {
   for (std::uint64_t seed = TestSeed(); seed < TestSeed() + 2000; ++seed) {
     const Scenario scenario = RandomScenario(seed, 150, true);
     const Outcome run = BinInSomeWay(scenario, seed);
-    ASSERT_EQ(DifferencesOf(run, scenario), "") << "MCBINNING_TEST_SEED=" << seed;
+    ASSERT_EQ(DifferencesFromReference(run, scenario), "") << "MCBINNING_TEST_SEED=" << seed;
   }
 }
 
@@ -130,7 +77,7 @@ TEST_P(EverySmallInput, AgreesWithTheReference) {
     for (const bool closed : {false, true}) {
       for (const int threshold : {-1, 1}) {
         scenario.options = {closed, threshold, 3, 1.0};
-        ASSERT_EQ(DifferencesOf(BinAllPairs(scenario), scenario), "")
+        ASSERT_EQ(DifferencesFromReference(BinAllPairs(scenario), scenario), "")
             << (weighted ? "weighted" : "unweighted") << ", right border closed " << closed
             << ", pre-bins above " << threshold;
       }
@@ -186,7 +133,7 @@ TEST_P(LargeInputTest, AgreesWithTheReference) {
     scenario.Append(Continuous(anyBits));
     scenario.Append(Continuous(ascending));
     if (input.weightUnit > 0.0) scenario.Append(Weights(weights));
-    EXPECT_EQ(DifferencesOf(BinAllPairs(scenario), scenario), "")
+    EXPECT_EQ(DifferencesFromReference(BinAllPairs(scenario), scenario), "")
         << "MCBINNING_TEST_SEED=" << TestSeed() << ", right border closed " << closed;
   }
 }

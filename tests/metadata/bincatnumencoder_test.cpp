@@ -3,13 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <memory>
 
 #include "common/missing.h"
 #include "metadata/binnumericusermissing.h"
-#include "support/displaytext.h"
-#include "support/hostusermissing.h"
 
 namespace {
 
@@ -27,28 +24,10 @@ TEST(BINCatNumEncoder, GivesNoCodeToMissingValues) {
   EXPECT_EQ(encoder.Encode(3), 1.0) << "no code went to a missing value";
 }
 
-TEST(BINCatNumEncoder, UnknownCodesAreMissing) {
-  const BINCatNumEncoder encoder({5, 3});
-  for (const int code : {-1, 2, std::numeric_limits<int>::min()}) {
-    EXPECT_EQ(encoder.Decode(code), MCMV::Missing()) << code;
-  }
-}
-
 TEST(BINCatNumEncoder, ZerosOfBothSignsAreOneCategory) {
   const BINCatNumEncoder encoder({-0.0, 0.0});
   EXPECT_EQ(encoder.GetNumberOfCategories(), 1);
   EXPECT_TRUE(std::signbit(encoder.Decode(0))) << "the one seen first";
-}
-
-TEST(BINCatNumEncoder, ShowsSevenValuesToALine) {
-  BINCatNumEncoder encoder({8, 7, 6, 5, 4, 3, 2, 1});
-  encoder.SetValueLabels({"eight", "seven"});
-  encoder.SetUserMissingInfo(new HostUserMissing(IBINUserMissing::UserMissingNumeric));
-  EXPECT_EQ(DisplayText(encoder),
-            "\tBINCatNumEncoder: Last code = 7\n"
-            "\t\tNumeric values of categories: 8 7 6 5 4 3 2 \n1 \n"
-            "\t\tValue Labels:\neight seven \n"
-            "\t\tUser-missing values for this encoder:\n\t\thost\n\n");
 }
 
 }  // namespace

@@ -12,7 +12,6 @@
 #include "common/missing.h"
 #include "metadata/binvarlist.h"
 #include "support/agreement.h"
-#include "support/displaytext.h"
 #include "support/doublefile.h"
 #include "support/hostdoubles.h"
 #include "support/rowname.h"
@@ -64,9 +63,8 @@ class BINDataPreparatorTest : public testing::Test {
   BINDataPreparatorTest() { Make(directory.Path()); }
   ~BINDataPreparatorTest() override { stoppedClock.reset(); }
 
-  void Make(const std::string& tempDirName, ProgressListener* listener = nullptr,
-            int interval = 0) {
-    preparator.emplace(list, cancel, tempDirName, listener, interval);
+  void Make(const std::string& tempDirName) {
+    preparator.emplace(list, cancel, tempDirName, nullptr, 0);
   }
 
   std::string Process(const Rows& rows) {
@@ -122,7 +120,7 @@ TEST_P(PreparedRecord, HoldsTheseValuesByFile) {
   EXPECT_EQ(Text(preparator->ProcessRecord(in, out)), GetParam().status);
   Doubles prepared;
   for (std::size_t i = 0; i < 4; ++i) prepared.push_back(std::as_const(out)[i]);
-  EXPECT_TRUE(SameBits(prepared, GetParam().out)) << testing::PrintToString(prepared);
+  EXPECT_EQ(Text(prepared), Text(GetParam().out));
   std::vector<bool> usable(4, true);
   if (GetParam().stoppedFile != kNone) {
     usable[static_cast<std::size_t>(GetParam().stoppedFile)] = false;
@@ -167,18 +165,6 @@ TEST_F(BINDataPreparatorTest, WritesAFilePerVariableUpToItsFirstBadCode) {
   EXPECT_EQ(preparator->GetNumOfCategories(), (std::vector<int>{1, 0, 0, 1}));
   EXPECT_EQ(UsableFiles(), (std::vector<bool>{true, true, true, false}));
   EXPECT_TRUE(preparator->HasStopped(kColorFile));
-}
-
-TEST_F(BINDataPreparatorTest, ReportsRecordsReadAndCountsDownForAll) {
-  const Rows rows{{1, 0, 0, 1}, {}, {2, 0, 0, 0.1}, {3, 0, 0, 1}};  // null, then dropped
-  for (const auto& [interval, indices] :
-       {std::pair(1, std::vector<int>{1, 1, 2, 3}), std::pair(2, std::vector<int>{1, 3}),
-        std::pair(-1, std::vector<int>{})}) {
-    RecordingListener listener;
-    Make(directory.Path(), &listener, interval);
-    Process(rows);
-    EXPECT_EQ(listener.indices, indices) << interval;
-  }
 }
 
 TEST_F(BINDataPreparatorTest, NamesFilesByTheClockInHexadecimal) {
@@ -238,16 +224,6 @@ TEST_F(BINDataPreparatorTest, EndsWhenItMayNotUseTheDirectory) {
     ASSERT_EQ(seteuid(user), 0);
   }
   fs::permissions(directory.Path(), fs::perms::owner_all);
-}
-
-TEST_F(BINDataPreparatorTest, DisplaysItsStatus) {
-  const std::string frame = "\nStart of BINDataPreparator display\n\tStatus ";
-  EXPECT_EQ(DisplayText(*preparator), frame + "is OK.\nEnd of BINDataPreparator display\n");
-  RowIterator records({{1, 0, 0, 1}});
-  records.onNext = [&] { cancel.SetCancel(); };
-  preparator->ProcessSource(records);
-  EXPECT_EQ(DisplayText(*preparator),
-            frame + "has error code 1\nEnd of BINDataPreparator display\n");
 }
 
 }  // namespace

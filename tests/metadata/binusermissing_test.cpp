@@ -6,7 +6,6 @@
 
 #include "metadata/binnumericusermissing.h"
 #include "metadata/binstringusermissing.h"
-#include "support/displaytext.h"
 #include "support/hostusermissing.h"
 
 // The numeric and the string definition side by side.
@@ -74,20 +73,6 @@ TEST(BINNumericUserMissing, ContainsDiscreteValuesAndTheIntervalOnly) {
   userMissing.SetInterval({97.0, 99.0});
   for (const double x : {9.0, 97.0, 99.0}) EXPECT_TRUE(userMissing.Contains(x)) << x;
   for (const double x : {8.0, 92.0, 99.5, std::nan("")}) EXPECT_FALSE(userMissing.Contains(x)) << x;
-}
-
-TEST(BINNumericUserMissing, ShowsEveryEntryWithItsLabel) {
-  BINNumericUserMissing userMissing;
-  userMissing.AddValue(9, "refused");
-  userMissing.AddValue(9, "again");
-  userMissing.SetInterval({97.0, 99.0});
-  EXPECT_EQ(DisplayText(*std::unique_ptr<IBINUserMissing>(userMissing.Clone())),
-            "\nStart of BINNumericUserMissing display\n"
-            "Discrete missing values:\n"
-            "\t0\t9, label = refused\n"
-            "\t1\t9, label = again\n"
-            "Missing interval:\nBINNumericInterval: [ 97, 99 ]\n"
-            "End of BINNumericUserMissing display\n");
 }
 
 }  // namespace

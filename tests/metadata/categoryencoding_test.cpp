@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "common/missing.h"
 #include "metadata/bincatnumencoder.h"
 #include "metadata/binnumericusermissing.h"
 #include "metadata/binstringencoder.h"
@@ -18,6 +20,7 @@ struct Numbers {
   using UserMissing = BINNumericUserMissing;
   using List = std::vector<double>;
   static List Values() { return {5, 3, 7, 9}; }
+  static double None() { return MCMV::Missing(); }
 };
 
 struct Strings {
@@ -25,6 +28,7 @@ struct Strings {
   using UserMissing = BINStringUserMissing;
   using List = std::vector<std::string>;
   static List Values() { return {"pear", "apple", "", "fig"}; }
+  static std::string None() { return ""; }
 };
 
 // What the encoders of numbers and of strings promise alike.
@@ -52,6 +56,9 @@ TYPED_TEST(CategoryEncoders, GiveCodesInOrderOfAppearance) {
     EXPECT_EQ(this->encoder.Encode(value), code);
     EXPECT_EQ(this->encoder.EncodeConst(value), code);
     EXPECT_EQ(this->encoder.Decode(code), value);
+  }
+  for (const int unknown : {-1, 3, std::numeric_limits<int>::min()}) {
+    EXPECT_EQ(this->encoder.Decode(unknown), TypeParam::None()) << unknown;
   }
   EXPECT_EQ(this->encoder.EncodeConst(this->values[3]), -1.0);
   EXPECT_EQ(this->encoder.GetNumberOfCategories(), 3);

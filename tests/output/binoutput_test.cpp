@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "support/agreement.h"
-#include "support/displaytext.h"
 
 namespace {
 
@@ -48,38 +47,6 @@ TEST(BINOutput, FindsTheFirstRecordOfAPairAndEveryOneOfAnAttribute) {
   EXPECT_EQ(Text(output.GetAttributeCutPoints(0, records)), "120016/1[0 0 0]") << "the last one's";
   ASSERT_EQ(records.size(), 4u) << "appended";
   EXPECT_EQ(records[3].GetNDistinctValues(), 40u);
-}
-
-TEST(BINOutput, Display) {
-  BINOutput output;
-  EXPECT_EQ(DisplayText(output),
-            "\nStart of BINOutput display\ncut point :\nEnd of BINOutput display\n");
-  output.SetAttributeTargetResults(MCStatus(120014, true), {2.5, 0.1},
-                                   {3, 1, 2, 4, 4, 0, 5, 0, 5, 8, 8}, 0, 3, 7, 12, 13.5, -1, 1e10,
-                                   0.125);
-  EXPECT_EQ(DisplayText(output),
-            "\nStart of BINOutput display\n"
-            "cut point :"
-            "\nStart of BINAttributeTargetResults display\n"
-            "BINDataTuple   attribute = 0\n"
-            "target = 3\n"
-            "Number of distinct values = 7\n"
-            "Total weight = 12\n"
-            "Total weight with missing = 13.5\n"
-            "Minimum = -1\n"
-            "Maximum = 1e+10\n"
-            "Model Entropy = 0.125\n"
-            "Status has error code 120014\n"
-            "Number of cutpoints = 2, the cutpoints:\n"
-            "0.1\n"
-            "2.5\n"
-            "The CellCounts are\n"
-            "3  1  2  \n"
-            "4  4  0  \n"
-            "5  0  5  \n"
-            "\n"
-            "End of BINAttributeTargetResults display\n"
-            "\nEnd of BINOutput display\n");
 }
 
 }  // namespace

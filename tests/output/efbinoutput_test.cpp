@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "support/agreement.h"
-#include "support/displaytext.h"
 
 namespace {
 
@@ -24,27 +23,6 @@ TEST(EFBINOutput, FindsTheFirstRecordOfAnAttribute) {
     EXPECT_EQ(Text(output.GetAttributeCutPoints(unknown, result)), "120013/-1[0 0 0]");
   }
   EXPECT_EQ(result.GetNDistinctValues(), 10u) << "left alone";
-}
-
-TEST(EFBINOutput, Display) {
-  EFBINOutput output;
-  output.SetAttributeResults({}, {}, {12.5}, 4, 9, 12.5, 13, -3, 8);
-  EXPECT_EQ(DisplayText(output),
-            "\nStart of EFBINOutput display\n"
-            "cut point :"
-            "\nStart of BINAttributeResults display\n"
-            "BINDataTuple   attribute = 4\n"
-            "Number of distinct values = 9\n"
-            "Total weight = 12.5\n"
-            "Total weight with missing = 13\n"
-            "Minimum = -3\n"
-            "Maximum = 8\n"
-            "Number of cutpoints = 0\n"
-            "The CellCounts are\n"
-            "12.5  \n"
-            "\n"
-            "End of BINAttributeResults display\n"
-            "\nEnd of EFBINOutput display\n");
 }
 
 }  // namespace

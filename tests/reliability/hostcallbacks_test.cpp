@@ -7,11 +7,11 @@
 #include <stdexcept>
 #include <string>
 
-#include "reliability/wholerun.h"
 #include "support/agreement.h"
 #include "support/hostdoubles.h"
 #include "support/rowname.h"
 #include "support/tempdir.h"
+#include "support/wholerun.h"
 
 namespace {
 
@@ -69,7 +69,7 @@ TEST_P(ThrowingHost, EndsTheRunAndTheObjectWorksAgain) {
       TellingIterator records(scenario.Records());
       listener.onReport = query.onPoll = records.onCall = onCall;
       {
-        WholeRun run(driver, scenario, variables, directory.Path(), {&listener, &query});
+        WholeRun run(driver, scenario.options, variables, directory.Path(), {&listener, &query});
         if (!run.GetCreated().IsOK()) {
           EXPECT_EQ(Text(run.GetCreated()), GetParam().status);
           continue;

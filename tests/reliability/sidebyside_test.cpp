@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "common/missing.h"
-#include "reliability/wholerun.h"
 #include "support/scenario.h"
 #include "support/tempdir.h"
+#include "support/wholerun.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ class SideBySide : public testing::TestWithParam<Driver> {
 
   std::string RunOnce() {
     BINVarList variables = scenario.VarList();
-    WholeRun run(GetParam(), scenario, variables, directory.Path());
+    WholeRun run(GetParam(), scenario.options, variables, directory.Path());
     MCCommon::InMemoryRecordIterator mine = records;
     run.CreateBins(mine);
     return run.Text();
@@ -94,7 +94,7 @@ class EndlessIterator : public MCCommon::RecordIterator {
 TEST_P(SideBySide, CancelOfAnotherThreadEndsTheRun) {
   BINVarList variables = scenario.VarList();
   {
-    WholeRun run(GetParam(), scenario, variables, directory.Path());
+    WholeRun run(GetParam(), scenario.options, variables, directory.Path());
     EndlessIterator endless(scenario.variables.size());
     const std::jthread other([&] {
       endless.isRead.wait(false);

@@ -60,17 +60,6 @@ bool IsBoundary(const double* row, const double* nextRow, std::size_t categories
   return inBoth != 1;
 }
 
-WeightVector SumRows(const std::vector<double>& table, int first, int last,
-                     std::size_t categories) {
-  WeightVector sum(categories + 1, 0.0);
-  for (int row = first; row <= last; ++row) {
-    const double* const weights = &table[static_cast<std::size_t>(row) * categories];
-    for (std::size_t c = 0; c < categories; ++c) sum[c + 1] += weights[c];
-  }
-  for (std::size_t c = 1; c <= categories; ++c) sum[0] += sum[c];
-  return sum;
-}
-
 WeightVector Difference(const WeightVector& from, const WeightVector& what) {
   WeightVector rest(from.size());
   for (std::size_t i = 0; i < from.size(); ++i) rest[i] = from[i] - what[i];
@@ -375,6 +364,17 @@ bool BinTable(const std::vector<Case>& sorted, const std::vector<double>& bounda
     table[row * categories + static_cast<std::size_t>(c.target)] += c.weight;
   }
   return row == rows - 1;
+}
+
+std::vector<double> SumRows(const std::vector<double>& table, int first, int last,
+                            std::size_t categories) {
+  WeightVector sum(categories + 1, 0.0);
+  for (int row = first; row <= last; ++row) {
+    const double* const weights = &table[static_cast<std::size_t>(row) * categories];
+    for (std::size_t c = 0; c < categories; ++c) sum[c + 1] += weights[c];
+  }
+  for (std::size_t c = 1; c <= categories; ++c) sum[0] += sum[c];
+  return sum;
 }
 
 int BestSplit(const std::vector<double>& table, int first, int last, bool rightBorderClosed,

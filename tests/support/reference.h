@@ -75,8 +75,12 @@ bool PercentileCutPoints(const std::vector<Case>& sorted, int numberOfBins, bool
 bool BinTable(const std::vector<Case>& sorted, const std::vector<double>& boundaries,
               std::size_t categories, bool rightBorderClosed, std::vector<double>& table);
 
-// The row of the best split of rows first..last. `left` enters as zeros and `right` as the
-// rows' total weights (total, then per category); both leave as the weights of the two sides.
+// The weights of the rows first..last: in total, then per category.
+std::vector<double> SumRows(const std::vector<double>& table, int first, int last,
+                            std::size_t categories);
+
+// The row of the best split of rows first..last. `left` enters as zeros and `right` as what
+// SumRows says of them; both leave as the weights of the two sides.
 int BestSplit(const std::vector<double>& table, int first, int last, bool rightBorderClosed,
               std::vector<double>& left, std::vector<double>& right);
 

@@ -168,16 +168,6 @@ int Scenario::TargetIndex() const { return IndexOf(IBINVariable::RoleTarget); }
 
 int Scenario::WeightIndex() const { return IndexOf(IBINVariable::RoleFrequencyWeight); }
 
-std::vector<int> Scenario::CategoricalIndices() const {
-  std::vector<int> indices;
-  for (std::size_t v = 0; v < variables.size(); ++v) {
-    if (variables[v].level == IBINVariable::MeasureNumericCategorical) {
-      indices.push_back(static_cast<int>(v));
-    }
-  }
-  return indices;
-}
-
 std::vector<double> Scenario::Stored(int index) const {
   const ScenarioVariable& variable = variables[static_cast<std::size_t>(index)];
   std::vector<double> stored = variable.values;

@@ -34,7 +34,6 @@ struct Scenario {
 
   int TargetIndex() const;  // -1 when there is none
   int WeightIndex() const;
-  std::vector<int> CategoricalIndices() const;
 
   // A column as it counts: weights rounded, user-missing values and -1 codes missing.
   std::vector<double> Stored(int variable) const;
