@@ -57,6 +57,13 @@ TEST(Supervised, FindsTheBinsOfIris) {
   }
 }
 
+TEST(Supervised, LeftClosedIntervalsAreWrittenSo) {
+  const Program program;
+  const auto outcome = program.Run("supervised --target species --closed left examples/iris.csv");
+  EXPECT_NE(outcome.out.find("(-inf, 1)"), std::string::npos) << outcome.out;
+  EXPECT_NE(outcome.out.find("[1, 1.8)"), std::string::npos) << outcome.out;
+}
+
 TEST(Supervised, WeightsStandForRepeatedCases) {
   const std::string command = "supervised --target death --attributes age,creatinine ";
   const json plain = BinsOf(command + "data/flchain.csv");
