@@ -87,131 +87,90 @@ struct Edit {
   const char* name;
   const char* pointer;  // what is replaced
   json value;           // by this; removed when discarded
-  const char* message;
+  const char* message;  // what the answer tells
 };
 void PrintTo(const Edit& row, std::ostream* os) { *os << row.name; }
 
 class EditTest : public testing::TestWithParam<Edit> {};
 
 TEST_P(EditTest, IsAnswered) {
-  const json::json_pointer pointer(GetParam().pointer);
   json file = Example();
   if (GetParam().value.is_discarded()) {
     file = file.patch({{{"op", "remove"}, {"path", GetParam().pointer}}});
   } else {
-    file[pointer] = GetParam().value;
+    file[json::json_pointer(GetParam().pointer)] = GetParam().value;
   }
-  EXPECT_EQ(RefusalOf(file.dump()), GetParam().message);
+  const std::string answer = RefusalOf(file.dump());
+  EXPECT_NE(answer.find(GetParam().message), std::string::npos) << answer;
 }
 
 const json kRemoved(json::value_t::discarded);
 
-INSTANTIATE_TEST_SUITE_P(
-    Accepted, EditTest,
-    testing::Values(Edit{"MovedCut", "/results/0/cut_points/1", 2.25, "accepted"},
-                    Edit{"RemovedResult", "/results/1", kRemoved, "accepted"},
-                    Edit{"UnknownMember", "/attributes/0/comment", "x", "accepted"}),
-    RowName);
+const Edit kEdits[] = {
+    {"MovedCut", "/results/0/cut_points/1", 2.25, "accepted"},
+    {"RemovedResult", "/results/1", kRemoved, "accepted"},
+    {"UnknownMember", "/attributes/0/comment", "x", "accepted"},
+    {"OtherFormat", "/format", "x", "bins.json: /: this is no bin file"},
+    {"LaterVersion", "/version", 2, "/version: version 2 of the format is unknown"},
+    {"EqualCuts", "/results/0/cut_points/1", 0.1, "/cut_points/1: cut points ascend, but 0.1"},
+    {"TextCut", "/results/0/cut_points/1", "2.5", "/cut_points/1: a number expected, not '2.5'"},
+    {"NullCut", "/results/0/cut_points/0", nullptr, "/cut_points/0: a number expected, not null"},
+    {"AddedCut", "/results/0/cut_points/2", 9, "/bin_weights: 3 cut points make 4 bins"},
+    {"NoWeights", "/results/0/bin_weights", json::array(),
+     "/bin_weights: 2 cut points make 3 bins"},
+    {"NegativeWeight", "/results/0/bin_weights/1", -1, "/1: a number from 0 up expected, not -1"},
+    {"OtherSum", "/results/0/bin_weights/1", 1, "/results/0/bin_weights: the weights sum up to 8"},
+    {"ClassSum", "/results/0/class_weights/2/0", 2, "/class_weights/2: the weights sum up to 5"},
+    {"ClassCount", "/results/0/class_weights/1", {0, 0, 0}, "/class_weights/1: 3 weights, but"},
+    {"ValidAboveAll", "/results/0/weight_with_missing", 6, "/results/0: 'valid_weight' is above"},
+    {"MissingMember", "/results/0/valid_weight", kRemoved, "/results/0: the member 'valid_weight'"},
+    {"UnknownAttribute", "/results/1/attribute", "z", "/attribute: there is no attribute 'z'"},
+    {"SamePair", "/results/1/attribute", "a",
+     "/results/1: a result for this attribute came before"},
+    {"SameName", "/attributes/1/name", "a", "/attributes/1/name: the variable 'a' appears twice"},
+    {"WeightAsAttribute", "/attributes/1/name", "w", "/name: the variable 'w' appears twice"},
+    {"SameCategory", "/targets/0/categories/1", "n", "/1: this category appears twice"},
+    {"ContinuousTarget",
+     "/targets/0",
+     {{"name", "y"}, {"kind", "continuous"}},
+     "/targets/0: a target has categories"},
+    {"EmptyInterval", "/settings/weight_user_missing/interval/high", 1,
+     "/interval: 'low' is above 'high'"},
+    {"HugeCount", "/results/0/distinct_values", 1e30, "/distinct_values: a whole number from 0 up"},
+    {"StatusWithoutCode", "/results/1/status/code", 0, "/status: code 0 belongs to the severity"},
+    {"ObjectForList", "/results", json::object(), "/results: a list expected, not an object"},
+};
 
-INSTANTIATE_TEST_SUITE_P(
-    Refused, EditTest,
-    testing::Values(
-        Edit{"OtherFormat", "/format", "x",
-             "bins.json: /: this is no bin file, its member 'format' should be 'mcbin-bins'"},
-        Edit{"LaterVersion", "/version", 2,
-             "bins.json: /version: version 2 of the format is unknown to this program, it reads "
-             "version 1; use the program that wrote the file"},
-        Edit{"EqualCuts", "/results/0/cut_points/1", 0.1,
-             "bins.json: /results/0/cut_points/1: cut points ascend, but 0.1 comes after 0.1"},
-        Edit{"TextCut", "/results/0/cut_points/1", "2.5",
-             "bins.json: /results/0/cut_points/1: a number expected, not '2.5'"},
-        Edit{"NullCut", "/results/0/cut_points/0", nullptr,
-             "bins.json: /results/0/cut_points/0: a number expected, not null"},
-        Edit{"AddedCut", "/results/0/cut_points/2", 9,
-             "bins.json: /results/0/bin_weights: 3 cut points make 4 bins, but there are 3 "
-             "weights"},
-        Edit{"NoWeights", "/results/0/bin_weights", json::array(),
-             "bins.json: /results/0/bin_weights: 2 cut points make 3 bins, but there are 0 "
-             "weights"},
-        Edit{"NegativeWeight", "/results/0/bin_weights/1", -1,
-             "bins.json: /results/0/bin_weights/1: a number from 0 up expected, not -1"},
-        Edit{"OtherSum", "/results/0/bin_weights/1", 1,
-             "bins.json: /results/0/bin_weights: the weights sum up to 8, but 'valid_weight' is "
-             "7"},
-        Edit{"ClassSum", "/results/0/class_weights/2/0", 2,
-             "bins.json: /results/0/class_weights/2: the weights sum up to 5, but the weight of "
-             "the bin is 4"},
-        Edit{"ClassCount",
-             "/results/0/class_weights/1",
-             {0, 0, 0},
-             "bins.json: /results/0/class_weights/1: 3 weights, but 'y' has 2 categories"},
-        Edit{"ValidAboveAll", "/results/0/weight_with_missing", 6,
-             "bins.json: /results/0: 'valid_weight' is above 'weight_with_missing'"},
-        Edit{"MissingMember", "/results/0/valid_weight", kRemoved,
-             "bins.json: /results/0: the member 'valid_weight' is missing"},
-        Edit{"UnknownAttribute", "/results/1/attribute", "z",
-             "bins.json: /results/1/attribute: there is no attribute 'z'"},
-        Edit{"SamePair", "/results/1/attribute", "a",
-             "bins.json: /results/1: a result for this attribute came before"},
-        Edit{"SameName", "/attributes/1/name", "a",
-             "bins.json: /attributes/1/name: the variable 'a' appears twice"},
-        Edit{"WeightAsAttribute", "/attributes/1/name", "w",
-             "bins.json: /attributes/1/name: the variable 'w' appears twice"},
-        Edit{"SameCategory", "/targets/0/categories/1", "n",
-             "bins.json: /targets/0/categories/1: this category appears twice"},
-        Edit{"ContinuousTarget",
-             "/targets/0",
-             {{"name", "y"}, {"kind", "continuous"}},
-             "bins.json: /targets/0: a target has categories, it is not continuous"},
-        Edit{"EmptyInterval", "/settings/weight_user_missing/interval/high", 1,
-             "bins.json: /settings/weight_user_missing/interval: 'low' is above 'high'"},
-        Edit{"HugeCount", "/results/0/distinct_values", 1e30,
-             "bins.json: /results/0/distinct_values: a whole number from 0 up expected, not "
-             "1e+30"},
-        Edit{"StatusWithoutCode", "/results/1/status/code", 0,
-             "bins.json: /results/1/status: code 0 belongs to the severity 'ok', and no other "
-             "does"},
-        Edit{"ObjectForList", "/results", json::object(),
-             "bins.json: /results: a list expected, not an object"}),
-    RowName);
+INSTANTIATE_TEST_SUITE_P(Edits, EditTest, testing::ValuesIn(kEdits), RowName);
 
 struct BadText {
   const char* name;
   std::string text;
-  const char* message;
+  const char* message;  // how it begins
 };
 void PrintTo(const BadText& row, std::ostream* os) { *os << row.name; }
 
 class BadTextTest : public testing::TestWithParam<BadText> {};
 
 TEST_P(BadTextTest, IsRefusedWithItsPlace) {
-  EXPECT_EQ(RefusalOf(GetParam().text), GetParam().message);
+  const std::string answer = RefusalOf(GetParam().text);
+  EXPECT_EQ(answer.rfind(GetParam().message, 0), 0u) << answer;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Refused, BadTextTest,
-    testing::Values(
-        BadText{"Nothing", "", "bins.json:1: the file ends too early; it was cut off"},
-        BadText{"CutOff", "{\"format\":\n\"mcbin",
-                "bins.json:2: the file ends too early; it was cut off"},
-        BadText{"Trailing", "{}\n{}",
-                "bins.json:2: this is not JSON: syntax error while parsing value - unexpected "
-                "'{'; expected end of input"},
-        BadText{"NaN", "{\"a\": NaN}",
-                "bins.json:1: this is not JSON: syntax error while parsing value - invalid "
-                "literal; last read: '\"a\": N'"},
-        BadText{"TooLarge", "{\"a\":\n1e999}",
-                "bins.json:2: this is not JSON: number overflow parsing '1e999'"},
-        BadText{"Twice", "{\"a\": [0, {\"b\": 1, \"b\": 2}]}",
-                "bins.json: /a/1: the member 'b' appears twice"},
-        BadText{"NotUtf8", "{\"\xFF\": 1}",
-                "bins.json:1: this is not JSON: syntax error while parsing object key - invalid "
-                "string: ill-formed UTF-8 byte; last read: '\"\\xFF'; \u2026"},
-        BadText{"DeepNesting", std::string(1'000'000, '['),
-                "bins.json: /0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0: nested "
-                "more than 32 deep"},
-        BadText{"List", "[]", "bins.json: /: an object expected, not a list"}),
-    RowName);
+const BadText kBadTexts[] = {
+    {"Nothing", "", "bins.json:1: the file ends too early"},
+    {"CutOff", "{\"format\":\n\"mcbin", "bins.json:2: the file ends too early"},
+    {"Trailing", "{}\n{}", "bins.json:2: this is not JSON: "},
+    {"NaN", "{\"a\": NaN}", "bins.json:1: this is not JSON: "},
+    {"TooLarge", "{\"a\":\n1e999}", "bins.json:2: this is not JSON: number overflow"},
+    {"Twice", "{\"a\": [0, {\"b\": 1, \"b\": 2}]}",
+     "bins.json: /a/1: the member 'b' appears twice"},
+    {"NotUtf8", "{\"\xFF\": 1}", "bins.json:1: this is not JSON: "},
+    {"DeepNesting", std::string(1'000'000, '['), "bins.json: /0/0/0/0/0"},
+    {"List", "[]", "bins.json: /: an object expected, not a list"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Refused, BadTextTest, testing::ValuesIn(kBadTexts), RowName);
 
 // Cutting the file anywhere, or changing any one character, ends in a model or in words.
 TEST(BinFileReader, SurvivesDamage) {

@@ -2,195 +2,108 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <ostream>
-#include <regex>
 #include <string>
 #include <vector>
 
+#include "cli/handmadebins.h"
 #include "cli/program.h"
 #include "support/rowname.h"
 
 namespace {
 
-using Words = std::vector<std::string>;
+using nlohmann::json;
 
-const char kBins[] = R"({
-  "format": "mcbin-bins", "version": 1, "tool": "", "algorithm": "supervised", "closed": "left",
-  "settings": {"prebin_above": 0, "prebins": 2, "small_bins": 0},
-  "source": {"name": "", "delimiter": ",", "na": ["-1", "inf"], "records": 8,
-             "dropped": {"missing_weight": 0, "zero_weight": 0, "weight_rounded_to_zero": 0}},
-  "attributes": [
-    {"name": "a`\"", "kind": "continuous",
-     "user_missing": {"values": [9], "interval": {"low": 90}}},
-    {"name": "c", "kind": "string-categorical", "categories": ["it's", "\\"],
-     "user_missing": {"values": ["\u0001"]}}],
-  "targets": [{"name": "t", "kind": "string-categorical", "categories": ["yes", "no"]}],
-  "results": [
-    {"attribute": "a`\"", "target": "t", "status": {"code": 0, "severity": "ok", "text": "ok"},
-     "cut_points": [0.1, 1e300], "bin_weights": [4, 2, 2],
-     "class_weights": [[3, 1], [0, 2], [1, 1]],
-     "valid_weight": 8, "weight_with_missing": 8, "distinct_values": 5},
-    {"attribute": "c", "target": "t", "status": {"code": 0, "severity": "ok", "text": "ok"},
-     "cut_points": [1], "bin_weights": [4, 4], "class_weights": [[2, 2], [2, 2]],
-     "valid_weight": 8, "weight_with_missing": 8, "distinct_values": 2}]})";
-
-Program::Outcome Export(const Words& options) {
-  const Program program;
-  program.Write("bins.json", kBins);
-  Words arguments = {"export", "bins.json"};
-  arguments.insert(arguments.end(), options.begin(), options.end());
-  return program.Run(arguments);
+// The bins with names and texts that every dialect writes in its own way.
+std::string OddBins() {
+  json bins = json::parse(kHandMadeBins);
+  bins["closed"] = "left";
+  bins["source"]["na"] = {"-1", "inf"};
+  bins["attributes"][0]["name"] = bins["results"][0]["attribute"] = "a`\"";
+  bins["attributes"][1]["categories"] = {"it's", "\\"};
+  bins["attributes"][1]["user_missing"]["values"] = {"\x01"};
+  bins["results"][0]["cut_points"] = {0.1, 1e300};
+  bins["results"][1]["cut_points"] = {1};
+  return bins.dump();
 }
 
 struct DialectExample {
   const char* name;
-  Words options;
-  std::string query;
+  const char* options;
+  std::vector<const char*> parts;  // of the query, in order
 };
 void PrintTo(const DialectExample& row, std::ostream* os) { *os << row.name; }
 
 class DialectTest : public testing::TestWithParam<DialectExample> {};
 
 TEST_P(DialectTest, WritesTheQuery) {
-  Words options = {"--format", "sql", "--dialect"};
-  options.insert(options.end(), GetParam().options.begin(), GetParam().options.end());
-  const auto outcome = Export(options);
+  const Program program;
+  const std::string command = "export - --format sql --table s.\"a.\"\"b\" --dialect ";
+  const auto outcome = program.Run(command + GetParam().options, OddBins());
   EXPECT_EQ(outcome.err, "");
-  EXPECT_EQ(outcome.out, GetParam().query);
+  std::size_t end = 0;
+  for (const std::string part : GetParam().parts) {
+    const std::size_t begin = outcome.out.find(part, end);
+    ASSERT_NE(begin, std::string::npos) << part << "\n" << outcome.out;
+    end = begin + part.size();
+  }
 }
 
-// The dialects that no test can run.
-INSTANTIATE_TEST_SUITE_P(Dialects, DialectTest,
-                         testing::Values(DialectExample{"Ansi",
-                                                        {"ansi", "--table", "s.\"a.\"\"b\""},
-                                                        R"(SELECT
-  t.*,
-  CASE
-    WHEN t."a`""" IS NULL
-      OR t."a`""" <> t."a`"""
-      OR t."a`""" >= 90e0
-      OR t."a`""" IN (9e0, -1e0, -1.7976931348623157e+308) THEN NULL
-    WHEN t."a`""" < 0.1e0 THEN 0
-    WHEN t."a`""" < 1e+300 THEN 1
-    ELSE 2
-  END AS "a`""_bin",
-  CASE
-    WHEN t."c" IS NULL
-      OR t."c" = ')"
-                                                        "\x01"
-                                                        R"(' THEN NULL
-    WHEN t."c" = 'it''s' THEN 0
-    WHEN t."c" = '\' THEN 1
-    ELSE NULL
-  END AS "c_bin"
-FROM "s"."a.""b" AS t;
-)"},
-                                         DialectExample{"Mysql",
-                                                        {"mysql", "--table", "x", "--as", "label",
-                                                         "--missing-as", "?", "--suffix", "2"},
-                                                        R"(SELECT
-  t.*,
-  CASE
-    WHEN t.`a``"` IS NULL
-      OR t.`a``"` >= 90e0
-      OR t.`a``"` IN (9e0, -1e0, -1.7976931348623157e+308) THEN '?'
-    WHEN t.`a``"` < 0.1e0 THEN '(-inf, 0.1)'
-    WHEN t.`a``"` < 1e+300 THEN '[0.1, 1e+300)'
-    ELSE '[1e+300, +inf)'
-  END AS `a``"2`,
-  CASE
-    WHEN t.`c` IS NULL
-      OR CAST(CONVERT(t.`c` USING utf8mb4) AS BINARY) = ')"
-                                                        "\x01"
-                                                        R"(' THEN '?'
-    WHEN CAST(CONVERT(t.`c` USING utf8mb4) AS BINARY) = 'it\'s' THEN '{it\'s}'
-    WHEN CAST(CONVERT(t.`c` USING utf8mb4) AS BINARY) = '\\' THEN '{\\}'
-    ELSE '?'
-  END AS `c2`
-FROM `x` AS t;
-)"},
-                                         DialectExample{"Spark",
-                                                        {"spark", "--table", "x", "--as", "woe"},
-                                                        R"(SELECT
-  t.*,
-  CASE
-    WHEN t.`a``"` IS NULL
-      OR isnan(t.`a``"`)
-      OR t.`a``"` >= 90e0
-      OR t.`a``"` IN (9e0, -1e0, double('Infinity'), -1.7976931348623157e+308) THEN NULL
-    WHEN t.`a``"` < 0.1e0 THEN 1.0986122886681098e0
-    WHEN t.`a``"` < 1e+300 THEN double('-Infinity')
-    ELSE 0e0
-  END AS `a``"_bin`,
-  CASE
-    WHEN t.`c` IS NULL
-      OR CAST(t.`c` AS STRING) = ')"
-                                                        "\x01"
-                                                        R"(' THEN NULL
-    WHEN CAST(t.`c` AS STRING) = 'it\'s' THEN 0e0
-    WHEN CAST(t.`c` AS STRING) = '\\' THEN 0e0
-    ELSE NULL
-  END AS `c_bin`
-FROM `x` AS t;
-)"}),
-                         RowName);
-
-struct Refusal {
-  const char* name;
-  Words options;
-  int exitCode;
-  std::string message;
+// The dialects that no test can run: the first as a whole, then what the others write otherwise.
+const DialectExample kDialects[] = {
+    {"Ansi",
+     "ansi",
+     {"SELECT\n"
+      "  t.*,\n"
+      "  CASE\n"
+      "    WHEN t.\"a`\"\"\" IS NULL\n"
+      "      OR t.\"a`\"\"\" <> t.\"a`\"\"\"\n"
+      "      OR t.\"a`\"\"\" >= 90e0\n"
+      "      OR t.\"a`\"\"\" IN (9e0, -1e0, -1.7976931348623157e+308) THEN NULL\n"
+      "    WHEN t.\"a`\"\"\" < 0.1e0 THEN 0\n"
+      "    WHEN t.\"a`\"\"\" < 1e+300 THEN 1\n"
+      "    ELSE 2\n"
+      "  END AS \"a`\"\"_bin\",\n"
+      "  CASE\n"
+      "    WHEN t.\"c\" IS NULL\n"
+      "      OR t.\"c\" = '\x01' THEN NULL\n"
+      "    WHEN t.\"c\" = 'it''s' THEN 0\n"
+      "    WHEN t.\"c\" = '\\' THEN 1\n"
+      "    ELSE NULL\n"
+      "  END AS \"c_bin\"\n"
+      "FROM \"s\".\"a.\"\"b\" AS t;\n"}},
+    {"Mysql",
+     "mysql --as label --missing-as ?",
+     {"WHEN t.`a``\"` IS NULL\n      OR t.`a``\"` >= 90e0\n",
+      " IN (9e0, -1e0, -1.7976931348623157e+308) THEN '?'\n",
+      " WHEN t.`a``\"` < 0.1e0 THEN '(-inf, 0.1)'\n", " ELSE '[1e+300, +inf)'\n",
+      " OR CAST(CONVERT(t.`c` USING utf8mb4) AS BINARY) = '\x01' THEN '?'\n",
+      " WHEN CAST(CONVERT(t.`c` USING utf8mb4) AS BINARY) = 'it\\'s' THEN '{it\\'s}'\n",
+      " = '\\\\' THEN '{\\\\}'\n    ELSE '?'\n", "FROM `s`.`a.\"b` AS t;\n"}},
+    {"Spark",
+     "spark --as woe",
+     {" OR isnan(t.`a``\"`)\n",
+      " IN (9e0, -1e0, double('Infinity'), -1.7976931348623157e+308) THEN NULL\n",
+      " < 0.1e0 THEN 1.0986122886681098e0\n", " < 1e+300 THEN double('-Infinity')\n    ELSE 0e0\n",
+      " WHEN CAST(t.`c` AS STRING) = 'it\\'s' THEN 0e0\n", " = '\\\\' THEN 0e0\n"}},
 };
-void PrintTo(const Refusal& row, std::ostream* os) { *os << row.name; }
 
-class ExportRefusalTest : public testing::TestWithParam<Refusal> {};
-
-TEST_P(ExportRefusalTest, SaysWhy) {
-  const auto outcome = Export(GetParam().options);
-  EXPECT_EQ(outcome.exitCode, GetParam().exitCode);
-  EXPECT_EQ(outcome.out, "");
-  EXPECT_NE(outcome.err.find(GetParam().message), std::string::npos) << outcome.err;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Refused, ExportRefusalTest,
-    testing::Values(
-        Refusal{"NoFormat", {}, 2, "--format is required"},
-        Refusal{"NoTable", {"--format", "sql"}, 2, "needs --table"},
-        Refusal{"UnknownDialect", {"--format", "sql", "--dialect", "x"}, 2, "--dialect"},
-        Refusal{"DialectOfPmml", {"--format", "pmml", "--dialect", "ansi"}, 2, "belong to"},
-        Refusal{"TableName", {"--format", "sql", "--table", "s."}, 2, "write NAME or SCHEMA.NAME"},
-        Refusal{"TextAmongIndexes", {"--format", "python", "--missing-as", "?"}, 2, "such as -1"},
-        Refusal{"TextAmongNumbers",
-                {"--format", "python", "--as", "woe", "--missing-as", "?"},
-                2,
-                "such as 0"},
-        Refusal{"OverTheBinFile", {"--format", "python", "-o", "./bins.json"}, 2, "overwritten"},
-        Refusal{"NameTaken", {"--format", "python", "--suffix", ""}, 1, "choose another --suffix"},
-        Refusal{"UnknownTarget", {"--format", "python", "--target", "u"}, 1, "targets are 't'"},
-        Refusal{"NoInfinity",
-                {"--format", "sql", "--dialect", "mysql", "--table", "x", "--as", "woe"},
-                1,
-                "is infinite, which --dialect mysql cannot say"},
-        Refusal{"NotXml", {"--format", "pmml"}, 1, "a control character"},
-        Refusal{"FullDisk", {"--format", "python", "-o", "/dev/full"}, 1, "No space left"}),
-    RowName);
+INSTANTIATE_TEST_SUITE_P(Dialects, DialectTest, testing::ValuesIn(kDialects), RowName);
 
 TEST(Export, WritesAFileInsteadOfStandardOutput) {
   const Program program;
-  program.Write("bins.json", kBins);
-  EXPECT_EQ(program.Run({"export", "--format", "python", "-o", "b.py", "bins.json"}).out, "");
-  EXPECT_EQ(program.Read("b.py"), program.Run({"export", "--format", "python", "-"}, kBins).out);
+  EXPECT_EQ(program.Run("export --format python -o b.py -", kHandMadeBins).out, "");
+  EXPECT_EQ(program.Read("b.py"), program.Run("export --format python -", kHandMadeBins).out);
 }
 
 TEST(Export, WarnsOfWhatPmmlCannotSay) {
   const Program program;
-  program.Write("bins.json", std::regex_replace(kBins, std::regex(R"(\\u0001)"), ""));
-  const auto outcome = program.Run({"export", "--format", "pmml", "bins.json"});
+  const auto outcome = program.Run("export --format pmml -", kHandMadeBins);
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_EQ(outcome.err,
-            "mcbin: column 'a`\"': PMML cannot say that the interval 90: is missing; its values "
-            "get a bin\n");
+            "mcbin: column 'a': PMML cannot say that the interval 90: is missing; its values get a "
+            "bin\n");
 }
 
 }  // namespace

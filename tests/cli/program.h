@@ -8,9 +8,14 @@
 #include "support/tempdir.h"
 
 // Runs the built `mcbin` in a directory of its own, which is also where its temporary
-// files go, and tells what it did.
+// files go, and tells what it did. From there, `examples` and `data` lead to the data sets.
+//
+// A command is what follows `mcbin`; blanks part its words, '' is an empty one, and
+// nothing else is quoted.
 class Program {
  public:
+  Program();
+
   struct Outcome {
     int exitCode;
     std::string out;
@@ -20,24 +25,22 @@ class Program {
   // Writes a file into the directory, for the program to read.
   void Write(const std::string& name, const std::string& content) const;
 
-  // Makes a directory elsewhere reachable from it.
-  void Link(const std::string& name, const std::string& target) const;
-
   // The content of a file in the directory.
   std::string Read(const std::string& name) const;
 
-  // Runs it with these arguments; standard input is `input`.
-  Outcome Run(const std::vector<std::string>& arguments, const std::string& input = "") const;
+  // Runs the command; standard input is `input`.
+  Outcome Run(const std::string& command, const std::string& input = "") const;
 
   // The same, but standard input stays open and, once the program waits for more of it,
   // the signal is sent.
-  Outcome RunAndSignal(const std::vector<std::string>& arguments, int signal) const;
+  Outcome RunAndSignal(const std::string& command, int signal) const;
 
-  // The names of all files in the directory, hidden ones included, in order.
+  // The names of all files in the directory, hidden ones included, in order; without the two
+  // ways to the data sets.
   std::vector<std::string> Files() const;
 
  private:
-  pid_t Start(const std::vector<std::string>& arguments, int input) const;
+  pid_t Start(const std::string& command, int input) const;
   Outcome Wait(pid_t process) const;
 
   TempDir fDirectory;

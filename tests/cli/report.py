@@ -99,16 +99,6 @@ class Report(unittest.TestCase):
                 self.assertEqual(len(list(ElementTree.parse(path).iter(TAG + "section"))), 4)
                 self.assertEqual(os.listdir(directory), ["report.html"])
 
-    def test_refuses_to_overwrite_what_it_reads(self):
-        with tempfile.TemporaryDirectory() as directory:
-            path = os.path.join(directory, "in")
-            for command in (["report", path, "-o", path], ["equal-frequency", path, "--report", path],
-                            ["equal-frequency", path, "--report", "x", "--json", "x"]):
-                with open(path, "w", encoding="utf-8") as file:
-                    file.write(bin_file({"a": [[1, 2]]}))
-                self.assertEqual(run(*command).returncode, 2)
-                self.assertEqual(os.listdir(directory), ["in"])
-
 
 class Terminal(unittest.TestCase):
     COMMAND = ["supervised", "--target", "species", EXAMPLES + "/iris.csv"]

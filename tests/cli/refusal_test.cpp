@@ -1,0 +1,137 @@
+// What every command answers to input and options that it cannot use.
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+
+#include "cli/handmadebins.h"
+#include "cli/program.h"
+#include "support/rowname.h"
+
+namespace {
+
+struct Refusal {
+  const char* name;
+  std::string command;
+  std::string input;  // the content of in.csv
+  int exitCode;
+  const char* message;  // a part of it
+};
+void PrintTo(const Refusal& row, std::ostream* os) { *os << row.name; }
+
+class RefusalTest : public testing::TestWithParam<Refusal> {};
+
+TEST_P(RefusalTest, SaysWhyAndLeavesAllAsItWas) {
+  const Refusal& row = GetParam();
+  const Program program;
+  program.Write("bins.json", kHandMadeBins);
+  program.Write("in.csv", row.input);
+  const auto outcome = program.Run(row.command);
+  EXPECT_EQ(outcome.exitCode, row.exitCode) << outcome.err;
+  EXPECT_NE(outcome.err.find(row.message), std::string::npos) << outcome.err;
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(program.Files().size(), 2u);
+  EXPECT_EQ(program.Read("bins.json"), kHandMadeBins);
+  EXPECT_TRUE(program.Read("in.csv") == row.input);
+  EXPECT_LT(outcome.err.size(), 1000u);
+}
+
+const std::string kRun = "supervised --target y --json out.json in.csv ";
+const std::string kApply = "apply bins.json in.csv ";
+const std::string kExport = "export bins.json --format ";
+const std::string kGood = "a,y,w\n1,x,1\n2,z,2\n";
+
+const Refusal kOfInput[] = {
+    {"MissingFile", "supervised --target y no.csv", "", 1, "no.csv: cannot open it: No such file"},
+    {"Directory", "supervised --target y .", "", 1, "this is a directory"},
+    {"EmptyInput", "supervised --target y", "", 1, "standard input: the file is empty"},
+    {"HeaderOnly", kRun, "a,y\n", 1, "a header but no record"},
+    {"UnknownColumn", kRun + "--weight wieght", "a,y,weight\n1,x,1\n", 1,
+     "in.csv: there is no column 'wieght'; did you mean 'weight'?"},
+    {"OtherDelimiter", kRun, "a;y\n1;x\n", 1, "is --delimiter ';' missing?"},
+    {"DuplicateColumn", kRun, "a,y,a\n1,x,2\n", 1,
+     "in.csv:1: columns 1 and 3 have the same name 'a'"},
+    {"NegativeWeight", kRun + "--weight w", "a,y,w\n1,x,1\n2,z,-2\n", 1,
+     "in.csv:3: the weight '-2' in column 'w' is negative"},
+    {"TextWeight", kRun + "--weight w", "a,y,w\n1,x,1\n2,z,q\n", 1,
+     "in.csv:3: the weight 'q' in column 'w' is not a number"},
+    {"TooLongText", kRun, "a,y\n1," + std::string(5000, 't') + "\n", 1,
+     "in.csv:2: column 'y': a target has values of at most 4096 bytes"},
+    {"OneClass", kRun, "a,y\n1,x\n2,x\n", 1, "in.csv: the target 'y' has a single value"},
+    {"NamedTextAttribute", kRun + "--attributes a", "a,y\n1,x\nq,z\n", 1,
+     "in.csv:3: 'q' in column 'a' is not a number"},
+    {"TextInContinuous", kRun + "--continuous a", "a,y\n1,x\nq,z\n", 1,
+     "in.csv:3: 'q' in column 'a' is not a number"},
+    {"Infinity", kRun, "a,y\n1,x\n-inf,z\n", 1, "in.csv:3: the number '-inf'"},
+    {"NoAttribute", kRun, "a,y\nq,x\nr,z\n", 1, "in.csv: no column can be binned"},
+    {"LatinOneCategory", kRun, "a,y\n1,\xE4\n2,x\n", 1, "the value '\\xE4' in column 'y' is not"},
+    {"BinaryJunk", kRun, std::string("\x01\x02y\0\xFF,\n", 8), 1, "binary file"},
+    {"LongLine", kRun, std::string(10'000'000, 'a'), 1, "there is no column 'y'"},
+    {"TempDir", kRun + "--temp-dir /nowhere", kGood, 1,
+     "cannot write temporary files in '/nowhere': No such file or directory; choose"},
+    {"JsonDirectory", "supervised --target y --json /nowhere/out.json in.csv", kGood, 1,
+     "/nowhere/out.json: cannot write it"},
+
+    {"ApplyMissingColumn", kApply, "a,cc\n1,x\n", 1,
+     "in.csv: there is no column 'c'; did you mean 'a', 'cc'?"},
+    {"ApplyNoNumber", kApply, "a,c\n1,x\none,x\n", 1,
+     "in.csv:3: 'one' in column 'a' is not a number"},
+    {"ApplyNameTaken", kApply, "a,c,c_bin\n1,x,0\n", 1, "there is a column 'c_bin' already"},
+    {"ApplyUnknownTarget", kApply + "--target u", "a,c\n", 1,
+     "bins.json: no bins for the target 'u'; the targets are 't'"},
+    {"ApplySwappedFiles", "apply in.csv bins.json", "a,c\n", 1, "in.csv: this is not a bin file"},
+    {"ApplyNoHeader", kApply, "", 1, "there is no header row"},
+    {"EvaluateMissingTarget", "evaluate bins.json in.csv", "a,c\n1,x\n", 1,
+     "in.csv: there is no column 't'"},
+    {"EvaluateUnknownWeight", "evaluate --weight w bins.json in.csv", "a,c,t\n1,x,yes\n", 1,
+     "in.csv: there is no column 'w'"},
+
+    {"ExportNameTaken", kExport + "python --suffix ''", "", 1, "choose another --suffix"},
+    {"ExportNoInfinity", kExport + "sql --dialect mysql --table x --as woe", "", 1,
+     "is infinite, which --dialect mysql cannot say"},
+    {"ExportNotXml", kExport + "pmml --suffix \x01", "", 1, "a control character"},
+    {"ExportFullDisk", kExport + "python -o /dev/full", "", 1, "No space left"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Input, RefusalTest, testing::ValuesIn(kOfInput), RowName);
+
+const Refusal kOfUsage[] = {
+    {"NoCommand", "", "", 2, "subcommand"},
+    {"UnknownCommand", "bin", "", 2, "there is no command 'bin'"},
+    {"NoTarget", "supervised in.csv", kGood, 2, "--target is required"},
+    {"Choice", kRun + "--closed both", kGood, 2, "--closed: both not in"},
+    {"NoNumber", kRun + "--prebins many", kGood, 2, "--prebins"},
+    {"OutOfRange", kRun + "--small-bins 1.5", kGood, 2, "--small-bins"},
+    {"OneBin", "equal-frequency --bins 1 in.csv", kGood, 2, "--bins"},
+    {"Delimiter", kRun + "--delimiter ab", kGood, 2, "--delimiter"},
+    {"TargetTwice", kRun + "--target y", kGood, 2, "column 'y' is named twice"},
+    {"TargetIsAttribute", kRun + "--attributes y", kGood, 2, "cannot be a target and an attribute"},
+    {"TargetIsWeight", kRun + "--weight y", kGood, 2, "cannot be a target and the weight"},
+    {"BothKinds", kRun + "--categorical a --continuous a", kGood, 2, "column 'a' is both"},
+    {"MissingText", kRun + "--missing a=none", kGood, 2, "--missing 'a': 'none' is not a number"},
+    {"EmptyInterval", kRun + "--missing a=2:1", kGood, 2, "interval '2:1' is empty"},
+    {"JsonOverInput", "supervised --target y --json ./in.csv in.csv", kGood, 2,
+     "this is the input"},
+    {"ReportOverInput", "equal-frequency in.csv --report ./in.csv", kGood, 2, "--report"},
+    {"ReportOverJson", "equal-frequency in.csv --report x --json x", kGood, 2, "--report"},
+
+    {"ApplyBothFromPipe", "apply -", "", 2, "cannot both come from standard input"},
+    {"ApplySuffixAndReplace", kApply + "--replace --suffix x", "", 2, "--suffix excludes"},
+    {"ApplyUnknownForm", kApply + "--as number", "", 2, "--as"},
+    {"EvaluateNoBinFile", "evaluate", "", 2, "BINS is required"},
+    {"ReportOverBinFile", "report bins.json -o ./bins.json", "", 2, "overwritten"},
+
+    {"ExportNoFormat", "export bins.json", "", 2, "--format is required"},
+    {"ExportNoTable", kExport + "sql", "", 2, "needs --table"},
+    {"ExportUnknownDialect", kExport + "sql --dialect x", "", 2, "--dialect"},
+    {"ExportDialectOfPmml", kExport + "pmml --dialect ansi", "", 2, "belong to"},
+    {"ExportTableName", kExport + "sql --table s.", "", 2, "write NAME or SCHEMA.NAME"},
+    {"ExportTextAmongIndexes", kExport + "python --missing-as ?", "", 2, "such as -1"},
+    {"ExportTextAmongNumbers", kExport + "python --as woe --missing-as ?", "", 2, "such as 0"},
+    {"ExportOverBinFile", kExport + "python -o ./bins.json", "", 2, "overwritten"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Usage, RefusalTest, testing::ValuesIn(kOfUsage), RowName);
+
+}  // namespace
