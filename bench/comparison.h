@@ -37,14 +37,14 @@ struct Comparison {
   std::vector<Goal> goals;
   // Asked after the measurement; empty for yes.
   std::function<bool()> isSameResult = {};
-  // More where a side is easily disturbed.
+  // A side that is easily disturbed takes more of them to come to its best time.
   int fewestRounds = 3;
 };
 
 // Prints the heading of the table.
 void PrintHeading();
 
-// Runs the sides in turn, at least so many times and up to some seconds, and prints one line
+// Runs the sides in turn, at least `fewestRounds` times and up to some seconds, and prints one line
 // per goal from the best time of each side.
 void Compare(const Comparison& comparison);
 

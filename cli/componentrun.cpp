@@ -147,16 +147,17 @@ std::vector<AttributeBins> RunShares(ComponentRun& run, std::size_t resultCount,
   const std::size_t shareCount = CountJobs(run);
   RunProgress progress(run.progress, run.values->GetRecordCount() * (shareCount + resultCount));
   std::vector<AttributeBins> results(resultCount);
+  // All made before the first job begins: once a job has ended, the values may be gone.
   std::deque<Share> shares;
   for (std::size_t index = 0; index < shareCount; ++index) {
     shares.emplace_back(run, index, shareCount, progress);
   }
-  std::once_flag isValueFileClosed;
+  std::once_flag areValuesLetGo;
   Jobs jobs;
   jobs.Run(shareCount, [&](std::size_t index) {
     binShare(shares[index], jobs, results);
     // Giving a large file back to the system takes a while: the first to end has the time.
-    std::call_once(isValueFileClosed, [&] { run.values.reset(); });
+    std::call_once(areValuesLetGo, [&] { run.values.reset(); });
   });
   for (const AttributeBins& bins : results) {
     CheckCutPoints(bins.cutPoints, run.variables.attributes[bins.attribute]);

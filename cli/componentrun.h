@@ -16,7 +16,7 @@ namespace MCBin {
 struct ComponentRun {
   const RunOptions& options;
   const InputVariables& variables;
-  std::shared_ptr<const ValueFile> values;
+  std::shared_ptr<const ValueFile> values;  // with every job that still reads it
   const std::string& tempDir;
   ProgressBar& progress;
 };

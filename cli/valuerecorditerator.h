@@ -16,6 +16,8 @@ namespace MCBin {
 //
 // A failure (the file cannot be read) is thrown at the component, which ends the run with an
 // error of its own; RethrowFailure() then tells what really happened.
+//
+// At the last record it lets the file go, which closes with its last owner.
 class ValueRecordIterator final : public MCCommon::RecordIterator {
  public:
   // Position i of a record holds the value of columns[i].
@@ -27,7 +29,7 @@ class ValueRecordIterator final : public MCCommon::RecordIterator {
   bool HasMore() override;
   const MCCommon::Record* Next() override;
 
-  // HasMore() has answered that there is no other record. The iterator has let the file go.
+  // HasMore() has answered that there is no other record.
   bool IsAtEnd() const { return fValues == nullptr; }
 
   std::uint64_t GetRecordCount() const { return fRecordCount; }

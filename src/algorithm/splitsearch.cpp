@@ -34,9 +34,10 @@ void AddRowsOf(const double* row, const double* end, SplitBound::Weights& weight
   std::copy_n(sums.begin(), kCategories, weights.begin());
 }
 
-// Adds many rows, and tells whether all their weights are whole numbers from 0 up to 2^51:
+// Adds many rows, and tells whether all their weights are whole numbers, none of them negative:
 // between 2^52 and 2^53 a double has no fraction bits, so there a sum loses what is not whole.
-// A few rows are summed side by side, so that no addition waits for the one before.
+// Numbers above 2^51 may be taken for whole; their sum shows them. A few rows are summed side by
+// side, so that no addition waits for the one before.
 template <std::size_t kCategories>
 bool AddWholeRowsOf(const double* row, const double* end, SplitBound::Weights& weights) {
   constexpr std::size_t kLanes = std::max<std::size_t>(8 / kCategories, 1) * kCategories;
@@ -65,13 +66,15 @@ bool AddWholeRowsOf(const double* row, const double* end, SplitBound::Weights& w
 }
 
 // By the number of categories, from 2 on. Called by pointer, each is compiled on its own: worked
-// into the loop around it, the second would lose its vector instructions.
+// into the loop around it, the second loses its vector instructions (2.8 instead of 2.2 ms for a
+// search of a million values).
 constexpr std::array kAddRows{&AddRowsOf<2>, &AddRowsOf<3>, &AddRowsOf<4>, &AddRowsOf<5>,
                               &AddRowsOf<6>, &AddRowsOf<7>, &AddRowsOf<8>};
 constexpr std::array kAddWholeRows{&AddWholeRowsOf<2>, &AddWholeRowsOf<3>, &AddWholeRowsOf<4>,
                                    &AddWholeRowsOf<5>, &AddWholeRowsOf<6>, &AddWholeRowsOf<7>,
                                    &AddWholeRowsOf<8>};
-static_assert(kAddRows.size() == SplitBound::kMostCategories - 1);
+static_assert(kAddRows.size() == SplitBound::kMostCategories - 1 &&
+              kAddWholeRows.size() == kAddRows.size());
 
 void MoveRow(const double* row, std::vector<double>& left, std::vector<double>& right) {
   for (std::size_t category = 1; category < left.size(); ++category) {

@@ -4,6 +4,7 @@
 
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "cli/handmadebins.h"
 #include "cli/program.h"
@@ -31,7 +32,7 @@ TEST_P(RefusalTest, SaysWhyAndLeavesAllAsItWas) {
   EXPECT_EQ(outcome.exitCode, row.exitCode) << outcome.err;
   EXPECT_NE(outcome.err.find(row.message), std::string::npos) << outcome.err;
   EXPECT_EQ(outcome.out, "");
-  EXPECT_EQ(program.Files().size(), 2u);
+  EXPECT_EQ(program.Files(), (std::vector<std::string>{"bins.json", "in.csv"}));
   EXPECT_EQ(program.Read("bins.json"), kHandMadeBins);
   EXPECT_TRUE(program.Read("in.csv") == row.input);
   EXPECT_LT(outcome.err.size(), 1000u);
@@ -104,6 +105,8 @@ const Refusal kOfUsage[] = {
     {"NoNumber", kRun + "--prebins many", kGood, 2, "--prebins"},
     {"OutOfRange", kRun + "--small-bins 1.5", kGood, 2, "--small-bins"},
     {"OneBin", "equal-frequency --bins 1 in.csv", kGood, 2, "--bins"},
+    {"NegativePrebin", kRun + "--prebin-above -1", kGood, 2, "-1 not in range 0 to 2147483647"},
+    {"NegativeJobs", kRun + "--jobs -1", kGood, 2, "-1 not in range 0 to 2147483647"},
     {"Delimiter", kRun + "--delimiter ab", kGood, 2, "--delimiter"},
     {"TargetTwice", kRun + "--target y", kGood, 2, "column 'y' is named twice"},
     {"TargetIsAttribute", kRun + "--attributes y", kGood, 2, "cannot be a target and an attribute"},

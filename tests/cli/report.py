@@ -121,6 +121,11 @@ class Terminal(unittest.TestCase):
             self.assertTrue(lines[2].startswith("  mcbin " + command), lines[2])
             self.assertLessEqual(len(lines), 45, command)
             self.assertLessEqual(max(map(len, lines)), 100, command)
+            with open("/dev/full", "w", encoding="utf-8") as full:
+                outcome = subprocess.run([MCBIN, command, "--help"], stdout=full, check=False,
+                                         stderr=subprocess.PIPE, text=True)
+            self.assertEqual(outcome.returncode, 1)
+            self.assertIn("cannot write to standard output", outcome.stderr)
             for wrong in (["--no-such"], ["--no-such=1"], ["a", "b", "c"], ["--target"], ["-x"]):
                 outcome = run(command, *wrong, text="")
                 self.assertEqual((outcome.returncode, outcome.stdout), (2, ""), (command, wrong))

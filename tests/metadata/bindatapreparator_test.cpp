@@ -63,8 +63,9 @@ class BINDataPreparatorTest : public testing::Test {
   BINDataPreparatorTest() { Make(directory.Path()); }
   ~BINDataPreparatorTest() override { stoppedClock.reset(); }
 
-  void Make(const std::string& tempDirName) {
-    preparator.emplace(list, cancel, tempDirName, nullptr, 0);
+  void Make(const std::string& tempDirName, ProgressListener* listener = nullptr,
+            int interval = 0) {
+    preparator.emplace(list, cancel, tempDirName, listener, interval);
   }
 
   std::string Process(const Rows& rows) {
@@ -165,6 +166,18 @@ TEST_F(BINDataPreparatorTest, WritesAFilePerVariableUpToItsFirstBadCode) {
   EXPECT_EQ(preparator->GetNumOfCategories(), (std::vector<int>{1, 0, 0, 1}));
   EXPECT_EQ(UsableFiles(), (std::vector<bool>{true, true, true, false}));
   EXPECT_TRUE(preparator->HasStopped(kColorFile));
+}
+
+TEST_F(BINDataPreparatorTest, ReportsRecordsReadAndCountsDownForAll) {
+  const Rows rows{{1, 0, 0, 1}, {}, {2, 0, 0, 0.1}, {3, 0, 0, 1}};  // null, then dropped
+  for (const auto& [interval, indices] :
+       {std::pair(1, std::vector<int>{1, 1, 2, 3}), std::pair(2, std::vector<int>{1, 3}),
+        std::pair(-1, std::vector<int>{})}) {
+    RecordingListener listener;
+    Make(directory.Path(), &listener, interval);
+    Process(rows);
+    EXPECT_EQ(listener.indices, indices) << interval;
+  }
 }
 
 TEST_F(BINDataPreparatorTest, NamesFilesByTheClockInHexadecimal) {
