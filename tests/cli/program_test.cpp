@@ -85,7 +85,8 @@ TEST(Supervised, SeveralTargetsAgreeWithRunsOfTheirOwn) {
   const json both = BinsOf(command + "death,mgus --target sex");
   ASSERT_EQ(both["results"].size(), 9u);
   for (const std::string target : {"death", "mgus", "sex"}) {
-    for (const json& result : BinsOf(command + target)["results"]) {
+    const json alone = BinsOf(command + target);
+    for (const json& result : alone["results"]) {
       EXPECT_EQ(ResultOf(both, result["attribute"], target), result) << target;
     }
   }
