@@ -44,6 +44,12 @@ struct RawOptions {
   std::string color = "auto";
 };
 
+void AddCount(CLI::App& command, const char* flag, int& count, int least, const char* help) {
+  command.add_option(flag, count, help)
+      ->check(CLI::Range(least, std::numeric_limits<int>::max()).description(""))
+      ->type_name("N");
+}
+
 void AddInputOptions(CLI::App& command, RawOptions& raw) {
   AddCsvFile(command, raw.run.input);
   AddList(command, "--attributes", raw.attributes, "NAMES",
@@ -73,11 +79,8 @@ void AddRunOptions(CLI::App& command, RawOptions& raw) {
       ->type_name("FILE");
   AddChoice(command, "--color", raw.color, {"auto", "always", "never"},
             "colours on standard output (auto)");
-  command
-      .add_option("--jobs", raw.run.jobs,
-                  "attributes binned at the same time; 0: one on every core (1)")
-      ->check(CLI::Range(0, std::numeric_limits<int>::max()).description(""))
-      ->type_name("N");
+  AddCount(command, "--jobs", raw.run.jobs, 0,
+           "attributes binned at the same time; 0: one on every core (1)");
   command.add_option("--temp-dir", raw.run.tempDir, "where temporary files go ($TMPDIR or /tmp)")
       ->type_name("DIR");
   command.add_flag("--quiet", raw.run.quiet, "no progress and no notes on standard error");
@@ -90,14 +93,9 @@ CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
   AddList(command, "--target", raw.targets, "NAME", "column with the classes; may be repeated");
   command.get_option("--target")->required();
   AddInputOptions(command, raw);
-  command
-      .add_option("--prebin-above", raw.run.prebinAbove,
-                  "pre-bin above this many distinct values; 0: never (1000)")
-      ->check(CLI::Range(0, std::numeric_limits<int>::max()).description(""))
-      ->type_name("N");
-  command.add_option("--prebins", raw.run.prebins, "number of equal-frequency pre-bins (1000)")
-      ->check(CLI::Range(2, std::numeric_limits<int>::max()).description(""))
-      ->type_name("N");
+  AddCount(command, "--prebin-above", raw.run.prebinAbove, 0,
+           "pre-bin above this many distinct values; 0: never (1000)");
+  AddCount(command, "--prebins", raw.run.prebins, 2, "number of equal-frequency pre-bins (1000)");
   AddNumber(command, "--small-bins", raw.run.smallBins, 0.0, 1.0, "SHARE",
             "merge inner bins below this share of a neighbour (0)");
   AddRunOptions(command, raw);
@@ -106,9 +104,7 @@ CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
 
 CLI::App& AddEqualFrequency(CLI::App& app, RawOptions& raw) {
   CLI::App& command = *app.add_subcommand("equal-frequency", kEqualFrequencyHelp);
-  command.add_option("--bins", raw.run.bins, "number of bins (10)")
-      ->check(CLI::Range(2, std::numeric_limits<int>::max()).description(""))
-      ->type_name("N");
+  AddCount(command, "--bins", raw.run.bins, 2, "number of bins (10)");
   AddInputOptions(command, raw);
   AddRunOptions(command, raw);
   return command;

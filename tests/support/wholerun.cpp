@@ -142,12 +142,16 @@ Outcome Bin(Driver driver, const Scenario& scenario, const std::vector<int>* att
 }
 
 std::string DifferencesFromReference(const Outcome& outcome, const Scenario& scenario) {
+  const std::vector<double> weights = scenario.StoredWeights();
+  const auto isStored = [](double weight) { return weight != reference::kMissing; };
+  const bool hasRecords = scenario.WeightIndex() < 0
+                              ? !scenario.Stored(0).empty()
+                              : std::any_of(weights.begin(), weights.end(), isStored);
   std::string differences;
   bool allOk = true;
   for (const auto& [attribute, target, binning] : outcome.results) {
     allOk = allOk && binning.status.severity == 0;
     const std::vector<double> values = scenario.Stored(attribute);
-    const std::vector<double> weights = scenario.StoredWeights();
     const std::string expected =
         Text(target < 0 ? reference::BinEqualFrequency(values, weights, scenario.options, attribute)
                         : reference::BinAgainstTarget(values, scenario.Stored(target), weights,
@@ -157,11 +161,15 @@ std::string DifferencesFromReference(const Outcome& outcome, const Scenario& sce
     differences += "attribute " + std::to_string(attribute) + ", target " + std::to_string(target) +
                    ":\n  expected " + expected + "\n  got " + actual + '\n';
   }
-  const std::string status = outcome.results.empty() ? "120004/-1[0 0 0]"
-                             : allOk                 ? "0/0[0 0 0]"
-                                                     : "120018/1[0 0 0]";
-  if (Text(outcome.status) != status)
-    differences += "run: expected " + status + ", got " + Text(outcome.status);
+  const std::string status = !hasRecords ? "120004/-1[0 0 0]"
+                             : allOk     ? "0/0[0 0 0]"
+                                         : "120018/1[0 0 0]";
+  if (Text(outcome.status) != status) {
+    differences += "run: expected " + status + ", got " + Text(outcome.status) + '\n';
+  }
+  if (outcome.results.empty() == hasRecords) {
+    differences += "run: " + std::to_string(outcome.results.size()) + " results\n";
+  }
   return differences;
 }
 
