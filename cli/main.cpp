@@ -1,6 +1,6 @@
-#include "cli/commandline.h"
-#include "cli/exitguard.h"
-#include "cli/interrupt.h"
+#include "cli/options/commandline.h"
+#include "cli/terminal/exitguard.h"
+#include "io/interrupt.h"
 
 int main(int argc, char** argv) {
   const MCBin::CommandLine commandLine = MCBin::ParseCommandLine(argc, argv);

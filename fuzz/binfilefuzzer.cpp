@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
-#include "cli/binfile.h"
-#include "cli/binfilereader.h"
-#include "cli/inputerror.h"
+#include "binmodel/file/binfile.h"
+#include "binmodel/file/binfilereader.h"
 #include "fuzz/require.h"
+#include "io/inputerror.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);

@@ -13,12 +13,12 @@
 #include <utility>
 #include <vector>
 
-#include "cli/csvreader.h"
-#include "cli/filedescriptor.h"
-#include "cli/inputerror.h"
-#include "cli/number.h"
-#include "cli/writeall.h"
+#include "binmodel/text/number.h"
+#include "csv/csvreader.h"
 #include "fuzz/require.h"
+#include "io/filedescriptor.h"
+#include "io/inputerror.h"
+#include "io/writeall.h"
 
 namespace {
 

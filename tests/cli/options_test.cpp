@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "cli/displaytext.h"
-#include "cli/missingdefinition.h"
-#include "cli/missingtexts.h"
-#include "cli/optionlist.h"
-#include "cli/usageerror.h"
+#include "binmodel/model/missingdefinition.h"
+#include "binmodel/text/displaytext.h"
+#include "cli/options/optionlist.h"
+#include "cli/options/usageerror.h"
+#include "csv/missingtexts.h"
 #include "support/rowname.h"
 
 namespace {

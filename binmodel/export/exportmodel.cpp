@@ -1,0 +1,139 @@
+#include "binmodel/export/exportmodel.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+#include "binmodel/model/binlookup.h"
+#include "binmodel/model/resultselection.h"
+#include "binmodel/model/usermissing.h"
+#include "binmodel/text/displaytext.h"
+#include "binmodel/text/number.h"
+#include "cli/options/usageerror.h"
+#include "common/missing.h"
+#include "io/inputerror.h"
+
+namespace MCBin {
+
+namespace {
+
+std::int64_t ParseWhole(const std::string& text) {
+  std::int64_t whole = 0;
+  const char* const end = text.data() + text.size();
+  const auto parsed = std::from_chars(text.data(), end, whole);
+  if (parsed.ec != std::errc() || parsed.ptr != end) {
+    throw UsageError(
+        fmt::format("--missing-as {}: the new columns hold whole numbers; give one, such as -1, "
+                    "or choose --as label",
+                    QuotedText(text)));
+  }
+  return whole;
+}
+
+double ParseReal(const std::string& text) {
+  const ParsedNumber number = ParseNumber(text);
+  if (number.kind != NumberKind::kNumber) {
+    throw UsageError(fmt::format(
+        "--missing-as {}: the new columns hold numbers; give one, such as 0", QuotedText(text)));
+  }
+  return number.value;
+}
+
+BinValue MakeMissing(const ExportOptions& options) {
+  if (!options.missingText) return {};
+  switch (options.form) {
+    case BinForm::kIndex:
+      return ParseWhole(*options.missingText);
+    case BinForm::kWeightOfEvidence:
+      return ParseReal(*options.missingText);
+    case BinForm::kLabel:
+      break;
+  }
+  return *options.missingText;
+}
+
+void AddNumber(std::vector<double>& numbers, const std::string& text) {
+  const ParsedNumber number = ParseNumber(text);
+  double value = number.value;
+  if (number.kind == NumberKind::kInfinite) {
+    value = std::numeric_limits<double>::infinity();
+    if (TrimBlanks(text).front() == '-') value = -value;
+  } else if (number.kind != NumberKind::kNumber) {
+    return;
+  }
+  if (std::find(numbers.begin(), numbers.end(), value) == numbers.end()) numbers.push_back(value);
+}
+
+// Declared missing values, texts of --na that are numbers, and the mark of a missing value.
+std::vector<double> MissingNumbers(const VariableInfo& attribute, const RunOptions& run) {
+  std::vector<double> numbers;
+  if (attribute.kind == VariableKind::kStringCategorical) return numbers;
+  for (const std::string& text : attribute.missing.values) AddNumber(numbers, text);
+  for (const std::string& text : run.missingTexts) AddNumber(numbers, text);
+  numbers.push_back(MCMV::Missing());
+  return numbers;
+}
+
+bool IsMissingCategory(const VariableInfo& attribute, std::size_t code) {
+  if (attribute.kind == VariableKind::kNumericCategorical) {
+    return MakeNumericUserMissing(attribute.missing)->Contains(attribute.numbers[code]);
+  }
+  const std::vector<std::string>& missing = attribute.missing.values;
+  return std::find(missing.begin(), missing.end(), attribute.texts[code]) != missing.end();
+}
+
+std::vector<ExportColumn::CategoryBin> MakeCategoryBins(const VariableInfo& attribute,
+                                                        const AttributeBins& bins,
+                                                        bool rightClosed) {
+  std::vector<ExportColumn::CategoryBin> categoryBins;
+  for (std::size_t code = 0; code < attribute.GetCategoryCount(); ++code) {
+    if (IsMissingCategory(attribute, code)) continue;
+    const std::size_t bin = FindBin(bins.cutPoints, static_cast<double>(code), rightClosed);
+    if (categoryBins.empty() || categoryBins.back().bin != bin) categoryBins.push_back({bin, {}});
+    categoryBins.back().codes.push_back(code);
+  }
+  return categoryBins;
+}
+
+ExportColumn MakeColumn(const BinModel& model, const AttributeBins& bins,
+                        const ExportOptions& options, const BinValue& missing) {
+  const VariableInfo& attribute = model.GetAttribute(bins);
+  ExportColumn column{&attribute,
+                      &bins.cutPoints,
+                      attribute.name + options.suffix,
+                      MakeBinValues(model, bins, options.form),
+                      MakeCategoryBins(attribute, bins, model.options.rightClosed),
+                      MissingNumbers(attribute, model.options)};
+  for (BinValue& value : column.values) {
+    if (std::holds_alternative<std::monostate>(value)) value = missing;
+  }
+  return column;
+}
+
+void CheckNames(const BinModel& model, const std::vector<ExportColumn>& columns) {
+  const auto has = [](const std::vector<VariableInfo>& variables, const std::string& name) {
+    return std::any_of(variables.begin(), variables.end(),
+                       [&](const VariableInfo& variable) { return variable.name == name; });
+  };
+  for (const ExportColumn& column : columns) {
+    if (has(model.attributes, column.name) || has(model.targets, column.name)) {
+      throw InputError(fmt::format("there is a column {} already; choose another --suffix",
+                                   QuotedText(column.name)));
+    }
+  }
+}
+
+}  // namespace
+
+ExportModel MakeExportModel(const BinModel& model, const ExportOptions& options) {
+  ExportModel exported{model.options.rightClosed, options.form, MakeMissing(options), {}};
+  for (const std::size_t index : SelectResults(model, options.binFile, options.target)) {
+    exported.columns.push_back(MakeColumn(model, model.results[index], options, exported.missing));
+  }
+  CheckNames(model, exported.columns);
+  return exported;
+}
+
+}  // namespace MCBin

@@ -1,0 +1,179 @@
+#include "binmodel/export/pmmlexport.h"
+
+#include <fmt/format.h>
+
+#include <cfloat>
+#include <cmath>
+
+#include "binmodel/text/displaytext.h"
+#include "binmodel/text/number.h"
+#include "io/inputerror.h"
+
+namespace MCBin {
+
+namespace {
+
+// For an attribute in double quotes or the text of an element. Line ends and tabs are written
+// as references: a parser would make blanks of them.
+std::string XmlText(const std::string& text) {
+  std::string escaped;
+  for (const char c : text) {
+    const bool control = static_cast<unsigned char>(c) < 0x20;
+    const bool allowed = !control || c == '\t' || c == '\n' || c == '\r';
+    if (!allowed) {
+      throw InputError(fmt::format("the text {} has a control character, which XML cannot hold",
+                                   QuotedText(text)));
+    }
+    if (control || c == '&' || c == '<' || c == '>' || c == '"') {
+      escaped += fmt::format("&#{};", static_cast<int>(c));
+    } else {
+      escaped += c;
+    }
+  }
+  // Two code points that are not characters, and that XML leaves out.
+  if (text.find("\xEF\xBF\xBE") != std::string::npos ||
+      text.find("\xEF\xBF\xBF") != std::string::npos) {
+    throw InputError(
+        fmt::format("the text {} has a character that XML cannot hold", QuotedText(text)));
+  }
+  return escaped;
+}
+
+std::string XmlNumber(double value) {
+  if (std::isinf(value)) return value > 0.0 ? "INF" : "-INF";
+  return FormatNumber(value);
+}
+
+std::string XmlValue(const BinValue& value) {
+  struct Writer {
+    std::string operator()(std::monostate) const { return ""; }
+    std::string operator()(std::int64_t index) const { return std::to_string(index); }
+    std::string operator()(double number) const { return XmlNumber(number); }
+    std::string operator()(const std::string& text) const { return XmlText(text); }
+  };
+  return std::visit(Writer{}, value);
+}
+
+// Nothing for a value that does not exist, such as the weight of evidence of an empty bin.
+std::string XmlAttribute(const char* name, const BinValue& value) {
+  if (std::holds_alternative<std::monostate>(value)) return "";
+  return fmt::format(" {}=\"{}\"", name, XmlValue(value));
+}
+
+std::string DataField(const ExportColumn& column) {
+  const VariableInfo& attribute = *column.attribute;
+  const bool isText = attribute.kind == VariableKind::kStringCategorical;
+  std::vector<std::string> missing;
+  if (isText) {
+    for (const std::string& text : attribute.missing.values) missing.push_back(XmlText(text));
+  }
+  for (const double number : column.missingNumbers) missing.push_back(XmlNumber(number));
+
+  const std::string start = fmt::format(
+      "    <DataField name=\"{}\" optype=\"{}\" dataType=\"{}\"", XmlText(attribute.name),
+      attribute.IsCategorical() ? "categorical" : "continuous", isText ? "string" : "double");
+  if (missing.empty()) return start + "/>\n";
+  std::string field = start + ">\n";
+  for (const std::string& value : missing) {
+    field += fmt::format("      <Value value=\"{}\" property=\"missing\"/>\n", value);
+  }
+  return field + "    </DataField>\n";
+}
+
+std::string Interval(const ExportColumn& column, std::size_t bin, bool rightClosed) {
+  const std::vector<double>& cuts = *column.cutPoints;
+  std::string interval =
+      fmt::format("<Interval closure=\"{}\"", rightClosed ? "openClosed" : "closedOpen");
+  if (bin > 0) interval += fmt::format(" leftMargin=\"{}\"", FormatNumber(cuts[bin - 1]));
+  if (bin < cuts.size()) interval += fmt::format(" rightMargin=\"{}\"", FormatNumber(cuts[bin]));
+  return interval + "/>";
+}
+
+// A bin without a value is left out: what falls into it has no value either.
+std::string Discretize(const ExportModel& model, const ExportColumn& column) {
+  const std::string start =
+      fmt::format("      <Discretize field=\"{}\"{}", XmlText(column.attribute->name),
+                  XmlAttribute("mapMissingTo", model.missing));
+  if (column.cutPoints->empty()) {
+    return start + XmlAttribute("defaultValue", column.values.front()) + "/>\n";
+  }
+  std::string expression = start + ">\n";
+  for (std::size_t bin = 0; bin < column.values.size(); ++bin) {
+    const std::string value = XmlAttribute("binValue", column.values[bin]);
+    if (value.empty()) continue;
+    expression += fmt::format("        <DiscretizeBin{}>{}</DiscretizeBin>\n", value,
+                              Interval(column, bin, model.rightClosed));
+  }
+  return expression + "      </Discretize>\n";
+}
+
+// A category that is not in the table counts as missing.
+std::string MapValues(const ExportModel& model, const ExportColumn& column) {
+  const VariableInfo& attribute = *column.attribute;
+  std::string expression = fmt::format(
+      "      <MapValues outputColumn=\"bin\"{}{}>\n"
+      "        <FieldColumnPair field=\"{}\" column=\"category\"/>\n"
+      "        <InlineTable>\n",
+      XmlAttribute("mapMissingTo", model.missing), XmlAttribute("defaultValue", model.missing),
+      XmlText(attribute.name));
+  for (const ExportColumn::CategoryBin& categories : column.categoryBins) {
+    const BinValue& value = column.values[categories.bin];
+    if (std::holds_alternative<std::monostate>(value)) continue;
+    for (const std::size_t code : categories.codes) {
+      expression += fmt::format("          <row><category>{}</category><bin>{}</bin></row>\n",
+                                XmlText(attribute.GetLabel(code)), XmlValue(value));
+    }
+  }
+  return expression + "        </InlineTable>\n      </MapValues>\n";
+}
+
+const char* TypeOf(BinForm form) {
+  switch (form) {
+    case BinForm::kIndex:
+      return "optype=\"ordinal\" dataType=\"integer\"";
+    case BinForm::kLabel:
+      return "optype=\"categorical\" dataType=\"string\"";
+    case BinForm::kWeightOfEvidence:
+      break;
+  }
+  return "optype=\"continuous\" dataType=\"double\"";
+}
+
+std::string DerivedField(const ExportModel& model, const ExportColumn& column) {
+  const bool categorical = column.attribute->IsCategorical();
+  return fmt::format("    <DerivedField name=\"{}\" {}>\n{}    </DerivedField>\n",
+                     XmlText(column.name), TypeOf(model.form),
+                     categorical ? MapValues(model, column) : Discretize(model, column));
+}
+
+void NoteInterval(const VariableInfo& attribute, std::vector<std::string>& notes) {
+  const auto& interval = attribute.missing.interval;
+  if (!interval) return;
+  const std::string low = interval->low == -DBL_MAX ? "" : FormatNumber(interval->low);
+  const std::string high = interval->high == DBL_MAX ? "" : FormatNumber(interval->high);
+  notes.push_back(fmt::format(
+      "column {}: PMML cannot say that the interval {}:{} is missing; its values get a bin",
+      QuotedText(attribute.name), low, high));
+}
+
+}  // namespace
+
+std::string WritePmml(const ExportModel& model, std::vector<std::string>& notes) {
+  std::string dataFields;
+  std::string derivedFields;
+  for (const ExportColumn& column : model.columns) {
+    if (!column.attribute->IsCategorical()) NoteInterval(*column.attribute, notes);
+    dataFields += DataField(column);
+    derivedFields += DerivedField(model, column);
+  }
+  return fmt::format(
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+      "<PMML xmlns=\"http://www.dmg.org/PMML-4_4\" version=\"4.4\">\n"
+      "  <Header>\n    <Application name=\"mcbin\"/>\n  </Header>\n"
+      "  <DataDictionary numberOfFields=\"{}\">\n{}  </DataDictionary>\n"
+      "  <TransformationDictionary>\n{}  </TransformationDictionary>\n"
+      "</PMML>\n",
+      model.columns.size(), dataFields, derivedFields);
+}
+
+}  // namespace MCBin

@@ -1,0 +1,170 @@
+#include "binmodel/export/pythonexport.h"
+
+#include <fmt/format.h>
+
+#include <cfloat>
+#include <cmath>
+#include <vector>
+
+#include "binmodel/text/number.h"
+
+namespace MCBin {
+
+namespace {
+
+std::string PythonText(const std::string& text) {
+  std::string literal = "\"";
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '"' || c == '\\') {
+      literal += '\\';
+      literal += c;
+    } else if (byte < 0x20 || byte == 0x7F) {
+      literal += fmt::format("\\x{:02x}", byte);
+    } else {
+      literal += c;
+    }
+  }
+  return literal + "\"";
+}
+
+std::string PythonNumber(double value) {
+  if (std::isinf(value)) return value > 0.0 ? "np.inf" : "-np.inf";
+  const std::string text = FormatNumber(value);
+  return text.find_first_of(".e") == std::string::npos ? text + ".0" : text;
+}
+
+const char* NoValue(BinForm form) {
+  switch (form) {
+    case BinForm::kIndex:
+      return "-1";
+    case BinForm::kLabel:
+      return "None";
+    case BinForm::kWeightOfEvidence:
+      break;
+  }
+  return "np.nan";
+}
+
+std::string PythonValue(const BinValue& value, BinForm form) {
+  struct Writer {
+    BinForm form;
+    std::string operator()(std::monostate) const { return NoValue(form); }
+    std::string operator()(std::int64_t index) const { return std::to_string(index); }
+    std::string operator()(double number) const { return PythonNumber(number); }
+    std::string operator()(const std::string& text) const { return PythonText(text); }
+  };
+  return std::visit(Writer{form}, value);
+}
+
+template <typename Values, typename Format>
+std::string PythonList(const Values& values, Format format) {
+  std::vector<std::string> literals;
+  literals.reserve(values.size());
+  for (const auto& value : values) literals.push_back(format(value));
+  return fmt::format("[{}]", fmt::join(literals, ", "));
+}
+
+// By bin, and for a missing value at the end.
+std::string Results(const ExportModel& model, const ExportColumn& column) {
+  std::vector<BinValue> values = column.values;
+  values.push_back(model.missing);
+  return PythonList(values, [&](const BinValue& value) { return PythonValue(value, model.form); });
+}
+
+std::string MissingInterval(const VariableInfo& attribute) {
+  const auto& interval = attribute.missing.interval;
+  if (!interval) return "None";
+  const std::string low = interval->low == -DBL_MAX ? "-np.inf" : PythonNumber(interval->low);
+  const std::string high = interval->high == DBL_MAX ? "np.inf" : PythonNumber(interval->high);
+  return fmt::format("({}, {})", low, high);
+}
+
+std::string IntervalCall(const ExportModel& model, const ExportColumn& column,
+                         const std::string& data) {
+  return fmt::format(
+      "_interval_bins({}, {}, \"{}\", {}, {})", data, PythonList(*column.cutPoints, PythonNumber),
+      model.rightClosed ? "left" : "right", PythonList(column.missingNumbers, PythonNumber),
+      MissingInterval(*column.attribute));
+}
+
+std::string CategoryCall(const ExportColumn& column, const std::string& data) {
+  const VariableInfo& attribute = *column.attribute;
+  std::vector<std::string> entries;
+  for (const ExportColumn::CategoryBin& categories : column.categoryBins) {
+    for (const std::size_t code : categories.codes) {
+      const std::string category = attribute.kind == VariableKind::kNumericCategorical
+                                       ? PythonNumber(attribute.numbers[code])
+                                       : PythonText(attribute.texts[code]);
+      entries.push_back(fmt::format("{}: {}", category, categories.bin));
+    }
+  }
+  return fmt::format("_category_bins({}, {{{}}}, {})", data, fmt::join(entries, ", "),
+                     column.values.size());
+}
+
+const char* TypeOf(BinForm form) {
+  switch (form) {
+    case BinForm::kIndex:
+      return "np.int64";
+    case BinForm::kLabel:
+      return "object";
+    case BinForm::kWeightOfEvidence:
+      break;
+  }
+  return "np.float64";
+}
+
+constexpr const char* kHead = R"("""Bins made by mcbin; needs NumPy only."""
+
+import numpy as np
+
+
+def assign_bins(columns):
+    """Returns a dict of new columns; `columns` holds the old ones by name."""
+    return {
+)";
+
+// searchsorted counts the cut points below a value, or with side="right" those up to it.
+constexpr const char* kIntervalBins = R"(
+
+def _interval_bins(values, cuts, side, missing_values, missing_interval):
+    """The bin of each number; len(cuts) + 1 where it is missing."""
+    numbers = np.asarray(values, dtype=np.float64)
+    missing = np.isnan(numbers) | np.ma.getmaskarray(values) | np.isin(numbers, missing_values)
+    if missing_interval is not None:
+        missing |= (numbers >= missing_interval[0]) & (numbers <= missing_interval[1])
+    return np.where(missing, len(cuts) + 1, np.searchsorted(cuts, numbers, side=side))
+)";
+
+constexpr const char* kCategoryBins = R"(
+
+def _category_bins(values, bins, missing):
+    """The bin of each category; `missing` where it is missing or unknown."""
+    found = [missing if masked else bins.get(value, missing)
+             for value, masked in zip(np.asarray(values, dtype=object), np.ma.getmaskarray(values))]
+    return np.array(found, dtype=np.int64)
+)";
+
+}  // namespace
+
+std::string WritePython(const ExportModel& model) {
+  std::string module = kHead;
+  bool hasIntervals = false;
+  bool hasCategories = false;
+  for (const ExportColumn& column : model.columns) {
+    const bool categorical = column.attribute->IsCategorical();
+    (categorical ? hasCategories : hasIntervals) = true;
+    const std::string data = fmt::format("columns[{}]", PythonText(column.attribute->name));
+    module +=
+        fmt::format("        {}: np.array({}, dtype={})[\n            {}],\n",
+                    PythonText(column.name), Results(model, column), TypeOf(model.form),
+                    categorical ? CategoryCall(column, data) : IntervalCall(model, column, data));
+  }
+  module += "    }\n";
+  if (hasIntervals) module += kIntervalBins;
+  if (hasCategories) module += kCategoryBins;
+  return module;
+}
+
+}  // namespace MCBin

@@ -1,0 +1,151 @@
+#include "binmodel/export/sqldialect.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <stdexcept>
+
+#include "binmodel/text/displaytext.h"
+#include "binmodel/text/number.h"
+#include "io/inputerror.h"
+
+namespace MCBin {
+
+namespace {
+
+// `text` in quotes; the quote is doubled.
+std::string Quote(std::string_view text, char quote) {
+  std::string quoted(1, quote);
+  for (const char c : text) {
+    if (c == quote) quoted += quote;
+    quoted += c;
+  }
+  return quoted + quote;
+}
+
+std::string QuoteStandard(std::string_view text) { return Quote(text, '\''); }
+
+// Where a backslash begins an escape. Spark reads 'a''b' as two texts, so quotes are escaped too.
+std::string QuoteWithBackslashes(std::string_view text) {
+  std::string quoted = "'";
+  for (const char c : text) {
+    if (c == '\'' || c == '\\') quoted += '\\';
+    quoted += c;
+  }
+  return quoted + "'";
+}
+
+// An escape string says what a backslash is, whatever standard_conforming_strings is set to.
+std::string QuotePostgresql(std::string_view text) {
+  const bool plain = text.find('\\') == std::string_view::npos;
+  return plain ? QuoteStandard(text) : "E" + QuoteWithBackslashes(text);
+}
+
+// With an exponent a number is approximate (a double), without one it is a decimal.
+std::string FormatApproximate(double value) {
+  const std::string text = FormatNumber(value);
+  return text.find('e') == std::string::npos ? text + "e0" : text;
+}
+
+std::string FormatPostgresql(double value) {
+  return fmt::format("float8 '{}'", FormatNumber(value));
+}
+
+// As a whole number times or by powers of two, all of them exact doubles.
+std::string FormatAsProduct(double value) {
+  constexpr int kDigits = std::numeric_limits<double>::digits;
+  constexpr int kStep = 52;
+  int exponent = 0;
+  const double mantissa = std::ldexp(std::frexp(value, &exponent), kDigits);
+  exponent -= kDigits;
+  std::string product = fmt::format("({}.0", static_cast<std::int64_t>(mantissa));
+  const char operation = exponent < 0 ? '/' : '*';
+  for (int powers = std::abs(exponent); powers > 0; powers -= kStep) {
+    const std::int64_t factor = std::int64_t{1} << std::min(powers, kStep);
+    product += fmt::format(" {} {}.0", operation, factor);
+  }
+  return product + ")";
+}
+
+// A decimal with few digits, which SQLite parses right: with at most four decimals a number is
+// further from the middle between two doubles than the parser's first rounding reaches.
+bool IsShortDecimal(const std::string& text) {
+  constexpr std::size_t kDigits = 15;
+  constexpr std::size_t kDecimals = 4;
+  const std::size_t point = text.find('.');
+  return point != std::string::npos && text.find('e') == std::string::npos &&
+         text.size() <= kDigits + 1 && text.size() - point - 1 <= kDecimals;
+}
+
+// SQLite's parser rounds twice, and is one unit in the last place off for some texts that are
+// close to the middle between two doubles. 17 digits are close enough to the double itself; but
+// near the smallest numbers the parser loses more.
+std::string FormatSqlite(double value) {
+  constexpr double kParsedWell = 1e-290;
+  if (value != 0.0 && std::abs(value) < kParsedWell) return FormatAsProduct(value);
+  std::string text = FormatNumber(value);
+  if (text.find_first_of(".e") == std::string::npos) text += ".0";
+  return IsShortDecimal(text) ? text : fmt::format("{:#.17g}", value);
+}
+
+constexpr const char* kIsNull = "{} IS NULL";
+
+constexpr std::array<SqlDialect, 6> kDialects = {{
+    {"ansi", '"', QuoteStandard, FormatApproximate, nullptr, nullptr, kIsNull, "{0} <> {0}", "{}",
+     "{}"},
+    // A text or a blob is above all numbers, and CAST would make 0 of it. Whole numbers beyond
+    // 2^53 become doubles first.
+    {"sqlite", '"', QuoteStandard, FormatSqlite, "9e999", "-9e999",
+     "typeof({}) NOT IN ('integer', 'real')", "", "CAST({} AS REAL)",
+     "CAST({} AS TEXT) COLLATE BINARY"},
+    {"postgresql", '"', QuotePostgresql, FormatPostgresql, "float8 'Infinity'",
+     "float8 '-Infinity'", kIsNull, "{} = float8 'NaN'", "{}", "CAST({} AS text) COLLATE \"C\""},
+    // Its usual collations ignore letter case and blanks at the end.
+    {"mysql", '`', QuoteWithBackslashes, FormatApproximate, nullptr, nullptr, kIsNull, "", "{}",
+     "CAST(CONVERT({} USING utf8mb4) AS BINARY)"},
+    {"duckdb", '"', QuoteStandard, FormatApproximate, "CAST('inf' AS DOUBLE)",
+     "CAST('-inf' AS DOUBLE)", kIsNull, "{} = CAST('nan' AS DOUBLE)", "{}", "CAST({} AS VARCHAR)"},
+    {"spark", '`', QuoteWithBackslashes, FormatApproximate, "double('Infinity')",
+     "double('-Infinity')", kIsNull, "isnan({})", "{}", "CAST({} AS STRING)"},
+}};
+
+}  // namespace
+
+std::vector<std::string> SqlDialectNames() {
+  std::vector<std::string> names;
+  names.reserve(kDialects.size());
+  for (const SqlDialect& dialect : kDialects) names.emplace_back(dialect.name);
+  return names;
+}
+
+const SqlDialect& FindSqlDialect(const std::string& name) {
+  const auto found = std::find_if(kDialects.begin(), kDialects.end(),
+                                  [&](const SqlDialect& dialect) { return dialect.name == name; });
+  if (found == kDialects.end()) throw std::invalid_argument("unknown SQL dialect " + name);
+  return *found;
+}
+
+std::string QuoteIdentifier(const SqlDialect& dialect, std::string_view name) {
+  if (name.find('\0') != std::string_view::npos) {
+    throw InputError(
+        fmt::format("the name {} has a NUL character, which SQL cannot hold", QuotedText(name)));
+  }
+  return Quote(name, dialect.identifierQuote);
+}
+
+std::string FormatSqlNumber(const SqlDialect& dialect, double value) {
+  if (!std::isinf(value)) return dialect.formatNumber(value);
+  if (dialect.infinity == nullptr) {
+    throw InputError(
+        fmt::format("a weight of evidence is infinite, which --dialect {} cannot say; merge the "
+                    "bin with an empty class, or choose --as index",
+                    dialect.name));
+  }
+  return value > 0.0 ? dialect.infinity : dialect.minusInfinity;
+}
+
+}  // namespace MCBin

@@ -1,0 +1,185 @@
+#include "binmodel/export/sqlexport.h"
+
+#include <fmt/format.h>
+
+#include <cfloat>
+#include <cmath>
+#include <vector>
+
+#include "binmodel/text/displaytext.h"
+#include "binmodel/text/number.h"
+#include "cli/options/usageerror.h"
+#include "io/inputerror.h"
+
+namespace MCBin {
+
+namespace {
+
+// Columns are written with it: some databases take a quoted name that is no column for a text.
+constexpr const char* kTableAlias = "t";
+
+std::string Fill(const char* pattern, const std::string& column) {
+  return fmt::format(fmt::runtime(pattern), column);
+}
+
+std::string TextLiteral(const SqlDialect& dialect, const std::string& text) {
+  if (text.find('\0') != std::string::npos) {
+    throw InputError(
+        fmt::format("the text {} has a NUL character, which SQL cannot hold", QuotedText(text)));
+  }
+  return dialect.quoteText(text);
+}
+
+std::string Literal(const SqlDialect& dialect, const BinValue& value) {
+  struct Writer {
+    const SqlDialect& dialect;
+    std::string operator()(std::monostate) const { return "NULL"; }
+    std::string operator()(std::int64_t index) const { return std::to_string(index); }
+    std::string operator()(double number) const { return FormatSqlNumber(dialect, number); }
+    std::string operator()(const std::string& text) const { return TextLiteral(dialect, text); }
+  };
+  return std::visit(Writer{dialect}, value);
+}
+
+// The CASE of one attribute.
+class CaseWriter {
+ public:
+  CaseWriter(const ExportModel& model, const ExportColumn& column, const SqlDialect& dialect)
+      : fModel(model),
+        fColumn(column),
+        fDialect(dialect),
+        fReference(
+            fmt::format("{}.{}", kTableAlias, QuoteIdentifier(dialect, column.attribute->name))),
+        fIsText(column.attribute->kind == VariableKind::kStringCategorical),
+        fOperand(Fill(fIsText ? dialect.textOperand : dialect.numberOperand, fReference)) {}
+
+  std::string Write() {
+    AddBranch(fmt::format("{}", fmt::join(MissingConditions(), "\n      OR ")), fModel.missing);
+    const bool categorical = fColumn.attribute->IsCategorical();
+    if (categorical) {
+      AddCategoryBranches();
+    } else {
+      AddIntervalBranches();
+    }
+    return fmt::format("  CASE\n{}    ELSE {}\n  END AS {}", fBranches,
+                       Literal(fDialect, categorical ? fModel.missing : fColumn.values.back()),
+                       QuoteIdentifier(fDialect, fColumn.name));
+  }
+
+ private:
+  void AddBranch(const std::string& condition, const BinValue& value) {
+    fBranches += fmt::format("    WHEN {} THEN {}\n", condition, Literal(fDialect, value));
+  }
+
+  std::string IsIn(const std::vector<std::string>& literals) const {
+    if (literals.size() == 1) return fmt::format("{} = {}", fOperand, literals.front());
+    return fmt::format("{} IN ({})", fOperand, fmt::join(literals, ", "));
+  }
+
+  std::vector<std::string> MissingConditions() const {
+    std::vector<std::string> conditions = {
+        Fill(fIsText ? "{} IS NULL" : fDialect.isNoNumber, fReference)};
+    std::vector<std::string> literals;
+    if (fIsText) {
+      for (const std::string& text : fColumn.attribute->missing.values) {
+        literals.push_back(TextLiteral(fDialect, text));
+      }
+    } else {
+      if (*fDialect.isNaN != '\0') conditions.push_back(Fill(fDialect.isNaN, fReference));
+      AddIntervalConditions(conditions);
+      for (const double number : fColumn.missingNumbers) {
+        if (std::isinf(number) && fDialect.infinity == nullptr) continue;
+        literals.push_back(FormatSqlNumber(fDialect, number));
+      }
+    }
+    if (!literals.empty()) conditions.push_back(IsIn(literals));
+    return conditions;
+  }
+
+  // An open end takes in the infinity.
+  void AddIntervalConditions(std::vector<std::string>& conditions) const {
+    const auto& interval = fColumn.attribute->missing.interval;
+    if (!interval) return;
+    const std::string low = fDialect.formatNumber(interval->low);
+    const std::string high = fDialect.formatNumber(interval->high);
+    const bool openBelow = interval->low == -DBL_MAX;
+    const bool openAbove = interval->high == DBL_MAX;
+    if (openBelow && openAbove) {
+      conditions.push_back(fReference + " IS NOT NULL");
+    } else if (openBelow) {
+      conditions.push_back(fmt::format("{} <= {}", fOperand, high));
+    } else if (openAbove) {
+      conditions.push_back(fmt::format("{} >= {}", fOperand, low));
+    } else {
+      conditions.push_back(fmt::format("{} BETWEEN {} AND {}", fOperand, low, high));
+    }
+  }
+
+  void AddIntervalBranches() {
+    const char* const comparison = fModel.rightClosed ? "<=" : "<";
+    for (std::size_t bin = 0; bin < fColumn.cutPoints->size(); ++bin) {
+      AddBranch(fmt::format("{} {} {}", fOperand, comparison,
+                            fDialect.formatNumber((*fColumn.cutPoints)[bin])),
+                fColumn.values[bin]);
+    }
+  }
+
+  void AddCategoryBranches() {
+    const VariableInfo& attribute = *fColumn.attribute;
+    for (const ExportColumn::CategoryBin& categories : fColumn.categoryBins) {
+      std::vector<std::string> literals;
+      for (const std::size_t code : categories.codes) {
+        literals.push_back(fIsText ? TextLiteral(fDialect, attribute.texts[code])
+                                   : FormatSqlNumber(fDialect, attribute.numbers[code]));
+      }
+      AddBranch(IsIn(literals), fColumn.values[categories.bin]);
+    }
+  }
+
+  const ExportModel& fModel;
+  const ExportColumn& fColumn;
+  const SqlDialect& fDialect;
+  const std::string fReference;
+  const bool fIsText;
+  const std::string fOperand;
+  std::string fBranches;
+};
+
+// The parts of schema.table, of which any may be in double quotes.
+std::vector<std::string> SplitTableName(const std::string& table) {
+  std::vector<std::string> parts(1);
+  bool quoted = false;
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    if (table[i] == '"' && quoted && i + 1 < table.size() && table[i + 1] == '"') {
+      parts.back() += table[i++];
+    } else if (table[i] == '"') {
+      quoted = !quoted;
+    } else if (table[i] == '.' && !quoted) {
+      parts.emplace_back();
+    } else {
+      parts.back() += table[i];
+    }
+  }
+  for (const std::string& part : parts) {
+    if (!quoted && !part.empty()) continue;
+    throw UsageError(fmt::format(
+        "--table {}: write NAME or SCHEMA.NAME, a name with a dot or quotes in double quotes",
+        QuotedText(table)));
+  }
+  return parts;
+}
+
+}  // namespace
+
+std::string WriteSql(const ExportModel& model, const SqlDialect& dialect,
+                     const std::string& table) {
+  std::string query = fmt::format("SELECT\n  {}.*", kTableAlias);
+  for (const ExportColumn& column : model.columns) {
+    query += ",\n" + CaseWriter(model, column, dialect).Write();
+  }
+  std::vector<std::string> names = SplitTableName(table);
+  for (std::string& name : names) name = QuoteIdentifier(dialect, name);
+  return query + fmt::format("\nFROM {} AS {};\n", fmt::join(names, "."), kTableAlias);
+}
+
+}  // namespace MCBin

@@ -1,0 +1,328 @@
+#include "binmodel/file/binfilereader.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cfloat>
+#include <climits>
+#include <cmath>
+#include <map>
+#include <numeric>
+#include <set>
+#include <utility>
+
+#include "binmodel/file/binfile.h"
+#include "binmodel/file/jsontree.h"
+#include "binmodel/text/displaytext.h"
+#include "binmodel/text/number.h"
+#include "csv/columnscan.h"
+#include "io/inputerror.h"
+#include "io/readall.h"
+
+namespace MCBin {
+
+namespace {
+
+void CheckFormat(const JsonNode& file) {
+  const auto format = file.FindMember("format");
+  if (!format || format->GetText() != kBinFileFormat) {
+    file.Refuse("this is no bin file, its member 'format' should be 'mcbin-bins'");
+  }
+  const JsonNode version = file.GetMember("version");
+  const int number = version.GetInteger(0, INT_MAX);
+  if (number != kBinFileVersion) {
+    version.Refuse(
+        fmt::format("version {} of the format is unknown to this program, it reads "
+                    "version {}; use the program that wrote the file",
+                    number, kBinFileVersion));
+  }
+}
+
+// Names of variables: not empty, and each once. `seen` gains the name.
+std::string TakeName(const JsonNode& node, std::set<std::string>& seen) {
+  std::string name = node.GetText();
+  if (name.empty()) node.Refuse("the name of a column cannot be empty");
+  if (!seen.insert(name).second) {
+    node.Refuse(fmt::format("the variable {} appears twice", QuotedText(name)));
+  }
+  return name;
+}
+
+MissingDefinition ReadMissing(const JsonNode& node, const std::string& column, bool texts) {
+  MissingDefinition missing;
+  missing.column = column;
+  const JsonNode values = node.GetMember("values");
+  if (texts) {
+    missing.values = values.GetTexts();
+  } else {
+    for (const double value : values.GetNumbers()) missing.values.push_back(FormatNumber(value));
+  }
+  const auto interval = node.FindMember("interval");
+  if (!interval) return missing;
+  if (texts) interval->Refuse("a variable of texts has no interval");
+  const auto low = interval->FindMember("low");
+  const auto high = interval->FindMember("high");
+  missing.interval = {low ? low->GetNumber() : -DBL_MAX, high ? high->GetNumber() : DBL_MAX};
+  if (missing.interval->low > missing.interval->high) {
+    interval->Refuse("'low' is above 'high'");
+  }
+  return missing;
+}
+
+template <typename Category>
+std::vector<Category> CheckCategories(const JsonNode& node, std::vector<Category> categories) {
+  std::set<Category> seen;
+  for (std::size_t code = 0; code < categories.size(); ++code) {
+    if (seen.insert(categories[code]).second) continue;
+    node.GetElement(code).Refuse("this category appears twice");
+  }
+  if (categories.size() > ColumnScan::kMaxCategories) {
+    node.Refuse(fmt::format("{} categories; a variable has at most {}", categories.size(),
+                            ColumnScan::kMaxCategories));
+  }
+  return categories;
+}
+
+VariableInfo ReadVariable(const JsonNode& node, std::set<std::string>& names) {
+  VariableInfo variable;
+  variable.name = TakeName(node.GetMember("name"), names);
+  variable.kind = static_cast<VariableKind>(
+      node.GetMember("kind").GetChoice({kKindNames.begin(), kKindNames.end()}));
+  const bool texts = variable.kind == VariableKind::kStringCategorical;
+  if (variable.IsCategorical()) {
+    const JsonNode categories = node.GetMember("categories");
+    if (texts) {
+      variable.texts = CheckCategories(categories, categories.GetTexts());
+    } else {
+      variable.numbers = CheckCategories(categories, categories.GetNumbers());
+    }
+  }
+  const auto missing = node.FindMember("user_missing");
+  if (missing) variable.missing = ReadMissing(*missing, variable.name, texts);
+  return variable;
+}
+
+std::vector<VariableInfo> ReadVariables(const JsonNode& list, std::set<std::string>& names) {
+  std::vector<VariableInfo> variables;
+  for (const JsonNode& node : list.GetElements()) variables.push_back(ReadVariable(node, names));
+  if (variables.empty()) list.Refuse("at least one variable is needed");
+  return variables;
+}
+
+std::vector<VariableInfo> ReadTargets(const JsonNode& list, std::set<std::string>& names) {
+  std::vector<VariableInfo> targets = ReadVariables(list, names);
+  for (std::size_t i = 0; i < targets.size(); ++i) {
+    const JsonNode node = list.GetElement(i);
+    if (!targets[i].IsCategorical()) node.Refuse("a target has categories, it is not continuous");
+    if (targets[i].GetCategoryCount() < 2) node.Refuse("a target has at least two categories");
+  }
+  return targets;
+}
+
+void ReadSettings(const JsonNode& node, RunOptions& options) {
+  if (options.algorithm == Algorithm::kSupervised) {
+    const JsonNode smallBins = node.GetMember("small_bins");
+    options.prebinAbove = node.GetMember("prebin_above").GetInteger(0, INT_MAX);
+    options.prebins = node.GetMember("prebins").GetInteger(2, INT_MAX);
+    options.smallBins = smallBins.GetWeight();
+    if (options.smallBins > 1.0) smallBins.Refuse("a share from 0 to 1 expected");
+  } else {
+    options.bins = node.GetMember("bins").GetInteger(2, INT_MAX);
+  }
+  const auto weight = node.FindMember("weight");
+  if (!weight) return;
+  options.weight = weight->GetText();
+  if (options.weight->empty()) weight->Refuse("the name of a column cannot be empty");
+  const bool truncate = node.GetMember("rounding").GetChoice({"closest", "truncate"}) == 1;
+  options.rounding = truncate ? IBINVariable::RoundTruncate : IBINVariable::RoundClosest;
+  const auto missing = node.FindMember("weight_user_missing");
+  if (missing) options.missing.push_back(ReadMissing(*missing, *options.weight, false));
+}
+
+void ReadSource(const JsonNode& node, BinModel& model) {
+  model.sourceName = node.GetMember("name").GetText();
+  const JsonNode delimiter = node.GetMember("delimiter");
+  const std::string character = delimiter.GetText();
+  const bool oneAscii =
+      character.size() == 1 && static_cast<unsigned char>(character.front()) < 0x80;
+  if (!oneAscii || std::string_view("\"\r\n\0", 4).find(character) != std::string_view::npos) {
+    delimiter.Refuse("one ASCII character expected, such as ';'");
+  }
+  model.options.delimiter = character.front();
+  model.options.missingTexts = node.GetMember("na").GetTexts();
+  model.recordCount = node.GetMember("records").GetCount();
+  const JsonNode dropped = node.GetMember("dropped");
+  model.dropped = {dropped.GetMember("missing_weight").GetCount(),
+                   dropped.GetMember("zero_weight").GetCount(),
+                   dropped.GetMember("weight_rounded_to_zero").GetCount()};
+  std::uint64_t left = model.recordCount;
+  for (const std::uint64_t count :
+       {model.dropped.missing, model.dropped.zero, model.dropped.roundedToZero}) {
+    if (count > left) dropped.Refuse("more records are dropped than 'records' says were read");
+    left -= count;
+  }
+}
+
+MCBinning::MCStatus ReadStatus(const JsonNode& node) {
+  const int code = node.GetMember("code").GetInteger(0, INT_MAX);
+  const std::size_t severity = node.GetMember("severity").GetChoice({"ok", "warning", "error"});
+  node.GetMember("text").GetText();
+  const bool ok = severity == 0;
+  if (ok != (code == 0)) node.Refuse("code 0 belongs to the severity 'ok', and no other does");
+  return ok ? MCBinning::MCStatus() : MCBinning::MCStatus(code, severity == 1);
+}
+
+void CheckAscending(const JsonNode& node, const std::vector<double>& cutPoints) {
+  const auto descent =
+      std::adjacent_find(cutPoints.begin(), cutPoints.end(), std::greater_equal<>());
+  if (descent == cutPoints.end()) return;
+  node.GetElement(static_cast<std::size_t>(descent - cutPoints.begin()) + 1)
+      .Refuse(fmt::format("cut points ascend, but {} comes after {}", FormatNumber(descent[1]),
+                          FormatNumber(descent[0])));
+}
+
+// Weights are whole numbers; from 2^53 on their sums depend on the order.
+void CheckSum(const JsonNode& node, const std::vector<double>& weights, double sum,
+              const char* whatSum) {
+  constexpr double kRelativeError = 1e-9;
+  const double found = std::accumulate(weights.begin(), weights.end(), 0.0);
+  if (std::abs(found - sum) <= kRelativeError * sum) return;
+  node.Refuse(fmt::format("the weights sum up to {}, but {} is {}", FormatNumber(found), whatSum,
+                          FormatNumber(sum)));
+}
+
+void ReadBins(const JsonNode& node, const VariableInfo* target, AttributeBins& bins) {
+  const JsonNode cutPoints = node.GetMember("cut_points");
+  const JsonNode weights = node.GetMember("bin_weights");
+  bins.cutPoints = cutPoints.GetNumbers();
+  CheckAscending(cutPoints, bins.cutPoints);
+  bins.binWeights = weights.GetWeights();
+  const std::size_t binCount = bins.binWeights.size();
+  const bool noBins = bins.binWeights.empty() && bins.cutPoints.empty();
+  if (!noBins && binCount != bins.cutPoints.size() + 1) {
+    weights.Refuse(fmt::format("{} cut points make {} bins, but there are {} weights",
+                               bins.cutPoints.size(), bins.cutPoints.size() + 1, binCount));
+  }
+  if (target == nullptr) {
+    // An equal-frequency midpoint that rounded onto the smallest or largest value took the
+    // weight of its bin with it.
+    const double sum = std::accumulate(bins.binWeights.begin(), bins.binWeights.end(), 0.0);
+    if (sum > bins.validWeight)
+      CheckSum(weights, bins.binWeights, bins.validWeight, "'valid_weight'");
+    return;
+  }
+  if (!noBins) CheckSum(weights, bins.binWeights, bins.validWeight, "'valid_weight'");
+
+  const JsonNode classes = node.GetMember("class_weights");
+  for (const JsonNode& row : classes.GetElements()) bins.classWeights.push_back(row.GetWeights());
+  if (bins.classWeights.size() != binCount) {
+    classes.Refuse(fmt::format("{} lists for {} bins", bins.classWeights.size(), binCount));
+  }
+  for (std::size_t bin = 0; bin < binCount; ++bin) {
+    const JsonNode row = classes.GetElement(bin);
+    if (bins.classWeights[bin].size() != target->GetCategoryCount()) {
+      row.Refuse(fmt::format("{} weights, but {} has {} categories", bins.classWeights[bin].size(),
+                             QuotedText(target->name), target->GetCategoryCount()));
+    }
+    CheckSum(row, bins.classWeights[bin], bins.binWeights[bin], "the weight of the bin");
+  }
+}
+
+std::optional<double> ReadOptional(const JsonNode& node, const char* key) {
+  const auto member = node.FindMember(key);
+  if (!member) return std::nullopt;
+  return member->GetNumber();
+}
+
+std::optional<double> ReadMeasure(const JsonNode& node, const char* key) {
+  const auto member = node.FindMember(key);
+  if (!member) return std::nullopt;
+  return member->GetWeight();
+}
+
+class ResultReader {
+ public:
+  explicit ResultReader(const BinModel& model) : fModel(model) {
+    for (std::size_t i = 0; i < model.attributes.size(); ++i) {
+      fAttributes.emplace(model.attributes[i].name, i);
+    }
+    for (std::size_t i = 0; i < model.targets.size(); ++i) {
+      fTargets.emplace(model.targets[i].name, i);
+    }
+  }
+
+  AttributeBins Read(const JsonNode& node) {
+    AttributeBins bins{};
+    bins.attribute = Find(node.GetMember("attribute"), fAttributes, "attribute");
+    if (!fModel.targets.empty()) {
+      bins.target = Find(node.GetMember("target"), fTargets, "target");
+    }
+    if (!fSeen.insert({bins.attribute, bins.target}).second) {
+      node.Refuse("a result for this attribute came before");
+    }
+    bins.status = ReadStatus(node.GetMember("status"));
+    bins.validWeight = node.GetMember("valid_weight").GetWeight();
+    bins.weightWithMissing = node.GetMember("weight_with_missing").GetWeight();
+    if (bins.validWeight > bins.weightWithMissing) {
+      node.Refuse("'valid_weight' is above 'weight_with_missing'");
+    }
+    ReadBins(node, fModel.GetTarget(bins), bins);
+    bins.distinctValues = node.GetMember("distinct_values").GetCount();
+    bins.minimum = ReadOptional(node, "minimum");
+    bins.maximum = ReadOptional(node, "maximum");
+    if (bins.minimum && bins.maximum && *bins.minimum > *bins.maximum) {
+      node.Refuse("'minimum' is above 'maximum'");
+    }
+    bins.modelEntropy = ReadMeasure(node, "model_entropy");
+    bins.informationGain = ReadMeasure(node, "information_gain");
+    return bins;
+  }
+
+ private:
+  using Indexes = std::map<std::string, std::size_t>;
+
+  static std::size_t Find(const JsonNode& node, const Indexes& indexes, const char* what) {
+    const auto found = indexes.find(node.GetText());
+    if (found == indexes.end()) {
+      node.Refuse(fmt::format("there is no {} {}", what, QuotedText(node.GetText())));
+    }
+    return found->second;
+  }
+
+  const BinModel& fModel;
+  Indexes fAttributes;
+  Indexes fTargets;
+  std::set<std::pair<std::size_t, std::optional<std::size_t>>> fSeen;
+};
+
+}  // namespace
+
+BinModel ParseBinFile(std::string_view text, const std::string& name) {
+  const nlohmann::json root = ParseJson(text, name);
+  const JsonNode file(root, name);
+  CheckFormat(file);
+
+  BinModel model;
+  const bool supervised =
+      file.GetMember("algorithm").GetChoice({"supervised", "equal-frequency"}) == 0;
+  model.options.algorithm = supervised ? Algorithm::kSupervised : Algorithm::kEqualFrequency;
+  model.options.rightClosed = file.GetMember("closed").GetChoice({"right", "left"}) == 0;
+  ReadSettings(file.GetMember("settings"), model.options);
+  ReadSource(file.GetMember("source"), model);
+  std::set<std::string> names;
+  if (model.options.weight) names.insert(*model.options.weight);
+  model.attributes = ReadVariables(file.GetMember("attributes"), names);
+  if (supervised) model.targets = ReadTargets(file.GetMember("targets"), names);
+  ResultReader results(model);
+  for (const JsonNode& node : file.GetMember("results").GetElements()) {
+    model.results.push_back(results.Read(node));
+  }
+  return model;
+}
+
+BinModel ReadBinFile(const std::string& path) {
+  const InputText input = ReadAll(path, '{', "a bin file, which mcbin writes with --json");
+  return ParseBinFile(input.text, input.name);
+}
+
+}  // namespace MCBin

@@ -1,0 +1,41 @@
+#include "binmodel/model/binlookup.h"
+
+#include <algorithm>
+
+#include "binmodel/model/intervaltext.h"
+
+namespace MCBin {
+
+namespace {
+
+// In double quotes where it could be taken for more than one category.
+std::string CategoryText(const std::string& label) {
+  if (!label.empty() && label.find_first_of(",{}\"") == std::string::npos) return label;
+  std::string quoted = "\"";
+  for (const char c : label) {
+    if (c == '"') quoted += '"';
+    quoted += c;
+  }
+  return quoted + "\"";
+}
+
+}  // namespace
+
+std::size_t FindBin(const std::vector<double>& cutPoints, double value, bool rightClosed) {
+  const auto cut = rightClosed ? std::lower_bound(cutPoints.begin(), cutPoints.end(), value)
+                               : std::upper_bound(cutPoints.begin(), cutPoints.end(), value);
+  return static_cast<std::size_t>(cut - cutPoints.begin());
+}
+
+std::string BinLabel(const VariableInfo& attribute, const std::vector<double>& cutPoints,
+                     std::size_t bin, bool rightClosed) {
+  if (!attribute.IsCategorical()) return IntervalText(cutPoints, bin, rightClosed);
+  std::string categories;
+  for (std::size_t code = 0; code < attribute.GetCategoryCount(); ++code) {
+    if (FindBin(cutPoints, static_cast<double>(code), rightClosed) != bin) continue;
+    categories += (categories.empty() ? "" : ", ") + CategoryText(attribute.GetLabel(code));
+  }
+  return "{" + categories + "}";
+}
+
+}  // namespace MCBin

@@ -1,0 +1,25 @@
+#include "binmodel/model/intervaltext.h"
+
+#include <fmt/format.h>
+
+#include "binmodel/text/number.h"
+
+namespace MCBin {
+
+std::string IntervalText(const std::vector<double>& cutPoints, std::size_t bin, bool rightClosed) {
+  const bool first = bin == 0;
+  const bool last = bin == cutPoints.size();
+  const std::string low =
+      first ? "(-inf" : (rightClosed ? "(" : "[") + FormatNumber(cutPoints[bin - 1]);
+  const std::string high =
+      last ? "+inf)" : FormatNumber(cutPoints[bin]) + (rightClosed ? "]" : ")");
+  return low + ", " + high;
+}
+
+std::string DescribeValues(std::uint64_t distinctCount, double minimum, double maximum) {
+  if (distinctCount == 1) return "the only value is " + FormatNumber(minimum);
+  return fmt::format("{} distinct values from {} to {}", distinctCount, FormatNumber(minimum),
+                     FormatNumber(maximum));
+}
+
+}  // namespace MCBin

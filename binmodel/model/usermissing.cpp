@@ -1,0 +1,25 @@
+#include "binmodel/model/usermissing.h"
+
+#include "binmodel/text/number.h"
+
+namespace MCBin {
+
+std::unique_ptr<BINNumericUserMissing> MakeNumericUserMissing(const MissingDefinition& missing) {
+  auto numeric = std::make_unique<BINNumericUserMissing>();
+  for (const std::string& value : missing.values) {
+    const ParsedNumber number = ParseNumber(value);
+    if (number.kind == NumberKind::kNumber) numeric->AddValue(number.value, "");
+  }
+  if (missing.interval) {
+    numeric->SetInterval(BINNumericInterval(missing.interval->low, missing.interval->high));
+  }
+  return numeric;
+}
+
+std::unique_ptr<BINStringUserMissing> MakeStringUserMissing(const MissingDefinition& missing) {
+  auto strings = std::make_unique<BINStringUserMissing>();
+  for (const std::string& value : missing.values) strings->AddValue(value, "");
+  return strings;
+}
+
+}  // namespace MCBin

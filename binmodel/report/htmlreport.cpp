@@ -1,0 +1,209 @@
+#include "binmodel/report/htmlreport.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+#include "binmodel/measure/binstatistics.h"
+#include "binmodel/measure/evidence.h"
+#include "binmodel/model/resultorder.h"
+#include "binmodel/report/htmlresult.h"
+#include "binmodel/report/htmlstyle.h"
+#include "binmodel/text/displaytext.h"
+#include "binmodel/text/htmltext.h"
+#include "binmodel/text/number.h"
+
+namespace MCBin {
+
+namespace {
+
+constexpr std::size_t kNameWidth = 60;
+
+std::string Name(const VariableInfo& variable) {
+  return HtmlText(ElideText(variable.name, kNameWidth));
+}
+
+class HtmlReport {
+ public:
+  HtmlReport(const BinModel& model, double adjustment)
+      : fModel(model),
+        fAdjustment(adjustment),
+        fSupervised(model.options.algorithm == Algorithm::kSupervised) {}
+
+  std::string Render() const {
+    std::string html = Head() + Introduction();
+    if (!fSupervised) {
+      std::vector<std::size_t> order(fModel.results.size());
+      std::iota(order.begin(), order.end(), std::size_t{0});
+      return html + EqualFrequencyRanking(order) + Results(order, {}) + End();
+    }
+    for (std::size_t target = 0; target < fModel.targets.size(); ++target) html += Target(target);
+    return html + End();
+  }
+
+ private:
+  std::string Title() const {
+    return (fSupervised ? "Supervised bins of " : "Equal-frequency bins of ") +
+           HtmlText(ElideText(fModel.sourceName, kNameWidth));
+  }
+
+  std::string Head() const {
+    return fmt::format(
+        "<!DOCTYPE html>\n"
+        "<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\">\n<head>\n"
+        "<meta charset=\"utf-8\"/>\n"
+        "<meta http-equiv=\"Content-Security-Policy\" "
+        "content=\"default-src 'none'; style-src 'unsafe-inline'\"/>\n"
+        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"/>\n"
+        "<meta name=\"generator\" content=\"mcbin " MCBINNING_VERSION
+        "\"/>\n"
+        "<title>{}</title>\n<style>{}</style>\n</head>\n<body>\n<h1>{}</h1>\n"
+        // What the bars of missing cases are filled with.
+        "<svg class=\"defs\"><defs><pattern id=\"hatch\" width=\"6\" height=\"6\" "
+        "patternUnits=\"userSpaceOnUse\" patternTransform=\"rotate(45)\"><path class=\"kb\" "
+        "d=\"M0 0h6v6h-6z\"/><path class=\"km\" d=\"M0 0h3v6h-3z\"/></pattern></defs></svg>\n",
+        Title(), kHtmlStyle, Title());
+  }
+
+  static std::string End() { return "</body>\n</html>\n"; }
+
+  std::string Introduction() const {
+    const RunOptions& options = fModel.options;
+    std::string facts =
+        fmt::format("<span>{} records</span> ", fModel.recordCount - fModel.dropped.GetTotal());
+    if (fModel.dropped.GetTotal() > 0) {
+      facts += fmt::format("<span>{} dropped for their weight</span> ", fModel.dropped.GetTotal());
+    }
+    if (options.weight) {
+      facts += fmt::format("<span>weighted by {}</span> ",
+                           HtmlText(ElideText(*options.weight, kNameWidth)));
+    }
+    if (!fSupervised) facts += fmt::format("<span>{} bins asked for</span> ", options.bins);
+    facts += options.rightClosed ? "<span>bins (a, b] hold their upper border</span> "
+                                 : "<span>bins [a, b) hold their lower border</span> ";
+    return "<p class=\"facts\">" + facts + "</p>\n";
+  }
+
+  std::vector<std::size_t> ResultsOf(std::size_t target) const {
+    std::vector<std::size_t> order = OrderByGain(fModel.results);
+    std::erase_if(order, [&](std::size_t i) { return fModel.results[i].target != target; });
+    return order;
+  }
+
+  std::string Target(std::size_t index) const {
+    const std::vector<std::size_t> order = ResultsOf(index);
+    const VariableInfo& variable = fModel.targets[index];
+    HtmlTarget target{GroupClasses(fModel, index), std::nullopt, fAdjustment};
+    if (variable.GetCategoryCount() == 2) target.event = EventCategory(variable);
+    return "<h2>Target " + Name(variable) + "</h2>\n" + Conventions(variable, target) +
+           SupervisedRanking(order, target) + Results(order, target);
+  }
+
+  std::string Conventions(const VariableInfo& variable, const HtmlTarget& target) const {
+    std::string html =
+        "<p class=\"soft\">Information gain is what the bins tell about the target, in bits; "
+        "“explained” is its share of the target’s entropy.</p>\n";
+    if (!target.event) return html;
+    const std::string event = HtmlText(ElideText(variable.GetLabel(*target.event), kNameWidth));
+    html += fmt::format(
+        "<p class=\"soft\">The event is <strong>{0}</strong>. Weight of evidence is "
+        "ln((events in the bin / all events) / (others in the bin / all others)): above 0 where "
+        "{0} is more frequent than overall, below 0 where it is rarer. ",
+        event);
+    if (fAdjustment > 0.0) {
+      return html + fmt::format(
+                        "{} is added to the weight of both classes in every bin before "
+                        "it is taken.</p>\n",
+                        FormatNumber(fAdjustment));
+    }
+    return html + "A bin without one of the classes makes it infinite; nothing is smoothed.</p>\n";
+  }
+
+  std::string SupervisedRanking(const std::vector<std::size_t>& order,
+                                const HtmlTarget& target) const {
+    double largestGain = 0.0;
+    for (const std::size_t result : order) {
+      largestGain = std::max(largestGain, fModel.results[result].informationGain.value_or(0.0));
+    }
+    std::string rows;
+    for (const std::size_t result : order) {
+      rows += SupervisedRow(result, target, largestGain);
+    }
+    return Ranking(std::string("<th>information gain</th><th>explained</th>") +
+                       (target.event ? "<th>information value</th>" : ""),
+                   rows);
+  }
+
+  std::string SupervisedRow(std::size_t result, const HtmlTarget& target,
+                            double largestGain) const {
+    const AttributeBins& bins = fModel.results[result];
+    const double gain = bins.informationGain.value_or(0.0);
+    const double bar = largestGain > 0.0 ? gain / largestGain : 0.0;
+    std::string cells = fmt::format(
+        "<td class=\"gain\" style=\"background-size:calc({:.4g}*(100% - 1.4rem)) 3px\">{}</td>",
+        bar, HtmlMeasure(bins.informationGain));
+    cells += fmt::format("<td>{}</td>", HtmlShare(gain, Entropy(SumClassWeights(bins))));
+    if (target.event) {
+      const bool hasClasses = !bins.classWeights.empty();
+      cells += fmt::format(
+          "<td>{}</td>",
+          HtmlMeasure(hasClasses
+                          ? MeasureEvidence(bins, *target.event, fAdjustment).informationValue
+                          : std::nullopt));
+    }
+    return RankingRow(result, cells);
+  }
+
+  std::string EqualFrequencyRanking(const std::vector<std::size_t>& order) const {
+    std::string rows;
+    for (const std::size_t result : order) {
+      const AttributeBins& bins = fModel.results[result];
+      const bool hasBins = !bins.binWeights.empty();
+      rows +=
+          RankingRow(result, fmt::format("<td>{}</td>", hasBins ? FormatShare(LargestShareDeviation(
+                                                                      bins, fModel.options.bins))
+                                                                : "–"));
+    }
+    return "<p class=\"soft\">Deviation is the largest distance of a bin’s share from the ideal "
+           "one, which charts show as a dashed line.</p>\n" +
+           Ranking("<th>deviation</th>", rows);
+  }
+
+  // The table that links to the results.
+  static std::string Ranking(const std::string& measureHeaders, const std::string& rows) {
+    return "<div class=\"scroll\"><table>\n<thead><tr><th class=\"t\">attribute</th>" +
+           measureHeaders +
+           "<th>bins</th><th>missing</th><th class=\"t\">status</th></tr></thead>\n<tbody>\n" +
+           rows + "</tbody></table></div>\n";
+  }
+
+  std::string RankingRow(std::size_t result, const std::string& measures) const {
+    const AttributeBins& bins = fModel.results[result];
+    return fmt::format(
+        "<tr><td class=\"t\"><a href=\"#r{}\">{}</a></td>{}<td>{}</td><td>{}</td>"
+        "<td class=\"t s\">{}</td></tr>\n",
+        result, Name(fModel.GetAttribute(bins)), measures, bins.binWeights.size(),
+        HtmlShare(bins.weightWithMissing - bins.validWeight, bins.weightWithMissing),
+        bins.status.IsOK() ? "ok" : HtmlStatus(bins.status));
+  }
+
+  std::string Results(const std::vector<std::size_t>& order, const HtmlTarget& target) const {
+    std::string html;
+    for (const std::size_t result : order) html += RenderHtmlResult(fModel, result, target);
+    return html;
+  }
+
+  const BinModel& fModel;
+  const double fAdjustment;
+  const bool fSupervised;
+};
+
+}  // namespace
+
+std::string WriteHtmlReport(const BinModel& model, double adjustment) {
+  return HtmlReport(model, adjustment).Render();
+}
+
+}  // namespace MCBin

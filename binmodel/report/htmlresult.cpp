@@ -1,0 +1,235 @@
+#include "binmodel/report/htmlresult.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+#include "binmodel/measure/binstatistics.h"
+#include "binmodel/measure/evidence.h"
+#include "binmodel/model/binlookup.h"
+#include "binmodel/model/intervaltext.h"
+#include "binmodel/model/statustext.h"
+#include "binmodel/report/svgchart.h"
+#include "binmodel/text/displaytext.h"
+#include "binmodel/text/htmltext.h"
+#include "binmodel/text/number.h"
+
+namespace MCBin {
+
+namespace {
+
+constexpr std::size_t kNameWidth = 100;
+constexpr std::size_t kLabelWidth = 40;
+constexpr std::size_t kBinLabelWidth = 160;  // a bin may hold many categories
+constexpr int kAxisDigits = 6;
+
+std::string Cell(const std::string& content) { return "<td>" + content + "</td>"; }
+
+std::string AxisLabel(double cutPoint) { return fmt::format("{:.{}g}", cutPoint, kAxisDigits); }
+
+class HtmlResult {
+ public:
+  HtmlResult(const BinModel& model, std::size_t result, const HtmlTarget& target)
+      : fModel(model),
+        fResult(result),
+        fBins(model.results[result]),
+        fAttribute(model.GetAttribute(fBins)),
+        fTarget(target),
+        fTotals(SumClassWeights(fBins)),
+        fMissingWeight(fBins.weightWithMissing - fBins.validWeight) {
+    if (HasEvidence()) fEvidence = MeasureEvidence(fBins, *target.event, target.adjustment);
+  }
+
+  std::string Render() const {
+    std::string html = fmt::format("<section id=\"r{}\"{}>\n<div class=\"head\">\n{}", fResult,
+                                   fTarget.event ? " class=\"two\"" : "", Title() + Facts());
+    if (!fBins.status.IsOK()) {
+      html += fmt::format("<p class=\"warn\">{}</p>\n", HtmlStatus(fBins.status));
+    }
+    if (fBins.binWeights.empty()) return html + "</div>\n</section>\n";
+    return html + Legend() + RenderBinChart(Chart()) + "\n</div>\n" + Table() + "</section>\n";
+  }
+
+ private:
+  bool HasEvidence() const { return fTarget.event && !fBins.classWeights.empty(); }
+
+  std::string Title() const {
+    std::string title = HtmlText(ElideText(fAttribute.name, kNameWidth));
+    const VariableInfo* const target = fModel.GetTarget(fBins);
+    if (target != nullptr) {
+      title +=
+          " <span class=\"soft\">by " + HtmlText(ElideText(target->name, kNameWidth)) + "</span>";
+    }
+    return "<h3>" + title + "</h3>\n";
+  }
+
+  std::string Facts() const {
+    std::string facts = fmt::format("<span>weight {} valid, {} missing</span> ",
+                                    FormatNumber(fBins.validWeight), FormatNumber(fMissingWeight));
+    if (fBins.minimum && fBins.maximum) {
+      facts += fmt::format("<span>{}</span> ",
+                           DescribeValues(fBins.distinctValues, *fBins.minimum, *fBins.maximum));
+    }
+    if (fBins.informationGain) {
+      facts += fmt::format("<span>information gain {} of {} bits</span> ",
+                           HtmlMeasure(fBins.informationGain), HtmlMeasure(Entropy(fTotals)));
+    }
+    if (HasEvidence()) {
+      facts +=
+          fmt::format("<span>information value {}</span>", HtmlMeasure(fEvidence.informationValue));
+    }
+    return "<p class=\"facts\">" + facts + "</p>\n";
+  }
+
+  std::string Legend() const {
+    std::string items;
+    for (std::size_t group = 0; group < fTarget.groups.size(); ++group) {
+      items += fmt::format("<li><i class=\"k{}\"></i>{}</li>", group, GroupLabel(group));
+    }
+    if (items.empty()) return {};
+    return "<ul class=\"legend\">" + items + "</ul>\n";
+  }
+
+  // Too wide for paper at the usual size.
+  bool IsWide() const { return fTarget.groups.size() > 4; }
+
+  std::string GroupLabel(std::size_t group) const {
+    return HtmlText(ElideText(fTarget.groups[group].label, kLabelWidth));
+  }
+
+  std::string BinName(std::size_t bin) const {
+    return ElideText(BinLabel(fAttribute, fBins.cutPoints, bin, fModel.options.rightClosed),
+                     kBinLabelWidth);
+  }
+
+  BinChart Chart() const {
+    BinChart chart;
+    chart.description =
+        fmt::format("Weight of {} bins of {}", fBins.binWeights.size(), fAttribute.name);
+    for (std::size_t bin = 0; bin < fBins.binWeights.size(); ++bin) {
+      chart.bins.push_back(ChartBin(bin));
+    }
+    chart.missingWeight = fMissingWeight;
+    chart.missingTooltip = fmt::format(
+        "{} missing: weight {} ({} of all)", fTarget.groups.empty() ? "value" : "value or target",
+        FormatNumber(fMissingWeight), HtmlShare(fMissingWeight, fBins.weightWithMissing));
+    if (fAttribute.IsCategorical()) {
+      for (std::size_t bin = 0; bin < fBins.binWeights.size(); ++bin) {
+        chart.binLabels.push_back(BinName(bin));
+      }
+    } else {
+      for (const double cut : fBins.cutPoints) chart.borderLabels.push_back(AxisLabel(cut));
+    }
+    chart.lineCount = fTarget.event ? 1 : fTarget.groups.size();
+    chart.lineCaption = "share of each class in the bin";
+    if (fTarget.event) {
+      chart.lineCaption = fmt::format("share of {} in the bin; dashed: in all bins",
+                                      ElideText(fTarget.groups.front().label, kLabelWidth));
+    }
+    if (fTarget.event && fBins.validWeight > 0.0) {
+      chart.overallShares = {fTotals[*fTarget.event] / fBins.validWeight};
+    }
+    if (fTarget.groups.empty()) chart.referenceWeight = fBins.validWeight / fModel.options.bins;
+    return chart;
+  }
+
+  BinChart::Bin ChartBin(std::size_t bin) const {
+    const double weight = fBins.binWeights[bin];
+    BinChart::Bin chartBin = {{BinName(bin), fmt::format("weight {} ({})", FormatNumber(weight),
+                                                         HtmlShare(weight, fBins.validWeight))},
+                              weight,
+                              {}};
+    for (const ClassGroup& group : fTarget.groups) {
+      const double part = GroupWeight(group, fBins.classWeights[bin]);
+      chartBin.parts.push_back(part);
+      chartBin.tooltip.push_back(fmt::format("{}: {} ({})", ElideText(group.label, kLabelWidth),
+                                             FormatNumber(part), HtmlShare(part, weight)));
+    }
+    if (fTarget.groups.empty()) chartBin.parts = {weight};
+    return chartBin;
+  }
+
+  std::string Table() const {
+    std::string html = "<div class=\"scroll\"><table" +
+                       std::string(IsWide() ? " class=\"wide\"" : "") + ">\n<thead><tr>" +
+                       HeaderCells() + "</tr></thead>\n<tbody>\n";
+    for (std::size_t bin = 0; bin < fBins.binWeights.size(); ++bin) html += BinRow(bin);
+    html += TotalRow();
+    if (fMissingWeight > 0.0) {
+      html += fmt::format("<tr><td class=\"t soft\">missing</td>{}</tr>\n",
+                          Cell(FormatNumber(fMissingWeight)));
+    }
+    return html + "</tbody></table></div>\n";
+  }
+
+  std::string HeaderCells() const {
+    std::string html = fmt::format("<th class=\"t\">{}</th><th>weight</th><th>share</th>",
+                                   fAttribute.IsCategorical() ? "categories" : "interval");
+    for (std::size_t group = 0; group < fTarget.groups.size(); ++group) {
+      html += fmt::format("<th>{}</th><th>%</th>", GroupLabel(group));
+    }
+    if (HasEvidence()) html += "<th>weight of<br/>evidence</th><th>information<br/>value</th>";
+    return html;
+  }
+
+  std::string BinRow(std::size_t bin) const {
+    const std::vector<double> none;
+    std::string html = WeightCells(HtmlText(BinName(bin)), fBins.binWeights[bin],
+                                   fTarget.groups.empty() ? none : fBins.classWeights[bin]);
+    if (HasEvidence()) {
+      html += Cell(HtmlMeasure(fEvidence.weights[bin])) + Cell(HtmlMeasure(fEvidence.values[bin]));
+    }
+    return "<tr>" + html + "</tr>\n";
+  }
+
+  std::string TotalRow() const {
+    std::string html = WeightCells("total", fBins.validWeight, fTotals);
+    if (HasEvidence()) html += Cell("") + Cell(HtmlMeasure(fEvidence.informationValue));
+    return "<tr class=\"sum\">" + html + "</tr>\n";
+  }
+
+  std::string WeightCells(const std::string& name, double weight,
+                          const std::vector<double>& classWeights) const {
+    std::string html = "<td class=\"t\">" + name + "</td>" + Cell(FormatNumber(weight)) +
+                       Cell(HtmlShare(weight, fBins.validWeight));
+    for (const ClassGroup& group : fTarget.groups) {
+      const double part = GroupWeight(group, classWeights);
+      html += Cell(FormatNumber(part)) + Cell(HtmlShare(part, weight));
+    }
+    return html;
+  }
+
+  const BinModel& fModel;
+  const std::size_t fResult;
+  const AttributeBins& fBins;
+  const VariableInfo& fAttribute;
+  const HtmlTarget& fTarget;
+  const std::vector<double> fTotals;
+  const double fMissingWeight;
+  Evidence fEvidence;
+};
+
+}  // namespace
+
+std::string RenderHtmlResult(const BinModel& model, std::size_t result, const HtmlTarget& target) {
+  return HtmlResult(model, result, target).Render();
+}
+
+std::string HtmlMeasure(const std::optional<double>& measure) {
+  if (!measure) return "–";
+  if (std::isinf(*measure)) return *measure > 0.0 ? "∞" : "−∞";
+  const std::string text = FormatFixed(std::abs(*measure), 4);
+  const bool negative = *measure < 0.0 && text != "0.0000";
+  return negative ? "−" + text : text;
+}
+
+std::string HtmlShare(double part, double whole) {
+  return whole > 0.0 ? FormatShare(part / whole) : "–";
+}
+
+std::string HtmlStatus(const MCBinning::MCStatus& status) {
+  return fmt::format("{}: {} ({})", DescribeSeverity(status), DescribeStatus(status),
+                     status.GetErrorCode());
+}
+
+}  // namespace MCBin

@@ -1,0 +1,320 @@
+#include "binmodel/report/svgchart.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "binmodel/text/displaytext.h"
+#include "binmodel/text/htmltext.h"
+#include "binmodel/text/number.h"
+
+namespace MCBin {
+
+namespace {
+
+// All lengths are pixels at the natural size.
+constexpr double kLeft = 56.0;
+constexpr double kRight = 8.0;
+constexpr double kTop = 24.0;
+constexpr double kMostPlotWidth = 836.0;
+constexpr double kLeastPlotWidth = 220.0;
+constexpr double kMostSlotWidth = 120.0;
+constexpr double kMissingGap = 14.0;
+constexpr double kMostMissingWidth = 64.0;
+constexpr double kLeastMissingWidth = 48.0;
+constexpr double kWeightHeight = 150.0;
+constexpr double kPanelGap = 38.0;
+constexpr double kShareHeight = 90.0;
+constexpr double kLabelHeight = 24.0;
+constexpr double kCharacterWidth = 6.6;
+constexpr std::size_t kLongestLabel = 18;
+constexpr double kLeastRange = 1e-300;  // of an axis
+constexpr std::size_t kMostMarks = 80;  // bins, for a dot on each point of a line
+
+// With two decimals at most and no zeros at the end.
+std::string Coord(double value) {
+  std::string text = FormatFixed(value, 2);
+  text.erase(text.find_last_not_of('0') + 1);
+  if (text.back() == '.') text.pop_back();
+  return text == "-0" ? "0" : text;
+}
+
+// A step of 1, 2 or 5 times a power of ten that divides `range` into at most `steps`.
+double NiceStep(double range, int steps) {
+  const double rough = range / steps;
+  const double power = std::pow(10.0, std::floor(std::log10(rough)));
+  for (const double factor : {1.0, 2.0, 5.0}) {
+    if (factor * power >= rough * (1.0 - 1e-9)) return factor * power;
+  }
+  return 10.0 * power;
+}
+
+// 1500000 is "1.5M".
+std::string AxisNumber(double value) {
+  struct Unit {
+    double size;
+    const char* sign;
+  };
+  constexpr std::array<Unit, 4> kUnits = {{{1e12, "T"}, {1e9, "G"}, {1e6, "M"}, {1e3, "k"}}};
+  for (const Unit& unit : kUnits) {
+    if (value >= 10.0 * unit.size || (value >= unit.size && unit.size > 1e3)) {
+      return fmt::format("{:.6g}{}", value / unit.size, unit.sign);
+    }
+  }
+  return fmt::format("{:.6g}", value);
+}
+
+std::string AxisShare(double share) { return fmt::format("{:.4g}%", 100.0 * share); }
+
+// A vertical axis from 0 upwards between two heights.
+class Axis {
+ public:
+  Axis(double top, double height, double largest, int steps)
+      : fBottom(top + height), fStep(NiceStep(largest > kLeastRange ? largest : 1.0, steps)) {
+    fTickCount = static_cast<int>(std::ceil(largest / fStep - 1e-9));
+    if (fTickCount < 1) fTickCount = 1;
+    fPerUnit = height / (fTickCount * fStep);
+  }
+
+  double Y(double value) const { return fBottom - value * fPerUnit; }
+  double GetBottom() const { return fBottom; }
+
+  // Grid lines with their labels.
+  template <typename Label>
+  std::string Render(double left, double right, Label label) const {
+    std::string svg;
+    for (int tick = 0; tick <= fTickCount; ++tick) {
+      const std::string y = Coord(Y(tick * fStep));
+      svg += fmt::format("<path class=\"{}\" d=\"M{} {}H{}\"/>", tick == 0 ? "base" : "grid",
+                         Coord(left), y, Coord(right));
+      svg += fmt::format("<text class=\"end\" x=\"{}\" y=\"{}\" dy=\".32em\">{}</text>",
+                         Coord(left - 6.0), y, label(tick * fStep));
+    }
+    return svg;
+  }
+
+ private:
+  double fBottom;
+  double fStep;
+  double fPerUnit = 0.0;
+  int fTickCount = 0;
+};
+
+class BinChartWriter {
+ public:
+  explicit BinChartWriter(const BinChart& chart)
+      : fChart(chart),
+        fSlots(static_cast<double>(chart.bins.size())),
+        fPlotWidth(std::clamp(kMostSlotWidth * fSlots, kLeastPlotWidth, kMostPlotWidth)),
+        fSlotWidth(SlotWidth()),
+        fBinsRight(kLeft + fSlots * fSlotWidth),
+        fWeights(kTop, kWeightHeight, LargestWeight(), 4),
+        fShares(kTop + kWeightHeight + kPanelGap, kShareHeight, LargestShare(), 3) {}
+
+  std::string Render() {
+    const double right = HasMissing() ? fBinsRight + kMissingGap + MissingWidth() : fBinsRight;
+    const std::string width = Coord(std::ceil(right + kRight + LastLabelOverhang()));
+    const std::string height = Coord(Bottom() + kLabelHeight);
+    std::string svg = fmt::format(
+        "<svg viewBox=\"0 0 {0} {1}\" width=\"{0}\" height=\"{1}\" role=\"img\" "
+        "aria-label=\"{2}\">",
+        width, height, HtmlText(fChart.description));
+    svg += Caption("weight", kTop) + fWeights.Render(kLeft, right, AxisNumber);
+    svg += Bars() + MissingBar() + Reference();
+    if (fChart.lineCount > 0) {
+      svg += Caption(fChart.lineCaption, kTop + kWeightHeight + kPanelGap);
+      svg += fShares.Render(kLeft, fBinsRight, AxisShare);
+      svg += Overall() + Lines();
+    }
+    return svg + Labels() + Tooltips() + "</svg>";
+  }
+
+ private:
+  bool HasMissing() const { return fChart.missingWeight > 0.0; }
+
+  // All bins are equally wide, and so is the missing one within its limits.
+  double SlotWidth() const {
+    if (!HasMissing()) return fPlotWidth / fSlots;
+    const double shared = (fPlotWidth - kMissingGap) / (fSlots + 1.0);
+    const double missing = std::clamp(shared, kLeastMissingWidth, kMostMissingWidth);
+    return (fPlotWidth - kMissingGap - missing) / fSlots;
+  }
+
+  // Above a panel.
+  static std::string Caption(const std::string& text, double panelTop) {
+    return fmt::format("<text class=\"cap\" x=\"0\" y=\"{}\">{}</text>", Coord(panelTop - 11.0),
+                       HtmlText(text));
+  }
+
+  double MissingWidth() const { return fPlotWidth - kMissingGap - fSlots * fSlotWidth; }
+
+  double LastLabelOverhang() const { return HasMissing() ? 0.0 : 10.0; }
+
+  // A missing bar that would dwarf the others is cut off instead.
+  double LargestWeight() const {
+    double largest = fChart.referenceWeight.value_or(0.0);
+    for (const BinChart::Bin& bin : fChart.bins) largest = std::max(largest, bin.weight);
+    return std::max(largest, std::min(fChart.missingWeight, 1.5 * largest));
+  }
+
+  double LargestShare() const {
+    double largest = 0.0;
+    for (const double share : fChart.overallShares) largest = std::max(largest, share);
+    for (const BinChart::Bin& bin : fChart.bins) {
+      for (std::size_t line = 0; line < fChart.lineCount; ++line) {
+        if (bin.weight > 0.0) largest = std::max(largest, bin.parts[line] / bin.weight);
+      }
+    }
+    return std::min(largest, 1.0);
+  }
+
+  double Bottom() const {
+    return fChart.lineCount > 0 ? fShares.GetBottom() : fWeights.GetBottom();
+  }
+
+  double BinLeft(std::size_t bin) const { return kLeft + static_cast<double>(bin) * fSlotWidth; }
+  double BinCentre(std::size_t bin) const { return BinLeft(bin) + fSlotWidth / 2.0; }
+
+  double BarGap() const { return fSlotWidth > 12.0 ? 3.0 : fSlotWidth > 4.0 ? 1.0 : 0.0; }
+
+  static std::string BarPath(double x, double width, double top, double bottom) {
+    return fmt::format("M{} {}h{}V{}h-{}z", Coord(x), Coord(top), Coord(width), Coord(bottom),
+                       Coord(width));
+  }
+
+  // One path for each part, whatever the number of bins: the page stays small.
+  std::string Bars() const {
+    const std::size_t partCount = fChart.bins.front().parts.size();
+    std::vector<std::string> paths(partCount);
+    for (std::size_t bin = 0; bin < fChart.bins.size(); ++bin) {
+      double below = 0.0;
+      for (std::size_t part = 0; part < partCount; ++part) {
+        const double above = below + fChart.bins[bin].parts[part];
+        if (above > below) {
+          paths[part] += BarPath(BinLeft(bin) + BarGap() / 2.0, fSlotWidth - BarGap(),
+                                 fWeights.Y(above), fWeights.Y(below));
+        }
+        below = above;
+      }
+    }
+    std::string svg;
+    for (std::size_t part = 0; part < partCount; ++part) {
+      if (!paths[part].empty())
+        svg += fmt::format("<path class=\"k{}\" d=\"{}\"/>", part, paths[part]);
+    }
+    return svg;
+  }
+
+  std::string MissingBar() const {
+    if (!HasMissing()) return {};
+    const double left = fBinsRight + kMissingGap;
+    const std::string centre = Coord(left + MissingWidth() / 2.0);
+    const double top = fWeights.Y(fChart.missingWeight);
+    const bool cutOff = top < kTop;
+    std::string svg = fmt::format(
+        "<path class=\"missing\" d=\"{}\"><title>{}</title></path>"
+        "<text class=\"mid\" x=\"{}\" y=\"{}\">missing</text>",
+        BarPath(left, MissingWidth(), cutOff ? kTop : top, fWeights.GetBottom()),
+        HtmlText(fChart.missingTooltip), centre, Coord(fWeights.GetBottom() + 15.0));
+    if (cutOff) {
+      svg += fmt::format("<text class=\"mid\" x=\"{}\" y=\"{}\">\u2191 {}</text>", centre,
+                         Coord(kTop - 5.0), AxisNumber(fChart.missingWeight));
+    }
+    return svg;
+  }
+
+  std::string Reference() const {
+    if (!fChart.referenceWeight) return {};
+    return fmt::format("<path class=\"ref\" d=\"M{} {}H{}\"/>", Coord(kLeft),
+                       Coord(fWeights.Y(*fChart.referenceWeight)), Coord(fBinsRight));
+  }
+
+  std::string Overall() const {
+    std::string svg;
+    for (std::size_t line = 0; line < fChart.overallShares.size(); ++line) {
+      svg += fmt::format("<path class=\"ref l{}\" d=\"M{} {}H{}\"/>", line, Coord(kLeft),
+                         Coord(fShares.Y(fChart.overallShares[line])), Coord(fBinsRight));
+    }
+    return svg;
+  }
+
+  // A bin without weight has no share: the line has a gap there.
+  std::string Lines() const {
+    std::string svg;
+    for (std::size_t line = 0; line < fChart.lineCount; ++line) {
+      std::string path;
+      std::string marks;
+      bool penDown = false;
+      for (std::size_t bin = 0; bin < fChart.bins.size(); ++bin) {
+        const double weight = fChart.bins[bin].weight;
+        if (weight > 0.0) {
+          const std::string x = Coord(BinCentre(bin));
+          const std::string y = Coord(fShares.Y(fChart.bins[bin].parts[line] / weight));
+          path += fmt::format("{}{} {}", penDown ? 'L' : 'M', x, y);
+          marks += fmt::format("<circle class=\"k{}\" cx=\"{}\" cy=\"{}\" r=\"3\"/>", line, x, y);
+        }
+        penDown = weight > 0.0;
+      }
+      const bool many = fChart.bins.size() > kMostMarks;
+      svg += fmt::format("<path class=\"line l{}{}\" d=\"{}\"/>", line, many ? " thin" : "", path);
+      if (!many) svg += marks;
+    }
+    return svg;
+  }
+
+  // Every n-th label, n as small as their widths allow.
+  std::string Labels() const {
+    const bool atBorders = fChart.binLabels.empty();
+    const std::vector<std::string>& labels = atBorders ? fChart.borderLabels : fChart.binLabels;
+    std::vector<std::string> shown;
+    std::size_t longest = 0;
+    for (const std::string& label : labels) {
+      shown.push_back(ElideText(label, kLongestLabel));
+      longest = std::max(longest, DisplayWidth(shown.back()));
+    }
+    const double needed = (static_cast<double>(longest) + 1.5) * kCharacterWidth;
+    const auto every = static_cast<std::size_t>(std::max(1.0, std::ceil(needed / fSlotWidth)));
+    std::string svg;
+    std::string ticks;
+    for (std::size_t i = (every - 1) / 2; i < shown.size(); i += every) {
+      const double x = atBorders ? BinLeft(i + 1) : BinCentre(i);
+      svg += fmt::format("<text class=\"mid\" x=\"{}\" y=\"{}\">{}</text>", Coord(x),
+                         Coord(Bottom() + 17.0), HtmlText(shown[i]));
+      ticks += fmt::format("M{} {}v5", Coord(x), Coord(Bottom()));
+    }
+    return fmt::format("<path class=\"base\" d=\"{}\"/>", ticks) + svg;
+  }
+
+  std::string Tooltips() const {
+    std::string svg;
+    for (std::size_t bin = 0; bin < fChart.bins.size(); ++bin) {
+      svg += fmt::format(
+          "<rect class=\"h\" x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"><title>{}</title></rect>",
+          Coord(BinLeft(bin)), Coord(kTop), Coord(fSlotWidth), Coord(Bottom() - kTop),
+          TooltipText(fChart.bins[bin].tooltip));
+    }
+    return svg;
+  }
+
+  static std::string TooltipText(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines) text += (text.empty() ? "" : "\n") + HtmlText(line);
+    return text;
+  }
+
+  const BinChart& fChart;
+  const double fSlots;
+  const double fPlotWidth;
+  const double fSlotWidth;
+  const double fBinsRight;
+  const Axis fWeights;
+  const Axis fShares;
+};
+
+}  // namespace
+
+std::string RenderBinChart(const BinChart& chart) { return BinChartWriter(chart).Render(); }
+
+}  // namespace MCBin

@@ -1,0 +1,249 @@
+#include "binmodel/report/textreport.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "binmodel/measure/binstatistics.h"
+#include "binmodel/model/binlookup.h"
+#include "binmodel/model/intervaltext.h"
+#include "binmodel/model/resultorder.h"
+#include "binmodel/model/statustext.h"
+#include "binmodel/report/texttable.h"
+#include "binmodel/text/displaytext.h"
+#include "binmodel/text/number.h"
+
+namespace MCBin {
+
+namespace {
+
+using Align = TextTable::Align;
+
+constexpr std::size_t kNameWidth = 32;
+constexpr std::size_t kLabelWidth = 16;
+constexpr std::size_t kMostClassColumns = 6;  // with more classes, the largest are named
+constexpr std::size_t kBarWidth = 4;          // of a class share
+constexpr std::size_t kCutPointsWidth = 40;   // in a summary line
+
+std::string StatusCell(const MCBinning::MCStatus& status) {
+  if (status.IsOK()) return "ok";
+  return fmt::format("{}: {} ({})", DescribeSeverity(status), DescribeStatus(status),
+                     status.GetErrorCode());
+}
+
+std::string CutPointsCell(const std::vector<double>& cutPoints) {
+  if (cutPoints.empty()) return "-";
+  std::string text;
+  for (std::size_t i = 0; i < cutPoints.size(); ++i) {
+    const std::string next = (i == 0 ? "" : ", ") + FormatNumber(cutPoints[i]);
+    if (i > 0 && text.size() + next.size() > kCutPointsWidth) {
+      return text + fmt::format(", \u2026 {} more", cutPoints.size() - i);
+    }
+    text += next;
+  }
+  return text;
+}
+
+std::string GainCell(const AttributeBins& bins) {
+  return bins.informationGain ? FormatFixed(*bins.informationGain, 4) : "-";
+}
+
+// The categories whose codes lie in a bin, for attributes that are binned by code.
+std::string CategoriesCell(const VariableInfo& attribute, const AttributeBins& bins,
+                           std::size_t bin, bool rightClosed) {
+  constexpr std::size_t kCategoriesWidth = 60;
+  std::string text;
+  for (std::size_t code = 0; code < attribute.GetCategoryCount(); ++code) {
+    if (FindBin(bins.cutPoints, static_cast<double>(code), rightClosed) != bin) continue;
+    text += (text.empty() ? "" : ", ") + attribute.GetLabel(code);
+    if (text.size() > 4 * kCategoriesWidth) break;
+  }
+  return ElideText(text, kCategoriesWidth);
+}
+
+// "b 120 (60.0%), a 70 (35.0%), 5 more" for targets with many classes.
+std::string LargestClassesCell(const VariableInfo& target, const std::vector<double>& weights,
+                               double total) {
+  constexpr std::size_t kMostNamed = 3;
+  std::vector<std::size_t> codes;
+  for (std::size_t code = 0; code < weights.size(); ++code) {
+    if (weights[code] > 0.0) codes.push_back(code);
+  }
+  std::stable_sort(codes.begin(), codes.end(),
+                   [&](std::size_t a, std::size_t b) { return weights[a] > weights[b]; });
+  std::string text;
+  for (std::size_t i = 0; i < codes.size() && i < kMostNamed; ++i) {
+    text += fmt::format("{}{} {} ({})", i == 0 ? "" : ", ",
+                        ElideText(target.GetLabel(codes[i]), kLabelWidth),
+                        FormatNumber(weights[codes[i]]), FormatShareOf(weights[codes[i]], total));
+  }
+  if (codes.size() > kMostNamed) text += fmt::format(", {} more", codes.size() - kMostNamed);
+  return text;
+}
+
+// The table of one result.
+class BinTable {
+ public:
+  BinTable(const BinModel& model, const AttributeBins& bins, const TextStyle& style)
+      : fModel(model),
+        fStyle(style),
+        fBins(bins),
+        fAttribute(model.GetAttribute(bins)),
+        fTarget(model.GetTarget(bins)) {}
+
+  std::string Render() {
+    AddColumns();
+    for (std::size_t bin = 0; bin < fBins.binWeights.size(); ++bin) AddBin(bin);
+    if (fBins.binWeights.size() > 1) AddTotal();
+    return fTable.Render();
+  }
+
+ private:
+  bool HasClassColumns() const {
+    return fTarget != nullptr && fTarget->GetCategoryCount() <= kMostClassColumns;
+  }
+
+  void AddColumns() {
+    fTable.AddColumn(fAttribute.IsCategorical() ? "codes" : "interval", Align::kLeft);
+    fTable.AddColumn("weight", Align::kRight);
+    fTable.AddColumn("share", Align::kRight);
+    if (HasClassColumns()) {
+      for (std::size_t code = 0; code < fTarget->GetCategoryCount(); ++code) {
+        fTable.AddColumn(ElideText(fTarget->GetLabel(code), kLabelWidth), Align::kRight);
+        fTable.AddColumn(fStyle.bars ? "%" + std::string(1 + kBarWidth, ' ') : "%", Align::kRight);
+      }
+    } else if (fTarget != nullptr) {
+      fTable.AddColumn("largest classes", Align::kLeft);
+    }
+    if (fAttribute.IsCategorical()) fTable.AddColumn("categories", Align::kLeft);
+  }
+
+  void AddBin(std::size_t bin) {
+    const bool rightClosed = fModel.options.rightClosed;
+    const bool hasClasses = bin < fBins.classWeights.size();
+    AddRow(IntervalText(fBins.cutPoints, bin, rightClosed), fBins.binWeights[bin],
+           hasClasses ? fBins.classWeights[bin] : std::vector<double>(),
+           fAttribute.IsCategorical() ? CategoriesCell(fAttribute, fBins, bin, rightClosed) : "");
+  }
+
+  void AddTotal() { AddRow("total", fBins.validWeight, SumClassWeights(fBins), ""); }
+
+  void AddRow(std::string name, double weight, const std::vector<double>& classWeights,
+              std::string categories) {
+    std::vector<std::string> cells = {std::move(name), FormatNumber(weight),
+                                      FormatShareOf(weight, fBins.validWeight)};
+    if (HasClassColumns()) {
+      for (std::size_t code = 0; code < classWeights.size(); ++code) {
+        cells.push_back(FormatNumber(classWeights[code]));
+        cells.push_back(ClassShareCell(code, classWeights[code], weight));
+      }
+    } else if (fTarget != nullptr) {
+      cells.push_back(LargestClassesCell(*fTarget, classWeights, weight));
+    }
+    if (fAttribute.IsCategorical()) cells.push_back(std::move(categories));
+    fTable.AddRow(std::move(cells));
+  }
+
+  std::string ClassShareCell(std::size_t code, double classWeight, double weight) const {
+    std::string share = FormatShareOf(classWeight, weight);
+    if (!fStyle.bars) return share;
+    return share + " " +
+           ShareBar(weight > 0.0 ? classWeight / weight : 0.0, kBarWidth, code, fStyle);
+  }
+
+  const BinModel& fModel;
+  const TextStyle& fStyle;
+  const AttributeBins& fBins;
+  const VariableInfo& fAttribute;
+  const VariableInfo* const fTarget;
+  TextTable fTable;
+};
+
+// What stands above a result's table.
+std::string Title(const BinModel& model, const AttributeBins& bins) {
+  std::string text = "\n" + ElideText(model.GetAttribute(bins).name, kNameWidth);
+  const VariableInfo* const target = model.GetTarget(bins);
+  if (target != nullptr) text += " by " + ElideText(target->name, kNameWidth);
+  if (!bins.status.IsOK()) text += "\n  " + StatusCell(bins.status);
+  text += fmt::format("\n  weight {} valid, {} missing", FormatNumber(bins.validWeight),
+                      FormatNumber(bins.weightWithMissing - bins.validWeight));
+  if (bins.minimum && bins.maximum) {
+    text += "; " + DescribeValues(bins.distinctValues, *bins.minimum, *bins.maximum);
+  }
+  if (bins.informationGain) {
+    text += fmt::format("; gain {} of {} bits", FormatFixed(*bins.informationGain, 4),
+                        FormatFixed(Entropy(SumClassWeights(bins)), 4));
+  }
+  return text + "\n";
+}
+
+std::string SupervisedSummary(const BinModel& model, const std::vector<std::size_t>& order) {
+  const bool severalTargets = model.targets.size() > 1;
+  TextTable table;
+  table.AddColumn("attribute", Align::kLeft);
+  if (severalTargets) table.AddColumn("target", Align::kLeft);
+  table.AddColumn("gain", Align::kRight);
+  table.AddColumn("bins", Align::kRight);
+  table.AddColumn("cut points", Align::kLeft);
+  table.AddColumn("status", Align::kLeft);
+  for (const std::size_t index : order) {
+    const AttributeBins& bins = model.results[index];
+    std::vector<std::string> cells = {ElideText(model.GetAttribute(bins).name, kNameWidth)};
+    if (severalTargets) cells.push_back(ElideText(model.GetTarget(bins)->name, kNameWidth));
+    cells.insert(cells.end(), {GainCell(bins), std::to_string(bins.binWeights.size()),
+                               CutPointsCell(bins.cutPoints), StatusCell(bins.status)});
+    table.AddRow(std::move(cells));
+  }
+  return table.Render();
+}
+
+std::string EqualFrequencySummary(const BinModel& model) {
+  TextTable table;
+  table.AddColumn("attribute", Align::kLeft);
+  table.AddColumn("bins", Align::kRight);
+  table.AddColumn("deviation", Align::kRight);
+  table.AddColumn("cut points", Align::kLeft);
+  table.AddColumn("status", Align::kLeft);
+  for (const AttributeBins& bins : model.results) {
+    const bool hasBins = !bins.binWeights.empty();
+    table.AddRow({ElideText(model.GetAttribute(bins).name, kNameWidth),
+                  std::to_string(bins.binWeights.size()),
+                  hasBins ? FormatShare(LargestShareDeviation(bins, model.options.bins)) : "-",
+                  CutPointsCell(bins.cutPoints), StatusCell(bins.status)});
+  }
+  return table.Render();
+}
+
+std::string Heading(const BinModel& model) {
+  const std::uint64_t used = model.recordCount - model.dropped.GetTotal();
+  if (model.options.algorithm == Algorithm::kEqualFrequency) {
+    return fmt::format(
+        "Equal-frequency bins of {}: {} records, {} bins asked for, ideal share {}\n\n",
+        model.sourceName, used, model.options.bins, FormatShare(1.0 / model.options.bins));
+  }
+  std::string targets;
+  for (const VariableInfo& target : model.targets) {
+    targets += (targets.empty() ? "" : ", ") + ElideText(target.name, kNameWidth);
+  }
+  return fmt::format("Supervised bins of {}: {} records, target {}; gain in bits\n\n",
+                     model.sourceName, used, targets);
+}
+
+}  // namespace
+
+void WriteTextReport(const BinModel& model, const TextStyle& style, ResultStream& out) {
+  const std::vector<std::size_t> order = OrderByGain(model.results);
+  out.Write(Heading(model));
+  out.Write(model.options.algorithm == Algorithm::kSupervised ? SupervisedSummary(model, order)
+                                                              : EqualFrequencySummary(model));
+  for (const std::size_t index : order) {
+    const AttributeBins& bins = model.results[index];
+    out.Write(Title(model, bins));
+    if (!bins.binWeights.empty()) out.Write(BinTable(model, bins, style).Render());
+  }
+  out.Flush();
+}
+
+}  // namespace MCBin

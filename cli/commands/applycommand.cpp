@@ -1,0 +1,61 @@
+#include "cli/commands/applycommand.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+#include "binmodel/file/binfilereader.h"
+#include "binmodel/model/resultselection.h"
+#include "cli/options/usageerror.h"
+#include "cli/terminal/exitcode.h"
+#include "cli/terminal/progressbar.h"
+#include "cli/terminal/resultstream.h"
+#include "csv/binwriter.h"
+#include "csv/columnnames.h"
+#include "csv/csvreader.h"
+#include "csv/missingtexts.h"
+#include "csv/recordpass.h"
+#include "io/inputstream.h"
+
+namespace MCBin {
+
+namespace {
+
+void CopyRecords(CsvReader& reader, BinWriter& writer, ResultStream& out, ProgressBar& progress) {
+  RecordPass pass(reader, progress);
+  while (!out.IsReaderGone() && pass.Next()) out.Write(writer.WriteRecord(reader));
+  out.Flush();
+}
+
+}  // namespace
+
+int ApplyCommand(const ApplyOptions& options) {
+  if (options.binFile == "-" && options.input == "-") {
+    throw UsageError("the bin file and the data cannot both come from standard input");
+  }
+  const bool outputIsTerminal = isatty(STDOUT_FILENO) == 1;
+  ResultStream out;
+  const BinModel model = ReadBinFile(options.binFile);
+  const std::vector<std::size_t> results = SelectResults(model, options.binFile, options.target);
+
+  const InputStream input(options.input, "a CSV file");
+  const char delimiter = options.delimiter.value_or(model.options.delimiter);
+  CsvReader reader(input.Get(), input.GetName(), delimiter);
+  const ColumnNames names = ColumnNames::Read(reader);
+  const MissingTexts missingTexts(options.missingTexts.value_or(model.options.missingTexts));
+  BinWriter writer(model, results, options, names, missingTexts, delimiter);
+
+  constexpr double kBytesPerMB = 1e6;
+  ProgressBar progress(!options.quiet && !outputIsTerminal && input.IsRegularFile());
+  progress.Start("applying", input.GetSize(), "MB", kBytesPerMB);
+  out.Write(writer.WriteHeader(reader));
+  CopyRecords(reader, writer, out, progress);
+  progress.Finish();
+  if (!options.quiet) {
+    for (const std::string& note : writer.GetNotes()) fmt::print(stderr, "mcbin: {}\n", note);
+  }
+  return kExitDone;
+}
+
+}  // namespace MCBin

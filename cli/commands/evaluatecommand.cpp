@@ -1,0 +1,81 @@
+#include "cli/commands/evaluatecommand.h"
+
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "binmodel/apply/recount.h"
+#include "binmodel/file/binfilereader.h"
+#include "binmodel/model/resultselection.h"
+#include "binmodel/report/evaluationreport.h"
+#include "cli/options/usageerror.h"
+#include "cli/terminal/exitcode.h"
+#include "cli/terminal/progressbar.h"
+#include "cli/terminal/resultstream.h"
+#include "csv/columnnames.h"
+#include "csv/csvreader.h"
+#include "csv/missingtexts.h"
+#include "io/inputstream.h"
+
+namespace MCBin {
+
+namespace {
+
+// The weight column: of the options, or the bin file's with what is missing in it.
+std::optional<ColumnRequest> FindWeight(const EvaluateOptions& options, const RunOptions& file,
+                                        const ColumnNames& names) {
+  const std::optional<std::string>& name = options.weight ? options.weight : file.weight;
+  if (options.unweighted || !name) return std::nullopt;
+  ColumnRequest weight{names.Find(*name),    *name, ColumnUse::kWeight,
+                       KindRequest::kDetect, true,  {}};
+  for (const MissingDefinition& missing : file.missing) {
+    if (missing.column == *name) weight.missing = missing;
+  }
+  return weight;
+}
+
+void PrintNotes(const Recount& recount) {
+  const DroppedRecords& dropped = recount.dropped;
+  if (dropped.GetTotal() > 0) {
+    fmt::print(stderr,
+               "mcbin: {} of {} records dropped for their weight ({} missing, {} zero, {} rounded "
+               "to zero)\n",
+               dropped.GetTotal(), recount.recordCount, dropped.missing, dropped.zero,
+               dropped.roundedToZero);
+  }
+  for (const std::string& note : recount.notes) fmt::print(stderr, "mcbin: {}\n", note);
+}
+
+}  // namespace
+
+int EvaluateCommand(const EvaluateOptions& options) {
+  if (options.binFile == "-" && options.input == "-") {
+    throw UsageError("the bin file and the data cannot both come from standard input");
+  }
+  ResultStream out;
+  const BinModel model = ReadBinFile(options.binFile);
+  const std::vector<std::size_t> results = SelectResults(model, options.binFile, options.target);
+
+  const InputStream input(options.input, "a CSV file");
+  CsvReader reader(input.Get(), input.GetName(),
+                   options.delimiter.value_or(model.options.delimiter));
+  const ColumnNames names = ColumnNames::Read(reader);
+  const MissingTexts missingTexts(options.missingTexts.value_or(model.options.missingTexts));
+  const std::optional<ColumnRequest> weight = FindWeight(options, model.options, names);
+
+  constexpr double kBytesPerMB = 1e6;
+  ProgressBar progress(!options.quiet && input.IsRegularFile());
+  progress.Start("counting", input.GetSize(), "MB", kBytesPerMB);
+  const Recount recount =
+      CountAgain(model, results, names, {weight ? &*weight : nullptr, model.options.rounding},
+                 missingTexts, reader, progress);
+  progress.Finish();
+  if (!options.quiet) PrintNotes(recount);
+  WriteEvaluationReport(model, recount, input.GetName(), out);
+  return kExitDone;
+}
+
+}  // namespace MCBin

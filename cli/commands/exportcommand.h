@@ -1,0 +1,11 @@
+#pragma once
+
+#include "binmodel/export/exportoptions.h"
+
+namespace MCBin {
+
+// Runs `mcbin export`: writes a bin file's rules in another language. Returns the exit code;
+// throws InputError, UsageError and Interrupt::Requested.
+int ExportCommand(const ExportOptions& options);
+
+}  // namespace MCBin

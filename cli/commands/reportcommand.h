@@ -1,0 +1,10 @@
+#pragma once
+
+#include "cli/options/reportoptions.h"
+
+namespace MCBin {
+
+// Runs `mcbin report` and returns the exit code. Throws InputError and UsageError.
+int ReportCommand(const ReportOptions& options);
+
+}  // namespace MCBin

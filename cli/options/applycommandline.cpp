@@ -1,0 +1,65 @@
+#include "cli/options/applycommandline.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/commands/applycommand.h"
+#include "cli/options/applyoptions.h"
+
+namespace MCBin {
+
+namespace {
+
+constexpr const char* kHelp =
+    "Adds the bins of a bin file to a CSV file.\n"
+    "  mcbin apply bins.json new.csv > binned.csv\n"
+    "  mcbin apply --as label --missing-as missing bins.json new.csv\n"
+    "  zcat big.csv.gz | mcbin apply --target churn --as woe --replace bins.json | gzip > out.gz\n";
+
+constexpr const char* kFooter =
+    "A bin's index is 0 for the lowest. Missing values and texts of --na count as in the bin\n"
+    "file; values beyond those it was made from are in the end bins. See also 'mcbin evaluate'.\n"
+    "Exit codes: 0 done, 1 input refused or run failed, 2 wrong usage, 130 cancelled.";
+
+struct RawOptions {
+  ApplyOptions apply;
+  std::string form = "index";
+  std::string delimiter;
+  std::vector<std::string> missingTexts;
+};
+
+ApplyOptions Finish(RawOptions raw) {
+  ApplyOptions& apply = raw.apply;
+  apply.form = ParseBinForm(raw.form);
+  if (!raw.delimiter.empty()) apply.delimiter = ParseDelimiter(raw.delimiter);
+  if (!raw.missingTexts.empty()) apply.missingTexts = JoinMissingTexts(raw.missingTexts);
+  return apply;
+}
+
+}  // namespace
+
+void AddApplyCommand(CLI::App& app, CommandAction& action) {
+  const auto raw = std::make_shared<RawOptions>();
+  ApplyOptions& apply = raw->apply;
+  CLI::App& command = *app.add_subcommand("apply", kHelp);
+  AddBinFile(command, apply.binFile);
+  AddCsvFile(command, apply.input);
+  AddTargetOfBins(command, apply.target);
+  AddBinForm(command, raw->form);
+  CLI::Option* const suffix =
+      command.add_option("--suffix", apply.suffix, "of the new columns' names (_bin)")
+          ->type_name("TEXT");
+  command.add_flag("--replace", apply.replace, "put bins in the attributes' own columns")
+      ->excludes(suffix);
+  command.add_option("--missing-as", apply.missingText, "text for a missing value (empty field)")
+      ->type_name("TEXT");
+  AddMissingTexts(command, raw->missingTexts);
+  AddDelimiter(command, raw->delimiter);
+  command.add_flag("--quiet", apply.quiet, "no progress and no notes on standard error");
+  command.footer(kFooter);
+  command.callback(
+      [raw, &action] { action = [options = Finish(*raw)] { return ApplyCommand(options); }; });
+}
+
+}  // namespace MCBin

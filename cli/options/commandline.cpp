@@ -1,0 +1,89 @@
+#include "cli/options/commandline.h"
+
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "binmodel/text/displaytext.h"
+#include "cli/options/applycommandline.h"
+#include "cli/options/evaluatecommandline.h"
+#include "cli/options/exportcommandline.h"
+#include "cli/options/reportcommandline.h"
+#include "cli/options/runcommandline.h"
+#include "cli/options/usageerror.h"
+#include "cli/shell/helpformatter.h"
+#include "cli/terminal/exitcode.h"
+#include "cli/terminal/resultstream.h"
+
+namespace MCBin {
+
+namespace {
+
+constexpr const char* kToolHelp =
+    "Bins the variables of a CSV file.\n"
+    "  mcbin supervised --target species iris.csv      cut points that separate the classes\n"
+    "  mcbin equal-frequency --bins 10 sales.csv       bins of equal weight, without a target\n"
+    "  mcbin apply bins.json new.csv                   the bins of other data\n"
+    "  mcbin evaluate bins.json new.csv                how the bins do on other data\n"
+    "  mcbin export --format sql --table T bins.json   the bins as SQL, PMML or Python\n"
+    "  mcbin report bins.json -o report.html           charts and tables as an HTML page\n"
+    "  mcbin supervised --help                         the options of a command\n";
+
+std::string DescribeProblem(const CLI::App& app, const char* firstArgument,
+                            const CLI::ParseError& error) {
+  const bool unknownCommand =
+      app.get_subcommands().empty() && firstArgument != nullptr && firstArgument[0] != '-';
+  if (!unknownCommand) return error.what();
+  std::vector<std::string> commands;
+  for (const CLI::App* command : app.get_subcommands({})) commands.push_back(command->get_name());
+  return fmt::format("there is no command {}; the commands are {}", QuotedText(firstArgument),
+                     fmt::join(commands, ", "));
+}
+
+int Print(const std::string& text) {
+  ResultStream out;
+  out.Write(text);
+  out.Flush();
+  return kExitDone;
+}
+
+}  // namespace
+
+void AddCommands(CLI::App& app, CommandAction& action) {
+  app.name("mcbin");
+  app.description(kToolHelp);
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.set_version_flag("--version", "mcbin " MCBINNING_VERSION);
+  app.require_subcommand(1);
+  AddRunCommands(app, action);
+  AddApplyCommand(app, action);
+  AddEvaluateCommand(app, action);
+  AddExportCommand(app, action);
+  AddReportCommand(app, action);
+}
+
+CommandLine ParseCommandLine(int argc, const char* const* argv) {
+  CLI::App app;
+  CommandAction action;
+  AddCommands(app, action);
+  try {
+    app.parse(argc, argv);
+    return {action, kExitDone};
+  } catch (const CLI::Success& asked) {  // --help, --version
+    std::ostringstream text;
+    app.exit(asked, text);
+    return {[text = text.str()] { return Print(text); }, kExitDone};
+  } catch (const CLI::ParseError& error) {
+    fmt::print(stderr, "mcbin: {}\nRun with --help for the options.\n",
+               DescribeProblem(app, argc > 1 ? argv[1] : nullptr, error));
+  } catch (const UsageError& error) {
+    fmt::print(stderr, "mcbin: {}\n", error.what());
+  }
+  return {nullptr, kExitUsage};
+}
+
+}  // namespace MCBin

@@ -1,0 +1,101 @@
+#include "cli/options/commandoptions.h"
+
+#include <fmt/format.h>
+
+#include <string_view>
+#include <utility>
+
+#include "cli/options/optionlist.h"
+#include "cli/options/usageerror.h"
+
+namespace MCBin {
+
+void AddList(CLI::App& command, const std::string& flag, std::vector<std::string>& values,
+             const std::string& typeName, const std::string& help) {
+  command.add_option(flag, values, help)->allow_extra_args(false)->type_name(typeName);
+}
+
+void AddChoice(CLI::App& command, const std::string& flag, std::string& value,
+               const std::vector<std::string>& choices, const std::string& help) {
+  command.add_option(flag, value, help)
+      ->check(CLI::IsMember(choices).description(""))
+      ->type_name(fmt::format("{}", fmt::join(choices, "|")));
+}
+
+void AddNumber(CLI::App& command, const std::string& flag, double& value, double least, double most,
+               const std::string& typeName, const std::string& help) {
+  command.add_option(flag, value, help)
+      ->check([least, most](const std::string& text) {
+        double number = 0.0;
+        const bool fits =
+            CLI::detail::lexical_cast(text, number) && number >= least && number <= most;
+        return fits ? std::string()
+                    : fmt::format("{} is no number from {} to {}", text, least, most);
+      })
+      ->type_name(typeName);
+}
+
+void AddBinFile(CLI::App& command, std::string& path) {
+  command.add_option("BINS", path, "bin file; '-': stdin")->required()->type_name("");
+}
+
+void AddCsvFile(CLI::App& command, std::string& path) {
+  command.add_option("FILE", path, "CSV file with a header row; '-' or none: stdin")->type_name("");
+}
+
+void AddTargetOfBins(CLI::App& command, std::optional<std::string>& target) {
+  command.add_option("--target", target, "which target's bins, when there are several")
+      ->type_name("NAME");
+}
+
+void AddBinForm(CLI::App& command, std::string& form) {
+  AddChoice(command, "--as", form, {"index", "label", "woe"},
+            "how a bin is written (index); woe: weight of evidence");
+}
+
+BinForm ParseBinForm(const std::string& form) {
+  if (form == "label") return BinForm::kLabel;
+  return form == "woe" ? BinForm::kWeightOfEvidence : BinForm::kIndex;
+}
+
+void AddMissingTexts(CLI::App& command, std::vector<std::string>& texts) {
+  AddList(command, "--na", texts, "TEXTS",
+          "texts that mean missing, beside the empty field (as in the bin file)");
+}
+
+void AddDelimiter(CLI::App& command, std::string& delimiter) {
+  command
+      .add_option("--delimiter", delimiter,
+                  "field delimiter; tab or '\\t' for a tab (as in the bin file)")
+      ->type_name("CHAR");
+}
+
+char ParseDelimiter(const std::string& text) {
+  if (text == "\\t" || text == "tab") return '\t';
+  constexpr std::string_view kReserved("\"\r\n\0", 4);
+  const bool oneAscii = text.size() == 1 && static_cast<unsigned char>(text[0]) < 0x80;
+  if (!oneAscii || kReserved.find(text[0]) != std::string_view::npos) {
+    throw UsageError("--delimiter: give one ASCII character, such as ';', or tab");
+  }
+  return text[0];
+}
+
+std::vector<std::string> JoinLists(const std::vector<std::string>& lists) {
+  std::vector<std::string> names;
+  for (const std::string& list : lists) {
+    for (std::string& name : SplitOptionNames(list)) names.push_back(std::move(name));
+  }
+  return names;
+}
+
+std::vector<std::string> JoinMissingTexts(const std::vector<std::string>& lists) {
+  std::vector<std::string> texts;
+  for (const std::string& list : lists) {
+    for (OptionItem& item : SplitOptionList(list)) {
+      texts.push_back(item.quoted && item.text.empty() ? "\"\"" : std::move(item.text));
+    }
+  }
+  return texts;
+}
+
+}  // namespace MCBin

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "cli/options/commandoptions.h"
+
+namespace MCBin {
+
+// Adds `export`. Parsing it sets `action`, which must outlive `app`; it throws UsageError for
+// options that contradict each other.
+void AddExportCommand(CLI::App& app, CommandAction& action);
+
+}  // namespace MCBin

@@ -1,0 +1,149 @@
+#include "cli/options/runcommandline.h"
+
+#include <limits>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/commands/runcommand.h"
+#include "cli/options/runoptions.h"
+
+namespace MCBin {
+
+namespace {
+
+constexpr const char* kSupervisedHelp =
+    "Finds cut points that separate the classes of a target.\n"
+    "  mcbin supervised --target species iris.csv\n"
+    "  mcbin supervised --target churn --weight w --attributes age,income customers.csv\n"
+    "  zcat big.csv.gz | mcbin supervised --target y --json bins.json\n";
+
+constexpr const char* kEqualFrequencyHelp =
+    "Divides attributes into bins of about equal weight.\n"
+    "  mcbin equal-frequency --bins 10 sales.csv\n"
+    "  mcbin equal-frequency --bins 4 --attributes price,area --json bins.json homes.csv\n";
+
+constexpr const char* kFooter =
+    "Lists are separated by commas; an option with a list may be repeated.\n"
+    "Exit codes: 0 done, 1 input refused or run failed, 2 wrong usage,\n"
+    "3 with --strict when a result has a warning or an error, 130 cancelled.";
+
+// The options as CLI11 fills them; what needs a second look is still text.
+struct RawOptions {
+  RunOptions run;
+  std::string delimiter = ",";
+  std::vector<std::string> targets;
+  std::vector<std::string> attributes;
+  std::vector<std::string> categorical;
+  std::vector<std::string> continuous;
+  std::vector<std::string> missingTexts;
+  std::vector<std::string> missing;
+  std::string rounding = "closest";
+  std::string closed = "right";
+  std::string color = "auto";
+};
+
+void AddCount(CLI::App& command, const char* flag, int& count, int least, const char* help) {
+  command.add_option(flag, count, help)
+      ->check(CLI::Range(least, std::numeric_limits<int>::max()).description(""))
+      ->type_name("N");
+}
+
+void AddInputOptions(CLI::App& command, RawOptions& raw) {
+  AddCsvFile(command, raw.run.input);
+  AddList(command, "--attributes", raw.attributes, "NAMES",
+          "columns to bin (default: every continuous column)");
+  AddList(command, "--categorical", raw.categorical, "NAMES",
+          "columns to read as categories; as attributes binned by code");
+  AddList(command, "--continuous", raw.continuous, "NAMES",
+          "columns to read as numbers; other text is an error");
+  command.add_option("--weight", raw.run.weight, "column of frequency weights")->type_name("NAME");
+  AddChoice(command, "--rounding", raw.rounding, {"closest", "truncate"},
+            "how weights become whole numbers (closest)");
+  AddList(command, "--na", raw.missingTexts, "TEXTS",
+          "texts that mean missing, beside the empty field (NA)");
+  AddList(command, "--missing", raw.missing, "NAME=VALUES",
+          "values of a column that count as missing: v1,v2,low:high");
+  command.add_option("--delimiter", raw.delimiter, "field delimiter; tab or '\\t' for a tab (,)")
+      ->type_name("CHAR");
+}
+
+void AddRunOptions(CLI::App& command, RawOptions& raw) {
+  AddChoice(command, "--closed", raw.closed, {"right", "left"},
+            "border that belongs to a bin (right)");
+  command
+      .add_option("--json", raw.run.jsonFile, "also write the bins to FILE; '-': to stdout only")
+      ->type_name("FILE");
+  command.add_option("--report", raw.run.reportFile, "also write an HTML page with charts")
+      ->type_name("FILE");
+  AddChoice(command, "--color", raw.color, {"auto", "always", "never"},
+            "colours on standard output (auto)");
+  AddCount(command, "--jobs", raw.run.jobs, 0,
+           "attributes binned at the same time; 0: one on every core (1)");
+  command.add_option("--temp-dir", raw.run.tempDir, "where temporary files go ($TMPDIR or /tmp)")
+      ->type_name("DIR");
+  command.add_flag("--quiet", raw.run.quiet, "no progress and no notes on standard error");
+  command.add_flag("--strict", raw.run.strict, "exit code 3 when a result has a warning or error");
+  command.footer(kFooter);
+}
+
+CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
+  CLI::App& command = *app.add_subcommand("supervised", kSupervisedHelp);
+  AddList(command, "--target", raw.targets, "NAME", "column with the classes; may be repeated");
+  command.get_option("--target")->required();
+  AddInputOptions(command, raw);
+  AddCount(command, "--prebin-above", raw.run.prebinAbove, 0,
+           "pre-bin above this many distinct values; 0: never (1000)");
+  AddCount(command, "--prebins", raw.run.prebins, 2, "number of equal-frequency pre-bins (1000)");
+  AddNumber(command, "--small-bins", raw.run.smallBins, 0.0, 1.0, "SHARE",
+            "merge inner bins below this share of a neighbour (0)");
+  AddRunOptions(command, raw);
+  return command;
+}
+
+CLI::App& AddEqualFrequency(CLI::App& app, RawOptions& raw) {
+  CLI::App& command = *app.add_subcommand("equal-frequency", kEqualFrequencyHelp);
+  AddCount(command, "--bins", raw.run.bins, 2, "number of bins (10)");
+  AddInputOptions(command, raw);
+  AddRunOptions(command, raw);
+  return command;
+}
+
+RunOptions Finish(RawOptions raw) {
+  RunOptions& run = raw.run;
+  run.rounding =
+      raw.rounding == "truncate" ? IBINVariable::RoundTruncate : IBINVariable::RoundClosest;
+  run.rightClosed = raw.closed == "right";
+  if (raw.color == "always") run.color = ColorChoice::kAlways;
+  if (raw.color == "never") run.color = ColorChoice::kNever;
+  run.delimiter = ParseDelimiter(raw.delimiter);
+  run.targets = JoinLists(raw.targets);
+  run.attributes = JoinLists(raw.attributes);
+  run.categorical = JoinLists(raw.categorical);
+  run.continuous = JoinLists(raw.continuous);
+  if (!raw.missingTexts.empty()) run.missingTexts = JoinMissingTexts(raw.missingTexts);
+  for (const std::string& text : raw.missing) run.missing.push_back(ParseMissingDefinition(text));
+  return std::move(run);
+}
+
+// Parses into `raw`, which the command shares with its action.
+void SetAction(CLI::App& command, const std::shared_ptr<RawOptions>& raw, Algorithm algorithm,
+               CommandAction& action) {
+  command.callback([raw, algorithm, &action] {
+    raw->run.algorithm = algorithm;
+    action = [options = Finish(*raw)] { return RunCommand(options); };
+  });
+}
+
+}  // namespace
+
+void AddRunCommands(CLI::App& app, CommandAction& action) {
+  const auto supervised = std::make_shared<RawOptions>();
+  SetAction(AddSupervised(app, *supervised), supervised, Algorithm::kSupervised, action);
+  const auto equalFrequency = std::make_shared<RawOptions>();
+  SetAction(AddEqualFrequency(app, *equalFrequency), equalFrequency, Algorithm::kEqualFrequency,
+            action);
+}
+
+}  // namespace MCBin

@@ -1,0 +1,43 @@
+#include "cli/terminal/exitguard.h"
+
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <string>
+
+#include "cli/options/usageerror.h"
+#include "cli/terminal/exitcode.h"
+#include "io/inputerror.h"
+#include "io/interrupt.h"
+
+namespace MCBin {
+
+namespace {
+
+int Fail(const std::string& message, int exitCode) {
+  fmt::print(stderr, "mcbin: error: {}\n", message);
+  return exitCode;
+}
+
+}  // namespace
+
+int RunGuarded(const CommandAction& action) {
+  try {
+    return action();
+  } catch (const Interrupt::Requested&) {
+    fmt::print(stderr, "mcbin: cancelled\n");
+    return kExitCancelled;
+  } catch (const UsageError& error) {
+    return Fail(error.what(), kExitUsage);
+  } catch (const InputError& error) {
+    return Fail(error.what(), kExitFailed);
+  } catch (const std::bad_alloc&) {
+    return Fail("not enough memory", kExitFailed);
+  } catch (const std::exception& error) {
+    return Fail(error.what(), kExitFailed);
+  }
+}
+
+}  // namespace MCBin

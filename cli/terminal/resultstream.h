@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "io/filedescriptor.h"
+
+namespace MCBin {
+
+// Standard output, for results only.
+//
+// While it lives, whatever else is written to descriptor 1 goes to standard error, such
+// as the component's line about a temporary file that cannot be read. A reader that went
+// away (a closed pipe) is no error: the rest is dropped.
+class ResultStream {
+ public:
+  ResultStream();
+  ~ResultStream();
+  ResultStream(const ResultStream&) = delete;
+  ResultStream& operator=(const ResultStream&) = delete;
+
+  // Throws InputError when standard output is closed or cannot be written (a full disk).
+  void Write(std::string_view text);
+  void Flush();
+
+  // Nothing written from now on reaches anybody.
+  bool IsReaderGone() const { return fReaderGone; }
+
+ private:
+  FileDescriptor fOutput;
+  std::string fPending;
+  bool fReaderGone = false;
+};
+
+}  // namespace MCBin

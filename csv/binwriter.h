@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "binmodel/apply/fieldcoder.h"
+#include "binmodel/model/binmodel.h"
+#include "cli/options/applyoptions.h"
+#include "csv/columnnames.h"
+#include "csv/csvline.h"
+#include "csv/csvreader.h"
+#include "csv/missingtexts.h"
+
+namespace MCBin {
+
+// Turns the records of a CSV file into records with bins: a column behind the others for
+// each attribute, or in the place of the attribute's own.
+//
+// Every text that a bin can get is made once; a record costs a search among the cut points.
+class BinWriter {
+ public:
+  // The results to apply, as indexes into the model's. Borrows model and missing texts.
+  // Throws InputError when a column is not in the file, a new one would have the name of
+  // another, or weight of evidence is asked for without a target of two classes.
+  BinWriter(const BinModel& model, const std::vector<std::size_t>& results,
+            const ApplyOptions& options, const ColumnNames& names, const MissingTexts& missingTexts,
+            char delimiter);
+
+  // The record that the reader is at, the header first. The text lives until the next call.
+  std::string_view WriteHeader(const CsvReader& reader);
+  std::string_view WriteRecord(const CsvReader& reader);
+
+  // What the user should know about values that were unknown categories.
+  std::vector<std::string> GetNotes() const;
+
+ private:
+  struct Column {
+    FieldCoder coder;
+    const std::vector<double>& cutPoints;
+    std::string header;              // ready to be written, as the cells
+    std::vector<std::string> cells;  // by bin, then the one for missing
+  };
+
+  void AddColumn(const BinModel& model, const AttributeBins& bins, const ColumnNames& names,
+                 const MissingTexts& missingTexts);
+  std::vector<std::string> MakeCells(const BinModel& model, const AttributeBins& bins) const;
+  std::string Ready(const std::string& text) const;
+  const std::string& CellOf(Column& column, const CsvReader& reader) const;
+  template <typename CellText>
+  std::string_view Write(const CsvReader& reader, CellText cellText);
+
+  const ApplyOptions& fOptions;
+  const char fDelimiter;
+  const bool fRightClosed;
+  std::vector<Column> fColumns;
+  std::vector<std::size_t> fColumnAt;  // by position in the file: index into fColumns
+  CsvLine fLine;
+};
+
+}  // namespace MCBin

@@ -1,0 +1,123 @@
+#include "csv/columnnames.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cctype>
+#include <numeric>
+#include <utility>
+
+#include "binmodel/text/displaytext.h"
+#include "io/inputerror.h"
+
+namespace MCBin {
+
+namespace {
+
+std::string LowerCase(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return text;
+}
+
+bool IsBinary(char c) {
+  const bool ordinary = static_cast<unsigned char>(c) >= 0x20;
+  return !ordinary && c != '\t' && c != '\n' && c != '\r';
+}
+
+// Single-character changes that turn one text into the other (Levenshtein).
+std::size_t EditDistance(const std::string& a, const std::string& b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+    }
+  }
+  return row.back();
+}
+
+}  // namespace
+
+ColumnNames::ColumnNames(const CsvReader& header) : fFileName(header.GetName()) {
+  for (const CsvField& field : header.GetFields()) {
+    if (std::any_of(field.text.begin(), field.text.end(), IsBinary)) {
+      throw InputError(
+          fmt::format("{}: control characters in the header; this is a binary file, "
+                      "not CSV text",
+                      header.Where()));
+    }
+    if (!IsUtf8(field.text)) {
+      throw InputError(
+          fmt::format("{}: the name of column {} is not UTF-8 text: {}; convert the "
+                      "file first, for example: iconv -f LATIN1 -t UTF-8",
+                      header.Where(), fNames.size() + 1, QuotedText(field.text)));
+    }
+    fNames.emplace_back(field.text);
+  }
+  CheckDuplicates(header.Where());
+}
+
+ColumnNames ColumnNames::Read(CsvReader& reader) {
+  if (!reader.Next()) {
+    throw InputError(
+        fmt::format("{}: the file is empty; there is no header row", reader.GetName()));
+  }
+  return ColumnNames(reader);
+}
+
+bool ColumnNames::Contains(const std::string& name) const {
+  return std::find(fNames.begin(), fNames.end(), name) != fNames.end();
+}
+
+void ColumnNames::CheckDuplicates(const std::string& where) const {
+  std::vector<std::size_t> byName(fNames.size());
+  std::iota(byName.begin(), byName.end(), std::size_t{0});
+  std::stable_sort(byName.begin(), byName.end(),
+                   [this](std::size_t a, std::size_t b) { return fNames[a] < fNames[b]; });
+  for (std::size_t i = 1; i < byName.size(); ++i) {
+    const std::string& name = fNames[byName[i]];
+    if (name.empty() || name != fNames[byName[i - 1]]) continue;
+    throw InputError(fmt::format("{}: columns {} and {} have the same name {}; rename one", where,
+                                 byName[i - 1] + 1, byName[i] + 1, QuotedText(name)));
+  }
+}
+
+std::size_t ColumnNames::Find(const std::string& name) const {
+  const auto found = std::find(fNames.begin(), fNames.end(), name);
+  if (!name.empty() && found != fNames.end()) {
+    return static_cast<std::size_t>(found - fNames.begin());
+  }
+  throw InputError(
+      fmt::format("{}: there is no column {}; {}", fFileName, QuotedText(name), Suggest(name)));
+}
+
+std::string ColumnNames::Suggest(const std::string& name) const {
+  if (fNames.size() == 1) {
+    for (const char delimiter : {';', '\t', '|', ','}) {
+      if (fNames[0].find(delimiter) == std::string::npos) continue;
+      return fmt::format("the header is one column, {}: is --delimiter '{}' missing?",
+                         QuotedText(fNames[0]), PrintableText({&delimiter, 1}));
+    }
+  }
+  constexpr std::size_t kLongestCompared = 100;
+  constexpr std::size_t kMostNames = 12;
+  std::string near;
+  std::string all;
+  for (const std::string& candidate : fNames) {
+    const std::size_t largestDistance = 1 + name.size() / 4;
+    const bool comparable = std::max(candidate.size(), name.size()) <= kLongestCompared;
+    if (comparable && EditDistance(LowerCase(candidate), LowerCase(name)) <= largestDistance) {
+      near += (near.empty() ? "" : ", ") + QuotedText(candidate);
+    }
+    if (fNames.size() <= kMostNames) all += (all.empty() ? "" : ", ") + QuotedText(candidate);
+  }
+  if (!near.empty()) return "did you mean " + near + "?";
+  if (!all.empty()) return "the columns are " + all;
+  return fmt::format("the file has {} columns, the first is {}", fNames.size(),
+                     QuotedText(fNames[0]));
+}
+
+}  // namespace MCBin

@@ -1,0 +1,82 @@
+#include "csv/columnscan.h"
+
+#include "binmodel/model/usermissing.h"
+#include "binmodel/text/number.h"
+#include "common/missing.h"
+
+namespace MCBin {
+
+namespace {
+
+constexpr double kNoCategory = -1.0;
+
+ColumnScan::Sighting MakeSighting(std::uint64_t line, std::string_view text) {
+  constexpr std::size_t kShownBytes = 100;
+  return {line, std::string(text.substr(0, kShownBytes)), text.size()};
+}
+
+}  // namespace
+
+ColumnScan::ColumnScan(const ColumnRequest& request)
+    : fMayBeCategorical(request.MayBeCategorical()) {
+  if (!fMayBeCategorical) return;
+  fNumbers.emplace(kMaxCategories + 1);
+  fTexts.emplace(kMaxCategories + 1);
+  if (request.missing.IsEmpty()) return;
+  fNumbers->SetUserMissingInfo(MakeNumericUserMissing(request.missing).release());
+  fTexts->SetUserMissingInfo(MakeStringUserMissing(request.missing).release());
+}
+
+ColumnScan::Value ColumnScan::GetMissing() const {
+  return {fMayBeCategorical ? kNoCategory : MCMV::Missing(), kNoCategory};
+}
+
+ColumnScan::Value ColumnScan::Add(const CsvField& field, std::uint64_t line, bool counts) {
+  Value value = GetMissing();
+  if (!fFirstText) value.ifNumeric = AddNumber(field, line, counts);
+  if (fTexts && counts) value.ifTexts = AddText(field.text, line);
+  return value;
+}
+
+double ColumnScan::AddNumber(const CsvField& field, std::uint64_t line, bool counts) {
+  const ParsedNumber number = ParseNumber(field);
+  if (number.kind == NumberKind::kNumber && !fMayBeCategorical) return number.value;
+  if (number.kind == NumberKind::kText) {
+    fFirstText = MakeSighting(line, field.text);
+    fNumbers.reset();
+  }
+  if (number.kind == NumberKind::kInfinite && !fFirstInfinite) {
+    fFirstInfinite = MakeSighting(line, field.text);
+  }
+  if (number.kind != NumberKind::kNumber || !fNumbers || !counts) return GetMissing().ifNumeric;
+  const double code = fNumbers->Encode(number.value);
+  if (fNumbers->GetNumberOfCategories() > kMaxCategories) {
+    fFirstNumberBeyond = MakeSighting(line, field.text);
+    fNumbers.reset();
+  }
+  return code;
+}
+
+double ColumnScan::AddText(std::string_view text, std::uint64_t line) {
+  double code = kNoCategory;
+  const bool tooLong = text.size() > kMaxCategoryBytes;
+  if (!tooLong) {
+    fTextBuffer.assign(text);
+    code = fTexts->Encode(fTextBuffer);
+  }
+  if (tooLong || fTexts->GetNumberOfCategories() > kMaxCategories) {
+    fFirstTextBeyond = MakeSighting(line, text);
+    fTexts.reset();
+  }
+  return code;
+}
+
+const std::optional<ColumnScan::Sighting>& ColumnScan::GetFirstBeyond() const {
+  return IsNumeric() ? fFirstNumberBeyond : fFirstTextBeyond;
+}
+
+int ColumnScan::GetCategoryCount() const {
+  return IsNumeric() ? fNumbers->GetNumberOfCategories() : fTexts->GetNumberOfCategories();
+}
+
+}  // namespace MCBin

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "csv/columnrequest.h"
+#include "csv/csvfield.h"
+#include "metadata/bincatnumencoder.h"
+#include "metadata/binstringencoder.h"
+
+namespace MCBin {
+
+// What the pass over the file learns about one column: whether it is numeric, and its categories
+// when it may be categorical.
+//
+// Whether a column is numeric is known at the end only, so its categories are coded both
+// as numbers and as texts until one of the two is ruled out.
+//
+//   Memory   at most kMaxCategories + 1 categories of each kind, of at most
+//            kMaxCategoryBytes bytes; then the column's categories are given up.
+class ColumnScan {
+ public:
+  static constexpr int kMaxCategories = 256;
+  static constexpr std::size_t kMaxCategoryBytes = 4096;
+
+  // A field worth telling the user about.
+  struct Sighting {
+    std::uint64_t line;
+    std::string text;   // its beginning
+    std::size_t bytes;  // of the whole
+  };
+
+  // What a field is worth, if the column turns out to be numeric or to hold texts: its number,
+  // or its category code when the column may be categorical. The missing value, or the code -1,
+  // where there is none.
+  struct Value {
+    double ifNumeric;
+    double ifTexts;
+  };
+
+  explicit ColumnScan(const ColumnRequest& request);
+
+  // The value of a missing field.
+  Value GetMissing() const;
+
+  // Takes in a field that is not missing. `counts` is false in a record that
+  // is dropped for its weight: it says something about the kind, but adds no category.
+  Value Add(const CsvField& field, std::uint64_t line, bool counts);
+
+  // Every field so far is a number, or NaN, or infinite.
+  bool IsNumeric() const { return !fFirstText; }
+
+  // The first field that is no number, and the first infinite one.
+  const std::optional<Sighting>& GetFirstText() const { return fFirstText; }
+  const std::optional<Sighting>& GetFirstInfinite() const { return fFirstInfinite; }
+
+  // The first field that could not be a category, because there were too many or it is too
+  // long; of the kind that the column turned out to be.
+  const std::optional<Sighting>& GetFirstBeyond() const;
+
+  // The categories in code order. Requires a column that may be categorical and has none
+  // beyond.
+  const BINCatNumEncoder& GetNumbers() const { return *fNumbers; }
+  const BINStringEncoder& GetTexts() const { return *fTexts; }
+  int GetCategoryCount() const;
+
+ private:
+  double AddNumber(const CsvField& field, std::uint64_t line, bool counts);
+  double AddText(std::string_view text, std::uint64_t line);
+
+  bool fMayBeCategorical;
+  std::optional<Sighting> fFirstText;
+  std::optional<Sighting> fFirstInfinite;
+  std::optional<BINCatNumEncoder> fNumbers;  // empty when ruled out or given up
+  std::optional<BINStringEncoder> fTexts;
+  std::optional<Sighting> fFirstNumberBeyond;
+  std::optional<Sighting> fFirstTextBeyond;
+  std::string fTextBuffer;  // reused: the encoder wants a std::string
+};
+
+}  // namespace MCBin

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/terminal/progressbar.h"
+#include "csv/columnrequest.h"
+#include "csv/columnscan.h"
+#include "csv/csvreader.h"
+#include "csv/missingtexts.h"
+#include "csv/weightcheck.h"
+#include "io/valuefile.h"
+
+namespace MCBin {
+
+// What the pass over the file found.
+struct InputScan {
+  std::uint64_t recordCount = 0;  // the dropped ones included
+  DroppedRecords dropped;
+  std::vector<ColumnScan> columns;  // one per request; unused for the weight
+
+  // The values of the records that were not dropped. Column i of the file is that of request
+  // i if it is numeric, column textColumns[i] if it holds texts.
+  std::unique_ptr<ValueFile> values;
+  std::vector<std::size_t> textColumns;
+
+  // The value file's column of a request.
+  std::size_t GetValueColumn(std::size_t request) const {
+    return columns[request].IsNumeric() ? request : textColumns[request];
+  }
+};
+
+// Reads every record after the header; its values go to a temporary file in `directory`.
+// Throws InputError for what the reader and the
+// weights refuse, for a text in a column that must be numeric, and when no record is left;
+// Interrupt::Requested when the user stops it.
+InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& requests,
+                    IBINVariable::BINWRoundingOption rounding, const MissingTexts& missingTexts,
+                    const std::string& directory, ProgressBar& progress);
+
+}  // namespace MCBin

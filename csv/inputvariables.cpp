@@ -1,0 +1,195 @@
+#include "csv/inputvariables.h"
+
+#include <fmt/format.h>
+
+#include "binmodel/text/displaytext.h"
+#include "cli/options/usageerror.h"
+#include "io/inputerror.h"
+
+namespace MCBin {
+
+namespace {
+
+class Builder {
+ public:
+  Builder(const std::string& fileName, IBINVariable::BINWRoundingOption rounding,
+          std::vector<std::string>& notes)
+      : fFileName(fileName), fRounding(rounding), fNotes(notes) {}
+
+  // `column` is that of the value file.
+  void Add(const ColumnRequest& request, const ColumnScan& scan, std::size_t column) {
+    switch (request.use) {
+      case ColumnUse::kTarget:
+        AddTarget(request, scan, column);
+        break;
+      case ColumnUse::kWeight:
+        CheckNumericMissing(request.missing);
+        fVariables.weight = {request.name, fRounding, request.missing, column};
+        break;
+      case ColumnUse::kAttribute:
+        AddAttribute(request, scan, column);
+        break;
+    }
+  }
+
+  InputVariables Finish() {
+    if (!fNotNumeric.empty()) {
+      fNotes.push_back(
+          fmt::format("left out because they are not numeric: {}; --categorical NAME "
+                      "bins a column by the codes of its categories",
+                      fNotNumeric));
+    }
+    if (fVariables.attributes.empty()) {
+      throw InputError(fmt::format("{}: no column can be binned{}{}", fFileName,
+                                   fNotNumeric.empty() ? "" : "; not numeric: ", fNotNumeric));
+    }
+    return std::move(fVariables);
+  }
+
+ private:
+  std::string Where(const ColumnScan::Sighting& sighting) const {
+    return fmt::format("{}:{}", fFileName, sighting.line);
+  }
+
+  void AddTarget(const ColumnRequest& request, const ColumnScan& scan, std::size_t column) {
+    CheckCategories(request, scan, "a target has");
+    if (scan.GetCategoryCount() < 2) {
+      const bool none = scan.GetCategoryCount() == 0;
+      throw InputError(
+          fmt::format("{}: the target {} has {}; at least two different values are "
+                      "needed",
+                      fFileName, QuotedText(request.name),
+                      none ? "no value" : "a single value in all records"));
+    }
+    fVariables.targets.push_back(MakeCategorical(request, scan));
+    fVariables.targetColumns.push_back(column);
+  }
+
+  void AddAttribute(const ColumnRequest& request, const ColumnScan& scan, std::size_t column) {
+    const bool categorical = request.kind == KindRequest::kCategorical;
+    if (!categorical && !scan.IsNumeric()) {
+      LeaveOutText(request, *scan.GetFirstText());
+      return;
+    }
+    if (categorical) {
+      CheckCategories(request, scan, "a categorical column has");
+      if (scan.GetCategoryCount() < 2) {
+        fNotes.push_back(fmt::format("left out: column {} has fewer than two categories",
+                                     QuotedText(request.name)));
+        return;
+      }
+    } else {
+      CheckFinite(request, scan);
+    }
+    fVariables.attributes.push_back(categorical ? MakeCategorical(request, scan)
+                                                : MakeContinuous(request));
+    fVariables.attributeColumns.push_back(column);
+  }
+
+  void LeaveOutText(const ColumnRequest& request, const ColumnScan::Sighting& text) {
+    if (request.byName) {
+      throw InputError(
+          fmt::format("{}: {} in column {} is not a number; use --na for texts that "
+                      "mean missing, or --categorical to bin the column by the codes "
+                      "of its categories",
+                      Where(text), QuotedText(text.text), QuotedText(request.name)));
+    }
+    constexpr int kMostNamed = 10;
+    if (++fNotNumericCount > kMostNamed) {
+      if (fNotNumericCount == kMostNamed + 1) fNotNumeric += " and more";
+      return;
+    }
+    fNotNumeric += fmt::format("{}{} (line {}: {})", fNotNumeric.empty() ? "" : ", ",
+                               QuotedText(request.name), text.line, ElideText(text.text, 20));
+  }
+
+  void CheckFinite(const ColumnRequest& request, const ColumnScan& scan) const {
+    const auto& infinite = scan.GetFirstInfinite();
+    if (!infinite) return;
+    throw InputError(
+        fmt::format("{}: the number {} in column {} is infinite or too large; read it "
+                    "as missing with --na {}, or leave the column out",
+                    Where(*infinite), QuotedText(infinite->text), QuotedText(request.name),
+                    ElideText(infinite->text, 40)));
+  }
+
+  void CheckCategories(const ColumnRequest& request, const ColumnScan& scan,
+                       const char* whatHas) const {
+    if (scan.IsNumeric()) CheckFinite(request, scan);
+    const auto& beyond = scan.GetFirstBeyond();
+    if (!beyond) return;
+    const bool tooLong = beyond->bytes > ColumnScan::kMaxCategoryBytes;
+    const std::string limit =
+        tooLong ? fmt::format("values of at most {} bytes, this one has {}",
+                              ColumnScan::kMaxCategoryBytes, beyond->bytes)
+                : fmt::format("at most {} different values, {} is one too many",
+                              ColumnScan::kMaxCategories, QuotedText(beyond->text));
+    throw InputError(
+        fmt::format("{}: column {}: {} {}; choose another column, or group its values "
+                    "first",
+                    Where(*beyond), QuotedText(request.name), whatHas, limit));
+  }
+
+  VariableInfo MakeContinuous(const ColumnRequest& request) const {
+    CheckNumericMissing(request.missing);
+    return {request.name, VariableKind::kContinuous, request.missing, {}, {}};
+  }
+
+  VariableInfo MakeCategorical(const ColumnRequest& request, const ColumnScan& scan) const {
+    VariableInfo info{request.name, VariableKind::kStringCategorical, request.missing, {}, {}};
+    if (scan.IsNumeric()) {
+      info.kind = VariableKind::kNumericCategorical;
+      CheckNumericMissing(request.missing);
+      for (int code = 0; code < scan.GetCategoryCount(); ++code) {
+        info.numbers.push_back(scan.GetNumbers().Decode(code));
+      }
+    } else {
+      CheckTextMissing(request.missing);
+      for (int code = 0; code < scan.GetCategoryCount(); ++code) {
+        info.texts.push_back(scan.GetTexts().Decode(code));
+        CheckUtf8(request, info.texts.back());
+      }
+    }
+    return info;
+  }
+
+  void CheckUtf8(const ColumnRequest& request, const std::string& text) const {
+    if (IsUtf8(text)) return;
+    throw InputError(
+        fmt::format("{}: the value {} in column {} is not UTF-8 text; convert the "
+                    "file first, for example: iconv -f LATIN1 -t UTF-8",
+                    fFileName, QuotedText(text), QuotedText(request.name)));
+  }
+
+  static void CheckNumericMissing(const MissingDefinition& missing) { missing.NumericValues(); }
+
+  static void CheckTextMissing(const MissingDefinition& missing) {
+    if (!missing.interval) return;
+    throw UsageError(
+        fmt::format("--missing {}: an interval needs a numeric column; a text with "
+                    "a colon is written in double quotes",
+                    QuotedText(missing.column)));
+  }
+
+  const std::string& fFileName;
+  const IBINVariable::BINWRoundingOption fRounding;
+  std::vector<std::string>& fNotes;
+  InputVariables fVariables;
+  std::string fNotNumeric;
+  int fNotNumericCount = 0;
+};
+
+}  // namespace
+
+InputVariables MakeInputVariables(const std::string& fileName,
+                                  const std::vector<ColumnRequest>& requests, const InputScan& scan,
+                                  IBINVariable::BINWRoundingOption rounding,
+                                  std::vector<std::string>& notes) {
+  Builder builder(fileName, rounding, notes);
+  for (std::size_t i = 0; i < requests.size(); ++i) {
+    builder.Add(requests[i], scan.columns[i], scan.GetValueColumn(i));
+  }
+  return builder.Finish();
+}
+
+}  // namespace MCBin

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "csv/csvfield.h"
+
+namespace MCBin {
+
+// Which fields hold no value: empty or blank ones, and the texts of --na (blanks around
+// them ignored). A quoted empty field is a text, unless the list names it as "".
+class MissingTexts {
+ public:
+  explicit MissingTexts(const std::vector<std::string>& texts);
+
+  bool IsMissing(const CsvField& field) const {
+    const bool toldByItsFirstByte = !field.text.empty() && !fMayBegin[FirstByte(field.text)];
+    return !toldByItsFirstByte && IsMissingText(field);
+  }
+
+ private:
+  static std::size_t FirstByte(std::string_view text) {
+    return static_cast<unsigned char>(text.front());
+  }
+  bool IsMissingText(const CsvField& field) const;
+
+  std::vector<std::string> fTexts;
+  std::array<bool, 256> fMayBegin{};  // a missing text begins with one of these, or is empty
+  bool fQuotedEmpty = false;
+};
+
+}  // namespace MCBin

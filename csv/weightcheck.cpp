@@ -1,0 +1,51 @@
+#include "csv/weightcheck.h"
+
+#include <fmt/format.h>
+
+#include "binmodel/model/usermissing.h"
+#include "binmodel/text/displaytext.h"
+#include "binmodel/text/number.h"
+#include "common/missing.h"
+#include "io/inputerror.h"
+
+namespace MCBin {
+
+WeightCheck::WeightCheck(const ColumnRequest& weight, IBINVariable::BINWRoundingOption rounding,
+                         const MissingTexts& missingTexts)
+    : fWeight(weight),
+      fMissingTexts(missingTexts),
+      fUserMissing(MakeNumericUserMissing(weight.missing)),
+      fEncoder(rounding) {}
+
+std::optional<double> WeightCheck::Check(const CsvReader& reader) {
+  const CsvField& field = reader.GetFields()[fWeight.position];
+  const bool missing = fMissingTexts.IsMissing(field);
+  const ParsedNumber weight = missing ? ParsedNumber{NumberKind::kNaN, 0.0} : ParseNumber(field);
+  const bool userMissing =
+      weight.kind == NumberKind::kNumber && fUserMissing->Contains(weight.value);
+  if (weight.kind == NumberKind::kNaN || userMissing) {
+    ++fDropped.missing;
+    return std::nullopt;
+  }
+  if (weight.kind != NumberKind::kNumber || weight.value < 0.0) {
+    const char* const problem = weight.kind == NumberKind::kText       ? "is not a number"
+                                : weight.kind == NumberKind::kInfinite ? "is infinite"
+                                                                       : "is negative";
+    throw InputError(
+        fmt::format("{}: the weight {} in column {} {}; weights are numbers from 0 "
+                    "up, an empty field drops the record",
+                    reader.Where(), QuotedText(field.text), QuotedText(fWeight.name), problem));
+  }
+  if (weight.value == 0.0) {
+    ++fDropped.zero;
+    return std::nullopt;
+  }
+  const double rounded = fEncoder.Encode(weight.value);
+  if (MCMV::IsMissing(rounded)) {
+    ++fDropped.roundedToZero;
+    return std::nullopt;
+  }
+  return rounded;
+}
+
+}  // namespace MCBin

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "io/filedescriptor.h"
+
+namespace MCBin {
+
+// The input, open for one pass from its front.
+class InputStream {
+ public:
+  // Opens `path`; "-" is standard input. `expected` names what should be in it: "a CSV file".
+  // Throws InputError when there is no such file or it is a directory.
+  InputStream(const std::string& path, const char* expected);
+
+  int Get() const { return fFile.Get(); }
+
+  // For messages: the path, or "standard input".
+  const std::string& GetName() const { return fName; }
+
+  // A file that stands at its front; its size, 0 for anything else.
+  bool IsRegularFile() const { return fIsRegularFile; }
+  std::uint64_t GetSize() const { return fSize; }
+
+  // Waits until a read would not block, or the end is reached. Throws Interrupt::Requested;
+  // a read alone would miss a signal that comes just before it.
+  static void WaitForInput(int file);
+
+ private:
+  std::string fName;
+  FileDescriptor fFile;
+  bool fIsRegularFile = false;
+  std::uint64_t fSize = 0;
+};
+
+}  // namespace MCBin

@@ -1,0 +1,157 @@
+#include "io/privatedirectory.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "binmodel/text/displaytext.h"
+#include "io/inputerror.h"
+
+namespace MCBin {
+
+namespace {
+
+constexpr const char* kLockName = "lock";
+constexpr std::size_t kRandomLetters = 6;
+
+std::string ChooseParent(const std::optional<std::string>& parent) {
+  if (parent) return *parent;
+  const char* const fromEnvironment = std::getenv("TMPDIR");
+  const bool given = fromEnvironment != nullptr && *fromEnvironment != '\0';
+  return given ? fromEnvironment : "/tmp";
+}
+
+[[noreturn]] void Refuse(const std::string& parent, int error) {
+  throw InputError(
+      fmt::format("cannot write temporary files in {}: {}; choose another directory "
+                  "with --temp-dir",
+                  QuotedText(parent), std::strerror(error)));
+}
+
+std::string NamePrefix() { return fmt::format("mcbin-{}-", geteuid()); }
+
+// Whether a directory of this user can have the name.
+bool IsOurName(std::string_view name) {
+  const std::string prefix = NamePrefix();
+  if (name.substr(0, prefix.size()) != prefix) return false;
+  name.remove_prefix(prefix.size());
+  const std::size_t digits = std::min(name.find_first_not_of("0123456789"), name.size());
+  name.remove_prefix(digits);
+  return digits > 0 && name.size() == kRandomLetters + 1 && name.front() == '-' &&
+         std::all_of(name.begin() + 1, name.end(),
+                     [](unsigned char letter) { return std::isalnum(letter) != 0; });
+}
+
+// The names in an open directory but "." and ".."; none when it cannot be read.
+std::vector<std::string> NamesIn(int directory) {
+  std::vector<std::string> names;
+  // A descriptor of its own: reading moves the position of the one it is given.
+  FileDescriptor copy(openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const auto closeStream = [](DIR* stream) { closedir(stream); };
+  const std::unique_ptr<DIR, decltype(closeStream)> stream(
+      copy.IsOpen() ? fdopendir(copy.Get()) : nullptr, closeStream);
+  if (!stream) return names;
+  copy.Release();
+  while (const dirent* const entry = readdir(stream.get())) {
+    const std::string name = entry->d_name;
+    if (name != "." && name != "..") names.push_back(name);
+  }
+  return names;
+}
+
+int OpenDirectory(int parent, const char* name) {
+  return openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+}
+
+// Removes a private directory whose lock is held: its files by their names in the open
+// directory, links themselves and not what they lead to, the lock as the last one. With
+// anything else in it, it stays.
+void Remove(int parent, const char* name, int directory) {
+  for (const std::string& file : NamesIn(directory)) {
+    if (file != kLockName) unlinkat(directory, file.c_str(), 0);
+  }
+  unlinkat(directory, kLockName, 0);
+  unlinkat(parent, name, AT_REMOVEDIR);
+}
+
+// Removes the directory when its owner is gone. One without a lock file is being made at this
+// moment, or being removed, or was never begun: it goes if it is empty.
+void RemoveIfLeft(int parent, const char* name) {
+  const FileDescriptor directory(OpenDirectory(parent, name));
+  struct stat status = {};
+  const bool isOurs = directory.IsOpen() && fstat(directory.Get(), &status) == 0 &&
+                      status.st_uid == geteuid() && (status.st_mode & 077) == 0;
+  if (!isOurs) return;
+  const FileDescriptor lock(
+      openat(directory.Get(), kLockName, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (lock.IsOpen()) {
+    if (flock(lock.Get(), LOCK_EX | LOCK_NB) == 0) Remove(parent, name, directory.Get());
+  } else if (errno == ENOENT) {
+    unlinkat(parent, name, AT_REMOVEDIR);
+  }
+}
+
+void RemoveLeftovers(const std::string& parentPath) {
+  const FileDescriptor parent(open(parentPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!parent.IsOpen()) return;
+  for (const std::string& name : NamesIn(parent.Get())) {
+    if (IsOurName(name)) RemoveIfLeft(parent.Get(), name.c_str());
+  }
+}
+
+// Whether this process has the lock now. Where the file system knows no locks, nobody will get
+// this one and remove the directory, so there it counts as locked.
+bool Lock(int file) {
+  struct stat status = {};
+  return (flock(file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) &&
+         fstat(file, &status) == 0 && status.st_nlink > 0;
+}
+
+}  // namespace
+
+PrivateDirectory::PrivateDirectory(const std::optional<std::string>& parent) {
+  const std::string base = ChooseParent(parent);
+  RemoveLeftovers(base);
+  while (!Make(base)) continue;
+}
+
+// False when another process took the new directory for a leftover before it was locked.
+bool PrivateDirectory::Make(const std::string& parent) {
+  const std::string letters(kRandomLetters, 'X');
+  std::string path = fmt::format("{}/{}{}-{}", parent, NamePrefix(), getpid(), letters);
+  if (mkdtemp(path.data()) == nullptr) Refuse(parent, errno);
+
+  const std::string lockPath = fmt::format("{}/{}", path, kLockName);
+  fLock.Reset(open(lockPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (!fLock.IsOpen() && errno == ENOENT) return false;
+  // A full disk shows here, not after an hour.
+  const bool written = fLock.IsOpen() && write(fLock.Get(), "x", 1) == 1;
+  const int error = errno;
+  if (!written) {
+    unlink(lockPath.c_str());
+    rmdir(path.c_str());
+    Refuse(parent, error);
+  }
+  if (!Lock(fLock.Get())) return false;
+  fPath = path;
+  return true;
+}
+
+PrivateDirectory::~PrivateDirectory() {
+  const FileDescriptor directory(OpenDirectory(AT_FDCWD, fPath.c_str()));
+  if (directory.IsOpen()) Remove(AT_FDCWD, fPath.c_str(), directory.Get());
+}
+
+}  // namespace MCBin

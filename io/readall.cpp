@@ -1,0 +1,58 @@
+#include "io/readall.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+#include "io/inputerror.h"
+#include "io/inputstream.h"
+
+namespace MCBin {
+
+namespace {
+
+constexpr std::size_t kMostBytes = std::size_t{256} << 20;
+constexpr std::size_t kChunkBytes = std::size_t{1} << 16;
+
+// What comes first; '\0' when there are nothing but blanks.
+char FirstCharacter(std::string_view text) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+    text.remove_prefix(kByteOrderMark.size());
+  }
+  const std::size_t at = text.find_first_not_of(" \t\r\n");
+  return at == std::string_view::npos ? '\0' : text[at];
+}
+
+}  // namespace
+
+InputText ReadAll(const std::string& path, char first, const char* expected) {
+  const InputStream input(path, expected);
+  InputText all{input.GetName(), {}};
+  std::vector<char> chunk(kChunkBytes);
+  for (;;) {
+    InputStream::WaitForInput(input.Get());
+    const ssize_t got = read(input.Get(), chunk.data(), chunk.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) {
+      throw InputError(fmt::format("{}: cannot read: {}", all.name, std::strerror(errno)));
+    }
+    const bool atEnd = got == 0;
+    const bool isFirstChunk = all.text.empty();
+    all.text.append(chunk.data(), static_cast<std::size_t>(got));
+    if ((atEnd || isFirstChunk) && FirstCharacter(all.text) != first) {
+      throw InputError(fmt::format("{}: this is not {}", all.name, expected));
+    }
+    if (atEnd) return all;
+    if (all.text.size() > kMostBytes) {
+      throw InputError(
+          fmt::format("{}: larger than {} MiB; give {}", all.name, kMostBytes >> 20, expected));
+    }
+  }
+}
+
+}  // namespace MCBin

@@ -1,0 +1,106 @@
+#include "io/valuefile.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "binmodel/text/displaytext.h"
+#include "io/inputerror.h"
+
+namespace MCBin {
+
+namespace {
+
+// About 1 MiB for all columns. An odd number of cache lines, as the values of one record lie
+// that far apart: with a power of two they would push each other out of the cache.
+std::size_t ChooseRecordsPerBlock(std::size_t columnCount) {
+  constexpr std::size_t kBlockValues = std::size_t{1} << 17;
+  constexpr std::size_t kValuesPerLine = 8;
+  const std::size_t records =
+      std::clamp<std::size_t>(kBlockValues / std::max<std::size_t>(columnCount, 1), 512, 8192);
+  return records / kValuesPerLine / 2 * 2 * kValuesPerLine + kValuesPerLine;
+}
+
+}  // namespace
+
+ValueFile::ValueFile(const std::string& directory, std::size_t columnCount)
+    : fDirectory(directory),
+      fColumnCount(columnCount),
+      fRecordsPerBlock(ChooseRecordsPerBlock(columnCount)),
+      fBlock(columnCount * fRecordsPerBlock),
+      fIsAbandoned(columnCount, false) {
+  const std::string path = directory + "/values";
+  fFile.Reset(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (!fFile.IsOpen() || unlink(path.c_str()) != 0) {
+    throw InputError(
+        fmt::format("cannot make a temporary file in {}: {}; choose another "
+                    "directory with --temp-dir",
+                    QuotedText(fDirectory), std::strerror(errno)));
+  }
+}
+
+void ValueFile::Finish() {
+  if (fRecordsInBlock > 0) WriteBlock();
+  fBlock = {};
+}
+
+// Neighbouring columns go out together, and leave holes for the abandoned ones.
+void ValueFile::WriteBlock() {
+  std::size_t column = 0;
+  while (column < fColumnCount) {
+    const auto first = std::find(fIsAbandoned.begin() + static_cast<std::ptrdiff_t>(column),
+                                 fIsAbandoned.end(), false);
+    const auto end = std::find(first, fIsAbandoned.end(), true);
+    column = static_cast<std::size_t>(end - fIsAbandoned.begin());
+    Write(static_cast<std::size_t>(first - fIsAbandoned.begin()), column);
+  }
+  ++fBlocksWritten;
+  fRecordsInBlock = 0;
+}
+
+void ValueFile::Write(std::size_t firstColumn, std::size_t endColumn) {
+  const char* bytes = reinterpret_cast<const char*>(fBlock.data() + firstColumn * fRecordsPerBlock);
+  std::size_t left = (endColumn - firstColumn) * fRecordsPerBlock * sizeof(double);
+  std::uint64_t position = PositionOf(fBlocksWritten, firstColumn);
+  while (left > 0) {
+    const ssize_t written = pwrite(fFile.Get(), bytes, left, static_cast<off_t>(position));
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) {
+      throw InputError(
+          fmt::format("cannot write a temporary file in {}: {}; choose another "
+                      "directory with --temp-dir",
+                      QuotedText(fDirectory), std::strerror(errno)));
+    }
+    bytes += written;
+    left -= static_cast<std::size_t>(written);
+    position += static_cast<std::uint64_t>(written);
+  }
+}
+
+std::uint64_t ValueFile::PositionOf(std::size_t block, std::size_t column) const {
+  return (std::uint64_t{block} * fColumnCount + column) * fRecordsPerBlock * sizeof(double);
+}
+
+void ValueFile::Read(std::size_t block, std::size_t column, double* values) const {
+  char* bytes = reinterpret_cast<char*>(values);
+  std::size_t left = fRecordsPerBlock * sizeof(double);
+  std::uint64_t position = PositionOf(block, column);
+  while (left > 0) {
+    const ssize_t got = pread(fFile.Get(), bytes, left, static_cast<off_t>(position));
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) {
+      throw InputError(fmt::format("cannot read back a temporary file in {}: {}",
+                                   QuotedText(fDirectory),
+                                   got == 0 ? "it ends early" : std::strerror(errno)));
+    }
+    bytes += got;
+    left -= static_cast<std::size_t>(got);
+    position += static_cast<std::uint64_t>(got);
+  }
+}
+
+}  // namespace MCBin

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "io/filedescriptor.h"
+
+namespace MCBin {
+
+// The values of a run's columns in a temporary file, so that no field of the input is parsed
+// twice. First written record by record, then read block by block.
+//
+//   Blocks    of the same number of records each, but for the last; a block holds its
+//             values column by column, so a reader fetches the columns it needs alone.
+//   Memory    one block, about 1 MiB.
+//   Disk      8 bytes a value. The file has no name: it goes with this object, or with the
+//             process, however that ends.
+//   Threads   any number may read at the same time, once Finish() has returned.
+class ValueFile {
+ public:
+  // Makes the file. Throws InputError.
+  ValueFile(const std::string& directory, std::size_t columnCount);
+
+  // Sets a value of the record that is written. A column that is not set keeps an arbitrary
+  // value.
+  void Set(std::size_t column, double value) {
+    fBlock[column * fRecordsPerBlock + fRecordsInBlock] = value;
+  }
+
+  // Ends the record. Throws InputError when the disk is full.
+  void FinishRecord() {
+    ++fRecordCount;
+    if (++fRecordsInBlock == fRecordsPerBlock) WriteBlock();
+  }
+
+  // Nobody will read the column: it takes no room from now on.
+  void Abandon(std::size_t column) { fIsAbandoned[column] = true; }
+
+  // Ends the writing. Throws InputError.
+  void Finish();
+
+  std::uint64_t GetRecordCount() const { return fRecordCount; }
+  std::size_t GetRecordsPerBlock() const { return fRecordsPerBlock; }
+
+  // Reads the values of one column in a block; `values` has room for those of a whole one.
+  // Throws InputError when the file cannot be read.
+  void Read(std::size_t block, std::size_t column, double* values) const;
+
+ private:
+  void WriteBlock();
+  void Write(std::size_t firstColumn, std::size_t endColumn);
+  std::uint64_t PositionOf(std::size_t block, std::size_t column) const;
+
+  const std::string fDirectory;
+  const std::size_t fColumnCount;
+  const std::size_t fRecordsPerBlock;
+  FileDescriptor fFile;
+  std::vector<double> fBlock;  // column by column
+  std::vector<bool> fIsAbandoned;
+  std::size_t fBlocksWritten = 0;
+  std::size_t fRecordsInBlock = 0;
+  std::uint64_t fRecordCount = 0;
+};
+
+}  // namespace MCBin

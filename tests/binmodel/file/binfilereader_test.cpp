@@ -1,0 +1,191 @@
+#include "binmodel/file/binfilereader.h"
+
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "binmodel/file/binfile.h"
+#include "io/inputerror.h"
+#include "support/rowname.h"
+
+namespace {
+
+using MCBin::BinModel;
+using nlohmann::json;
+
+const char kName[] = "bins.json";
+
+// Two attributes against one target, every kind of variable and every member.
+json Example() {
+  return json::parse(R"({
+    "format": "mcbin-bins", "version": 1, "tool": "mcbin 0", "algorithm": "supervised",
+    "closed": "left", "later": [[1]],
+    "settings": {"prebin_above": 1000, "prebins": 50, "small_bins": 0.25, "weight": "w",
+                 "rounding": "truncate",
+                 "weight_user_missing": {"values": [99], "interval": {"low": 1000}}},
+    "source": {"name": "d.csv", "delimiter": ";", "na": ["?", "\"\""], "records": 9,
+               "dropped": {"missing_weight": 1, "zero_weight": 0, "weight_rounded_to_zero": 1}},
+    "attributes": [
+      {"name": "a", "kind": "continuous", "user_missing": {"values": [0.1, -1]}},
+      {"name": "c", "kind": "numeric-categorical", "categories": [3, 0.5]}],
+    "targets": [{"name": "y", "kind": "string-categorical", "categories": ["n", "ö"],
+                 "user_missing": {"values": ["q"]}}],
+    "results": [
+      {"attribute": "a", "target": "y", "status": {"code": 0, "severity": "ok", "text": "ok"},
+       "cut_points": [0.1, 2.5], "bin_weights": [3, 0, 4], "class_weights": [[3, 0], [0, 0], [1, 3]],
+       "valid_weight": 7, "weight_with_missing": 8, "distinct_values": 5, "minimum": -1.5,
+       "maximum": 3, "model_entropy": 0.46, "information_gain": 0.5},
+      {"attribute": "c", "target": "y",
+       "status": {"code": 120015, "severity": "warning", "text": "no valid case"},
+       "cut_points": [], "bin_weights": [], "class_weights": [], "valid_weight": 0,
+       "weight_with_missing": 8, "distinct_values": 0}]})");
+}
+
+std::string RefusalOf(const std::string& text) {
+  try {
+    MCBin::ParseBinFile(text, kName);
+  } catch (const MCBin::InputError& error) {
+    return error.what();
+  }
+  return "accepted";
+}
+
+TEST(BinFileReader, GivesBackWhatWasWritten) {
+  const std::string once = WriteBinFile(MCBin::ParseBinFile(Example().dump(), kName));
+  EXPECT_EQ(WriteBinFile(MCBin::ParseBinFile(once, kName)), once);
+  json expected = Example();
+  expected.erase("later");
+  expected.erase("tool");
+  json actual = json::parse(once);
+  actual.erase("tool");
+  EXPECT_EQ(actual["attributes"][0]["user_missing"].dump(), "{\"values\":[0.1,-1]}");
+  EXPECT_EQ(actual, expected);
+}
+
+TEST(BinFileReader, CutPointsAreBitEqual) {
+  BinModel model = MCBin::ParseBinFile(Example().dump(), kName);
+  std::vector<double> cuts = {-DBL_MAX, -1e22, -1.0 / 3, -DBL_TRUE_MIN, -0.0, DBL_MIN};
+  for (double value = 0.1; value < 1e300; value = std::nextafter(value * 1e9, DBL_MAX)) {
+    cuts.push_back(value);
+  }
+  cuts.insert(cuts.end(), {1e301, DBL_MAX});
+  model.results[0].cutPoints = cuts;
+  model.results[0].binWeights.assign(cuts.size() + 1, 0.0);
+  model.results[0].classWeights.assign(cuts.size() + 1, {0.0, 0.0});
+  model.results[0].validWeight = 0.0;
+  const BinModel back = MCBin::ParseBinFile(WriteBinFile(model), kName);
+  EXPECT_EQ(back.results[0].cutPoints, cuts);
+  EXPECT_TRUE(std::signbit(back.results[0].cutPoints[4]));
+}
+
+struct Edit {
+  const char* name;
+  const char* pointer;  // what is replaced
+  json value;           // by this; removed when discarded
+  const char* message;  // what the answer tells
+};
+void PrintTo(const Edit& row, std::ostream* os) { *os << row.name; }
+
+class EditTest : public testing::TestWithParam<Edit> {};
+
+TEST_P(EditTest, IsAnswered) {
+  json file = Example();
+  if (GetParam().value.is_discarded()) {
+    file = file.patch({{{"op", "remove"}, {"path", GetParam().pointer}}});
+  } else {
+    file[json::json_pointer(GetParam().pointer)] = GetParam().value;
+  }
+  const std::string answer = RefusalOf(file.dump());
+  EXPECT_NE(answer.find(GetParam().message), std::string::npos) << answer;
+}
+
+const json kRemoved(json::value_t::discarded);
+
+const Edit kEdits[] = {
+    {"MovedCut", "/results/0/cut_points/1", 2.25, "accepted"},
+    {"RemovedResult", "/results/1", kRemoved, "accepted"},
+    {"UnknownMember", "/attributes/0/comment", "x", "accepted"},
+    {"OtherFormat", "/format", "x", "bins.json: /: this is no bin file"},
+    {"LaterVersion", "/version", 2, "/version: version 2 of the format is unknown"},
+    {"EqualCuts", "/results/0/cut_points/1", 0.1, "/cut_points/1: cut points ascend, but 0.1"},
+    {"TextCut", "/results/0/cut_points/1", "2.5", "/cut_points/1: a number expected, not '2.5'"},
+    {"NullCut", "/results/0/cut_points/0", nullptr, "/cut_points/0: a number expected, not null"},
+    {"AddedCut", "/results/0/cut_points/2", 9, "/bin_weights: 3 cut points make 4 bins"},
+    {"NoWeights", "/results/0/bin_weights", json::array(),
+     "/bin_weights: 2 cut points make 3 bins"},
+    {"NegativeWeight", "/results/0/bin_weights/1", -1, "/1: a number from 0 up expected, not -1"},
+    {"OtherSum", "/results/0/bin_weights/1", 1, "/results/0/bin_weights: the weights sum up to 8"},
+    {"ClassSum", "/results/0/class_weights/2/0", 2, "/class_weights/2: the weights sum up to 5"},
+    {"ClassCount", "/results/0/class_weights/1", {0, 0, 0}, "/class_weights/1: 3 weights, but"},
+    {"ValidAboveAll", "/results/0/weight_with_missing", 6, "/results/0: 'valid_weight' is above"},
+    {"MissingMember", "/results/0/valid_weight", kRemoved, "/results/0: the member 'valid_weight'"},
+    {"UnknownAttribute", "/results/1/attribute", "z", "/attribute: there is no attribute 'z'"},
+    {"SamePair", "/results/1/attribute", "a",
+     "/results/1: a result for this attribute came before"},
+    {"SameName", "/attributes/1/name", "a", "/attributes/1/name: the variable 'a' appears twice"},
+    {"WeightAsAttribute", "/attributes/1/name", "w", "/name: the variable 'w' appears twice"},
+    {"SameCategory", "/targets/0/categories/1", "n", "/1: this category appears twice"},
+    {"ContinuousTarget",
+     "/targets/0",
+     {{"name", "y"}, {"kind", "continuous"}},
+     "/targets/0: a target has categories"},
+    {"EmptyInterval", "/settings/weight_user_missing/interval/high", 1,
+     "/interval: 'low' is above 'high'"},
+    {"HugeCount", "/results/0/distinct_values", 1e30, "/distinct_values: a whole number from 0 up"},
+    {"StatusWithoutCode", "/results/1/status/code", 0, "/status: code 0 belongs to the severity"},
+    {"ObjectForList", "/results", json::object(), "/results: a list expected, not an object"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Edits, EditTest, testing::ValuesIn(kEdits), RowName);
+
+struct BadText {
+  const char* name;
+  std::string text;
+  const char* message;  // how it begins
+};
+void PrintTo(const BadText& row, std::ostream* os) { *os << row.name; }
+
+class BadTextTest : public testing::TestWithParam<BadText> {};
+
+TEST_P(BadTextTest, IsRefusedWithItsPlace) {
+  const std::string answer = RefusalOf(GetParam().text);
+  EXPECT_EQ(answer.rfind(GetParam().message, 0), 0u) << answer;
+}
+
+const BadText kBadTexts[] = {
+    {"Nothing", "", "bins.json:1: the file ends too early"},
+    {"CutOff", "{\"format\":\n\"mcbin", "bins.json:2: the file ends too early"},
+    {"Trailing", "{}\n{}", "bins.json:2: this is not JSON: "},
+    {"NaN", "{\"a\": NaN}", "bins.json:1: this is not JSON: "},
+    {"TooLarge", "{\"a\":\n1e999}", "bins.json:2: this is not JSON: number overflow"},
+    {"Twice", "{\"a\": [0, {\"b\": 1, \"b\": 2}]}",
+     "bins.json: /a/1: the member 'b' appears twice"},
+    {"NotUtf8", "{\"\xFF\": 1}", "bins.json:1: this is not JSON: "},
+    {"DeepNesting", std::string(1'000'000, '['), "bins.json: /0/0/0/0/0"},
+    {"List", "[]", "bins.json: /: an object expected, not a list"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Refused, BadTextTest, testing::ValuesIn(kBadTexts), RowName);
+
+// Cutting the file anywhere, or changing any one character, ends in a model or in words.
+TEST(BinFileReader, SurvivesDamage) {
+  const std::string text = Example().dump(1);
+  for (std::size_t length = 0; length < text.size(); length += 5) {
+    EXPECT_NE(RefusalOf(text.substr(0, length)), "accepted") << length;
+  }
+  for (std::size_t at = 0; at < text.size(); at += 3) {
+    for (const char c : {'0', '-', '"', ']', '}', 'e', '\0', '\xFF'}) {
+      std::string damaged = text;
+      damaged[at] = c;
+      const std::string answer = RefusalOf(damaged);
+      EXPECT_TRUE(answer == "accepted" || answer.rfind(kName, 0) == 0) << answer;
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,104 @@
+#include "binmodel/measure/binstatistics.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <ostream>
+#include <vector>
+
+#include "binmodel/model/binlookup.h"
+#include "io/inputerror.h"
+#include "support/rowname.h"
+
+namespace {
+
+using MCBin::AttributeBins;
+using MCBin::VariableInfo;
+using MCBin::VariableKind;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr std::size_t kEvent = 1;
+
+// Bins of two classes, as {non-events, events}.
+AttributeBins BinsOf(const std::vector<std::vector<double>>& classWeights) {
+  AttributeBins bins{};
+  bins.classWeights = classWeights;
+  for (const auto& bin : classWeights) bins.binWeights.push_back(bin[0] + bin[1]);
+  return bins;
+}
+
+struct EvidenceExample {
+  const char* name;
+  std::vector<std::vector<double>> classWeights;
+  std::vector<std::optional<double>> evidence;
+  std::optional<double> informationValue;
+};
+void PrintTo(const EvidenceExample& row, std::ostream* os) { *os << row.name; }
+
+class EvidenceTest : public testing::TestWithParam<EvidenceExample> {};
+
+void ExpectNear(const std::optional<double>& actual, const std::optional<double>& expected) {
+  ASSERT_EQ(actual.has_value(), expected.has_value());
+  if (!expected || *actual == *expected) return;
+  EXPECT_NEAR(*actual, *expected, 1e-12);
+}
+
+TEST_P(EvidenceTest, FollowsTheFormula) {
+  const AttributeBins bins = BinsOf(GetParam().classWeights);
+  const auto evidence = MCBin::WeightsOfEvidence(bins, kEvent);
+  ASSERT_EQ(evidence.size(), GetParam().evidence.size());
+  for (std::size_t bin = 0; bin < evidence.size(); ++bin) {
+    SCOPED_TRACE(bin);
+    ExpectNear(evidence[bin], GetParam().evidence[bin]);
+  }
+  ExpectNear(MCBin::InformationValue(bins, kEvent), GetParam().informationValue);
+}
+
+const double kLn3 = std::log(3.0);
+
+INSTANTIATE_TEST_SUITE_P(
+    Examples, EvidenceTest,
+    testing::Values(
+        // Shares of the events 1/4 and 3/4, of the others 3/4 and 1/4.
+        EvidenceExample{"PositiveWhereEventsAre", {{30, 1}, {10, 3}}, {-kLn3, kLn3}, kLn3},
+        EvidenceExample{"NothingKnown", {{2, 1}, {4, 2}}, {0.0, 0.0}, 0.0},
+        EvidenceExample{
+            "EmptyCells", {{5, 0}, {0, 2}, {5, 2}}, {-kInfinity, kInfinity, 0.0}, kInfinity},
+        EvidenceExample{"EmptyBin", {{30, 1}, {0, 0}, {10, 3}}, {-kLn3, std::nullopt, kLn3}, kLn3},
+        EvidenceExample{"OneClass", {{3, 0}, {2, 0}}, {std::nullopt, std::nullopt}, std::nullopt}),
+    RowName);
+
+TEST(BinStatistics, TheEventDoesNotDependOnTheOrderOfTheCategories) {
+  EXPECT_EQ(MCBin::EventCategory({"y", VariableKind::kStringCategorical, {}, {}, {"no", "yes"}}),
+            1u);
+  EXPECT_EQ(MCBin::EventCategory({"y", VariableKind::kStringCategorical, {}, {}, {"yes", "no"}}),
+            0u);
+  EXPECT_EQ(MCBin::EventCategory({"y", VariableKind::kNumericCategorical, {}, {10, 9}, {}}), 0u);
+  EXPECT_THROW(MCBin::EventCategory({"y", VariableKind::kNumericCategorical, {}, {1, 2, 3}, {}}),
+               MCBin::InputError);
+}
+
+TEST(BinStatistics, StabilityIndexComparesShares) {
+  EXPECT_EQ(MCBin::StabilityIndex({1, 2, 0}, {10, 20, 0}), 0.0);
+  // Shares 0.25, 0.75 become 0.75, 0.25: 2 * 0.5 * ln 3.
+  ExpectNear(MCBin::StabilityIndex({1, 3}, {30, 10}), kLn3);
+  ExpectNear(MCBin::StabilityIndex({30, 10}, {1, 3}), kLn3);
+  EXPECT_EQ(MCBin::StabilityIndex({1, 0}, {1, 1}), kInfinity);
+  EXPECT_EQ(MCBin::StabilityIndex({0, 0}, {1, 1}), std::nullopt);
+}
+
+TEST(BinLabel, TellsBinsApart) {
+  const VariableInfo number{"a", VariableKind::kContinuous, {}, {}, {}};
+  const std::vector<double> close = {0.1, std::nextafter(0.1, 1.0)};
+  EXPECT_EQ(MCBin::BinLabel(number, close, 1, true), "(0.1, 0.10000000000000002]");
+  EXPECT_EQ(MCBin::BinLabel(number, close, 2, false), "[0.10000000000000002, +inf)");
+
+  const VariableInfo text{"c", VariableKind::kStringCategorical, {}, {}, {"a, b", "c", "", "d\""}};
+  EXPECT_EQ(MCBin::BinLabel(text, {1.0}, 0, true), "{\"a, b\", c}");
+  EXPECT_EQ(MCBin::BinLabel(text, {1.0}, 0, false), "{\"a, b\"}");
+  EXPECT_EQ(MCBin::BinLabel(text, {1.0}, 1, true), "{\"\", \"d\"\"\"}");
+}
+
+}  // namespace

@@ -1,0 +1,133 @@
+#include "binmodel/run/jobs.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "cli/program.h"
+#include "io/interrupt.h"
+#include "support/rowname.h"
+
+namespace {
+
+using MCBin::Interrupt;
+using MCBin::Jobs;
+
+TEST(Jobs, OneThatFailsStopsTheOthersAndIsToldAbout) {
+  Jobs jobs;
+  std::atomic<int> begun{0};
+  std::atomic<int> stopped{0};
+  const auto job = [&](std::size_t index) {
+    ++begun;
+    if (index == 1) {
+      while (begun < 4) continue;
+      throw std::runtime_error("the first failure");
+    }
+    while (!jobs.QueryCancel()) continue;
+    ++stopped;
+    throw std::runtime_error("a consequence");
+  };
+  try {
+    jobs.Run(4, job);
+    ADD_FAILURE() << "nothing thrown";
+  } catch (const std::runtime_error& failure) {
+    EXPECT_STREQ(failure.what(), "the first failure");
+  }
+  EXPECT_EQ(stopped, 3);
+}
+
+// In a process of its own: the request to stop is never taken back.
+TEST(JobsDeathTest, ASignalStopsAllOfThem) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  const auto run = [] {
+    Interrupt::Install();
+    Jobs jobs;
+    try {
+      jobs.Run(3, [&](std::size_t index) {
+        if (index == 2) raise(SIGINT);
+        while (!jobs.QueryCancel()) continue;
+        Interrupt::ThrowIfRequested();
+      });
+    } catch (const Interrupt::Requested&) {
+      std::exit(130);
+    }
+    std::exit(0);
+  };
+  EXPECT_EXIT(run(), testing::ExitedWithCode(130), "");
+}
+
+// A run with everything that goes to a file or a stream.
+struct Run {
+  const char* name;
+  std::string command;
+  std::string input;  // the content of in.csv
+};
+void PrintTo(const Run& row, std::ostream* os) { *os << row.name; }
+
+// Quotes, line ends within fields, missing values of every kind, weights that drop records, a
+// text that shows late that a column is not numeric.
+std::string OddFields(const std::string& lastRecord) {
+  std::string text = "a,\"b\"\"c\",t,y,w,d\r\n";
+  for (int i = 0; i < 20000; ++i) {
+    const std::string n = std::to_string(i * 7919 % 1013);
+    text += (i % 11 == 0 ? "NA" : n) + (i % 7 == 0 ? ",\"\n\"\"" : ",\"") +
+            std::to_string(i * 31 % 40) + "\"," + (i == 15000 ? "late" : "1") +
+            (i % 3 == 0   ? ",\"p\nq\","
+             : i % 3 == 1 ? ",01,"
+                          : ",1,") +
+            (i % 13 == 0   ? ""
+             : i % 17 == 0 ? "0"
+                           : "1.5") +
+            "," + std::to_string(i % 5 - 2) + "\r\n";
+  }
+  return text + lastRecord;
+}
+
+class JobCountTest : public testing::TestWithParam<Run> {};
+
+TEST_P(JobCountTest, MakesNoDifference) {
+  const auto runWith = [](const char* jobCount) {
+    const Program program;
+    program.Write("in.csv", GetParam().input);
+    const auto outcome = program.Run(GetParam().command + " --json bins.json --jobs " + jobCount);
+    const bool done = outcome.exitCode == 0;
+    EXPECT_EQ(program.Files().size(), done ? 2u : 1u);
+    return std::vector<std::string>{std::to_string(outcome.exitCode), outcome.out, outcome.err,
+                                    done ? program.Read("bins.json") : ""};
+  };
+  const auto one = runWith("1");
+  for (const char* jobCount : {"2", "3", "7", "0"}) EXPECT_EQ(runWith(jobCount), one) << jobCount;
+}
+
+const Run kRuns[] = {
+    {"SeveralTargets",
+     "supervised --target death,mgus --target sex --prebin-above 50 --prebins 20 "
+     "--small-bins 0.2 data/flchain.csv",
+     ""},
+    {"Weights", "supervised --target death --weight weight --closed left data/flchain_weighted.csv",
+     ""},
+    {"EqualFrequency", "equal-frequency --bins 7 --categorical sex data/flchain.csv", ""},
+    {"OddFields",
+     "supervised --target y,d --weight w --missing a=5,7:90 --attributes \"b\"\"c\",a "
+     "--categorical \"b\"\"c\" in.csv",
+     OddFields("")},
+    {"TextsAreNoted", "supervised --target y in.csv", OddFields("")},
+    {"OddFieldsAsNumbers", "supervised --target y --na late,NA in.csv", OddFields("")},
+    {"WarningsOfResults", "supervised --target y in.csv", "a,b,c,y\n1,,1,p\n1,,2,q\n"},
+    {"RaggedRecordAtTheEnd", "supervised --target y in.csv", OddFields("1,2,3\n")},
+    {"OpenQuoteAtTheEnd", "supervised --target y in.csv", OddFields("1,2,3,\"4,5,6\n")},
+    {"BadWeightAtTheEnd", "supervised --target y --weight w in.csv",
+     OddFields("1,1,1,p,-1,1\n1,2\n")},
+    {"CutPointBeyondTheLargestDouble", "equal-frequency --bins 2 in.csv",
+     "a,b,c,d\n1,1.5e308,1,1.5e308\n2,1.6e308,2,1.6e308\n"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Runs, JobCountTest, testing::ValuesIn(kRuns), RowName);
+
+}  // namespace

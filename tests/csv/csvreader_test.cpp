@@ -1,0 +1,160 @@
+#include "csv/csvreader.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <ostream>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "io/inputerror.h"
+#include "support/rowname.h"
+
+namespace {
+
+using MCBin::CsvField;
+using MCBin::CsvReader;
+using MCBin::InputError;
+
+// What the reader makes of a text: a line per record, "line|field|field", quoted fields in
+// quotes; or the message it ends with.
+std::string ReadAll(const std::string& content, char delimiter = ',') {
+  const std::unique_ptr<FILE, int (*)(FILE*)> file(std::tmpfile(), std::fclose);
+  std::fwrite(content.data(), 1, content.size(), file.get());
+  std::rewind(file.get());
+  CsvReader reader(fileno(file.get()), "f", delimiter);
+  std::string text;
+  try {
+    while (reader.Next()) {
+      text += std::to_string(reader.GetLine());
+      for (const CsvField& field : reader.GetFields()) {
+        const std::string quote = field.quoted ? "\"" : "";
+        text += "|" + quote + std::string(field.text) + quote;
+      }
+      text += "\n";
+    }
+  } catch (const InputError& error) {
+    return error.what();
+  }
+  return text;
+}
+
+struct ReadExample {
+  const char* name;
+  std::string content;
+  std::string expected;  // the records, or how the message begins
+};
+void PrintTo(const ReadExample& row, std::ostream* os) { *os << row.name; }
+
+class CsvReaderTest : public testing::TestWithParam<ReadExample> {};
+
+TEST_P(CsvReaderTest, Reads) {
+  const std::string result = ReadAll(GetParam().content);
+  EXPECT_EQ(result.substr(0, GetParam().expected.size()), GetParam().expected) << result;
+  EXPECT_EQ(result.empty(), GetParam().expected.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Examples, CsvReaderTest,
+    testing::Values(
+        ReadExample{"Nothing", "", ""}, ReadExample{"NoLastLineEnd", "a,b\n1,2", "1|a|b\n2|1|2\n"},
+        ReadExample{"EveryLineEnd", "a,b\r\n1,2\r3,4\n", "1|a|b\n2|1|2\n3|3|4\n"},
+        ReadExample{"LastLineEndsWithCr", "a\r", "1|a\n"},
+        ReadExample{"ByteOrderMark",
+                    "\xEF\xBB\xBF"
+                    "a,b\n",
+                    "1|a|b\n"},
+        ReadExample{"BlanksBelongToFields", " a ,\tb\n", "1| a |\tb\n"},
+        ReadExample{"EmptyAndQuotedEmpty", "a,b,c\n,\"\",\n", "1|a|b|c\n2||\"\"|\n"},
+        ReadExample{"QuotedDelimiterAndQuotes", "\"a,b\",\"c\"\"d\"\"\"\n",
+                    "1|\"a,b\"|\"c\"d\"\"\n"},
+        ReadExample{"LineEndsInQuotesCount", "\"a\nb\r\nc\rd\",x\n1,2\n",
+                    "1|\"a\nb\r\nc\rd\"|x\n5|1|2\n"},
+        ReadExample{"QuoteInsideUnquoted", "5\" pipe,b\n", "1|5\" pipe|b\n"},
+        ReadExample{"BlankLinesAtTheEnd", "a,b\n1,2\n\n\r\n", "1|a|b\n2|1|2\n"},
+        ReadExample{"BlankLineInOneColumn", "a\n\n1\n", "1|a\n2|\n3|1\n"},
+        ReadExample{"BlankLineBetween", "a,b\n\n1,2\n", "f:2: blank line"},
+        ReadExample{"TooFewFields", "a,b\n1,2\n3\n", "f:3: 1 fields found, 2 expected"},
+        ReadExample{"TooManyFields", "a,b\n\"x\ny\",2\n3,4,5\n", "f:4: 3 fields found, 2 expected"},
+        ReadExample{"QuoteNeverClosed", "a,b\n1,2\n\"x,3\n4,5\n", "f:3: the quote opened here"},
+        ReadExample{"TextAfterQuote", "a,b\n\"x\"y,2\n", "f:2: text after a closing quote"},
+        ReadExample{"NulByte", std::string("a,b\n1,\0\n", 8), "f:2: a NUL byte"},
+        ReadExample{"NulByteInQuotes", std::string("a,\"\n\0\"\n", 7), "f:2: a NUL byte"},
+        ReadExample{"Utf16",
+                    "\xFF\xFE"
+                    "a",
+                    "f: this is UTF-16"},
+        ReadExample{"Gzip", "\x1F\x8B\x08", "f: this is a packed file"}),
+    RowName);
+
+TEST(CsvReader, TakesAnotherDelimiter) {
+  EXPECT_EQ(ReadAll("a;b\n1,5;2\n", ';'), "1|a|b\n2|1,5|2\n");
+  for (const std::string delimiter : {".", "-", "5"}) {  // which also occur in numbers
+    EXPECT_EQ(ReadAll("12" + delimiter + "34\n", delimiter[0]), "1|12|34\n");
+  }
+}
+
+// Against the C library, which rounds correctly.
+TEST(CsvReader, ReadsPlainDecimalsInPassing) {
+  std::mt19937_64 random(11);
+  std::vector<std::string> texts = {"0", "-0", "1.", "-.5", "0001", "123456789012345"};
+  for (int i = 0; i < 20000; ++i) {
+    std::string digits = std::to_string(random() % 1'000'000'000'000'000ULL);
+    digits.resize(1 + random() % digits.size());
+    digits.insert(random() % (digits.size() + 1), ".");
+    texts.push_back((i % 2 == 0 ? "-" : "") + digits);
+  }
+  const std::size_t plainCount = texts.size();
+  for (const char* text : {"x", "-", ".", "-.", "--1", "1.2.3", "1-", "+1", "1e3", " 1", "1 ",
+                           "12x", "0x1", "1234567890123456", "123456789012345678901234567890"}) {
+    texts.push_back(text);
+  }
+  std::string content;
+  for (const std::string& text : texts) content += text + "\n";
+
+  const std::unique_ptr<FILE, int (*)(FILE*)> file(std::tmpfile(), std::fclose);
+  std::fwrite(content.data(), 1, content.size(), file.get());
+  std::rewind(file.get());
+  CsvReader reader(fileno(file.get()), "f", ',');
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    ASSERT_TRUE(reader.Next());
+    const CsvField& field = reader.GetFields()[0];
+    ASSERT_EQ(field.text, texts[i]);
+    ASSERT_EQ(field.decimal.has_value(), i < plainCount) << texts[i];
+    const double expected = std::strtod(texts[i].c_str(), nullptr);
+    ASSERT_EQ(field.decimal.value_or(expected), expected) << texts[i];
+  }
+}
+
+// The buffer ends within fields, quotes and line ends; none of it may show.
+TEST(CsvReader, ReadsTheSameWhereverTheBufferEnds) {
+  std::mt19937 random(7);
+  std::string content = "a,b\n";
+  std::string expected = "1|a|b\n";
+  std::size_t line = 2;
+  for (int i = 0; i < 60; ++i) {
+    const std::string field(random() % 200000, 'x');
+    content += field + ",\"" + field + "\"\"\n\"\r\n";
+    expected += std::to_string(line) + "|" + field + "|\"" + field + "\"\n\"\n";
+    line += 2;
+  }
+  EXPECT_TRUE(ReadAll(content) == expected);
+
+  for (const std::string start : {"", "x"}) {  // pairs of quotes straddle it
+    const std::string quotes(700000, '"');
+    EXPECT_TRUE(ReadAll("\"" + start + quotes + quotes + "\"\n") ==
+                "1|\"" + start + quotes + "\"\n");
+  }
+  const std::string full((std::size_t{1} << 20) - 1, 'y');  // CR is the buffer's last byte
+  EXPECT_TRUE(ReadAll(full + "\r\nz\r\n") == "1|" + full + "\n2|z\n");
+}
+
+TEST(CsvReader, RefusesARecordWithoutEnd) {
+  const std::string result = ReadAll("a,b\n\"" + std::string(CsvReader::kMaxRecordBytes, 'x'));
+  EXPECT_EQ(result.substr(0, 34), "f:2: this record is longer than 64");
+}
+
+}  // namespace
