@@ -4,10 +4,15 @@
 #include "algorithm/componentversion.h"
 #include "algorithm/runframe.h"
 #include "algorithm/runprogress.h"
+#include "common/statuscodes.h"
 #include "metadata/loadedcases.h"
 
+using MCBinning::Error;
 using MCBinning::MCStatus;
 using MCBinning::RunFrame;
+using MCBinning::StatusCode;
+using MCBinning::Warning;
+using MCBinning::With;
 
 BINAlgorithm::BINAlgorithm(BINSettings& settings, BINVarList& varList)
     : fNumCases(0),
@@ -45,7 +50,7 @@ const BINSettings& BINAlgorithm::GetSettings() const { return fSettings; }
 
 const BINVarList& BINAlgorithm::GetVarList() const { return fVarList; }
 
-void BINAlgorithm::DoCancel() { fStatus = MCStatus(1, false); }
+void BINAlgorithm::DoCancel() { fStatus = Error(StatusCode::kCancelled); }
 
 MCStatus BINAlgorithm::CreateBins(MCCommon::RecordIterator& records,
                                   const std::vector<int>* attributes,
@@ -53,7 +58,7 @@ MCStatus BINAlgorithm::CreateBins(MCCommon::RecordIterator& records,
   const auto threshold = static_cast<unsigned int>(fSettings.GetNumDistinctValueThreshold());
   const bool hasLists = attributes != nullptr || targets != nullptr;
   return RunFrame::CreateBins(
-      *this, records, threshold, 120008,
+      *this, records, threshold, StatusCode::kNoUsablePair,
       [&] { return !hasLists || CheckVariableIndices(attributes, targets, fPairStatuses); },
       [&] { return DoCreateBins(attributes, targets); });
 }
@@ -82,22 +87,23 @@ bool BINAlgorithm::CheckVariableIndices(const std::vector<int>* attributes,
 MCStatus BINAlgorithm::CheckPair(int attribute, int target) const {
   const IBINVariable* const targetVariable = fVarList.GetVarAt(target);
   if (fVarList.GetVarAt(attribute) == nullptr || targetVariable == nullptr) {
-    return MCStatus(120013, false);
+    return Error(StatusCode::kNoSuchVariable);
   }
   const IBINVariable::MeasureLevel level = targetVariable->GetMeasureLevel();
   if (level != IBINVariable::MeasureNumericCategorical &&
       level != IBINVariable::MeasureStringCategorical) {
-    return MCStatus(120006, false);
+    return Error(StatusCode::kTargetNotCategorical);
   }
   if (target == attribute || attribute == fWeightIndex || target == fWeightIndex) {
-    return MCStatus(120005, false);
+    return Error(StatusCode::kIsWeightOrTarget);
   }
   return MCStatus();
 }
 
 MCStatus BINAlgorithm::CheckAttribute(int attribute) const {
-  if (fVarList.GetVarAt(attribute) == nullptr) return MCStatus(120011, false);
-  if (attribute == fWeightIndex || attribute == fTargetIndex) return MCStatus(120005, false);
+  if (fVarList.GetVarAt(attribute) == nullptr) return Error(StatusCode::kNoSuchAttribute);
+  if (attribute == fWeightIndex || attribute == fTargetIndex)
+    return Error(StatusCode::kIsWeightOrTarget);
   return MCStatus();
 }
 
@@ -126,7 +132,7 @@ MCStatus BINAlgorithm::DoCreateBins(const std::vector<int>* attributes,
 
   bool isValid = false;
   fDataSet->IsValidTarget(fTargetIndex, isValid);
-  if (!isValid) return MCStatus(120010, false);
+  if (!isValid) return Error(StatusCode::kTargetUnusable);
   for (int variable = 0; variable < fVarList.Size(); ++variable) {
     if (variable != fTargetIndex && variable != fWeightIndex) runPair(variable, fTargetIndex);
   }
@@ -154,18 +160,16 @@ MCStatus BINAlgorithm::RunPair(unsigned int attribute, unsigned int target) {
     totals = MCBinning::CaseTotals::Of(*fDataSet);
     fNumCases = fDataSet->GetNumberOfCases();
     if (fNumCases == 0) {
-      result = MCStatus(120015, true);
+      result = Warning(StatusCode::kNoValidCase);
     } else {
       fNumTargetCategories = fDataSet->GetNumOfTargetCategories();
       result = Partition(cuts, counts, modelEntropy);
       RunFrame::ThrowIfOutOfMemory(result);
       if (totals.distinctValues == 1) {
-        result = MCStatus(120014, true);
-        result.SetDiscreteDatum(0, attribute);
+        result = With(Warning(StatusCode::kOneDistinctValue), attribute);
       }
       if (fNumTargetCategories == 1) {
-        result = MCStatus(120016, true);
-        result.SetDiscreteDatum(0, target);
+        result = With(Warning(StatusCode::kOneTargetCategory), target);
       }
     }
   }

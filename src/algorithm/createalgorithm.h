@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "common/mcstatus.h"
+#include "common/statuscodes.h"
 #include "metadata/binvarlist.h"
 
 namespace MCBinning {
@@ -13,7 +14,7 @@ inline MCStatus CheckVariables(const BINVarList& varList) {
   std::vector<int> oneCategory;
   std::vector<int> noCategory;
   if (varList.IsValidList(oneCategory, noCategory)) return MCStatus();
-  MCStatus status(120003, false);
+  MCStatus status = Error(StatusCode::kInvalidVariableList);
   const std::vector<int>& offending = oneCategory.empty() ? noCategory : oneCategory;
   status.SetDiscreteDatum(1, offending.empty() ? -1 : offending.front());
   return status;
@@ -30,7 +31,7 @@ Interface* CreateAlgorithm(Settings& settings, BINVarList& varList,
     inHand = std::make_unique<Algorithm>(settings, varList);
     status = inHand->GetStatus();
   } catch (...) {
-    status = MCStatus(3, false);
+    status = Error(StatusCode::kOutOfMemory);
   }
   if (status.IsError()) inHand.reset();
   return inHand.release();

@@ -6,10 +6,15 @@
 #include "algorithm/componentversion.h"
 #include "algorithm/runframe.h"
 #include "algorithm/runprogress.h"
+#include "common/statuscodes.h"
 #include "metadata/loadedcases.h"
 
+using MCBinning::Error;
 using MCBinning::MCStatus;
 using MCBinning::RunFrame;
+using MCBinning::StatusCode;
+using MCBinning::Warning;
+using MCBinning::With;
 
 EFBINAlgorithm::EFBINAlgorithm(EFBINSettings& settings, BINVarList& varList)
     : fNumCases(0),
@@ -45,12 +50,12 @@ const EFBINSettings& EFBINAlgorithm::GetSettings() const { return fSettings; }
 
 const BINVarList& EFBINAlgorithm::GetVarList() const { return fVarList; }
 
-void EFBINAlgorithm::DoCancel() { fStatus = MCStatus(1, false); }
+void EFBINAlgorithm::DoCancel() { fStatus = Error(StatusCode::kCancelled); }
 
 MCStatus EFBINAlgorithm::CreateBins(MCCommon::RecordIterator& records,
                                     const std::vector<int>* attributes) {
   return RunFrame::CreateBins(
-      *this, records, std::nullopt, 120011,
+      *this, records, std::nullopt, StatusCode::kNoSuchAttribute,
       [&] { return attributes == nullptr || CheckVariableIndices(attributes, fAttributeStatuses); },
       [&] { return DoCreateBins(attributes); });
 }
@@ -67,8 +72,8 @@ bool EFBINAlgorithm::CheckVariableIndices(const std::vector<int>* attributes,
 }
 
 MCStatus EFBINAlgorithm::CheckAttribute(int attribute) const {
-  if (fVarList.GetVarAt(attribute) == nullptr) return MCStatus(120011, false);
-  if (attribute == fWeightIndex) return MCStatus(120005, false);
+  if (fVarList.GetVarAt(attribute) == nullptr) return Error(StatusCode::kNoSuchAttribute);
+  if (attribute == fWeightIndex) return Error(StatusCode::kIsWeightOrTarget);
   return MCStatus();
 }
 
@@ -113,15 +118,15 @@ MCStatus EFBINAlgorithm::BinAttribute(unsigned int attribute) {
     totals = MCBinning::CaseTotals::Of(*fDataSet);
     fNumCases = fDataSet->GetNumberOfCases();
     if (fNumCases == 0) {
-      result = MCStatus(120015, true);
+      result = Warning(StatusCode::kNoValidCase);
     } else {
       MCBinning::LoadedCases::VisitEqualFrequency(*fDataSet, [&](const auto& cases) {
         return fPreProcess->CutCases(cases, cutPoints, binWeights, totals.weight);
       });
       const bool isConstant = totals.distinctValues == 1;
       if (isConstant || cutPoints.empty()) {
-        result = MCStatus(isConstant ? 120014 : 120019, true);
-        result.SetDiscreteDatum(0, attribute);
+        result = With(Warning(isConstant ? StatusCode::kOneDistinctValue : StatusCode::kNoCutPoint),
+                      attribute);
       }
     }
   }

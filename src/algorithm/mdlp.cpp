@@ -11,13 +11,17 @@
 #include "algorithm/binentropy.h"
 #include "algorithm/splitsearch.h"
 #include "common/guard.h"
+#include "common/statuscodes.h"
 #include "common/vectormath.h"
 #include "metadata/bindataset.h"
 #include "metadata/casebuffers.h"
 #include "metadata/loadedcases.h"
 
+using MCBinning::Error;
 using MCBinning::Log2;
 using MCBinning::MCStatus;
+using MCBinning::StatusCode;
+using MCBinning::Warning;
 
 double BINAlgorithm::Entropy(const std::vector<double>* weights) const {
   return MCBinning::Entropy(weights->data(), weights->size() - 1);
@@ -52,14 +56,14 @@ void BINAlgorithm::ComputeModelEntropy(const std::vector<double>& counts,
 
 MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::set<double>& cuts,
                             std::vector<double>& counts, double& modelEntropy) const {
-  if (!HasCases(tuples)) return MCStatus(120002, false);
+  if (!HasCases(tuples)) return Error(StatusCode::kCutPointsMisfit);
   return MCBinning::Guard([&] { return PartitionDistinct(cuts, counts, modelEntropy); });
 }
 
 MCStatus BINAlgorithm::MDLP(const std::vector<BINDataTuple>* tuples, std::vector<double>& cutPoints,
                             std::set<double>& cuts, std::vector<double>& counts,
                             double& modelEntropy) const {
-  if (!HasCases(tuples)) return MCStatus(120002, false);
+  if (!HasCases(tuples)) return Error(StatusCode::kCutPointsMisfit);
   return MCBinning::Guard(
       [&] { return PartitionCandidates(cutPoints, cuts, counts, modelEntropy); });
 }
@@ -115,7 +119,8 @@ void BINAlgorithm::RemoveEdge(std::vector<double>& cutPoints) const {
 MCStatus BINAlgorithm::PartitionTable(const std::vector<double>& boundaries,
                                       const std::vector<double>& table, std::set<double>& cuts,
                                       std::vector<double>& counts, double& modelEntropy) const {
-  if (table.size() != boundaries.size() * fNumTargetCategories) return MCStatus(120002, false);
+  if (table.size() != boundaries.size() * fNumTargetCategories)
+    return Error(StatusCode::kCutPointsMisfit);
   const MCBinning::SplitSearch search(table, fNumTargetCategories, fRightBorderClosed);
   SplitRows(search, boundaries, 0, static_cast<int>(boundaries.size()) - 1, cuts);
   CountBins(search, boundaries, cuts, counts);
@@ -123,7 +128,7 @@ MCStatus BINAlgorithm::PartitionTable(const std::vector<double>& boundaries,
     ProcessLittleBins(&counts, cuts);
   }
   ComputeModelEntropy(counts, modelEntropy);
-  return cuts.empty() ? MCStatus(120017, true) : MCStatus();
+  return cuts.empty() ? Warning(StatusCode::kNoCutAccepted) : MCStatus();
 }
 
 MCStatus BINAlgorithm::MDLPCut(const std::vector<double>* boundaries,
@@ -132,7 +137,7 @@ MCStatus BINAlgorithm::MDLPCut(const std::vector<double>* boundaries,
   const std::size_t categoryCount = fNumTargetCategories;
   if (boundaries == nullptr || binTable == nullptr || categoryCount == 0 ||
       boundaries->size() != binTable->size() / categoryCount) {
-    return MCStatus(120002, false);
+    return Error(StatusCode::kCutPointsMisfit);
   }
 
   return MCBinning::Guard([&] {

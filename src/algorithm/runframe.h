@@ -12,6 +12,7 @@
 #include "common/displayframe.h"
 #include "common/guard.h"
 #include "common/mcstatus.h"
+#include "common/statuscodes.h"
 #include "host/recorditerator.h"
 #include "metadata/bindatapreparator.h"
 #include "metadata/bindataset.h"
@@ -27,12 +28,12 @@ class RunFrame {
   // With index lists refused the answer is error `refusal`.
   template <typename Algorithm, typename CheckIndices, typename Run>
   static MCStatus CreateBins(Algorithm& algorithm, MCCommon::RecordIterator& records,
-                             std::optional<unsigned int> distinctThreshold, long refusal,
+                             std::optional<unsigned int> distinctThreshold, StatusCode refusal,
                              const CheckIndices& checkIndices, const Run& run) {
     return Guard([&]() -> MCStatus {
       algorithm.fNumberOfBins = algorithm.fSettings.GetNumberOfBins();
-      if (algorithm.fNumberOfBins <= 0) return MCStatus(120009, false);
-      if (!checkIndices()) return MCStatus(refusal, false);
+      if (algorithm.fNumberOfBins <= 0) return Error(StatusCode::kNumberOfBinsNotSet);
+      if (!checkIndices()) return Error(refusal);
 
       MCStatus result;
       if (!algorithm.fCancel.IsCancel()) {
@@ -43,7 +44,7 @@ class RunFrame {
         result = run();
         algorithm.fPreProcess.reset();
       }
-      if (!algorithm.fStatus.IsOK()) result = MCStatus(120018, true);
+      if (!algorithm.fStatus.IsOK()) result = Warning(StatusCode::kSomeResultNotOK);
       return UnlessCancelled(algorithm, result);
     });
   }
@@ -61,7 +62,7 @@ class RunFrame {
 
   // Memory that ran out ends the run; anything else is the attribute's own affair.
   static void ThrowIfOutOfMemory(const MCStatus& status) {
-    if (status.GetErrorCode() == 3) throw std::bad_alloc();
+    if (HasCode(status, StatusCode::kOutOfMemory)) throw std::bad_alloc();
   }
 
   template <typename Algorithm>
@@ -106,7 +107,7 @@ class RunFrame {
   static MCStatus OpenDataPass(Algorithm& algorithm, MCCommon::RecordIterator& records,
                                std::optional<unsigned int> distinctThreshold) {
     if (algorithm.fPreparator) return MCStatus();
-    if (!records.HasMore()) return MCStatus(120004, false);
+    if (!records.HasMore()) return Error(StatusCode::kNoData);
 
     auto& settings = algorithm.fSettings;
     auto preparator = std::make_unique<BINDataPreparator>(

@@ -3,9 +3,12 @@
 #include <cstddef>
 
 #include "common/guard.h"
+#include "common/statuscodes.h"
 #include "output/displayresults.h"
 
+using MCBinning::Error;
 using MCBinning::MCStatus;
+using MCBinning::StatusCode;
 
 namespace {
 
@@ -24,7 +27,7 @@ MCStatus BINOutput::SetAttributeTargetResults(MCStatus status, const std::set<do
                                               int targetIndex, unsigned int nDistinctValues,
                                               double totalWeight, double totalWeightWithMissing,
                                               double minimum, double maximum, double modelEntropy) {
-  if (!IsPair(attributeIndex, targetIndex)) return MCStatus(120013, false);
+  if (!IsPair(attributeIndex, targetIndex)) return Error(StatusCode::kNoSuchVariable);
   return MCBinning::Guard([&] {
     BINAttributeTargetResults record;
     record.fStatus = status;
@@ -57,7 +60,7 @@ MCStatus BINOutput::SetAttributeTargetResults(MCStatus status, const std::set<do
 }
 
 MCStatus BINOutput::GetAllCutPoints(std::vector<BINAttributeTargetResults>& out) const {
-  if (fResults.empty()) return MCStatus(120020, false);
+  if (fResults.empty()) return Error(StatusCode::kNoResults);
   return MCBinning::Guard([&] {
     out = fResults;
     return MCStatus();
@@ -66,7 +69,7 @@ MCStatus BINOutput::GetAllCutPoints(std::vector<BINAttributeTargetResults>& out)
 
 MCStatus BINOutput::GetAttributeCutPoints(int attributeIndex,
                                           std::vector<BINAttributeTargetResults>& out) const {
-  MCStatus status(120013, false);
+  MCStatus status = Error(StatusCode::kNoSuchVariable);
   if (attributeIndex < 0) return status;
   return MCBinning::Guard([&] {
     for (const BINAttributeTargetResults& record : fResults) {
@@ -80,9 +83,9 @@ MCStatus BINOutput::GetAttributeCutPoints(int attributeIndex,
 
 MCStatus BINOutput::GetAttributeTargetCutPoints(int attributeIndex, int targetIndex,
                                                 BINAttributeTargetResults& out) const {
-  if (!IsPair(attributeIndex, targetIndex)) return MCStatus(120013, false);
+  if (!IsPair(attributeIndex, targetIndex)) return Error(StatusCode::kNoSuchVariable);
   const auto found = fPairIndex.find({attributeIndex, targetIndex});
-  if (found == fPairIndex.end()) return MCStatus(120013, false);
+  if (found == fPairIndex.end()) return Error(StatusCode::kNoSuchVariable);
   return MCBinning::Guard([&] {
     out = fResults[static_cast<std::size_t>(found->second)];
     return out.GetStatus();

@@ -3,9 +3,12 @@
 #include <utility>
 
 #include "common/guard.h"
+#include "common/statuscodes.h"
 #include "output/displayresults.h"
 
+using MCBinning::Error;
 using MCBinning::MCStatus;
+using MCBinning::StatusCode;
 
 EFBINOutput::EFBINOutput() = default;
 
@@ -16,7 +19,7 @@ MCStatus EFBINOutput::SetAttributeResults(MCStatus status, const std::vector<dou
                                           unsigned int nDistinctValues, double totalWeight,
                                           double totalWeightWithMissing, double minimum,
                                           double maximum) {
-  if (attributeIndex < 0) return MCStatus(120011, false);
+  if (attributeIndex < 0) return Error(StatusCode::kNoSuchAttribute);
   return MCBinning::Guard([&] {
     BINAttributeResults record;
     record.fStatus = status;
@@ -34,7 +37,7 @@ MCStatus EFBINOutput::SetAttributeResults(MCStatus status, const std::vector<dou
 }
 
 MCStatus EFBINOutput::GetAllCutPoints(std::vector<BINAttributeResults>& out) const {
-  if (fResults.empty()) return MCStatus(120020, false);
+  if (fResults.empty()) return Error(StatusCode::kNoResults);
   return MCBinning::Guard([&] {
     out = fResults;
     return MCStatus();
@@ -42,7 +45,7 @@ MCStatus EFBINOutput::GetAllCutPoints(std::vector<BINAttributeResults>& out) con
 }
 
 MCStatus EFBINOutput::GetAttributeCutPoints(int attributeIndex, BINAttributeResults& out) const {
-  if (attributeIndex < 0) return MCStatus(120013, false);
+  if (attributeIndex < 0) return Error(StatusCode::kNoSuchVariable);
   for (const BINAttributeResults& record : fResults) {
     if (record.GetAttributeIndex() != attributeIndex) continue;
     return MCBinning::Guard([&] {
@@ -50,7 +53,7 @@ MCStatus EFBINOutput::GetAttributeCutPoints(int attributeIndex, BINAttributeResu
       return record.GetStatus();
     });
   }
-  return MCStatus(120013, false);
+  return Error(StatusCode::kNoSuchVariable);
 }
 
 std::ostream& EFBINOutput::Display(std::ostream& os) const {
