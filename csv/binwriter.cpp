@@ -7,9 +7,9 @@
 
 #include "binmodel/apply/binvalues.h"
 #include "binmodel/model/binlookup.h"
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
-#include "io/inputerror.h"
 
 namespace MCBin {
 
@@ -19,12 +19,12 @@ constexpr std::size_t kNoColumn = static_cast<std::size_t>(-1);
 
 }  // namespace
 
-BinWriter::BinWriter(const BinModel& model, const std::vector<std::size_t>& results,
+BinWriter::BinWriter(const MCBinModel::BinModel& model, const std::vector<std::size_t>& results,
                      const ApplyOptions& options, const ColumnNames& names,
                      const MissingTexts& missingTexts, char delimiter)
     : fOptions(options),
       fDelimiter(delimiter),
-      fRightClosed(model.options.rightClosed),
+      fRightClosed(model.settings.rightClosed),
       fColumnAt(names.GetCount(), kNoColumn),
       fLine(delimiter) {
   for (const std::size_t index : results) {
@@ -32,32 +32,32 @@ BinWriter::BinWriter(const BinModel& model, const std::vector<std::size_t>& resu
   }
 }
 
-void BinWriter::AddColumn(const BinModel& model, const AttributeBins& bins,
+void BinWriter::AddColumn(const MCBinModel::BinModel& model, const MCBinModel::AttributeBins& bins,
                           const ColumnNames& names, const MissingTexts& missingTexts) {
-  const VariableInfo& attribute = model.GetAttribute(bins);
+  const MCBinModel::VariableInfo& attribute = model.GetAttribute(bins);
   const std::size_t position = names.Find(attribute.name);
   const std::string header = fOptions.replace ? attribute.name : attribute.name + fOptions.suffix;
   if (!fOptions.replace && names.Contains(header)) {
-    throw InputError(fmt::format(
+    throw MCBinModel::Refusal(fmt::format(
         "there is a column {} already; choose another --suffix, or --replace the column {}",
-        QuotedText(header), QuotedText(attribute.name)));
+        MCBinModel::QuotedText(header), MCBinModel::QuotedText(attribute.name)));
   }
   fColumnAt[position] = fColumns.size();
-  fColumns.push_back({FieldCoder(attribute, position, missingTexts), bins.cutPoints, Ready(header),
-                      MakeCells(model, bins)});
+  fColumns.push_back({MCBinModel::FieldCoder(attribute, position, missingTexts), bins.cutPoints,
+                      Ready(header), MakeCells(model, bins)});
 }
 
-std::vector<std::string> BinWriter::MakeCells(const BinModel& model,
-                                              const AttributeBins& bins) const {
+std::vector<std::string> BinWriter::MakeCells(const MCBinModel::BinModel& model,
+                                              const MCBinModel::AttributeBins& bins) const {
   struct Writer {
     const std::string& missingText;
     std::string operator()(std::monostate) const { return missingText; }
     std::string operator()(std::int64_t index) const { return std::to_string(index); }
-    std::string operator()(double number) const { return FormatNumber(number); }
+    std::string operator()(double number) const { return MCBinModel::FormatNumber(number); }
     std::string operator()(const std::string& text) const { return text; }
   };
   std::vector<std::string> cells;
-  for (const BinValue& value : MakeBinValues(model, bins, fOptions.form)) {
+  for (const MCBinModel::BinValue& value : MCBinModel::MakeBinValues(model, bins, fOptions.form)) {
     cells.push_back(Ready(std::visit(Writer{fOptions.missingText}, value)));
   }
   cells.push_back(Ready(fOptions.missingText));
@@ -73,7 +73,7 @@ std::string BinWriter::Ready(const std::string& text) const {
 const std::string& BinWriter::CellOf(Column& column, const CsvReader& reader) const {
   const std::optional<double> value = column.coder.Code(reader);
   if (!value) return column.cells.back();
-  return column.cells[FindBin(column.cutPoints, *value, fRightClosed)];
+  return column.cells[MCBinModel::FindBin(column.cutPoints, *value, fRightClosed)];
 }
 
 template <typename CellText>

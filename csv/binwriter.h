@@ -22,9 +22,9 @@ namespace MCBin {
 class BinWriter {
  public:
   // The results to apply, as indexes into the model's. Borrows model and missing texts.
-  // Throws InputError when a column is not in the file, a new one would have the name of
+  // Throws Refusal when a column is not in the file, a new one would have the name of
   // another, or weight of evidence is asked for without a target of two classes.
-  BinWriter(const BinModel& model, const std::vector<std::size_t>& results,
+  BinWriter(const MCBinModel::BinModel& model, const std::vector<std::size_t>& results,
             const ApplyOptions& options, const ColumnNames& names, const MissingTexts& missingTexts,
             char delimiter);
 
@@ -37,15 +37,16 @@ class BinWriter {
 
  private:
   struct Column {
-    FieldCoder coder;
+    MCBinModel::FieldCoder coder;
     const std::vector<double>& cutPoints;
     std::string header;              // ready to be written, as the cells
     std::vector<std::string> cells;  // by bin, then the one for missing
   };
 
-  void AddColumn(const BinModel& model, const AttributeBins& bins, const ColumnNames& names,
-                 const MissingTexts& missingTexts);
-  std::vector<std::string> MakeCells(const BinModel& model, const AttributeBins& bins) const;
+  void AddColumn(const MCBinModel::BinModel& model, const MCBinModel::AttributeBins& bins,
+                 const ColumnNames& names, const MissingTexts& missingTexts);
+  std::vector<std::string> MakeCells(const MCBinModel::BinModel& model,
+                                     const MCBinModel::AttributeBins& bins) const;
   std::string Ready(const std::string& text) const;
   const std::string& CellOf(Column& column, const CsvReader& reader) const;
   template <typename CellText>

@@ -7,8 +7,8 @@
 #include <numeric>
 #include <utility>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
-#include "io/inputerror.h"
 
 namespace MCBin {
 
@@ -44,16 +44,16 @@ std::size_t EditDistance(const std::string& a, const std::string& b) {
 ColumnNames::ColumnNames(const CsvReader& header) : fFileName(header.GetName()) {
   for (const CsvField& field : header.GetFields()) {
     if (std::any_of(field.text.begin(), field.text.end(), IsBinary)) {
-      throw InputError(
+      throw MCBinModel::Refusal(
           fmt::format("{}: control characters in the header; this is a binary file, "
                       "not CSV text",
                       header.Where()));
     }
-    if (!IsUtf8(field.text)) {
-      throw InputError(
+    if (!MCBinModel::IsUtf8(field.text)) {
+      throw MCBinModel::Refusal(
           fmt::format("{}: the name of column {} is not UTF-8 text: {}; convert the "
                       "file first, for example: iconv -f LATIN1 -t UTF-8",
-                      header.Where(), fNames.size() + 1, QuotedText(field.text)));
+                      header.Where(), fNames.size() + 1, MCBinModel::QuotedText(field.text)));
     }
     fNames.emplace_back(field.text);
   }
@@ -62,7 +62,7 @@ ColumnNames::ColumnNames(const CsvReader& header) : fFileName(header.GetName()) 
 
 ColumnNames ColumnNames::Read(CsvReader& reader) {
   if (!reader.Next()) {
-    throw InputError(
+    throw MCBinModel::Refusal(
         fmt::format("{}: the file is empty; there is no header row", reader.GetName()));
   }
   return ColumnNames(reader);
@@ -80,8 +80,9 @@ void ColumnNames::CheckDuplicates(const std::string& where) const {
   for (std::size_t i = 1; i < byName.size(); ++i) {
     const std::string& name = fNames[byName[i]];
     if (name.empty() || name != fNames[byName[i - 1]]) continue;
-    throw InputError(fmt::format("{}: columns {} and {} have the same name {}; rename one", where,
-                                 byName[i - 1] + 1, byName[i] + 1, QuotedText(name)));
+    throw MCBinModel::Refusal(fmt::format("{}: columns {} and {} have the same name {}; rename one",
+                                          where, byName[i - 1] + 1, byName[i] + 1,
+                                          MCBinModel::QuotedText(name)));
   }
 }
 
@@ -90,8 +91,8 @@ std::size_t ColumnNames::Find(const std::string& name) const {
   if (!name.empty() && found != fNames.end()) {
     return static_cast<std::size_t>(found - fNames.begin());
   }
-  throw InputError(
-      fmt::format("{}: there is no column {}; {}", fFileName, QuotedText(name), Suggest(name)));
+  throw MCBinModel::Refusal(fmt::format("{}: there is no column {}; {}", fFileName,
+                                        MCBinModel::QuotedText(name), Suggest(name)));
 }
 
 std::string ColumnNames::Suggest(const std::string& name) const {
@@ -99,7 +100,8 @@ std::string ColumnNames::Suggest(const std::string& name) const {
     for (const char delimiter : {';', '\t', '|', ','}) {
       if (fNames[0].find(delimiter) == std::string::npos) continue;
       return fmt::format("the header is one column, {}: is --delimiter '{}' missing?",
-                         QuotedText(fNames[0]), PrintableText({&delimiter, 1}));
+                         MCBinModel::QuotedText(fNames[0]),
+                         MCBinModel::PrintableText({&delimiter, 1}));
     }
   }
   constexpr std::size_t kLongestCompared = 100;
@@ -110,14 +112,15 @@ std::string ColumnNames::Suggest(const std::string& name) const {
     const std::size_t largestDistance = 1 + name.size() / 4;
     const bool comparable = std::max(candidate.size(), name.size()) <= kLongestCompared;
     if (comparable && EditDistance(LowerCase(candidate), LowerCase(name)) <= largestDistance) {
-      near += (near.empty() ? "" : ", ") + QuotedText(candidate);
+      near += (near.empty() ? "" : ", ") + MCBinModel::QuotedText(candidate);
     }
-    if (fNames.size() <= kMostNames) all += (all.empty() ? "" : ", ") + QuotedText(candidate);
+    if (fNames.size() <= kMostNames)
+      all += (all.empty() ? "" : ", ") + MCBinModel::QuotedText(candidate);
   }
   if (!near.empty()) return "did you mean " + near + "?";
   if (!all.empty()) return "the columns are " + all;
   return fmt::format("the file has {} columns, the first is {}", fNames.size(),
-                     QuotedText(fNames[0]));
+                     MCBinModel::QuotedText(fNames[0]));
 }
 
 }  // namespace MCBin

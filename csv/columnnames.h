@@ -11,19 +11,19 @@ namespace MCBin {
 // The header row: the names of the columns, by position.
 class ColumnNames {
  public:
-  // Takes the names from the reader's current record. Throws InputError when two columns
+  // Takes the names from the reader's current record. Throws Refusal when two columns
   // have the same name, or a name is not UTF-8 or holds control characters. Empty names are
   // allowed: such columns cannot be asked for.
   explicit ColumnNames(const CsvReader& header);
 
-  // Takes them from the reader's first record, which it reads. Throws InputError also when
+  // Takes them from the reader's first record, which it reads. Throws Refusal also when
   // there is none.
   static ColumnNames Read(CsvReader& reader);
 
   std::size_t GetCount() const { return fNames.size(); }
   const std::string& GetName(std::size_t position) const { return fNames[position]; }
 
-  // The position of a column. Throws InputError, with names that are similar, when there
+  // The position of a column. Throws Refusal, with names that are similar, when there
   // is none of that name.
   std::size_t Find(const std::string& name) const;
   bool Contains(const std::string& name) const;

@@ -19,7 +19,7 @@ struct ColumnRequest {
   ColumnUse use;
   KindRequest kind;
   bool byName;  // the user named it: it is not left out silently
-  MissingDefinition missing;
+  MCBinModel::MissingDefinition missing;
 
   // Its categories are needed, if it turns out to have any.
   bool MayBeCategorical() const {

@@ -23,8 +23,8 @@ ColumnScan::ColumnScan(const ColumnRequest& request)
   fNumbers.emplace(kMaxCategories + 1);
   fTexts.emplace(kMaxCategories + 1);
   if (request.missing.IsEmpty()) return;
-  fNumbers->SetUserMissingInfo(MakeNumericUserMissing(request.missing).release());
-  fTexts->SetUserMissingInfo(MakeStringUserMissing(request.missing).release());
+  fNumbers->SetUserMissingInfo(MCBinModel::MakeNumericUserMissing(request.missing).release());
+  fTexts->SetUserMissingInfo(MCBinModel::MakeStringUserMissing(request.missing).release());
 }
 
 ColumnScan::Value ColumnScan::GetMissing() const {
@@ -39,16 +39,17 @@ ColumnScan::Value ColumnScan::Add(const CsvField& field, std::uint64_t line, boo
 }
 
 double ColumnScan::AddNumber(const CsvField& field, std::uint64_t line, bool counts) {
-  const ParsedNumber number = ParseNumber(field);
-  if (number.kind == NumberKind::kNumber && !fMayBeCategorical) return number.value;
-  if (number.kind == NumberKind::kText) {
+  const MCBinModel::ParsedNumber number = ParseNumber(field);
+  if (number.kind == MCBinModel::NumberKind::kNumber && !fMayBeCategorical) return number.value;
+  if (number.kind == MCBinModel::NumberKind::kText) {
     fFirstText = MakeSighting(line, field.text);
     fNumbers.reset();
   }
-  if (number.kind == NumberKind::kInfinite && !fFirstInfinite) {
+  if (number.kind == MCBinModel::NumberKind::kInfinite && !fFirstInfinite) {
     fFirstInfinite = MakeSighting(line, field.text);
   }
-  if (number.kind != NumberKind::kNumber || !fNumbers || !counts) return GetMissing().ifNumeric;
+  if (number.kind != MCBinModel::NumberKind::kNumber || !fNumbers || !counts)
+    return GetMissing().ifNumeric;
   const double code = fNumbers->Encode(number.value);
   if (fNumbers->GetNumberOfCategories() > kMaxCategories) {
     fFirstNumberBeyond = MakeSighting(line, field.text);

@@ -29,7 +29,7 @@ class Selection {
       : fNames(names), fOptions(options), fKinds(names.GetCount(), KindRequest::kDetect) {
     for (const std::string& name : options.categorical) SetKind(name, KindRequest::kCategorical);
     for (const std::string& name : options.continuous) SetKind(name, KindRequest::kContinuous);
-    for (const MissingDefinition& definition : options.missing) SetMissing(definition);
+    for (const MCBinModel::MissingDefinition& definition : options.missing) SetMissing(definition);
   }
 
   std::vector<ColumnRequest> Select() {
@@ -50,7 +50,7 @@ class Selection {
       notes.push_back(
           fmt::format("column {} is described by an option but not among "
                       "--attributes: it is not read",
-                      QuotedText(fNames.GetName(position))));
+                      MCBinModel::QuotedText(fNames.GetName(position))));
     }
     return notes;
   }
@@ -59,17 +59,17 @@ class Selection {
   void SetKind(const std::string& name, KindRequest kind) {
     KindRequest& known = fKinds[fNames.Find(name)];
     if (known != KindRequest::kDetect && known != kind) {
-      throw UsageError(
-          fmt::format("column {} is both --categorical and --continuous", QuotedText(name)));
+      throw UsageError(fmt::format("column {} is both --categorical and --continuous",
+                                   MCBinModel::QuotedText(name)));
     }
     known = kind;
   }
 
-  void SetMissing(const MissingDefinition& definition) {
+  void SetMissing(const MCBinModel::MissingDefinition& definition) {
     const bool isNew = fMissing.emplace(fNames.Find(definition.column), definition).second;
     if (!isNew) {
       throw UsageError(fmt::format("--missing {}: given twice; join the values with commas",
-                                   QuotedText(definition.column)));
+                                   MCBinModel::QuotedText(definition.column)));
     }
   }
 
@@ -77,21 +77,21 @@ class Selection {
     const std::size_t position = fNames.Find(name);
     const auto [known, isNew] = fUses.emplace(position, use);
     if (!isNew && known->second == use) {
-      throw UsageError(
-          fmt::format("column {} is named twice as {}", QuotedText(name), Describe(use)));
+      throw UsageError(fmt::format("column {} is named twice as {}", MCBinModel::QuotedText(name),
+                                   Describe(use)));
     }
     if (!isNew) {
-      throw UsageError(fmt::format("column {} cannot be {} and {}", QuotedText(name),
+      throw UsageError(fmt::format("column {} cannot be {} and {}", MCBinModel::QuotedText(name),
                                    Describe(known->second), Describe(use)));
     }
     const KindRequest kind = fKinds[position];
     if (use == ColumnUse::kTarget && kind == KindRequest::kContinuous) {
       throw UsageError(fmt::format("column {}: a target has categories, it cannot be --continuous",
-                                   QuotedText(name)));
+                                   MCBinModel::QuotedText(name)));
     }
     if (use == ColumnUse::kWeight && kind == KindRequest::kCategorical) {
       throw UsageError(fmt::format("column {}: a weight is a number, it cannot be --categorical",
-                                   QuotedText(name)));
+                                   MCBinModel::QuotedText(name)));
     }
     Add(position, use, true);
   }
@@ -106,15 +106,16 @@ class Selection {
 
   void Add(std::size_t position, ColumnUse use, bool byName) {
     const auto missing = fMissing.find(position);
-    fRequests.push_back({position, fNames.GetName(position), use, fKinds[position], byName,
-                         missing == fMissing.end() ? MissingDefinition{} : missing->second});
+    fRequests.push_back(
+        {position, fNames.GetName(position), use, fKinds[position], byName,
+         missing == fMissing.end() ? MCBinModel::MissingDefinition{} : missing->second});
   }
 
   const ColumnNames& fNames;
   const RunOptions& fOptions;
-  std::vector<KindRequest> fKinds;                    // by position
-  std::map<std::size_t, MissingDefinition> fMissing;  // by position
-  std::map<std::size_t, ColumnUse> fUses;             // by position
+  std::vector<KindRequest> fKinds;                                // by position
+  std::map<std::size_t, MCBinModel::MissingDefinition> fMissing;  // by position
+  std::map<std::size_t, ColumnUse> fUses;                         // by position
   std::vector<ColumnRequest> fRequests;
 };
 

@@ -13,7 +13,7 @@ namespace MCBin {
 // (in the order given, or in file order when none were named). `notes` gets a line for
 // each option that has no effect.
 //
-// Throws InputError for a name that is not in the file, and UsageError when the options
+// Throws Refusal for a name that is not in the file, and UsageError when the options
 // contradict each other (a column in two roles, a continuous target).
 std::vector<ColumnRequest> SelectColumns(const ColumnNames& names, const RunOptions& options,
                                          std::vector<std::string>& notes);

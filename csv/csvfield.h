@@ -18,9 +18,9 @@ struct CsvField {
   std::optional<double> decimal = std::nullopt;
 };
 
-inline ParsedNumber ParseNumber(const CsvField& field) {
-  if (field.decimal) return {NumberKind::kNumber, *field.decimal};
-  return ParseNumber(field.text);
+inline MCBinModel::ParsedNumber ParseNumber(const CsvField& field) {
+  if (field.decimal) return {MCBinModel::NumberKind::kNumber, *field.decimal};
+  return MCBinModel::ParseNumber(field.text);
 }
 
 }  // namespace MCBin

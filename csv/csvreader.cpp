@@ -8,8 +8,8 @@
 #include <cstring>
 #include <utility>
 
+#include "binmodel/model/refusal.h"
 #include "csv/plaindecimal.h"
-#include "io/inputerror.h"
 #include "io/inputstream.h"
 
 namespace MCBin {
@@ -44,8 +44,8 @@ bool CsvReader::Next() {
     const std::uint64_t blankLine = fLine;
     while (NextRecord()) {
       if (IsBlankLine()) continue;
-      throw InputError(fmt::format("{}: blank line in a file of {} columns; remove it",
-                                   Where(blankLine), fFieldCount));
+      throw MCBinModel::Refusal(fmt::format("{}: blank line in a file of {} columns; remove it",
+                                            Where(blankLine), fFieldCount));
     }
     return false;
   }
@@ -68,7 +68,7 @@ bool CsvReader::IsBlankLine() const {
 
 void CsvReader::CheckShape() const {
   if (fFields.size() == fFieldCount) return;
-  throw InputError(
+  throw MCBinModel::Refusal(
       fmt::format("{}: {} fields found, {} expected as in the header; check the "
                   "delimiters and quotes of this line",
                   Where(), fFields.size(), fFieldCount));
@@ -133,7 +133,7 @@ const char* CsvReader::ParseQuoted(const char* open) {
           continue;
         }
         if (at + 1 != fEnd && !fIsSpecial[IndexOf(at[1])]) {
-          throw InputError(
+          throw MCBinModel::Refusal(
               fmt::format("{}: text after a closing quote; a quote inside a quoted "
                           "field is written twice",
                           Where(fNextLine + fLinesInRecord)));
@@ -150,7 +150,7 @@ const char* CsvReader::ParseQuoted(const char* open) {
       case '\0':
         if (at != fEnd) RefuseNul();
         if (!fAtFileEnd) return nullptr;
-        throw InputError(
+        throw MCBinModel::Refusal(
             fmt::format("{}: the quote opened here is never closed", Where(lineOfQuote)));
       default:
         continue;
@@ -194,7 +194,8 @@ void CsvReader::Refill() {
     InputStream::WaitForInput(fFile);
     got = read(fFile, fEnd, room);
   } while (got < 0 && errno == EINTR);
-  if (got < 0) throw InputError(fmt::format("{}: cannot read: {}", fName, std::strerror(errno)));
+  if (got < 0)
+    throw MCBinModel::Refusal(fmt::format("{}: cannot read: {}", fName, std::strerror(errno)));
 
   fAtFileEnd = got == 0;
   fBytesRead += static_cast<std::uint64_t>(got);
@@ -213,7 +214,7 @@ void CsvReader::Refill() {
 void CsvReader::MakeRoom() {
   const auto pending = static_cast<std::size_t>(fEnd - fBegin);
   if (pending >= kMaxRecordBytes) {
-    throw InputError(
+    throw MCBinModel::Refusal(
         fmt::format("{}: this record is longer than {} MiB; is a closing quote "
                     "missing, or is this not a CSV file?",
                     Where(fNextLine), kMaxRecordBytes >> 20));
@@ -238,7 +239,7 @@ void CsvReader::CheckFileKind() const {
     return start.substr(0, magic.size()) == magic;
   };
   if (startsWith("\xFF\xFE") || startsWith("\xFE\xFF")) {
-    throw InputError(
+    throw MCBinModel::Refusal(
         fmt::format("{}: this is UTF-16 text; convert it first: iconv -f UTF-16 "
                     "-t UTF-8",
                     fName));
@@ -249,7 +250,7 @@ void CsvReader::CheckFileKind() const {
                           "7zXZ") ||
                       startsWith("\x28\xB5\x2F\xFD");
   if (packed) {
-    throw InputError(
+    throw MCBinModel::Refusal(
         fmt::format("{}: this is a packed file or a spreadsheet, not CSV text; "
                     "unpack it (gzip -dc FILE | mcbin ...) or export it as CSV first",
                     fName));
@@ -257,8 +258,8 @@ void CsvReader::CheckFileKind() const {
 }
 
 void CsvReader::RefuseNul() const {
-  throw InputError(fmt::format("{}: a NUL byte; this is a binary file, not CSV text",
-                               Where(fNextLine + fLinesInRecord)));
+  throw MCBinModel::Refusal(fmt::format("{}: a NUL byte; this is a binary file, not CSV text",
+                                        Where(fNextLine + fLinesInRecord)));
 }
 
 }  // namespace MCBin

@@ -21,7 +21,7 @@ namespace MCBin {
 //   Shape     every record has as many fields as the first one.
 //   Memory    one record at a time, of at most kMaxRecordBytes; fields point into the
 //             buffer and live until the next call of Next().
-//   Failure   InputError that names the file and the line: ragged or too long records,
+//   Failure   Refusal that names the file and the line: ragged or too long records,
 //             bad quoting, NUL bytes, UTF-16 or packed files, read errors.
 class CsvReader {
  public:

@@ -6,10 +6,10 @@
 #include <optional>
 #include <string_view>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
 #include "csv/recordpass.h"
-#include "io/inputerror.h"
 
 namespace MCBin {
 
@@ -47,10 +47,10 @@ class RecordScan {
   void HandleText(std::size_t i, std::string_view text) {
     const ColumnRequest& request = fRequests[i];
     if (request.kind == KindRequest::kContinuous) {
-      throw InputError(
-          fmt::format("{}: {} in column {} is not a number, but the column is "
-                      "--continuous; texts that mean missing go to --na",
-                      fReader.Where(), QuotedText(text), QuotedText(request.name)));
+      throw MCBinModel::Refusal(fmt::format(
+          "{}: {} in column {} is not a number, but the column is "
+          "--continuous; texts that mean missing go to --na",
+          fReader.Where(), MCBinModel::QuotedText(text), MCBinModel::QuotedText(request.name)));
     }
     fScan.values->Abandon(i);
   }
@@ -78,10 +78,10 @@ void MakeValueFile(const std::vector<ColumnRequest>& requests, const std::string
 
 void CheckRecordsLeft(const std::string& name, const InputScan& scan) {
   if (scan.recordCount == 0) {
-    throw InputError(fmt::format("{}: there is a header but no record", name));
+    throw MCBinModel::Refusal(fmt::format("{}: there is a header but no record", name));
   }
   if (scan.dropped.GetTotal() == scan.recordCount) {
-    throw InputError(
+    throw MCBinModel::Refusal(
         fmt::format("{}: no record has a usable weight: {} missing, {} zero, {} "
                     "rounded to zero",
                     name, scan.dropped.missing, scan.dropped.zero, scan.dropped.roundedToZero));

@@ -19,7 +19,7 @@ namespace MCBin {
 // What the pass over the file found.
 struct InputScan {
   std::uint64_t recordCount = 0;  // the dropped ones included
-  DroppedRecords dropped;
+  MCBinModel::DroppedRecords dropped;
   std::vector<ColumnScan> columns;  // one per request; unused for the weight
 
   // The values of the records that were not dropped. Column i of the file is that of request
@@ -34,7 +34,7 @@ struct InputScan {
 };
 
 // Reads every record after the header; its values go to a temporary file in `directory`.
-// Throws InputError for what the reader and the
+// Throws Refusal for what the reader and the
 // weights refuse, for a text in a column that must be numeric, and when no record is left;
 // Interrupt::Requested when the user stops it.
 InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& requests,

@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "cli/options/usageerror.h"
-#include "io/inputerror.h"
 
 namespace MCBin {
 
@@ -40,8 +40,9 @@ class Builder {
                       fNotNumeric));
     }
     if (fVariables.attributes.empty()) {
-      throw InputError(fmt::format("{}: no column can be binned{}{}", fFileName,
-                                   fNotNumeric.empty() ? "" : "; not numeric: ", fNotNumeric));
+      throw MCBinModel::Refusal(
+          fmt::format("{}: no column can be binned{}{}", fFileName,
+                      fNotNumeric.empty() ? "" : "; not numeric: ", fNotNumeric));
     }
     return std::move(fVariables);
   }
@@ -55,10 +56,10 @@ class Builder {
     CheckCategories(request, scan, "a target has");
     if (scan.GetCategoryCount() < 2) {
       const bool none = scan.GetCategoryCount() == 0;
-      throw InputError(
+      throw MCBinModel::Refusal(
           fmt::format("{}: the target {} has {}; at least two different values are "
                       "needed",
-                      fFileName, QuotedText(request.name),
+                      fFileName, MCBinModel::QuotedText(request.name),
                       none ? "no value" : "a single value in all records"));
     }
     fVariables.targets.push_back(MakeCategorical(request, scan));
@@ -75,7 +76,7 @@ class Builder {
       CheckCategories(request, scan, "a categorical column has");
       if (scan.GetCategoryCount() < 2) {
         fNotes.push_back(fmt::format("left out: column {} has fewer than two categories",
-                                     QuotedText(request.name)));
+                                     MCBinModel::QuotedText(request.name)));
         return;
       }
     } else {
@@ -88,11 +89,11 @@ class Builder {
 
   void LeaveOutText(const ColumnRequest& request, const ColumnScan::Sighting& text) {
     if (request.byName) {
-      throw InputError(
-          fmt::format("{}: {} in column {} is not a number; use --na for texts that "
-                      "mean missing, or --categorical to bin the column by the codes "
-                      "of its categories",
-                      Where(text), QuotedText(text.text), QuotedText(request.name)));
+      throw MCBinModel::Refusal(fmt::format(
+          "{}: {} in column {} is not a number; use --na for texts that "
+          "mean missing, or --categorical to bin the column by the codes "
+          "of its categories",
+          Where(text), MCBinModel::QuotedText(text.text), MCBinModel::QuotedText(request.name)));
     }
     constexpr int kMostNamed = 10;
     if (++fNotNumericCount > kMostNamed) {
@@ -100,17 +101,18 @@ class Builder {
       return;
     }
     fNotNumeric += fmt::format("{}{} (line {}: {})", fNotNumeric.empty() ? "" : ", ",
-                               QuotedText(request.name), text.line, ElideText(text.text, 20));
+                               MCBinModel::QuotedText(request.name), text.line,
+                               MCBinModel::ElideText(text.text, 20));
   }
 
   void CheckFinite(const ColumnRequest& request, const ColumnScan& scan) const {
     const auto& infinite = scan.GetFirstInfinite();
     if (!infinite) return;
-    throw InputError(
-        fmt::format("{}: the number {} in column {} is infinite or too large; read it "
-                    "as missing with --na {}, or leave the column out",
-                    Where(*infinite), QuotedText(infinite->text), QuotedText(request.name),
-                    ElideText(infinite->text, 40)));
+    throw MCBinModel::Refusal(fmt::format(
+        "{}: the number {} in column {} is infinite or too large; read it "
+        "as missing with --na {}, or leave the column out",
+        Where(*infinite), MCBinModel::QuotedText(infinite->text),
+        MCBinModel::QuotedText(request.name), MCBinModel::ElideText(infinite->text, 40)));
   }
 
   void CheckCategories(const ColumnRequest& request, const ColumnScan& scan,
@@ -123,22 +125,24 @@ class Builder {
         tooLong ? fmt::format("values of at most {} bytes, this one has {}",
                               ColumnScan::kMaxCategoryBytes, beyond->bytes)
                 : fmt::format("at most {} different values, {} is one too many",
-                              ColumnScan::kMaxCategories, QuotedText(beyond->text));
-    throw InputError(
+                              ColumnScan::kMaxCategories, MCBinModel::QuotedText(beyond->text));
+    throw MCBinModel::Refusal(
         fmt::format("{}: column {}: {} {}; choose another column, or group its values "
                     "first",
-                    Where(*beyond), QuotedText(request.name), whatHas, limit));
+                    Where(*beyond), MCBinModel::QuotedText(request.name), whatHas, limit));
   }
 
-  VariableInfo MakeContinuous(const ColumnRequest& request) const {
+  MCBinModel::VariableInfo MakeContinuous(const ColumnRequest& request) const {
     CheckNumericMissing(request.missing);
-    return {request.name, VariableKind::kContinuous, request.missing, {}, {}};
+    return {request.name, MCBinModel::VariableKind::kContinuous, request.missing, {}, {}};
   }
 
-  VariableInfo MakeCategorical(const ColumnRequest& request, const ColumnScan& scan) const {
-    VariableInfo info{request.name, VariableKind::kStringCategorical, request.missing, {}, {}};
+  MCBinModel::VariableInfo MakeCategorical(const ColumnRequest& request,
+                                           const ColumnScan& scan) const {
+    MCBinModel::VariableInfo info{
+        request.name, MCBinModel::VariableKind::kStringCategorical, request.missing, {}, {}};
     if (scan.IsNumeric()) {
-      info.kind = VariableKind::kNumericCategorical;
+      info.kind = MCBinModel::VariableKind::kNumericCategorical;
       CheckNumericMissing(request.missing);
       for (int code = 0; code < scan.GetCategoryCount(); ++code) {
         info.numbers.push_back(scan.GetNumbers().Decode(code));
@@ -154,21 +158,23 @@ class Builder {
   }
 
   void CheckUtf8(const ColumnRequest& request, const std::string& text) const {
-    if (IsUtf8(text)) return;
-    throw InputError(
+    if (MCBinModel::IsUtf8(text)) return;
+    throw MCBinModel::Refusal(
         fmt::format("{}: the value {} in column {} is not UTF-8 text; convert the "
                     "file first, for example: iconv -f LATIN1 -t UTF-8",
-                    fFileName, QuotedText(text), QuotedText(request.name)));
+                    fFileName, MCBinModel::QuotedText(text), MCBinModel::QuotedText(request.name)));
   }
 
-  static void CheckNumericMissing(const MissingDefinition& missing) { missing.NumericValues(); }
+  static void CheckNumericMissing(const MCBinModel::MissingDefinition& missing) {
+    missing.NumericValues();
+  }
 
-  static void CheckTextMissing(const MissingDefinition& missing) {
+  static void CheckTextMissing(const MCBinModel::MissingDefinition& missing) {
     if (!missing.interval) return;
     throw UsageError(
         fmt::format("--missing {}: an interval needs a numeric column; a text with "
                     "a colon is written in double quotes",
-                    QuotedText(missing.column)));
+                    MCBinModel::QuotedText(missing.column)));
   }
 
   const std::string& fFileName;

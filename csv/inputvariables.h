@@ -17,14 +17,14 @@ struct InputVariables {
   struct Weight {
     std::string name;
     IBINVariable::BINWRoundingOption rounding;
-    MissingDefinition missing;
+    MCBinModel::MissingDefinition missing;
     std::size_t column;  // of the value file
   };
 
   // Parallel: what a result says about a variable, and its column in the value file.
-  std::vector<VariableInfo> attributes;
+  std::vector<MCBinModel::VariableInfo> attributes;
   std::vector<std::size_t> attributeColumns;
-  std::vector<VariableInfo> targets;
+  std::vector<MCBinModel::VariableInfo> targets;
   std::vector<std::size_t> targetColumns;
 
   std::optional<Weight> weight;
@@ -33,7 +33,7 @@ struct InputVariables {
 // Decides each column's kind by what the pass over the file found.
 //
 // Columns that cannot be binned are left out with a note when the user did not ask for
-// them by name. Throws InputError for a column asked for that cannot be used, for a target
+// them by name. Throws Refusal for a column asked for that cannot be used, for a target
 // without two categories or with too many, and when no attribute is left; UsageError for a
 // --missing that does not fit its column's kind.
 InputVariables MakeInputVariables(const std::string& fileName,

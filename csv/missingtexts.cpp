@@ -10,7 +10,7 @@ MissingTexts::MissingTexts(const std::vector<std::string>& texts) {
   for (const std::string_view blank : {" ", "\t"}) fMayBegin[FirstByte(blank)] = true;
   for (const std::string& text : texts) {
     if (text == "\"\"") fQuotedEmpty = true;
-    const std::string_view trimmed = TrimBlanks(text);
+    const std::string_view trimmed = MCBinModel::TrimBlanks(text);
     if (trimmed.empty()) continue;
     fTexts.emplace_back(trimmed);
     fMayBegin[FirstByte(trimmed)] = true;
@@ -18,7 +18,7 @@ MissingTexts::MissingTexts(const std::vector<std::string>& texts) {
 }
 
 bool MissingTexts::IsMissingText(const CsvField& field) const {
-  const std::string_view text = TrimBlanks(field.text);
+  const std::string_view text = MCBinModel::TrimBlanks(field.text);
   if (text.empty()) return !field.quoted || (fQuotedEmpty && field.text.empty());
   return std::find(fTexts.begin(), fTexts.end(), text) != fTexts.end();
 }

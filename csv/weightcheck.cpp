@@ -2,11 +2,11 @@
 
 #include <fmt/format.h>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/model/usermissing.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
 #include "common/missing.h"
-#include "io/inputerror.h"
 
 namespace MCBin {
 
@@ -14,27 +14,29 @@ WeightCheck::WeightCheck(const ColumnRequest& weight, IBINVariable::BINWRounding
                          const MissingTexts& missingTexts)
     : fWeight(weight),
       fMissingTexts(missingTexts),
-      fUserMissing(MakeNumericUserMissing(weight.missing)),
+      fUserMissing(MCBinModel::MakeNumericUserMissing(weight.missing)),
       fEncoder(rounding) {}
 
 std::optional<double> WeightCheck::Check(const CsvReader& reader) {
   const CsvField& field = reader.GetFields()[fWeight.position];
   const bool missing = fMissingTexts.IsMissing(field);
-  const ParsedNumber weight = missing ? ParsedNumber{NumberKind::kNaN, 0.0} : ParseNumber(field);
+  const MCBinModel::ParsedNumber weight =
+      missing ? MCBinModel::ParsedNumber{MCBinModel::NumberKind::kNaN, 0.0} : ParseNumber(field);
   const bool userMissing =
-      weight.kind == NumberKind::kNumber && fUserMissing->Contains(weight.value);
-  if (weight.kind == NumberKind::kNaN || userMissing) {
+      weight.kind == MCBinModel::NumberKind::kNumber && fUserMissing->Contains(weight.value);
+  if (weight.kind == MCBinModel::NumberKind::kNaN || userMissing) {
     ++fDropped.missing;
     return std::nullopt;
   }
-  if (weight.kind != NumberKind::kNumber || weight.value < 0.0) {
-    const char* const problem = weight.kind == NumberKind::kText       ? "is not a number"
-                                : weight.kind == NumberKind::kInfinite ? "is infinite"
-                                                                       : "is negative";
-    throw InputError(
+  if (weight.kind != MCBinModel::NumberKind::kNumber || weight.value < 0.0) {
+    const char* const problem = weight.kind == MCBinModel::NumberKind::kText ? "is not a number"
+                                : weight.kind == MCBinModel::NumberKind::kInfinite ? "is infinite"
+                                                                                   : "is negative";
+    throw MCBinModel::Refusal(
         fmt::format("{}: the weight {} in column {} {}; weights are numbers from 0 "
                     "up, an empty field drops the record",
-                    reader.Where(), QuotedText(field.text), QuotedText(fWeight.name), problem));
+                    reader.Where(), MCBinModel::QuotedText(field.text),
+                    MCBinModel::QuotedText(fWeight.name), problem));
   }
   if (weight.value == 0.0) {
     ++fDropped.zero;

@@ -7,18 +7,18 @@
 
 #include "binmodel/file/binfile.h"
 #include "binmodel/file/binfilereader.h"
+#include "binmodel/model/refusal.h"
 #include "fuzz/require.h"
-#include "io/inputerror.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   std::string written;
   try {
-    written = MCBin::WriteBinFile(MCBin::ParseBinFile(text, "input"));
-  } catch (const MCBin::InputError&) {
+    written = MCBinModel::WriteBinFile(MCBinModel::ParseBinFile(text, "input"));
+  } catch (const MCBinModel::Refusal&) {
     return 0;
   }
-  Require(written == MCBin::WriteBinFile(MCBin::ParseBinFile(written, "written")),
+  Require(written == MCBinModel::WriteBinFile(MCBinModel::ParseBinFile(written, "written")),
           "what is written anew reads back");
   return 0;
 }

@@ -13,11 +13,11 @@
 #include <utility>
 #include <vector>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/number.h"
 #include "csv/csvreader.h"
 #include "fuzz/require.h"
 #include "io/filedescriptor.h"
-#include "io/inputerror.h"
 #include "io/writeall.h"
 
 namespace {
@@ -46,13 +46,13 @@ Content ReadAll(CsvReader& reader) {
       Fields& fields = content.records.emplace_back();
       for (const MCBin::CsvField& field : reader.GetFields()) {
         fields.emplace_back(field.text, field.quoted);
-        const MCBin::ParsedNumber number = MCBin::ParseNumber(field.text);
-        Require(!field.decimal ||
-                    (number.kind == MCBin::NumberKind::kNumber && number.value == *field.decimal),
+        const MCBinModel::ParsedNumber number = MCBinModel::ParseNumber(field.text);
+        Require(!field.decimal || (number.kind == MCBinModel::NumberKind::kNumber &&
+                                   number.value == *field.decimal),
                 "a decimal read in passing has its value");
       }
     }
-  } catch (const MCBin::InputError& error) {
+  } catch (const MCBinModel::Refusal& error) {
     content.refusal = error.what();
   }
   return content;

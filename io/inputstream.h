@@ -11,7 +11,7 @@ namespace MCBin {
 class InputStream {
  public:
   // Opens `path`; "-" is standard input. `expected` names what should be in it: "a CSV file".
-  // Throws InputError when there is no such file or it is a directory.
+  // Throws Refusal when there is no such file or it is a directory.
   InputStream(const std::string& path, const char* expected);
 
   int Get() const { return fFile.Get(); }

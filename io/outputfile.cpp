@@ -11,8 +11,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
-#include "io/inputerror.h"
 #include "io/writeall.h"
 
 namespace MCBin {
@@ -23,7 +23,8 @@ OutputFile::OutputFile(const std::string& path) : fPath(path) {
   std::error_code ignored;
   const fs::file_status status = fs::status(path, ignored);
   if (fs::is_directory(status)) {
-    throw InputError(fmt::format("{}: this is a directory; give a file name", QuotedText(path)));
+    throw MCBinModel::Refusal(
+        fmt::format("{}: this is a directory; give a file name", MCBinModel::QuotedText(path)));
   }
   if (fs::exists(status) && !fs::is_regular_file(status)) {
     fFile.Reset(open(path.c_str(), O_WRONLY | O_CLOEXEC));
@@ -47,7 +48,8 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::Fail(const char* what) const {
-  throw InputError(fmt::format("{}: {}: {}", PrintableText(fPath), what, std::strerror(errno)));
+  throw MCBinModel::Refusal(
+      fmt::format("{}: {}: {}", MCBinModel::PrintableText(fPath), what, std::strerror(errno)));
 }
 
 void OutputFile::Write(std::string_view text) {

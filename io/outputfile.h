@@ -15,13 +15,13 @@ namespace MCBin {
 // (a device, a named pipe) is written directly.
 class OutputFile {
  public:
-  // Throws InputError when the file cannot be made, so that a run fails before its work.
+  // Throws Refusal when the file cannot be made, so that a run fails before its work.
   explicit OutputFile(const std::string& path);
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
-  // Throw InputError when writing fails.
+  // Throw Refusal when writing fails.
   void Write(std::string_view text);
   void Commit();
 

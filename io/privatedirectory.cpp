@@ -16,8 +16,8 @@
 #include <string_view>
 #include <vector>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
-#include "io/inputerror.h"
 
 namespace MCBin {
 
@@ -34,10 +34,10 @@ std::string ChooseParent(const std::optional<std::string>& parent) {
 }
 
 [[noreturn]] void Refuse(const std::string& parent, int error) {
-  throw InputError(
+  throw MCBinModel::Refusal(
       fmt::format("cannot write temporary files in {}: {}; choose another directory "
                   "with --temp-dir",
-                  QuotedText(parent), std::strerror(error)));
+                  MCBinModel::QuotedText(parent), std::strerror(error)));
 }
 
 std::string NamePrefix() { return fmt::format("mcbin-{}-", geteuid()); }

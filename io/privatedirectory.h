@@ -16,7 +16,7 @@ namespace MCBin {
 class PrivateDirectory {
  public:
   // Makes it under `parent`, or $TMPDIR, or /tmp, and removes what killed runs left there.
-  // Throws InputError when that directory cannot be written.
+  // Throws Refusal when that directory cannot be written.
   explicit PrivateDirectory(const std::optional<std::string>& parent);
   ~PrivateDirectory();
   PrivateDirectory(const PrivateDirectory&) = delete;

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "io/inputerror.h"
+#include "binmodel/model/refusal.h"
 #include "io/inputstream.h"
 
 namespace MCBin {
@@ -39,17 +39,17 @@ InputText ReadAll(const std::string& path, char first, const char* expected) {
     const ssize_t got = read(input.Get(), chunk.data(), chunk.size());
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) {
-      throw InputError(fmt::format("{}: cannot read: {}", all.name, std::strerror(errno)));
+      throw MCBinModel::Refusal(fmt::format("{}: cannot read: {}", all.name, std::strerror(errno)));
     }
     const bool atEnd = got == 0;
     const bool isFirstChunk = all.text.empty();
     all.text.append(chunk.data(), static_cast<std::size_t>(got));
     if ((atEnd || isFirstChunk) && FirstCharacter(all.text) != first) {
-      throw InputError(fmt::format("{}: this is not {}", all.name, expected));
+      throw MCBinModel::Refusal(fmt::format("{}: this is not {}", all.name, expected));
     }
     if (atEnd) return all;
     if (all.text.size() > kMostBytes) {
-      throw InputError(
+      throw MCBinModel::Refusal(
           fmt::format("{}: larger than {} MiB; give {}", all.name, kMostBytes >> 20, expected));
     }
   }

@@ -14,7 +14,7 @@ struct InputText {
 // its first character must be, blanks and a byte-order mark left aside: another file, however
 // large, is refused at once. `expected` says what the file should be.
 //
-// Throws InputError, also for a file of more than 256 MiB, and Interrupt::Requested.
+// Throws Refusal, also for a file of more than 256 MiB, and Interrupt::Requested.
 InputText ReadAll(const std::string& path, char first, const char* expected);
 
 }  // namespace MCBin

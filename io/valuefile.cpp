@@ -8,8 +8,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
-#include "io/inputerror.h"
 
 namespace MCBin {
 
@@ -36,10 +36,10 @@ ValueFile::ValueFile(const std::string& directory, std::size_t columnCount)
   const std::string path = directory + "/values";
   fFile.Reset(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
   if (!fFile.IsOpen() || unlink(path.c_str()) != 0) {
-    throw InputError(
+    throw MCBinModel::Refusal(
         fmt::format("cannot make a temporary file in {}: {}; choose another "
                     "directory with --temp-dir",
-                    QuotedText(fDirectory), std::strerror(errno)));
+                    MCBinModel::QuotedText(fDirectory), std::strerror(errno)));
   }
 }
 
@@ -70,10 +70,10 @@ void ValueFile::Write(std::size_t firstColumn, std::size_t endColumn) {
     const ssize_t written = pwrite(fFile.Get(), bytes, left, static_cast<off_t>(position));
     if (written < 0 && errno == EINTR) continue;
     if (written <= 0) {
-      throw InputError(
+      throw MCBinModel::Refusal(
           fmt::format("cannot write a temporary file in {}: {}; choose another "
                       "directory with --temp-dir",
-                      QuotedText(fDirectory), std::strerror(errno)));
+                      MCBinModel::QuotedText(fDirectory), std::strerror(errno)));
     }
     bytes += written;
     left -= static_cast<std::size_t>(written);
@@ -93,9 +93,9 @@ void ValueFile::Read(std::size_t block, std::size_t column, double* values) cons
     const ssize_t got = pread(fFile.Get(), bytes, left, static_cast<off_t>(position));
     if (got < 0 && errno == EINTR) continue;
     if (got <= 0) {
-      throw InputError(fmt::format("cannot read back a temporary file in {}: {}",
-                                   QuotedText(fDirectory),
-                                   got == 0 ? "it ends early" : std::strerror(errno)));
+      throw MCBinModel::Refusal(fmt::format("cannot read back a temporary file in {}: {}",
+                                            MCBinModel::QuotedText(fDirectory),
+                                            got == 0 ? "it ends early" : std::strerror(errno)));
     }
     bytes += got;
     left -= static_cast<std::size_t>(got);

@@ -20,7 +20,7 @@ namespace MCBin {
 //   Threads   any number may read at the same time, once Finish() has returned.
 class ValueFile {
  public:
-  // Makes the file. Throws InputError.
+  // Makes the file. Throws Refusal.
   ValueFile(const std::string& directory, std::size_t columnCount);
 
   // Sets a value of the record that is written. A column that is not set keeps an arbitrary
@@ -29,7 +29,7 @@ class ValueFile {
     fBlock[column * fRecordsPerBlock + fRecordsInBlock] = value;
   }
 
-  // Ends the record. Throws InputError when the disk is full.
+  // Ends the record. Throws Refusal when the disk is full.
   void FinishRecord() {
     ++fRecordCount;
     if (++fRecordsInBlock == fRecordsPerBlock) WriteBlock();
@@ -38,14 +38,14 @@ class ValueFile {
   // Nobody will read the column: it takes no room from now on.
   void Abandon(std::size_t column) { fIsAbandoned[column] = true; }
 
-  // Ends the writing. Throws InputError.
+  // Ends the writing. Throws Refusal.
   void Finish();
 
   std::uint64_t GetRecordCount() const { return fRecordCount; }
   std::size_t GetRecordsPerBlock() const { return fRecordsPerBlock; }
 
   // Reads the values of one column in a block; `values` has room for those of a whole one.
-  // Throws InputError when the file cannot be read.
+  // Throws Refusal when the file cannot be read.
   void Read(std::size_t block, std::size_t column, double* values) const;
 
  private:

@@ -2,16 +2,16 @@
 
 #include "binmodel/measure/binstatistics.h"
 #include "binmodel/model/binlookup.h"
-#include "io/inputerror.h"
+#include "binmodel/model/refusal.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
 std::vector<BinValue> EvidenceValues(const BinModel& model, const AttributeBins& bins) {
   const VariableInfo* const target = model.GetTarget(bins);
   if (target == nullptr) {
-    throw InputError("weight of evidence needs a target, and equal-frequency bins have none");
+    throw Refusal("weight of evidence needs a target, and equal-frequency bins have none");
   }
   std::vector<BinValue> values(bins.cutPoints.size() + 1);
   const auto evidence = WeightsOfEvidence(bins, EventCategory(*target));
@@ -32,10 +32,10 @@ std::vector<BinValue> MakeBinValues(const BinModel& model, const AttributeBins& 
       values.emplace_back(static_cast<std::int64_t>(bin));
     } else {
       values.emplace_back(
-          BinLabel(model.GetAttribute(bins), bins.cutPoints, bin, model.options.rightClosed));
+          BinLabel(model.GetAttribute(bins), bins.cutPoints, bin, model.settings.rightClosed));
     }
   }
   return values;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

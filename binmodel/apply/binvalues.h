@@ -6,16 +6,17 @@
 #include <vector>
 
 #include "binmodel/model/binmodel.h"
-#include "cli/options/applyoptions.h"
 
-namespace MCBin {
+namespace MCBinModel {
+
+enum class BinForm { kIndex, kLabel, kWeightOfEvidence };
 
 // What a bin is written as: its index, its label or its weight of evidence, which may be
 // infinite; nothing for a weight of evidence that does not exist.
 using BinValue = std::variant<std::monostate, std::int64_t, double, std::string>;
 
-// The values of all bins, from the lowest up. Throws InputError when weight of evidence is
+// The values of all bins, from the lowest up. Throws Refusal when weight of evidence is
 // asked for without a target of two classes.
 std::vector<BinValue> MakeBinValues(const BinModel& model, const AttributeBins& bins, BinForm form);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

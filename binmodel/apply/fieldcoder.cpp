@@ -6,13 +6,13 @@
 #include <cfloat>
 #include <limits>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/model/usermissing.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
 #include "common/missing.h"
-#include "io/inputerror.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -21,7 +21,7 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 }  // namespace
 
 FieldCoder::FieldCoder(const VariableInfo& variable, std::size_t position,
-                       const MissingTexts& missingTexts)
+                       const MCBin::MissingTexts& missingTexts)
     : fVariable(variable),
       fPosition(position),
       fMissingTexts(missingTexts),
@@ -30,22 +30,23 @@ FieldCoder::FieldCoder(const VariableInfo& variable, std::size_t position,
   if (variable.kind == VariableKind::kStringCategorical) fTexts.emplace(variable.texts);
 }
 
-std::optional<double> FieldCoder::Code(const CsvReader& reader) {
-  const CsvField& field = reader.GetFields()[fPosition];
+std::optional<double> FieldCoder::Code(const MCBin::CsvReader& reader) {
+  const MCBin::CsvField& field = reader.GetFields()[fPosition];
   if (fMissingTexts.IsMissing(field)) return std::nullopt;
   if (fNumbers) return CodeNumericCategory(reader, field);
   if (fTexts) return CodeTextCategory(reader, field);
   return CodeNumber(reader, field);
 }
 
-std::optional<double> FieldCoder::CodeNumber(const CsvReader& reader, const CsvField& field) const {
+std::optional<double> FieldCoder::CodeNumber(const MCBin::CsvReader& reader,
+                                             const MCBin::CsvField& field) const {
   const ParsedNumber number = ParseNumber(field);
   double value = number.value;
   switch (number.kind) {
     case NumberKind::kNaN:
       return std::nullopt;
     case NumberKind::kText:
-      throw InputError(
+      throw Refusal(
           fmt::format("{}: {} in column {} is not a number; use --na for texts that mean missing",
                       reader.Where(), QuotedText(field.text), QuotedText(fVariable.name)));
     case NumberKind::kInfinite:
@@ -66,8 +67,8 @@ bool FieldCoder::IsUserMissing(double value) const {
          (interval->high == DBL_MAX && value == kInfinity);
 }
 
-std::optional<double> FieldCoder::CodeNumericCategory(const CsvReader& reader,
-                                                      const CsvField& field) {
+std::optional<double> FieldCoder::CodeNumericCategory(const MCBin::CsvReader& reader,
+                                                      const MCBin::CsvField& field) {
   const ParsedNumber number = ParseNumber(field);
   if (number.kind == NumberKind::kNaN) return std::nullopt;
   if (number.kind != NumberKind::kNumber) return CountUnknown(reader, field);
@@ -76,7 +77,8 @@ std::optional<double> FieldCoder::CodeNumericCategory(const CsvReader& reader,
   return code >= 0.0 ? code : CountUnknown(reader, field);
 }
 
-std::optional<double> FieldCoder::CodeTextCategory(const CsvReader& reader, const CsvField& field) {
+std::optional<double> FieldCoder::CodeTextCategory(const MCBin::CsvReader& reader,
+                                                   const MCBin::CsvField& field) {
   const std::vector<std::string>& missing = fVariable.missing.values;
   if (std::find(missing.begin(), missing.end(), field.text) != missing.end()) return std::nullopt;
   fText.assign(field.text);
@@ -84,7 +86,8 @@ std::optional<double> FieldCoder::CodeTextCategory(const CsvReader& reader, cons
   return code >= 0.0 ? code : CountUnknown(reader, field);
 }
 
-std::optional<double> FieldCoder::CountUnknown(const CsvReader& reader, const CsvField& field) {
+std::optional<double> FieldCoder::CountUnknown(const MCBin::CsvReader& reader,
+                                               const MCBin::CsvField& field) {
   if (fUnknownCount++ == 0) {
     fFirstUnknown = fmt::format("{} in line {}", QuotedText(field.text), reader.GetLine());
   }
@@ -98,4 +101,4 @@ std::optional<std::string> FieldCoder::DescribeUnknown() const {
       QuotedText(fVariable.name), fUnknownCount, fFirstUnknown);
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -12,7 +12,7 @@
 #include "metadata/binnumericusermissing.h"
 #include "metadata/binstringencoder.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // Reads one column as the variable of a bin file: numbers as they are, categories by the codes
 // that the bin file gave them.
@@ -24,11 +24,12 @@ namespace MCBin {
 class FieldCoder {
  public:
   // Borrows all of it. `position` is that of the column in the file.
-  FieldCoder(const VariableInfo& variable, std::size_t position, const MissingTexts& missingTexts);
+  FieldCoder(const VariableInfo& variable, std::size_t position,
+             const MCBin::MissingTexts& missingTexts);
 
-  // The value in the reader's current record; nothing when it is missing. Throws InputError
+  // The value in the reader's current record; nothing when it is missing. Throws Refusal
   // for a text in the column of a continuous variable.
-  std::optional<double> Code(const CsvReader& reader);
+  std::optional<double> Code(const MCBin::CsvReader& reader);
 
   std::size_t GetPosition() const { return fPosition; }
 
@@ -36,15 +37,18 @@ class FieldCoder {
   std::optional<std::string> DescribeUnknown() const;
 
  private:
-  std::optional<double> CodeNumber(const CsvReader& reader, const CsvField& field) const;
-  std::optional<double> CodeNumericCategory(const CsvReader& reader, const CsvField& field);
-  std::optional<double> CodeTextCategory(const CsvReader& reader, const CsvField& field);
-  std::optional<double> CountUnknown(const CsvReader& reader, const CsvField& field);
+  std::optional<double> CodeNumber(const MCBin::CsvReader& reader,
+                                   const MCBin::CsvField& field) const;
+  std::optional<double> CodeNumericCategory(const MCBin::CsvReader& reader,
+                                            const MCBin::CsvField& field);
+  std::optional<double> CodeTextCategory(const MCBin::CsvReader& reader,
+                                         const MCBin::CsvField& field);
+  std::optional<double> CountUnknown(const MCBin::CsvReader& reader, const MCBin::CsvField& field);
   bool IsUserMissing(double value) const;
 
   const VariableInfo& fVariable;
   const std::size_t fPosition;
-  const MissingTexts& fMissingTexts;
+  const MCBin::MissingTexts& fMissingTexts;
   std::unique_ptr<BINNumericUserMissing> fUserMissing;
   std::optional<BINCatNumEncoder> fNumbers;
   std::optional<BINStringEncoder> fTexts;
@@ -53,4 +57,4 @@ class FieldCoder {
   std::string fFirstUnknown;
 };
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -11,7 +11,7 @@
 #include "binmodel/model/binlookup.h"
 #include "csv/recordpass.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -22,13 +22,13 @@ void AddToRange(AttributeBins& counts, double value) {
 
 class Counter {
  public:
-  Counter(const BinModel& model, const std::vector<std::size_t>& results, const ColumnNames& names,
-          const MissingTexts& missingTexts)
+  Counter(const BinModel& model, const std::vector<std::size_t>& results,
+          const MCBin::ColumnNames& names, const MCBin::MissingTexts& missingTexts)
       : fModel(model), fNames(names), fMissingTexts(missingTexts) {
     for (const std::size_t index : results) AddResult(index);
   }
 
-  void Add(const CsvReader& reader, double weight) {
+  void Add(const MCBin::CsvReader& reader, double weight) {
     for (Column& column : fColumns) column.value = column.coder.Code(reader);
     for (Row& row : fRows) AddCase(row, weight);
   }
@@ -102,7 +102,7 @@ class Counter {
     const std::optional<double> category = row.target ? fColumns[*row.target].value : 0.0;
     if (!value || !category) return;
 
-    const bool rightClosed = fModel.options.rightClosed;
+    const bool rightClosed = fModel.settings.rightClosed;
     const std::size_t bin = FindBin(counts.cutPoints, *value, rightClosed);
     counts.validWeight += weight;
     counts.binWeights[bin] += weight;
@@ -115,8 +115,8 @@ class Counter {
   }
 
   const BinModel& fModel;
-  const ColumnNames& fNames;
-  const MissingTexts& fMissingTexts;
+  const MCBin::ColumnNames& fNames;
+  const MCBin::MissingTexts& fMissingTexts;
   std::map<std::string, std::size_t> fColumnOf;  // by name
   std::vector<Column> fColumns;
   std::vector<Row> fRows;
@@ -125,14 +125,15 @@ class Counter {
 }  // namespace
 
 Recount CountAgain(const BinModel& model, const std::vector<std::size_t>& results,
-                   const ColumnNames& names, const RecountWeight& weight,
-                   const MissingTexts& missingTexts, CsvReader& reader, ProgressBar& progress) {
+                   const MCBin::ColumnNames& names, const RecountWeight& weight,
+                   const MCBin::MissingTexts& missingTexts, MCBin::CsvReader& reader,
+                   MCBin::ProgressBar& progress) {
   constexpr double kUnweighted = 1.0;
 
   Counter counter(model, results, names, missingTexts);
-  std::optional<WeightCheck> weights;
+  std::optional<MCBin::WeightCheck> weights;
   if (weight.column != nullptr) weights.emplace(*weight.column, weight.rounding, missingTexts);
-  RecordPass pass(reader, progress);
+  MCBin::RecordPass pass(reader, progress);
   while (pass.Next()) {
     const std::optional<double> recordWeight = weights ? weights->Check(reader) : kUnweighted;
     if (recordWeight) counter.Add(reader, *recordWeight);
@@ -169,4 +170,4 @@ std::vector<std::size_t> FindRoundedMidpoints(const AttributeBins& bins,
   return rounded;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

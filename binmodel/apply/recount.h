@@ -12,7 +12,7 @@
 #include "csv/missingtexts.h"
 #include "csv/weightcheck.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // One result of a bin file, counted anew on other data with the cut points as they are.
 struct RecountedBins {
@@ -31,7 +31,7 @@ struct Recount {
 
 // The column of weights; null for none.
 struct RecountWeight {
-  const ColumnRequest* column;
+  const MCBin::ColumnRequest* column;
   IBINVariable::BINWRoundingOption rounding;
 };
 
@@ -41,11 +41,12 @@ struct RecountWeight {
 // A case counts for a result when it has a weight, a value and, where there is one, a
 // target: as in the run that made the bins, so the same data give the same weights.
 //
-// Throws InputError for a column that is not there and for what the reader, the weights and
+// Throws Refusal for a column that is not there and for what the reader, the weights and
 // the columns refuse; Interrupt::Requested when the user stops it.
 Recount CountAgain(const BinModel& model, const std::vector<std::size_t>& results,
-                   const ColumnNames& names, const RecountWeight& weight,
-                   const MissingTexts& missingTexts, CsvReader& reader, ProgressBar& progress);
+                   const MCBin::ColumnNames& names, const RecountWeight& weight,
+                   const MCBin::MissingTexts& missingTexts, MCBin::CsvReader& reader,
+                   MCBin::ProgressBar& progress);
 
 // Whether the counts are those of the bin file: the weights of all bins, and of all classes.
 bool HasSameCounts(const AttributeBins& bins, const AttributeBins& others);
@@ -58,4 +59,4 @@ bool HasSameCounts(const AttributeBins& bins, const AttributeBins& others);
 std::vector<std::size_t> FindRoundedMidpoints(const AttributeBins& bins,
                                               const RecountedBins& recounted, bool rightClosed);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

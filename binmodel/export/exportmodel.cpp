@@ -7,15 +7,15 @@
 #include <limits>
 
 #include "binmodel/model/binlookup.h"
+#include "binmodel/model/refusal.h"
 #include "binmodel/model/resultselection.h"
 #include "binmodel/model/usermissing.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
 #include "cli/options/usageerror.h"
 #include "common/missing.h"
-#include "io/inputerror.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -24,7 +24,7 @@ std::int64_t ParseWhole(const std::string& text) {
   const char* const end = text.data() + text.size();
   const auto parsed = std::from_chars(text.data(), end, whole);
   if (parsed.ec != std::errc() || parsed.ptr != end) {
-    throw UsageError(
+    throw MCBin::UsageError(
         fmt::format("--missing-as {}: the new columns hold whole numbers; give one, such as -1, "
                     "or choose --as label",
                     QuotedText(text)));
@@ -35,7 +35,7 @@ std::int64_t ParseWhole(const std::string& text) {
 double ParseReal(const std::string& text) {
   const ParsedNumber number = ParseNumber(text);
   if (number.kind != NumberKind::kNumber) {
-    throw UsageError(fmt::format(
+    throw MCBin::UsageError(fmt::format(
         "--missing-as {}: the new columns hold numbers; give one, such as 0", QuotedText(text)));
   }
   return number.value;
@@ -67,11 +67,11 @@ void AddNumber(std::vector<double>& numbers, const std::string& text) {
 }
 
 // Declared missing values, texts of --na that are numbers, and the mark of a missing value.
-std::vector<double> MissingNumbers(const VariableInfo& attribute, const RunOptions& run) {
+std::vector<double> MissingNumbers(const VariableInfo& attribute, const BinSource& source) {
   std::vector<double> numbers;
   if (attribute.kind == VariableKind::kStringCategorical) return numbers;
   for (const std::string& text : attribute.missing.values) AddNumber(numbers, text);
-  for (const std::string& text : run.missingTexts) AddNumber(numbers, text);
+  for (const std::string& text : source.missingTexts) AddNumber(numbers, text);
   numbers.push_back(MCMV::Missing());
   return numbers;
 }
@@ -104,8 +104,8 @@ ExportColumn MakeColumn(const BinModel& model, const AttributeBins& bins,
                       &bins.cutPoints,
                       attribute.name + options.suffix,
                       MakeBinValues(model, bins, options.form),
-                      MakeCategoryBins(attribute, bins, model.options.rightClosed),
-                      MissingNumbers(attribute, model.options)};
+                      MakeCategoryBins(attribute, bins, model.settings.rightClosed),
+                      MissingNumbers(attribute, model.source)};
   for (BinValue& value : column.values) {
     if (std::holds_alternative<std::monostate>(value)) value = missing;
   }
@@ -119,8 +119,8 @@ void CheckNames(const BinModel& model, const std::vector<ExportColumn>& columns)
   };
   for (const ExportColumn& column : columns) {
     if (has(model.attributes, column.name) || has(model.targets, column.name)) {
-      throw InputError(fmt::format("there is a column {} already; choose another --suffix",
-                                   QuotedText(column.name)));
+      throw Refusal(fmt::format("there is a column {} already; choose another --suffix",
+                                QuotedText(column.name)));
     }
   }
 }
@@ -128,7 +128,7 @@ void CheckNames(const BinModel& model, const std::vector<ExportColumn>& columns)
 }  // namespace
 
 ExportModel MakeExportModel(const BinModel& model, const ExportOptions& options) {
-  ExportModel exported{model.options.rightClosed, options.form, MakeMissing(options), {}};
+  ExportModel exported{model.settings.rightClosed, options.form, MakeMissing(options), {}};
   for (const std::size_t index : SelectResults(model, options.binFile, options.target)) {
     exported.columns.push_back(MakeColumn(model, model.results[index], options, exported.missing));
   }
@@ -136,4 +136,4 @@ ExportModel MakeExportModel(const BinModel& model, const ExportOptions& options)
   return exported;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -7,9 +7,8 @@
 #include "binmodel/apply/binvalues.h"
 #include "binmodel/export/exportoptions.h"
 #include "binmodel/model/binmodel.h"
-#include "cli/options/applyoptions.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // One attribute's way from values to bins, whatever the language it is written in. Values count
 // as they do in `mcbin apply`.
@@ -37,9 +36,9 @@ struct ExportModel {
 
 // The bins of one target, ready to be written. Borrows `model`.
 //
-// Throws InputError when a new column would have the name of another, and when weight of
+// Throws Refusal when a new column would have the name of another, and when weight of
 // evidence is asked for without a target of two classes; UsageError when --missing-as is not
 // of the type that the new columns have.
 ExportModel MakeExportModel(const BinModel& model, const ExportOptions& options);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

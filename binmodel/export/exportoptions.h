@@ -3,9 +3,9 @@
 #include <optional>
 #include <string>
 
-#include "cli/options/applyoptions.h"
+#include "binmodel/apply/binvalues.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 enum class ExportFormat { kSql, kPmml, kPython };
 
@@ -23,4 +23,4 @@ struct ExportOptions {
   bool quiet = false;
 };
 
-}  // namespace MCBin
+}  // namespace MCBinModel

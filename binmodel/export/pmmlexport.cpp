@@ -5,11 +5,11 @@
 #include <cfloat>
 #include <cmath>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
-#include "io/inputerror.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -21,8 +21,8 @@ std::string XmlText(const std::string& text) {
     const bool control = static_cast<unsigned char>(c) < 0x20;
     const bool allowed = !control || c == '\t' || c == '\n' || c == '\r';
     if (!allowed) {
-      throw InputError(fmt::format("the text {} has a control character, which XML cannot hold",
-                                   QuotedText(text)));
+      throw Refusal(fmt::format("the text {} has a control character, which XML cannot hold",
+                                QuotedText(text)));
     }
     if (control || c == '&' || c == '<' || c == '>' || c == '"') {
       escaped += fmt::format("&#{};", static_cast<int>(c));
@@ -33,7 +33,7 @@ std::string XmlText(const std::string& text) {
   // Two code points that are not characters, and that XML leaves out.
   if (text.find("\xEF\xBF\xBE") != std::string::npos ||
       text.find("\xEF\xBF\xBF") != std::string::npos) {
-    throw InputError(
+    throw Refusal(
         fmt::format("the text {} has a character that XML cannot hold", QuotedText(text)));
   }
   return escaped;
@@ -176,4 +176,4 @@ std::string WritePmml(const ExportModel& model, std::vector<std::string>& notes)
       model.columns.size(), dataFields, derivedFields);
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

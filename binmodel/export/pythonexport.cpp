@@ -8,7 +8,7 @@
 
 #include "binmodel/text/number.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -167,4 +167,4 @@ std::string WritePython(const ExportModel& model) {
   return module;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -9,11 +9,11 @@
 #include <limits>
 #include <stdexcept>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
-#include "io/inputerror.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -131,7 +131,7 @@ const SqlDialect& FindSqlDialect(const std::string& name) {
 
 std::string QuoteIdentifier(const SqlDialect& dialect, std::string_view name) {
   if (name.find('\0') != std::string_view::npos) {
-    throw InputError(
+    throw Refusal(
         fmt::format("the name {} has a NUL character, which SQL cannot hold", QuotedText(name)));
   }
   return Quote(name, dialect.identifierQuote);
@@ -140,7 +140,7 @@ std::string QuoteIdentifier(const SqlDialect& dialect, std::string_view name) {
 std::string FormatSqlNumber(const SqlDialect& dialect, double value) {
   if (!std::isinf(value)) return dialect.formatNumber(value);
   if (dialect.infinity == nullptr) {
-    throw InputError(
+    throw Refusal(
         fmt::format("a weight of evidence is infinite, which --dialect {} cannot say; merge the "
                     "bin with an empty class, or choose --as index",
                     dialect.name));
@@ -148,4 +148,4 @@ std::string FormatSqlNumber(const SqlDialect& dialect, double value) {
   return value > 0.0 ? dialect.infinity : dialect.minusInfinity;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

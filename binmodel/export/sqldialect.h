@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace MCBin {
+namespace MCBinModel {
 
 // How one database writes what an exported query needs.
 //
@@ -29,11 +29,11 @@ struct SqlDialect {
 std::vector<std::string> SqlDialectNames();
 const SqlDialect& FindSqlDialect(const std::string& name);
 
-// A table or column name in the dialect's quotes. Throws InputError for one with a NUL
+// A table or column name in the dialect's quotes. Throws Refusal for one with a NUL
 // character, which no query can hold.
 std::string QuoteIdentifier(const SqlDialect& dialect, std::string_view name);
 
-// A number as a literal. Throws InputError for an infinite one in a dialect that has none.
+// A number as a literal. Throws Refusal for an infinite one in a dialect that has none.
 std::string FormatSqlNumber(const SqlDialect& dialect, double value);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

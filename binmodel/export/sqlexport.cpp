@@ -6,12 +6,12 @@
 #include <cmath>
 #include <vector>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
 #include "cli/options/usageerror.h"
-#include "io/inputerror.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -24,7 +24,7 @@ std::string Fill(const char* pattern, const std::string& column) {
 
 std::string TextLiteral(const SqlDialect& dialect, const std::string& text) {
   if (text.find('\0') != std::string::npos) {
-    throw InputError(
+    throw Refusal(
         fmt::format("the text {} has a NUL character, which SQL cannot hold", QuotedText(text)));
   }
   return dialect.quoteText(text);
@@ -162,7 +162,7 @@ std::vector<std::string> SplitTableName(const std::string& table) {
   }
   for (const std::string& part : parts) {
     if (!quoted && !part.empty()) continue;
-    throw UsageError(fmt::format(
+    throw MCBin::UsageError(fmt::format(
         "--table {}: write NAME or SCHEMA.NAME, a name with a dot or quotes in double quotes",
         QuotedText(table)));
   }
@@ -182,4 +182,4 @@ std::string WriteSql(const ExportModel& model, const SqlDialect& dialect,
   return query + fmt::format("\nFROM {} AS {};\n", fmt::join(names, "."), kTableAlias);
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

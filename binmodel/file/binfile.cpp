@@ -5,7 +5,7 @@
 #include "binmodel/file/jsonwriter.h"
 #include "binmodel/model/statustext.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -30,25 +30,22 @@ void WriteMissing(JsonWriter& json, const char* key, const MissingDefinition& mi
   json.EndObject();
 }
 
-void WriteSettings(JsonWriter& json, const RunOptions& options) {
+void WriteSettings(JsonWriter& json, const BinSettings& settings,
+                   const std::optional<WeightInfo>& weight) {
   json.Key("settings");
   json.BeginObject();
-  if (options.algorithm == Algorithm::kSupervised) {
-    json.Member("prebin_above", options.prebinAbove);
-    json.Member("prebins", options.prebins);
-    json.Member("small_bins", options.smallBins);
+  if (settings.algorithm == Algorithm::kSupervised) {
+    json.Member("prebin_above", settings.prebinAbove);
+    json.Member("prebins", settings.prebins);
+    json.Member("small_bins", settings.smallBins);
   } else {
-    json.Member("bins", options.bins);
+    json.Member("bins", settings.bins);
   }
-  if (options.weight) {
-    json.Member("weight", *options.weight);
+  if (weight) {
+    json.Member("weight", weight->name);
     json.Member("rounding",
-                options.rounding == IBINVariable::RoundTruncate ? "truncate" : "closest");
-    for (const MissingDefinition& missing : options.missing) {
-      if (missing.column == *options.weight) {
-        WriteMissing(json, "weight_user_missing", missing, false);
-      }
-    }
+                weight->rounding == IBINVariable::RoundTruncate ? "truncate" : "closest");
+    WriteMissing(json, "weight_user_missing", weight->missing, false);
   }
   json.EndObject();
 }
@@ -56,15 +53,15 @@ void WriteSettings(JsonWriter& json, const RunOptions& options) {
 void WriteSource(JsonWriter& json, const BinModel& model) {
   json.Key("source");
   json.BeginObject();
-  json.Member("name", model.sourceName);
-  json.Member("delimiter", std::string(1, model.options.delimiter));
-  json.Member("na", model.options.missingTexts);
-  json.Member("records", model.recordCount);
+  json.Member("name", model.source.name);
+  json.Member("delimiter", std::string(1, model.source.delimiter));
+  json.Member("na", model.source.missingTexts);
+  json.Member("records", model.source.recordCount);
   json.Key("dropped");
   json.BeginObject();
-  json.Member("missing_weight", model.dropped.missing);
-  json.Member("zero_weight", model.dropped.zero);
-  json.Member("weight_rounded_to_zero", model.dropped.roundedToZero);
+  json.Member("missing_weight", model.source.dropped.missing);
+  json.Member("zero_weight", model.source.dropped.zero);
+  json.Member("weight_rounded_to_zero", model.source.dropped.roundedToZero);
   json.EndObject();
   json.EndObject();
 }
@@ -123,15 +120,15 @@ void WriteResult(JsonWriter& json, const BinModel& model, const AttributeBins& b
 }  // namespace
 
 std::string WriteBinFile(const BinModel& model) {
-  const bool supervised = model.options.algorithm == Algorithm::kSupervised;
+  const bool supervised = model.settings.algorithm == Algorithm::kSupervised;
   JsonWriter json;
   json.BeginObject();
   json.Member("format", kBinFileFormat);
   json.Member("version", kBinFileVersion);
   json.Member("tool", "mcbin " MCBINNING_VERSION);
   json.Member("algorithm", supervised ? "supervised" : "equal-frequency");
-  json.Member("closed", model.options.rightClosed ? "right" : "left");
-  WriteSettings(json, model.options);
+  json.Member("closed", model.settings.rightClosed ? "right" : "left");
+  WriteSettings(json, model.settings, model.source.weight);
   WriteSource(json, model);
   WriteVariables(json, "attributes", model.attributes);
   if (supervised) WriteVariables(json, "targets", model.targets);
@@ -143,4 +140,4 @@ std::string WriteBinFile(const BinModel& model) {
   return json.GetText();
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

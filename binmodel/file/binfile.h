@@ -4,7 +4,7 @@
 
 #include "binmodel/model/binmodel.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // What a bin file says it is, and the version of its format, which docs/bin-file.md describes.
 constexpr const char* kBinFileFormat = "mcbin-bins";
@@ -13,4 +13,4 @@ constexpr int kBinFileVersion = 1;
 // The text of the bin file: one JSON object.
 std::string WriteBinFile(const BinModel& model);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

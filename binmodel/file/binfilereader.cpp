@@ -13,13 +13,13 @@
 
 #include "binmodel/file/binfile.h"
 #include "binmodel/file/jsontree.h"
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
 #include "csv/columnscan.h"
-#include "io/inputerror.h"
 #include "io/readall.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -76,9 +76,9 @@ std::vector<Category> CheckCategories(const JsonNode& node, std::vector<Category
     if (seen.insert(categories[code]).second) continue;
     node.GetElement(code).Refuse("this category appears twice");
   }
-  if (categories.size() > ColumnScan::kMaxCategories) {
+  if (categories.size() > MCBin::ColumnScan::kMaxCategories) {
     node.Refuse(fmt::format("{} categories; a variable has at most {}", categories.size(),
-                            ColumnScan::kMaxCategories));
+                            MCBin::ColumnScan::kMaxCategories));
   }
   return categories;
 }
@@ -119,28 +119,36 @@ std::vector<VariableInfo> ReadTargets(const JsonNode& list, std::set<std::string
   return targets;
 }
 
-void ReadSettings(const JsonNode& node, RunOptions& options) {
-  if (options.algorithm == Algorithm::kSupervised) {
+BinSettings ReadSettings(const JsonNode& node, Algorithm algorithm) {
+  BinSettings settings;
+  settings.algorithm = algorithm;
+  if (settings.algorithm == Algorithm::kSupervised) {
     const JsonNode smallBins = node.GetMember("small_bins");
-    options.prebinAbove = node.GetMember("prebin_above").GetInteger(0, INT_MAX);
-    options.prebins = node.GetMember("prebins").GetInteger(2, INT_MAX);
-    options.smallBins = smallBins.GetWeight();
-    if (options.smallBins > 1.0) smallBins.Refuse("a share from 0 to 1 expected");
+    settings.prebinAbove = node.GetMember("prebin_above").GetInteger(0, INT_MAX);
+    settings.prebins = node.GetMember("prebins").GetInteger(2, INT_MAX);
+    settings.smallBins = smallBins.GetWeight();
+    if (settings.smallBins > 1.0) smallBins.Refuse("a share from 0 to 1 expected");
   } else {
-    options.bins = node.GetMember("bins").GetInteger(2, INT_MAX);
+    settings.bins = node.GetMember("bins").GetInteger(2, INT_MAX);
   }
-  const auto weight = node.FindMember("weight");
-  if (!weight) return;
-  options.weight = weight->GetText();
-  if (options.weight->empty()) weight->Refuse("the name of a column cannot be empty");
-  const bool truncate = node.GetMember("rounding").GetChoice({"closest", "truncate"}) == 1;
-  options.rounding = truncate ? IBINVariable::RoundTruncate : IBINVariable::RoundClosest;
-  const auto missing = node.FindMember("weight_user_missing");
-  if (missing) options.missing.push_back(ReadMissing(*missing, *options.weight, false));
+  return settings;
+}
+
+std::optional<WeightInfo> ReadWeight(const JsonNode& settings) {
+  const auto name = settings.FindMember("weight");
+  if (!name) return std::nullopt;
+  WeightInfo weight;
+  weight.name = name->GetText();
+  if (weight.name.empty()) name->Refuse("the name of a column cannot be empty");
+  const bool truncate = settings.GetMember("rounding").GetChoice({"closest", "truncate"}) == 1;
+  weight.rounding = truncate ? IBINVariable::RoundTruncate : IBINVariable::RoundClosest;
+  const auto missing = settings.FindMember("weight_user_missing");
+  if (missing) weight.missing = ReadMissing(*missing, weight.name, false);
+  return weight;
 }
 
 void ReadSource(const JsonNode& node, BinModel& model) {
-  model.sourceName = node.GetMember("name").GetText();
+  model.source.name = node.GetMember("name").GetText();
   const JsonNode delimiter = node.GetMember("delimiter");
   const std::string character = delimiter.GetText();
   const bool oneAscii =
@@ -148,16 +156,16 @@ void ReadSource(const JsonNode& node, BinModel& model) {
   if (!oneAscii || std::string_view("\"\r\n\0", 4).find(character) != std::string_view::npos) {
     delimiter.Refuse("one ASCII character expected, such as ';'");
   }
-  model.options.delimiter = character.front();
-  model.options.missingTexts = node.GetMember("na").GetTexts();
-  model.recordCount = node.GetMember("records").GetCount();
+  model.source.delimiter = character.front();
+  model.source.missingTexts = node.GetMember("na").GetTexts();
+  model.source.recordCount = node.GetMember("records").GetCount();
   const JsonNode dropped = node.GetMember("dropped");
-  model.dropped = {dropped.GetMember("missing_weight").GetCount(),
-                   dropped.GetMember("zero_weight").GetCount(),
-                   dropped.GetMember("weight_rounded_to_zero").GetCount()};
-  std::uint64_t left = model.recordCount;
-  for (const std::uint64_t count :
-       {model.dropped.missing, model.dropped.zero, model.dropped.roundedToZero}) {
+  model.source.dropped = {dropped.GetMember("missing_weight").GetCount(),
+                          dropped.GetMember("zero_weight").GetCount(),
+                          dropped.GetMember("weight_rounded_to_zero").GetCount()};
+  std::uint64_t left = model.source.recordCount;
+  for (const std::uint64_t count : {model.source.dropped.missing, model.source.dropped.zero,
+                                    model.source.dropped.roundedToZero}) {
     if (count > left) dropped.Refuse("more records are dropped than 'records' says were read");
     left -= count;
   }
@@ -305,12 +313,13 @@ BinModel ParseBinFile(std::string_view text, const std::string& name) {
   BinModel model;
   const bool supervised =
       file.GetMember("algorithm").GetChoice({"supervised", "equal-frequency"}) == 0;
-  model.options.algorithm = supervised ? Algorithm::kSupervised : Algorithm::kEqualFrequency;
-  model.options.rightClosed = file.GetMember("closed").GetChoice({"right", "left"}) == 0;
-  ReadSettings(file.GetMember("settings"), model.options);
+  model.settings = ReadSettings(file.GetMember("settings"),
+                                supervised ? Algorithm::kSupervised : Algorithm::kEqualFrequency);
+  model.settings.rightClosed = file.GetMember("closed").GetChoice({"right", "left"}) == 0;
+  model.source.weight = ReadWeight(file.GetMember("settings"));
   ReadSource(file.GetMember("source"), model);
   std::set<std::string> names;
-  if (model.options.weight) names.insert(*model.options.weight);
+  if (model.source.weight) names.insert(model.source.weight->name);
   model.attributes = ReadVariables(file.GetMember("attributes"), names);
   if (supervised) model.targets = ReadTargets(file.GetMember("targets"), names);
   ResultReader results(model);
@@ -321,8 +330,9 @@ BinModel ParseBinFile(std::string_view text, const std::string& name) {
 }
 
 BinModel ReadBinFile(const std::string& path) {
-  const InputText input = ReadAll(path, '{', "a bin file, which mcbin writes with --json");
+  const MCBin::InputText input =
+      MCBin::ReadAll(path, '{', "a bin file, which mcbin writes with --json");
   return ParseBinFile(input.text, input.name);
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

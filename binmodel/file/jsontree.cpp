@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
-#include "io/inputerror.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -37,7 +37,7 @@ class TreeBuilder : public nlohmann::json_sax<json> {
 
   bool key(string_t& key) override {
     if (fOpen.back().node->contains(key)) {
-      throw InputError(
+      throw Refusal(
           fmt::format("{}: {}: the member {} appears twice", fName, WhereOpen(), QuotedText(key)));
     }
     fOpen.back().key = key;
@@ -49,9 +49,9 @@ class TreeBuilder : public nlohmann::json_sax<json> {
     const auto end = fText.begin() + static_cast<std::ptrdiff_t>(std::min(position, fText.size()));
     const auto line = std::count(fText.begin(), end, '\n') + 1;
     const bool endsEarly = position > fText.size();
-    throw InputError(fmt::format("{}:{}: {}", fName, line,
-                                 endsEarly ? "the file ends too early; it was cut off"
-                                           : "this is not JSON: " + Reason(error.what())));
+    throw Refusal(fmt::format("{}:{}: {}", fName, line,
+                              endsEarly ? "the file ends too early; it was cut off"
+                                        : "this is not JSON: " + Reason(error.what())));
   }
 
  private:
@@ -104,7 +104,7 @@ class TreeBuilder : public nlohmann::json_sax<json> {
 
   bool Open(json empty) {
     if (fOpen.size() == kMostLevels) {
-      throw InputError(
+      throw Refusal(
           fmt::format("{}: {}: nested more than {} deep", fName, WhereOpen(), kMostLevels));
     }
     fOpen.push_back({Place(std::move(empty)), {}});
@@ -137,7 +137,7 @@ JsonNode::JsonNode(const json& value, const std::string& fileName, std::string p
     : fValue(&value), fFileName(fileName), fPointer(std::move(pointer)) {}
 
 void JsonNode::Refuse(const std::string& reason) const {
-  throw InputError(fmt::format("{}: {}: {}", fFileName, fPointer.empty() ? "/" : fPointer, reason));
+  throw Refusal(fmt::format("{}: {}: {}", fFileName, fPointer.empty() ? "/" : fPointer, reason));
 }
 
 void JsonNode::RefuseType(const char* expected) const {
@@ -242,4 +242,4 @@ std::size_t JsonNode::GetChoice(const std::vector<const char*>& choices) const {
   return static_cast<std::size_t>(found - choices.begin());
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

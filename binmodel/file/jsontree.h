@@ -7,11 +7,11 @@
 #include <string_view>
 #include <vector>
 
-namespace MCBin {
+namespace MCBinModel {
 
 // Parses a JSON text from a file that may hold anything. `name` is the file's, for messages.
 //
-// Throws InputError with the line for what is no JSON (a file that was cut off, text that is
+// Throws Refusal with the line for what is no JSON (a file that was cut off, text that is
 // not UTF-8, a number beyond the largest double), and with the place for a member that
 // appears twice and for values nested more than 32 deep.
 nlohmann::json ParseJson(std::string_view text, const std::string& name);
@@ -19,7 +19,7 @@ nlohmann::json ParseJson(std::string_view text, const std::string& name);
 // A value in a JSON tree that knows its place, so that whatever is wrong with it can be told
 // as "file: /results/0/cut_points/3: why".
 //
-// Every Get... throws InputError when the value is not of that type. Borrows the tree.
+// Every Get... throws Refusal when the value is not of that type. Borrows the tree.
 class JsonNode {
  public:
   JsonNode(const nlohmann::json& root, std::string fileName);
@@ -60,4 +60,4 @@ class JsonNode {
   std::string fPointer;
 };
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -6,7 +6,7 @@
 
 #include "binmodel/text/number.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -121,4 +121,4 @@ void JsonWriter::AppendList(const std::vector<T>& values) {
 void JsonWriter::Value(const std::vector<double>& numbers) { AppendList(numbers); }
 void JsonWriter::Value(const std::vector<std::string>& texts) { AppendList(texts); }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

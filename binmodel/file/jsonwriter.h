@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace MCBin {
+namespace MCBinModel {
 
 // Writes a JSON text from front to end.
 //
@@ -53,4 +53,4 @@ class JsonWriter {
   bool fAfterKey = false;
 };
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -6,10 +6,10 @@
 #include <cmath>
 #include <numeric>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
-#include "io/inputerror.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -52,8 +52,8 @@ double ModelEntropy(const AttributeBins& bins) {
 
 std::size_t EventCategory(const VariableInfo& target) {
   if (target.GetCategoryCount() != 2) {
-    throw InputError(fmt::format("weight of evidence needs a target with two classes; {} has {}",
-                                 QuotedText(target.name), target.GetCategoryCount()));
+    throw Refusal(fmt::format("weight of evidence needs a target with two classes; {} has {}",
+                              QuotedText(target.name), target.GetCategoryCount()));
   }
   const bool numeric = target.kind == VariableKind::kNumericCategorical;
   const bool firstIsEvent =
@@ -117,4 +117,4 @@ double LargestShareDeviation(const AttributeBins& bins, int binCount) {
   return largest;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -6,7 +6,7 @@
 
 #include "binmodel/model/binmodel.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // Measures computed from the component's results; docs/statistics.md has the formulas and their
 // sources. An empty cell is not smoothed: what it makes infinite is infinite.
@@ -26,7 +26,7 @@ double ModelEntropy(const AttributeBins& bins);
 
 // Which of a target's two categories is the event that weight of evidence is about: the
 // larger number, or the text that comes later in byte order (1 of 0 and 1, yes of no and
-// yes), so that it does not depend on the order of the records. Throws InputError when the
+// yes), so that it does not depend on the order of the records. Throws Refusal when the
 // target does not have two categories.
 std::size_t EventCategory(const VariableInfo& target);
 
@@ -54,4 +54,4 @@ std::optional<double> StabilityIndex(const std::vector<double>& weights,
 // The largest distance of a bin's share of the weight from 1 / binCount.
 double LargestShareDeviation(const AttributeBins& bins, int binCount);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

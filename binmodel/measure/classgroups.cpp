@@ -7,7 +7,7 @@
 
 #include "binmodel/measure/binstatistics.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -56,4 +56,4 @@ double GroupWeight(const ClassGroup& group, const std::vector<double>& classWeig
   return weight;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -6,7 +6,7 @@
 
 #include "binmodel/model/binmodel.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // Categories of a target that a chart draws in one colour and a table counts in one column.
 struct ClassGroup {
@@ -22,4 +22,4 @@ std::vector<ClassGroup> GroupClasses(const BinModel& model, std::size_t target);
 // The group's part of a bin's weights by category code.
 double GroupWeight(const ClassGroup& group, const std::vector<double>& classWeights);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -2,7 +2,7 @@
 
 #include "binmodel/measure/binstatistics.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -23,4 +23,4 @@ Evidence MeasureEvidence(const AttributeBins& bins, std::size_t event, double ad
           InformationValue(measured, event)};
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

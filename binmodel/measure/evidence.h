@@ -6,7 +6,7 @@
 
 #include "binmodel/model/binmodel.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // How much each bin speaks for one of a target's two classes, as a report shows it.
 struct Evidence {
@@ -22,4 +22,4 @@ struct Evidence {
 // nothing is smoothed.
 Evidence MeasureEvidence(const AttributeBins& bins, std::size_t event, double adjustment);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -4,7 +4,7 @@
 
 #include "binmodel/model/intervaltext.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -38,4 +38,4 @@ std::string BinLabel(const VariableInfo& attribute, const std::vector<double>& c
   return "{" + categories + "}";
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -6,7 +6,7 @@
 
 #include "binmodel/model/binmodel.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // The bin of a value: the number of cut points below it, and with the left border closed
 // those equal to it too. Infinite values are in the first and the last bin.
@@ -18,4 +18,4 @@ std::size_t FindBin(const std::vector<double>& cutPoints, double value, bool rig
 std::string BinLabel(const VariableInfo& attribute, const std::vector<double>& cutPoints,
                      std::size_t bin, bool rightClosed);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "binmodel/model/binsettings.h"
+#include "binmodel/model/binsource.h"
 #include "binmodel/model/variableinfo.h"
-#include "cli/options/runoptions.h"
 #include "common/mcstatus.h"
-#include "csv/weightcheck.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // The bins of one attribute: against one target, or without target (equal-frequency).
 struct AttributeBins {
@@ -33,10 +33,8 @@ struct AttributeBins {
 
 // Everything that a run found: what is printed, and what a bin file holds.
 struct BinModel {
-  RunOptions options;
-  std::string sourceName;
-  std::uint64_t recordCount = 0;  // the dropped ones included
-  DroppedRecords dropped;
+  BinSettings settings;
+  BinSource source;
   std::vector<VariableInfo> attributes;
   std::vector<VariableInfo> targets;
   std::vector<AttributeBins> results;
@@ -51,4 +49,4 @@ struct BinModel {
   }
 };
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -4,7 +4,7 @@
 
 #include "binmodel/text/number.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 std::string IntervalText(const std::vector<double>& cutPoints, std::size_t bin, bool rightClosed) {
   const bool first = bin == 0;
@@ -22,4 +22,4 @@ std::string DescribeValues(std::uint64_t distinctCount, double minimum, double m
                      FormatNumber(maximum));
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

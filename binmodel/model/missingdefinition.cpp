@@ -9,7 +9,7 @@
 #include "cli/options/optionlist.h"
 #include "cli/options/usageerror.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -36,11 +36,12 @@ std::string TakeColumn(std::string_view& text) {
   const bool quoted = !text.empty() && text.front() == '"';
   const std::size_t nameEnd = quoted ? text.rfind("\"=") : text.find('=');
   if (nameEnd == std::string_view::npos || nameEnd == 0) {
-    throw UsageError(fmt::format("--missing {}: write NAME=v1,v2,low:high", QuotedText(whole)));
+    throw MCBin::UsageError(
+        fmt::format("--missing {}: write NAME=v1,v2,low:high", QuotedText(whole)));
   }
   const std::string_view name = quoted ? text.substr(0, nameEnd + 1) : text.substr(0, nameEnd);
   text.remove_prefix(name.size() + 1);
-  return quoted ? SplitOptionNames(name).front() : std::string(name);
+  return quoted ? MCBin::SplitOptionNames(name).front() : std::string(name);
 }
 
 }  // namespace
@@ -50,7 +51,7 @@ std::vector<double> MissingDefinition::NumericValues() const {
   for (const std::string& value : values) {
     const ParsedNumber number = ParseNumber(value);
     if (number.kind != NumberKind::kNumber) {
-      throw UsageError(
+      throw MCBin::UsageError(
           fmt::format("--missing {}: {} is not a number, but the column is numeric; "
                       "texts that stand for a missing value go to --na",
                       QuotedText(column), QuotedText(value)));
@@ -64,23 +65,23 @@ MissingDefinition ParseMissingDefinition(std::string_view text) {
   MissingDefinition definition;
   definition.column = TakeColumn(text);
   const std::string name = QuotedText(definition.column);
-  if (text.empty()) throw UsageError(fmt::format("--missing {}: no value after '='", name));
-  for (OptionItem& item : SplitOptionList(text)) {
+  if (text.empty()) throw MCBin::UsageError(fmt::format("--missing {}: no value after '='", name));
+  for (MCBin::OptionItem& item : MCBin::SplitOptionList(text)) {
     const auto interval = item.quoted ? std::nullopt : ParseInterval(item.text);
     if (!interval) {
       definition.values.push_back(std::move(item.text));
       continue;
     }
     if (definition.interval) {
-      throw UsageError(fmt::format("--missing {}: only one interval can be given", name));
+      throw MCBin::UsageError(fmt::format("--missing {}: only one interval can be given", name));
     }
     if (interval->low > interval->high) {
-      throw UsageError(fmt::format("--missing {}: the interval {} is empty; write low:high", name,
-                                   QuotedText(item.text)));
+      throw MCBin::UsageError(fmt::format("--missing {}: the interval {} is empty; write low:high",
+                                          name, QuotedText(item.text)));
     }
     definition.interval = interval;
   }
   return definition;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace MCBin {
+namespace MCBinModel {
 
 // The values of one column that count as missing, beside the empty ones.
 struct MissingDefinition {
@@ -29,4 +29,4 @@ struct MissingDefinition {
 // a comma or looks like an interval is written in double quotes. Throws UsageError.
 MissingDefinition ParseMissingDefinition(std::string_view text);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
-namespace MCBin {
+namespace MCBinModel {
 
 std::vector<std::size_t> OrderByGain(const std::vector<AttributeBins>& results) {
   std::vector<std::size_t> order(results.size());
@@ -14,4 +14,4 @@ std::vector<std::size_t> OrderByGain(const std::vector<AttributeBins>& results) 
   return order;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -2,10 +2,10 @@
 
 #include <fmt/format.h>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
-#include "io/inputerror.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -20,13 +20,13 @@ std::optional<std::size_t> SelectTarget(const BinModel& model, const std::string
     names += (names.empty() ? "" : ", ") + QuotedText(model.targets[i].name);
   }
   if (!name) {
-    throw InputError(
+    throw Refusal(
         fmt::format("{}: bins for several targets; choose one with --target: {}", fileName, names));
   }
-  throw InputError(names.empty()
-                       ? fmt::format("{}: these bins have no target, leave --target out", fileName)
-                       : fmt::format("{}: no bins for the target {}; the targets are {}", fileName,
-                                     QuotedText(*name), names));
+  throw Refusal(names.empty()
+                    ? fmt::format("{}: these bins have no target, leave --target out", fileName)
+                    : fmt::format("{}: no bins for the target {}; the targets are {}", fileName,
+                                  QuotedText(*name), names));
 }
 
 }  // namespace
@@ -38,8 +38,8 @@ std::vector<std::size_t> SelectResults(const BinModel& model, const std::string&
   for (std::size_t i = 0; i < model.results.size(); ++i) {
     if (model.results[i].target == targetIndex) selected.push_back(i);
   }
-  if (selected.empty()) throw InputError(fmt::format("{}: there are no results", fileName));
+  if (selected.empty()) throw Refusal(fmt::format("{}: there are no results", fileName));
   return selected;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -1,6 +1,6 @@
 #include "binmodel/model/statustext.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 std::string DescribeStatus(const MCBinning::MCStatus& status) {
   if (status.IsOK()) return "ok";
@@ -55,4 +55,4 @@ const char* DescribeSeverity(const MCBinning::MCStatus& status) {
   return status.IsOK() ? "ok" : status.IsWarning() ? "warning" : "error";
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

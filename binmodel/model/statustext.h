@@ -4,7 +4,7 @@
 
 #include "common/mcstatus.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // A status in words: "ok", or a phrase such as "no cut point separates the classes".
 std::string DescribeStatus(const MCBinning::MCStatus& status);
@@ -12,4 +12,4 @@ std::string DescribeStatus(const MCBinning::MCStatus& status);
 // "ok", "warning" or "error".
 const char* DescribeSeverity(const MCBinning::MCStatus& status);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

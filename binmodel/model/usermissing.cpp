@@ -2,7 +2,7 @@
 
 #include "binmodel/text/number.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 std::unique_ptr<BINNumericUserMissing> MakeNumericUserMissing(const MissingDefinition& missing) {
   auto numeric = std::make_unique<BINNumericUserMissing>();
@@ -22,4 +22,4 @@ std::unique_ptr<BINStringUserMissing> MakeStringUserMissing(const MissingDefinit
   return strings;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

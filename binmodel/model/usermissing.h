@@ -6,11 +6,11 @@
 #include "metadata/binnumericusermissing.h"
 #include "metadata/binstringusermissing.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // The definition as the component's own objects: of the values that are numbers and the
 // interval, and of every value as a text.
 std::unique_ptr<BINNumericUserMissing> MakeNumericUserMissing(const MissingDefinition& missing);
 std::unique_ptr<BINStringUserMissing> MakeStringUserMissing(const MissingDefinition& missing);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -2,7 +2,7 @@
 
 #include "binmodel/text/number.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 std::size_t VariableInfo::GetCategoryCount() const {
   return kind == VariableKind::kNumericCategorical ? numbers.size() : texts.size();
@@ -12,4 +12,4 @@ std::string VariableInfo::GetLabel(std::size_t code) const {
   return kind == VariableKind::kNumericCategorical ? FormatNumber(numbers[code]) : texts[code];
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

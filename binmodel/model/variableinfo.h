@@ -7,7 +7,7 @@
 
 #include "binmodel/model/missingdefinition.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 enum class VariableKind { kContinuous, kNumericCategorical, kStringCategorical };
 
@@ -30,4 +30,4 @@ struct VariableInfo {
   std::string GetLabel(std::size_t code) const;
 };
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -13,7 +13,7 @@
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -93,8 +93,8 @@ class Comparison {
   }
 
   std::string DescribeMidpoints() const {
-    if (fModel.options.algorithm == Algorithm::kSupervised) return {};
-    const bool rightClosed = fModel.options.rightClosed;
+    if (fModel.settings.algorithm == Algorithm::kSupervised) return {};
+    const bool rightClosed = fModel.settings.rightClosed;
     std::string lines;
     for (const std::size_t cut : FindRoundedMidpoints(fFile, fRecounted, rightClosed)) {
       lines += fmt::format(
@@ -143,7 +143,7 @@ class Comparison {
 
   std::vector<std::string> BinRow(std::size_t bin, const BinMeasures& fileEvidence,
                                   const BinMeasures& dataEvidence) const {
-    const bool rightClosed = fModel.options.rightClosed;
+    const bool rightClosed = fModel.settings.rightClosed;
     const double fileWeight = WeightOf(fFile, bin);
     const double dataWeight = WeightOf(fData, bin);
     std::vector<std::string> cells = {
@@ -183,8 +183,9 @@ class Comparison {
 
 std::string Heading(const BinModel& model, const VariableInfo* target, const Recount& recount,
                     const std::string& dataName) {
-  std::string heading = fmt::format("Bins of {} on {}: {} records", PrintableText(model.sourceName),
-                                    dataName, recount.recordCount - recount.dropped.GetTotal());
+  std::string heading =
+      fmt::format("Bins of {} on {}: {} records", PrintableText(model.source.name), dataName,
+                  recount.recordCount - recount.dropped.GetTotal());
   if (target != nullptr) {
     heading += fmt::format(", target {}", ElideText(target->name, kNameWidth));
     if (target->GetCategoryCount() == 2) {
@@ -198,7 +199,7 @@ std::string Heading(const BinModel& model, const VariableInfo* target, const Rec
 }  // namespace
 
 void WriteEvaluationReport(const BinModel& model, const Recount& recount,
-                           const std::string& dataName, ResultStream& out) {
+                           const std::string& dataName, MCBin::ResultStream& out) {
   const VariableInfo* const target = model.GetTarget(recount.results.front().counts);
   std::vector<Comparison> comparisons;
   for (const RecountedBins& recounted : recount.results) comparisons.emplace_back(model, recounted);
@@ -220,4 +221,4 @@ void WriteEvaluationReport(const BinModel& model, const Recount& recount,
   out.Flush();
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -6,12 +6,12 @@
 #include "binmodel/model/binmodel.h"
 #include "cli/terminal/resultstream.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // Prints, for people, what the bin file says and what the other data say side by side: a
 // summary line for each attribute, then a table for each, in the order of the file.
 // `dataName` is what the data are called.
 void WriteEvaluationReport(const BinModel& model, const Recount& recount,
-                           const std::string& dataName, ResultStream& out);
+                           const std::string& dataName, MCBin::ResultStream& out);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

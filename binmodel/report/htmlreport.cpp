@@ -15,7 +15,7 @@
 #include "binmodel/text/htmltext.h"
 #include "binmodel/text/number.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -30,7 +30,7 @@ class HtmlReport {
   HtmlReport(const BinModel& model, double adjustment)
       : fModel(model),
         fAdjustment(adjustment),
-        fSupervised(model.options.algorithm == Algorithm::kSupervised) {}
+        fSupervised(model.settings.algorithm == Algorithm::kSupervised) {}
 
   std::string Render() const {
     std::string html = Head() + Introduction();
@@ -46,7 +46,7 @@ class HtmlReport {
  private:
   std::string Title() const {
     return (fSupervised ? "Supervised bins of " : "Equal-frequency bins of ") +
-           HtmlText(ElideText(fModel.sourceName, kNameWidth));
+           HtmlText(ElideText(fModel.source.name, kNameWidth));
   }
 
   std::string Head() const {
@@ -70,19 +70,21 @@ class HtmlReport {
   static std::string End() { return "</body>\n</html>\n"; }
 
   std::string Introduction() const {
-    const RunOptions& options = fModel.options;
-    std::string facts =
-        fmt::format("<span>{} records</span> ", fModel.recordCount - fModel.dropped.GetTotal());
-    if (fModel.dropped.GetTotal() > 0) {
-      facts += fmt::format("<span>{} dropped for their weight</span> ", fModel.dropped.GetTotal());
+    const BinSettings& settings = fModel.settings;
+    const std::optional<WeightInfo>& weight = fModel.source.weight;
+    std::string facts = fmt::format("<span>{} records</span> ",
+                                    fModel.source.recordCount - fModel.source.dropped.GetTotal());
+    if (fModel.source.dropped.GetTotal() > 0) {
+      facts += fmt::format("<span>{} dropped for their weight</span> ",
+                           fModel.source.dropped.GetTotal());
     }
-    if (options.weight) {
+    if (weight) {
       facts += fmt::format("<span>weighted by {}</span> ",
-                           HtmlText(ElideText(*options.weight, kNameWidth)));
+                           HtmlText(ElideText(weight->name, kNameWidth)));
     }
-    if (!fSupervised) facts += fmt::format("<span>{} bins asked for</span> ", options.bins);
-    facts += options.rightClosed ? "<span>bins (a, b] hold their upper border</span> "
-                                 : "<span>bins [a, b) hold their lower border</span> ";
+    if (!fSupervised) facts += fmt::format("<span>{} bins asked for</span> ", settings.bins);
+    facts += settings.rightClosed ? "<span>bins (a, b] hold their upper border</span> "
+                                  : "<span>bins [a, b) hold their lower border</span> ";
     return "<p class=\"facts\">" + facts + "</p>\n";
   }
 
@@ -163,7 +165,7 @@ class HtmlReport {
       const bool hasBins = !bins.binWeights.empty();
       rows +=
           RankingRow(result, fmt::format("<td>{}</td>", hasBins ? FormatShare(LargestShareDeviation(
-                                                                      bins, fModel.options.bins))
+                                                                      bins, fModel.settings.bins))
                                                                 : "–"));
     }
     return "<p class=\"soft\">Deviation is the largest distance of a bin’s share from the ideal "
@@ -206,4 +208,4 @@ std::string WriteHtmlReport(const BinModel& model, double adjustment) {
   return HtmlReport(model, adjustment).Render();
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -4,7 +4,7 @@
 
 #include "binmodel/model/binmodel.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // The results as one HTML page that needs nothing else: no scripts, no network. It is XML as
 // well. A ranking of the attributes comes first, for each target, then a chart and a table
@@ -14,4 +14,4 @@ namespace MCBin {
 // MeasureEvidence().
 std::string WriteHtmlReport(const BinModel& model, double adjustment);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

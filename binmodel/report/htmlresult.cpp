@@ -14,7 +14,7 @@
 #include "binmodel/text/htmltext.h"
 #include "binmodel/text/number.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -98,7 +98,7 @@ class HtmlResult {
   }
 
   std::string BinName(std::size_t bin) const {
-    return ElideText(BinLabel(fAttribute, fBins.cutPoints, bin, fModel.options.rightClosed),
+    return ElideText(BinLabel(fAttribute, fBins.cutPoints, bin, fModel.settings.rightClosed),
                      kBinLabelWidth);
   }
 
@@ -129,7 +129,7 @@ class HtmlResult {
     if (fTarget.event && fBins.validWeight > 0.0) {
       chart.overallShares = {fTotals[*fTarget.event] / fBins.validWeight};
     }
-    if (fTarget.groups.empty()) chart.referenceWeight = fBins.validWeight / fModel.options.bins;
+    if (fTarget.groups.empty()) chart.referenceWeight = fBins.validWeight / fModel.settings.bins;
     return chart;
   }
 
@@ -232,4 +232,4 @@ std::string HtmlStatus(const MCBinning::MCStatus& status) {
                      status.GetErrorCode());
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

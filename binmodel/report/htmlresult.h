@@ -7,7 +7,7 @@
 #include "binmodel/measure/classgroups.h"
 #include "binmodel/model/binmodel.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // What the results of one target have in common.
 struct HtmlTarget {
@@ -28,4 +28,4 @@ std::string HtmlShare(double part, double whole);
 // What a report says about a status that is not OK.
 std::string HtmlStatus(const MCBinning::MCStatus& status);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

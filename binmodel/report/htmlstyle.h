@@ -1,6 +1,6 @@
 #pragma once
 
-namespace MCBin {
+namespace MCBinModel {
 
 // The look of a report: light or dark as the reader's system is, light on paper.
 constexpr const char* kHtmlStyle = R"css(
@@ -82,4 +82,4 @@ table.wide{font-size:6pt}
 a{color:inherit}}
 )css";
 
-}  // namespace MCBin
+}  // namespace MCBinModel

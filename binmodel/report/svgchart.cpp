@@ -10,7 +10,7 @@
 #include "binmodel/text/htmltext.h"
 #include "binmodel/text/number.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -317,4 +317,4 @@ class BinChartWriter {
 
 std::string RenderBinChart(const BinChart& chart) { return BinChartWriter(chart).Render(); }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

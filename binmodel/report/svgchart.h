@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace MCBin {
+namespace MCBinModel {
 
 // What a chart of bins shows; texts are as in the data, the chart makes them safe.
 //
@@ -33,4 +33,4 @@ struct BinChart {
 // The chart as an <svg> element. With many bins labels, marks and gaps give way; tooltips stay.
 std::string RenderBinChart(const BinChart& chart);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -15,7 +15,7 @@
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -121,7 +121,7 @@ class BinTable {
   }
 
   void AddBin(std::size_t bin) {
-    const bool rightClosed = fModel.options.rightClosed;
+    const bool rightClosed = fModel.settings.rightClosed;
     const bool hasClasses = bin < fBins.classWeights.size();
     AddRow(IntervalText(fBins.cutPoints, bin, rightClosed), fBins.binWeights[bin],
            hasClasses ? fBins.classWeights[bin] : std::vector<double>(),
@@ -210,34 +210,34 @@ std::string EqualFrequencySummary(const BinModel& model) {
     const bool hasBins = !bins.binWeights.empty();
     table.AddRow({ElideText(model.GetAttribute(bins).name, kNameWidth),
                   std::to_string(bins.binWeights.size()),
-                  hasBins ? FormatShare(LargestShareDeviation(bins, model.options.bins)) : "-",
+                  hasBins ? FormatShare(LargestShareDeviation(bins, model.settings.bins)) : "-",
                   CutPointsCell(bins.cutPoints), StatusCell(bins.status)});
   }
   return table.Render();
 }
 
 std::string Heading(const BinModel& model) {
-  const std::uint64_t used = model.recordCount - model.dropped.GetTotal();
-  if (model.options.algorithm == Algorithm::kEqualFrequency) {
+  const std::uint64_t used = model.source.recordCount - model.source.dropped.GetTotal();
+  if (model.settings.algorithm == Algorithm::kEqualFrequency) {
     return fmt::format(
         "Equal-frequency bins of {}: {} records, {} bins asked for, ideal share {}\n\n",
-        model.sourceName, used, model.options.bins, FormatShare(1.0 / model.options.bins));
+        model.source.name, used, model.settings.bins, FormatShare(1.0 / model.settings.bins));
   }
   std::string targets;
   for (const VariableInfo& target : model.targets) {
     targets += (targets.empty() ? "" : ", ") + ElideText(target.name, kNameWidth);
   }
   return fmt::format("Supervised bins of {}: {} records, target {}; gain in bits\n\n",
-                     model.sourceName, used, targets);
+                     model.source.name, used, targets);
 }
 
 }  // namespace
 
-void WriteTextReport(const BinModel& model, const TextStyle& style, ResultStream& out) {
+void WriteTextReport(const BinModel& model, const TextStyle& style, MCBin::ResultStream& out) {
   const std::vector<std::size_t> order = OrderByGain(model.results);
   out.Write(Heading(model));
-  out.Write(model.options.algorithm == Algorithm::kSupervised ? SupervisedSummary(model, order)
-                                                              : EqualFrequencySummary(model));
+  out.Write(model.settings.algorithm == Algorithm::kSupervised ? SupervisedSummary(model, order)
+                                                               : EqualFrequencySummary(model));
   for (const std::size_t index : order) {
     const AttributeBins& bins = model.results[index];
     out.Write(Title(model, bins));
@@ -246,4 +246,4 @@ void WriteTextReport(const BinModel& model, const TextStyle& style, ResultStream
   out.Flush();
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

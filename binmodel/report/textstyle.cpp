@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <string_view>
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -63,4 +63,4 @@ std::string ShareBar(double share, std::size_t width, std::size_t index, const T
   return bar + blanks;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-namespace MCBin {
+namespace MCBinModel {
 
 enum class ColorChoice { kAuto, kAlways, kNever };
 
@@ -21,4 +21,4 @@ TextStyle ChooseTextStyle(ColorChoice choice);
 // its blanks. Shares above 0 are always visible. With colours in that of class `index`.
 std::string ShareBar(double share, std::size_t width, std::size_t index, const TextStyle& style);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -6,7 +6,7 @@
 
 #include "binmodel/text/displaytext.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -51,4 +51,4 @@ std::string TextTable::Render() const {
   return text;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace MCBin {
+namespace MCBinModel {
 
 // A table of aligned columns for a terminal. Cells are UTF-8 and printable, colours
 // apart (ESC [ ... m), which take no column.
@@ -25,4 +25,4 @@ class TextTable {
   std::vector<std::vector<std::string>> fRows = {{}};  // the header first
 };
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -18,6 +18,7 @@
 #include "algorithm/ibinalgorithm.h"
 #include "algorithm/iefbinalgorithm.h"
 #include "binmodel/measure/binstatistics.h"
+#include "binmodel/model/refusal.h"
 #include "binmodel/model/statustext.h"
 #include "binmodel/run/jobprogress.h"
 #include "binmodel/run/jobs.h"
@@ -26,18 +27,17 @@
 #include "binmodel/run/valuerecorditerator.h"
 #include "binmodel/text/displaytext.h"
 #include "common/missing.h"
-#include "io/inputerror.h"
 #include "io/interrupt.h"
 #include "output/binoutput.h"
 #include "output/efbinoutput.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
 std::size_t CountJobs(const ComponentRun& run) {
   const auto cores = static_cast<std::size_t>(std::thread::hardware_concurrency());
-  const auto asked = static_cast<std::size_t>(run.options.jobs);
+  const auto asked = static_cast<std::size_t>(run.jobs);
   return std::clamp<std::size_t>(asked == 0 ? cores : asked, 1, run.variables.attributes.size());
 }
 
@@ -57,7 +57,7 @@ class Share {
   template <typename Settings>
   void SetCommon(Settings& settings, MCQueryCancel& cancel) {
     settings.SetTempDirName(fRun.tempDir);
-    settings.SetRightBorderClosed(fRun.options.rightClosed);
+    settings.SetRightBorderClosed(fRun.settings.rightClosed);
     settings.SetCancelPointer(&cancel);
     if (!fRun.progress.IsVisible()) return;
     settings.SetProgressListener(&fProgress);
@@ -68,10 +68,10 @@ class Share {
   // A failure of the whole run. What ended it may lie in the tool's own objects.
   void CheckStatus(const MCBinning::MCStatus& status) const {
     fRecords.RethrowFailure();
-    Interrupt::ThrowIfRequested();
+    MCBin::Interrupt::ThrowIfRequested();
     if (!status.IsError()) return;
-    throw InputError(fmt::format("binning failed: {} (status {})", DescribeStatus(status),
-                                 status.GetErrorCode()));
+    throw Refusal(fmt::format("binning failed: {} (status {})", DescribeStatus(status),
+                              status.GetErrorCode()));
   }
 
  private:
@@ -90,7 +90,7 @@ void CheckCutPoints(const std::vector<double>& cutPoints, const VariableInfo& at
   const bool finite = std::all_of(cutPoints.begin(), cutPoints.end(),
                                   [](double cutPoint) { return std::isfinite(cutPoint); });
   if (finite) return;
-  throw InputError(
+  throw Refusal(
       fmt::format("column {}: a cut point is beyond the largest double; divide the "
                   "values, for example by 1000",
                   QuotedText(attribute.name)));
@@ -98,7 +98,7 @@ void CheckCutPoints(const std::vector<double>& cutPoints, const VariableInfo& at
 
 void CheckWeight(double weight) {
   if (std::isfinite(weight)) return;
-  throw InputError(
+  throw Refusal(
       "the weights sum up to more than the largest double; divide them, for example by 1000");
 }
 
@@ -181,9 +181,9 @@ std::vector<AttributeBins> RunSupervised(ComponentRun run) {
 
     BINSettings settings;
     share.SetCommon(settings, cancel);
-    settings.SetNumDistinctValueThreshold(run.options.prebinAbove);
-    settings.SetNumberOfBins(run.options.prebins);
-    settings.SetSmallBinDetectionThreshold(run.options.smallBins);
+    settings.SetNumDistinctValueThreshold(run.settings.prebinAbove);
+    settings.SetNumberOfBins(run.settings.prebins);
+    settings.SetSmallBinDetectionThreshold(run.settings.smallBins);
 
     BINFactory factory;
     const std::unique_ptr<IBINAlgorithm> algorithm(
@@ -211,7 +211,7 @@ std::vector<AttributeBins> RunEqualFrequency(ComponentRun run) {
     const ShareVariables& variables = share.GetVariables();
     EFBINSettings settings;
     share.SetCommon(settings, cancel);
-    settings.SetNumberOfBins(run.options.bins);
+    settings.SetNumberOfBins(run.settings.bins);
 
     EFBINFactory factory;
     const std::unique_ptr<IEFBINAlgorithm> algorithm(
@@ -230,4 +230,4 @@ std::vector<AttributeBins> RunEqualFrequency(ComponentRun run) {
   return RunShares(run, run.variables.attributes.size(), binShare);
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

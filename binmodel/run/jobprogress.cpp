@@ -1,6 +1,6 @@
 #include "binmodel/run/jobprogress.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // The component reports records and results alike.
 void JobProgress::ReportProgress(ProgressReport& /*report*/) {
@@ -10,4 +10,4 @@ void JobProgress::ReportProgress(ProgressReport& /*report*/) {
   fRecordsTold = recordsRead;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -6,7 +6,7 @@
 #include "binmodel/run/valuerecorditerator.h"
 #include "common/progresslistener.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // Tells the run's progress what the component reports to one job.
 class JobProgress : public ProgressListener {
@@ -23,4 +23,4 @@ class JobProgress : public ProgressListener {
   std::uint64_t fRecordsTold = 0;
 };
 
-}  // namespace MCBin
+}  // namespace MCBinModel

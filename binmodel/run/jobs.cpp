@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "io/inputerror.h"
+#include "binmodel/model/refusal.h"
 #include "io/interrupt.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 void Jobs::Run(std::size_t count, const std::function<void(std::size_t)>& job) {
   {
@@ -22,8 +22,8 @@ void Jobs::Run(std::size_t count, const std::function<void(std::size_t)>& job) {
       }
     } catch (const std::system_error& error) {
       Fail(std::make_exception_ptr(
-          InputError(fmt::format("cannot start {} threads: {}; choose fewer with --jobs", count - 1,
-                                 error.code().message()))));
+          Refusal(fmt::format("cannot start {} threads: {}; choose fewer with --jobs", count - 1,
+                              error.code().message()))));
     } catch (...) {
       Fail(std::current_exception());
     }
@@ -47,6 +47,6 @@ void Jobs::Fail(std::exception_ptr failure) {
   fHasFailed = true;
 }
 
-bool Jobs::QueryCancel() { return fHasFailed || Interrupt::IsRequested(); }
+bool Jobs::QueryCancel() { return fHasFailed || MCBin::Interrupt::IsRequested(); }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

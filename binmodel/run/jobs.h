@@ -8,7 +8,7 @@
 
 #include "common/mcquerycancel.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // Runs jobs side by side, each in a thread of its own. It is the cancel query of the component
 // in every one of them: the user's Ctrl-C and the failure of one job end all.
@@ -30,4 +30,4 @@ class Jobs : public MCQueryCancel {
   std::atomic<bool> fHasFailed{false};
 };
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-namespace MCBin {
+namespace MCBinModel {
 
-RunProgress::RunProgress(ProgressBar& bar, std::uint64_t total) : fBar(bar) {
+RunProgress::RunProgress(MCBin::ProgressBar& bar, std::uint64_t total) : fBar(bar) {
   constexpr double kRecordsPerUnit = 1e6;
   fBar.Start("binning", total, "M records", kRecordsPerUnit);
 }
@@ -20,4 +20,4 @@ void RunProgress::Add(std::uint64_t count) {
   fBar.Update(fDone);
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

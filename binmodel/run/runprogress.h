@@ -5,14 +5,14 @@
 
 #include "cli/terminal/progressbar.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // One bar for all jobs of a run. The work is counted in passes over a record: one when a job
 // reads it, and one for every result that rests on it.
 class RunProgress {
  public:
   // Borrows the bar. `total` is the number of passes to come.
-  RunProgress(ProgressBar& bar, std::uint64_t total);
+  RunProgress(MCBin::ProgressBar& bar, std::uint64_t total);
 
   // How many records lie between two reports of a job, so that the bar moves smoothly.
   static int RecordsPerReport(std::uint64_t recordCount);
@@ -22,8 +22,8 @@ class RunProgress {
 
  private:
   std::mutex fMutex;
-  ProgressBar& fBar;
+  MCBin::ProgressBar& fBar;
   std::uint64_t fDone = 0;
 };
 
-}  // namespace MCBin
+}  // namespace MCBinModel

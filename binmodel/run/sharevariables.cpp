@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -44,7 +44,7 @@ std::size_t ShareOf(std::size_t attribute, std::size_t shareCount) {
 
 }  // namespace
 
-ShareVariables MakeShareVariables(const InputVariables& variables, std::size_t share,
+ShareVariables MakeShareVariables(const MCBin::InputVariables& variables, std::size_t share,
                                   std::size_t shareCount) {
   ShareVariables result;
   for (std::size_t i = 0; i < variables.targets.size(); ++i) {
@@ -53,7 +53,7 @@ ShareVariables MakeShareVariables(const InputVariables& variables, std::size_t s
     result.columns.push_back(variables.targetColumns[i]);
   }
   if (variables.weight) {
-    const InputVariables::Weight& weight = *variables.weight;
+    const MCBin::InputVariables::Weight& weight = *variables.weight;
     const int index = result.list.AddWeightVar(weight.name, "", weight.rounding);
     SetNumericMissing(result.list, index, weight.missing);
     result.columns.push_back(weight.column);
@@ -68,4 +68,4 @@ ShareVariables MakeShareVariables(const InputVariables& variables, std::size_t s
   return result;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -6,7 +6,7 @@
 #include "csv/inputvariables.h"
 #include "metadata/binvarlist.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // What one algorithm object bins: all targets, the weight, and its share of the attributes.
 struct ShareVariables {
@@ -23,7 +23,7 @@ struct ShareVariables {
 
 // The variables of share `share` of `shareCount`. The first target has the target role, further
 // ones are categorical attributes to the component. Category codes are the same in every share.
-ShareVariables MakeShareVariables(const InputVariables& variables, std::size_t share,
+ShareVariables MakeShareVariables(const MCBin::InputVariables& variables, std::size_t share,
                                   std::size_t shareCount);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

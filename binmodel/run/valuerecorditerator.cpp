@@ -2,9 +2,9 @@
 
 #include <utility>
 
-namespace MCBin {
+namespace MCBinModel {
 
-ValueRecordIterator::ValueRecordIterator(std::shared_ptr<const ValueFile> values,
+ValueRecordIterator::ValueRecordIterator(std::shared_ptr<const MCBin::ValueFile> values,
                                          std::vector<std::size_t> columns)
     : fValues(std::move(values)),
       fRecordCount(fValues->GetRecordCount()),
@@ -51,4 +51,4 @@ void ValueRecordIterator::RethrowFailure() const {
   if (fFailure) std::rethrow_exception(fFailure);
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -10,7 +10,7 @@
 #include "host/recorditerator.h"
 #include "io/valuefile.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 // Hands some columns of a value file to the component, one record at a time.
 //
@@ -21,7 +21,8 @@ namespace MCBin {
 class ValueRecordIterator final : public MCCommon::RecordIterator {
  public:
   // Position i of a record holds the value of columns[i].
-  ValueRecordIterator(std::shared_ptr<const ValueFile> values, std::vector<std::size_t> columns);
+  ValueRecordIterator(std::shared_ptr<const MCBin::ValueFile> values,
+                      std::vector<std::size_t> columns);
 
   ValueRecordIterator(const ValueRecordIterator&) = delete;
   ValueRecordIterator& operator=(const ValueRecordIterator&) = delete;
@@ -40,7 +41,7 @@ class ValueRecordIterator final : public MCCommon::RecordIterator {
  private:
   void ReadBlock();
 
-  std::shared_ptr<const ValueFile> fValues;
+  std::shared_ptr<const MCBin::ValueFile> fValues;
   const std::uint64_t fRecordCount;
   const std::size_t fRecordsPerBlock;
   const std::vector<std::size_t> fColumns;
@@ -53,4 +54,4 @@ class ValueRecordIterator final : public MCCommon::RecordIterator {
   std::exception_ptr fFailure;
 };
 
-}  // namespace MCBin
+}  // namespace MCBinModel

@@ -5,7 +5,7 @@
 #include <array>
 #include <cstdint>
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -125,4 +125,4 @@ bool IsUtf8(std::string_view text) {
   return true;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

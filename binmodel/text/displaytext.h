@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace MCBin {
+namespace MCBinModel {
 
 // Texts from the data (names, labels, fields) made fit for a terminal.
 
@@ -24,4 +24,4 @@ std::size_t DisplayWidth(std::string_view text);
 // Whether the bytes are well-formed UTF-8.
 bool IsUtf8(std::string_view text);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

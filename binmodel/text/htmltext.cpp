@@ -2,7 +2,7 @@
 
 #include "binmodel/text/displaytext.h"
 
-namespace MCBin {
+namespace MCBinModel {
 
 std::string HtmlText(std::string_view text) {
   std::string escaped;
@@ -30,4 +30,4 @@ std::string HtmlText(std::string_view text) {
   return escaped;
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

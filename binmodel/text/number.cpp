@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <system_error>
 
-namespace MCBin {
+namespace MCBinModel {
 
 namespace {
 
@@ -69,4 +69,4 @@ std::string FormatShareOf(double part, double whole) {
   return whole > 0.0 ? FormatShare(part / whole) : "-";
 }
 
-}  // namespace MCBin
+}  // namespace MCBinModel

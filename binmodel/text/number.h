@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace MCBin {
+namespace MCBinModel {
 
 // What a text says when it is read as a number.
 enum class NumberKind { kNumber, kNaN, kInfinite, kText };
@@ -35,4 +35,4 @@ std::string FormatShare(double share);
 // The same of a part of a whole; "-" when the whole is nothing.
 std::string FormatShareOf(double part, double whole);
 
-}  // namespace MCBin
+}  // namespace MCBinModel

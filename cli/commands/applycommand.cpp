@@ -36,14 +36,15 @@ int ApplyCommand(const ApplyOptions& options) {
   }
   const bool outputIsTerminal = isatty(STDOUT_FILENO) == 1;
   ResultStream out;
-  const BinModel model = ReadBinFile(options.binFile);
-  const std::vector<std::size_t> results = SelectResults(model, options.binFile, options.target);
+  const MCBinModel::BinModel model = MCBinModel::ReadBinFile(options.binFile);
+  const std::vector<std::size_t> results =
+      MCBinModel::SelectResults(model, options.binFile, options.target);
 
   const InputStream input(options.input, "a CSV file");
-  const char delimiter = options.delimiter.value_or(model.options.delimiter);
+  const char delimiter = options.delimiter.value_or(model.source.delimiter);
   CsvReader reader(input.Get(), input.GetName(), delimiter);
   const ColumnNames names = ColumnNames::Read(reader);
-  const MissingTexts missingTexts(options.missingTexts.value_or(model.options.missingTexts));
+  const MissingTexts missingTexts(options.missingTexts.value_or(model.source.missingTexts));
   BinWriter writer(model, results, options, names, missingTexts, delimiter);
 
   constexpr double kBytesPerMB = 1e6;

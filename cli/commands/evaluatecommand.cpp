@@ -25,20 +25,21 @@ namespace MCBin {
 namespace {
 
 // The weight column: of the options, or the bin file's with what is missing in it.
-std::optional<ColumnRequest> FindWeight(const EvaluateOptions& options, const RunOptions& file,
+std::optional<ColumnRequest> FindWeight(const EvaluateOptions& options,
+                                        const MCBinModel::BinSource& file,
                                         const ColumnNames& names) {
-  const std::optional<std::string>& name = options.weight ? options.weight : file.weight;
-  if (options.unweighted || !name) return std::nullopt;
+  if (options.unweighted) return std::nullopt;
+  std::optional<std::string> name = options.weight;
+  if (!name && file.weight) name = file.weight->name;
+  if (!name) return std::nullopt;
   ColumnRequest weight{names.Find(*name),    *name, ColumnUse::kWeight,
                        KindRequest::kDetect, true,  {}};
-  for (const MissingDefinition& missing : file.missing) {
-    if (missing.column == *name) weight.missing = missing;
-  }
+  if (file.weight && file.weight->name == *name) weight.missing = file.weight->missing;
   return weight;
 }
 
-void PrintNotes(const Recount& recount) {
-  const DroppedRecords& dropped = recount.dropped;
+void PrintNotes(const MCBinModel::Recount& recount) {
+  const MCBinModel::DroppedRecords& dropped = recount.dropped;
   if (dropped.GetTotal() > 0) {
     fmt::print(stderr,
                "mcbin: {} of {} records dropped for their weight ({} missing, {} zero, {} rounded "
@@ -56,25 +57,29 @@ int EvaluateCommand(const EvaluateOptions& options) {
     throw UsageError("the bin file and the data cannot both come from standard input");
   }
   ResultStream out;
-  const BinModel model = ReadBinFile(options.binFile);
-  const std::vector<std::size_t> results = SelectResults(model, options.binFile, options.target);
+  const MCBinModel::BinModel model = MCBinModel::ReadBinFile(options.binFile);
+  const std::vector<std::size_t> results =
+      MCBinModel::SelectResults(model, options.binFile, options.target);
 
   const InputStream input(options.input, "a CSV file");
   CsvReader reader(input.Get(), input.GetName(),
-                   options.delimiter.value_or(model.options.delimiter));
+                   options.delimiter.value_or(model.source.delimiter));
   const ColumnNames names = ColumnNames::Read(reader);
-  const MissingTexts missingTexts(options.missingTexts.value_or(model.options.missingTexts));
-  const std::optional<ColumnRequest> weight = FindWeight(options, model.options, names);
+  const MissingTexts missingTexts(options.missingTexts.value_or(model.source.missingTexts));
+  const std::optional<ColumnRequest> weight = FindWeight(options, model.source, names);
+
+  const auto rounding =
+      model.source.weight ? model.source.weight->rounding : IBINVariable::RoundClosest;
 
   constexpr double kBytesPerMB = 1e6;
   ProgressBar progress(!options.quiet && input.IsRegularFile());
   progress.Start("counting", input.GetSize(), "MB", kBytesPerMB);
-  const Recount recount =
-      CountAgain(model, results, names, {weight ? &*weight : nullptr, model.options.rounding},
-                 missingTexts, reader, progress);
+  const MCBinModel::Recount recount =
+      MCBinModel::CountAgain(model, results, names, {weight ? &*weight : nullptr, rounding},
+                             missingTexts, reader, progress);
   progress.Finish();
   if (!options.quiet) PrintNotes(recount);
-  WriteEvaluationReport(model, recount, input.GetName(), out);
+  MCBinModel::WriteEvaluationReport(model, recount, input.GetName(), out);
   return kExitDone;
 }
 

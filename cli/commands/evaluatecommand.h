@@ -5,7 +5,7 @@
 namespace MCBin {
 
 // Runs `mcbin evaluate`: counts the bins of a bin file on other data and prints both side by
-// side. Returns the exit code; throws InputError, UsageError and Interrupt::Requested.
+// side. Returns the exit code; throws Refusal, UsageError and Interrupt::Requested.
 int EvaluateCommand(const EvaluateOptions& options);
 
 }  // namespace MCBin

@@ -22,32 +22,33 @@ namespace MCBin {
 
 namespace {
 
-std::string MakeText(const ExportOptions& options, std::vector<std::string>& notes) {
-  const BinModel model = ReadBinFile(options.binFile);
-  const ExportModel exported = MakeExportModel(model, options);
+std::string MakeText(const MCBinModel::ExportOptions& options, std::vector<std::string>& notes) {
+  const MCBinModel::BinModel model = MCBinModel::ReadBinFile(options.binFile);
+  const MCBinModel::ExportModel exported = MCBinModel::MakeExportModel(model, options);
   switch (options.format) {
-    case ExportFormat::kSql:
-      return WriteSql(exported, FindSqlDialect(options.dialect), options.table);
-    case ExportFormat::kPmml:
-      return WritePmml(exported, notes);
-    case ExportFormat::kPython:
+    case MCBinModel::ExportFormat::kSql:
+      return MCBinModel::WriteSql(exported, MCBinModel::FindSqlDialect(options.dialect),
+                                  options.table);
+    case MCBinModel::ExportFormat::kPmml:
+      return MCBinModel::WritePmml(exported, notes);
+    case MCBinModel::ExportFormat::kPython:
       break;
   }
-  return WritePython(exported);
+  return MCBinModel::WritePython(exported);
 }
 
-void CheckOutput(const ExportOptions& options) {
+void CheckOutput(const MCBinModel::ExportOptions& options) {
   std::error_code ignored;
   if (!options.output || !std::filesystem::equivalent(options.binFile, *options.output, ignored)) {
     return;
   }
   throw UsageError(fmt::format("--output {}: this is the bin file, which would be overwritten",
-                               QuotedText(*options.output)));
+                               MCBinModel::QuotedText(*options.output)));
 }
 
 }  // namespace
 
-int ExportCommand(const ExportOptions& options) {
+int ExportCommand(const MCBinModel::ExportOptions& options) {
   ResultStream out;
   CheckOutput(options);
   std::vector<std::string> notes;

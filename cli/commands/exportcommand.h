@@ -5,7 +5,7 @@
 namespace MCBin {
 
 // Runs `mcbin export`: writes a bin file's rules in another language. Returns the exit code;
-// throws InputError, UsageError and Interrupt::Requested.
-int ExportCommand(const ExportOptions& options);
+// throws Refusal, UsageError and Interrupt::Requested.
+int ExportCommand(const MCBinModel::ExportOptions& options);
 
 }  // namespace MCBin

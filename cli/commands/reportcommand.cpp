@@ -21,13 +21,13 @@ int ReportCommand(const ReportOptions& options) {
   std::error_code ignored;
   if (std::filesystem::equivalent(options.binFile, options.output, ignored)) {
     throw UsageError(fmt::format("--output {}: this is the bin file, which would be overwritten",
-                                 QuotedText(options.output)));
+                                 MCBinModel::QuotedText(options.output)));
   }
   ResultStream out;
   std::optional<OutputFile> file;
   if (options.output != "-") file.emplace(options.output);
-  const std::string report =
-      WriteHtmlReport(ReadBinFile(options.binFile), options.evidenceAdjustment);
+  const std::string report = MCBinModel::WriteHtmlReport(MCBinModel::ReadBinFile(options.binFile),
+                                                         options.evidenceAdjustment);
   if (file) {
     file->Write(report);
     file->Commit();

@@ -4,7 +4,7 @@
 
 namespace MCBin {
 
-// Runs `mcbin report` and returns the exit code. Throws InputError and UsageError.
+// Runs `mcbin report` and returns the exit code. Throws Refusal and UsageError.
 int ReportCommand(const ReportOptions& options);
 
 }  // namespace MCBin

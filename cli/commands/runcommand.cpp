@@ -41,10 +41,9 @@ void PrintNotes(const std::vector<std::string>& notes, bool quiet) {
   for (const std::string& note : notes) fmt::print(stderr, "mcbin: {}\n", note);
 }
 
-void PrintCounts(const BinModel& model) {
-  if (model.options.quiet) return;
-  const DroppedRecords& dropped = model.dropped;
-  fmt::print(stderr, "mcbin: {} records read", model.recordCount);
+void PrintCounts(const MCBinModel::BinModel& model) {
+  const MCBinModel::DroppedRecords& dropped = model.source.dropped;
+  fmt::print(stderr, "mcbin: {} records read", model.source.recordCount);
   if (dropped.GetTotal() > 0) {
     fmt::print(stderr, ", {} dropped for their weight ({} missing, {} zero, {} rounded to zero)",
                dropped.GetTotal(), dropped.missing, dropped.zero, dropped.roundedToZero);
@@ -54,7 +53,7 @@ void PrintCounts(const BinModel& model) {
 
 // The pass over the file and the component's run. All temporary files are gone when it
 // returns.
-BinModel MakeBins(const RunOptions& options) {
+MCBinModel::BinModel MakeBins(const RunOptions& options) {
   const PrivateDirectory directory(options.tempDir);
   const InputStream input(options.input, "a CSV file");
   CsvReader reader(input.Get(), input.GetName(), options.delimiter);
@@ -73,33 +72,39 @@ BinModel MakeBins(const RunOptions& options) {
       MakeInputVariables(input.GetName(), requests, scan, options.rounding, notes);
   PrintNotes(notes, options.quiet);
 
-  ComponentRun run{options, variables, std::move(scan.values), directory.GetPath(), progress};
-  std::vector<AttributeBins> results = options.algorithm == Algorithm::kSupervised
-                                           ? RunSupervised(std::move(run))
-                                           : RunEqualFrequency(std::move(run));
+  MCBinModel::ComponentRun run{options.settings,       options.jobs,        variables,
+                               std::move(scan.values), directory.GetPath(), progress};
+  std::vector<MCBinModel::AttributeBins> results =
+      options.settings.algorithm == MCBinModel::Algorithm::kSupervised
+          ? MCBinModel::RunSupervised(std::move(run))
+          : MCBinModel::RunEqualFrequency(std::move(run));
   progress.Finish();
-  return {options,           input.GetName(),      scan.recordCount,
-          scan.dropped,      variables.attributes, variables.targets,
+  MCBinModel::BinSource source{input.GetName(), options.delimiter, options.missingTexts,
+                               std::nullopt,    scan.recordCount,  scan.dropped};
+  if (variables.weight) {
+    source.weight = {variables.weight->name, options.rounding, variables.weight->missing};
+  }
+  return {options.settings, std::move(source), variables.attributes, variables.targets,
           std::move(results)};
 }
 
 // What a run writes; the files are made before its work, so that it does not fail after it.
 class RunOutput {
  public:
-  explicit RunOutput(const RunOptions& options) : fStyle(ChooseTextStyle(options.color)) {
+  explicit RunOutput(const RunOptions& options)
+      : fStyle(MCBinModel::ChooseTextStyle(options.color)), fJsonOnly(options.jsonFile == "-") {
     if (options.jsonFile && *options.jsonFile != "-") fJsonFile.emplace(*options.jsonFile);
     if (options.reportFile) fReportFile.emplace(*options.reportFile);
   }
 
-  void Write(const BinModel& model) {
-    WriteFile(fReportFile, [&] { return WriteHtmlReport(model, 0.0); });
-    WriteFile(fJsonFile, [&] { return WriteBinFile(model); });
-    const bool jsonOnly = model.options.jsonFile && !fJsonFile;
-    if (!jsonOnly) {
-      WriteTextReport(model, fStyle, fOut);
+  void Write(const MCBinModel::BinModel& model) {
+    WriteFile(fReportFile, [&] { return MCBinModel::WriteHtmlReport(model, 0.0); });
+    WriteFile(fJsonFile, [&] { return MCBinModel::WriteBinFile(model); });
+    if (!fJsonOnly) {
+      MCBinModel::WriteTextReport(model, fStyle, fOut);
       return;
     }
-    fOut.Write(WriteBinFile(model));
+    fOut.Write(MCBinModel::WriteBinFile(model));
     fOut.Flush();
   }
 
@@ -111,7 +116,8 @@ class RunOutput {
     file->Commit();
   }
 
-  const TextStyle fStyle;  // before standard output is taken
+  const MCBinModel::TextStyle fStyle;  // before standard output is taken
+  const bool fJsonOnly;
   ResultStream fOut;
   std::optional<OutputFile> fJsonFile;
   std::optional<OutputFile> fReportFile;
@@ -122,7 +128,7 @@ void CheckIsNotInput(const RunOptions& options, const char* flag,
   std::error_code ignored;
   if (file && std::filesystem::equivalent(options.input, *file, ignored)) {
     throw UsageError(fmt::format("{} {}: this is the input, which would be overwritten", flag,
-                                 QuotedText(*file)));
+                                 MCBinModel::QuotedText(*file)));
   }
 }
 
@@ -146,11 +152,12 @@ void CheckFiles(const RunOptions& options) {
 int RunCommand(const RunOptions& options) {
   CheckFiles(options);
   RunOutput output(options);
-  const BinModel model = MakeBins(options);
-  PrintCounts(model);
+  const MCBinModel::BinModel model = MakeBins(options);
+  if (!options.quiet) PrintCounts(model);
   output.Write(model);
-  const bool allOk = std::all_of(model.results.begin(), model.results.end(),
-                                 [](const AttributeBins& bins) { return bins.status.IsOK(); });
+  const bool allOk =
+      std::all_of(model.results.begin(), model.results.end(),
+                  [](const MCBinModel::AttributeBins& bins) { return bins.status.IsOK(); });
   return options.strict && !allOk ? kExitWarnings : kExitDone;
 }
 

@@ -4,16 +4,16 @@
 #include <string>
 #include <vector>
 
-namespace MCBin {
+#include "binmodel/apply/binvalues.h"
 
-enum class BinForm { kIndex, kLabel, kWeightOfEvidence };
+namespace MCBin {
 
 // What the user asked of `mcbin apply`.
 struct ApplyOptions {
   std::string binFile;
   std::string input = "-";  // "-" is standard input
   std::optional<std::string> target;
-  BinForm form = BinForm::kIndex;
+  MCBinModel::BinForm form = MCBinModel::BinForm::kIndex;
   std::string suffix = "_bin";
   bool replace = false;  // the attribute's own column, instead of a new one
   std::string missingText;

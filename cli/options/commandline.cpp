@@ -40,8 +40,8 @@ std::string DescribeProblem(const CLI::App& app, const char* firstArgument,
   if (!unknownCommand) return error.what();
   std::vector<std::string> commands;
   for (const CLI::App* command : app.get_subcommands({})) commands.push_back(command->get_name());
-  return fmt::format("there is no command {}; the commands are {}", QuotedText(firstArgument),
-                     fmt::join(commands, ", "));
+  return fmt::format("there is no command {}; the commands are {}",
+                     MCBinModel::QuotedText(firstArgument), fmt::join(commands, ", "));
 }
 
 int Print(const std::string& text) {

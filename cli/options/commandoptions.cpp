@@ -53,9 +53,9 @@ void AddBinForm(CLI::App& command, std::string& form) {
             "how a bin is written (index); woe: weight of evidence");
 }
 
-BinForm ParseBinForm(const std::string& form) {
-  if (form == "label") return BinForm::kLabel;
-  return form == "woe" ? BinForm::kWeightOfEvidence : BinForm::kIndex;
+MCBinModel::BinForm ParseBinForm(const std::string& form) {
+  if (form == "label") return MCBinModel::BinForm::kLabel;
+  return form == "woe" ? MCBinModel::BinForm::kWeightOfEvidence : MCBinModel::BinForm::kIndex;
 }
 
 void AddMissingTexts(CLI::App& command, std::vector<std::string>& texts) {

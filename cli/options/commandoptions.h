@@ -35,7 +35,7 @@ void AddTargetOfBins(CLI::App& command, std::optional<std::string>& target);
 
 // --as, and what its value means.
 void AddBinForm(CLI::App& command, std::string& form);
-BinForm ParseBinForm(const std::string& form);
+MCBinModel::BinForm ParseBinForm(const std::string& form);
 
 // --na and --delimiter of a command that takes both from a bin file otherwise.
 void AddMissingTexts(CLI::App& command, std::vector<std::string>& texts);

@@ -24,17 +24,17 @@ constexpr const char* kFooter =
     "Exit codes: 0 done, 1 input refused or run failed, 2 wrong usage, 130 cancelled.";
 
 struct RawOptions {
-  ExportOptions exported;
+  MCBinModel::ExportOptions exported;
   std::string format;
   std::string form = "index";
 };
 
-ExportOptions Finish(RawOptions raw, bool dialectGiven) {
-  ExportOptions& exported = raw.exported;
-  if (raw.format == "pmml") exported.format = ExportFormat::kPmml;
-  if (raw.format == "python") exported.format = ExportFormat::kPython;
+MCBinModel::ExportOptions Finish(RawOptions raw, bool dialectGiven) {
+  MCBinModel::ExportOptions& exported = raw.exported;
+  if (raw.format == "pmml") exported.format = MCBinModel::ExportFormat::kPmml;
+  if (raw.format == "python") exported.format = MCBinModel::ExportFormat::kPython;
   exported.form = ParseBinForm(raw.form);
-  const bool isSql = exported.format == ExportFormat::kSql;
+  const bool isSql = exported.format == MCBinModel::ExportFormat::kSql;
   if (isSql && exported.table.empty()) {
     throw UsageError("--format sql needs --table, the table to read from");
   }
@@ -48,12 +48,12 @@ ExportOptions Finish(RawOptions raw, bool dialectGiven) {
 
 void AddExportCommand(CLI::App& app, CommandAction& action) {
   const auto raw = std::make_shared<RawOptions>();
-  ExportOptions& exported = raw->exported;
+  MCBinModel::ExportOptions& exported = raw->exported;
   CLI::App& command = *app.add_subcommand("export", kHelp);
   AddBinFile(command, exported.binFile);
   AddChoice(command, "--format", raw->format, {"sql", "pmml", "python"}, "what to write");
   command.get_option("--format")->required();
-  AddChoice(command, "--dialect", exported.dialect, SqlDialectNames(), "of SQL (ansi)");
+  AddChoice(command, "--dialect", exported.dialect, MCBinModel::SqlDialectNames(), "of SQL (ansi)");
   command.add_option("--table", exported.table, "of SQL: the table, or SCHEMA.TABLE")
       ->type_name("NAME");
   AddTargetOfBins(command, exported.target);

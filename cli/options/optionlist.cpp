@@ -24,23 +24,24 @@ std::string TakeQuoted(std::string_view& list, std::string_view whole) {
       return text;
     }
   }
-  throw UsageError(fmt::format("a quote in the list {} is not closed", QuotedText(whole)));
+  throw UsageError(
+      fmt::format("a quote in the list {} is not closed", MCBinModel::QuotedText(whole)));
 }
 
 }  // namespace
 
 std::vector<OptionItem> SplitOptionList(std::string_view list) {
   const std::string_view whole = list;
-  if (!IsUtf8(list)) {
-    throw UsageError(fmt::format("the list {} is not UTF-8 text", QuotedText(list)));
+  if (!MCBinModel::IsUtf8(list)) {
+    throw UsageError(fmt::format("the list {} is not UTF-8 text", MCBinModel::QuotedText(list)));
   }
   std::vector<OptionItem> items;
   for (;;) {
     if (!list.empty() && list.front() == '"') {
       items.push_back({TakeQuoted(list, whole), true});
       if (!list.empty() && list.front() != ',') {
-        throw UsageError(
-            fmt::format("text after a closing quote in the list {}", QuotedText(whole)));
+        throw UsageError(fmt::format("text after a closing quote in the list {}",
+                                     MCBinModel::QuotedText(whole)));
       }
     } else {
       const std::string_view text = list.substr(0, list.find(','));

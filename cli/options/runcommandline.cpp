@@ -93,10 +93,11 @@ CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
   AddList(command, "--target", raw.targets, "NAME", "column with the classes; may be repeated");
   command.get_option("--target")->required();
   AddInputOptions(command, raw);
-  AddCount(command, "--prebin-above", raw.run.prebinAbove, 0,
+  AddCount(command, "--prebin-above", raw.run.settings.prebinAbove, 0,
            "pre-bin above this many distinct values; 0: never (1000)");
-  AddCount(command, "--prebins", raw.run.prebins, 2, "number of equal-frequency pre-bins (1000)");
-  AddNumber(command, "--small-bins", raw.run.smallBins, 0.0, 1.0, "SHARE",
+  AddCount(command, "--prebins", raw.run.settings.prebins, 2,
+           "number of equal-frequency pre-bins (1000)");
+  AddNumber(command, "--small-bins", raw.run.settings.smallBins, 0.0, 1.0, "SHARE",
             "merge inner bins below this share of a neighbour (0)");
   AddRunOptions(command, raw);
   return command;
@@ -104,7 +105,7 @@ CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
 
 CLI::App& AddEqualFrequency(CLI::App& app, RawOptions& raw) {
   CLI::App& command = *app.add_subcommand("equal-frequency", kEqualFrequencyHelp);
-  AddCount(command, "--bins", raw.run.bins, 2, "number of bins (10)");
+  AddCount(command, "--bins", raw.run.settings.bins, 2, "number of bins (10)");
   AddInputOptions(command, raw);
   AddRunOptions(command, raw);
   return command;
@@ -114,24 +115,25 @@ RunOptions Finish(RawOptions raw) {
   RunOptions& run = raw.run;
   run.rounding =
       raw.rounding == "truncate" ? IBINVariable::RoundTruncate : IBINVariable::RoundClosest;
-  run.rightClosed = raw.closed == "right";
-  if (raw.color == "always") run.color = ColorChoice::kAlways;
-  if (raw.color == "never") run.color = ColorChoice::kNever;
+  run.settings.rightClosed = raw.closed == "right";
+  if (raw.color == "always") run.color = MCBinModel::ColorChoice::kAlways;
+  if (raw.color == "never") run.color = MCBinModel::ColorChoice::kNever;
   run.delimiter = ParseDelimiter(raw.delimiter);
   run.targets = JoinLists(raw.targets);
   run.attributes = JoinLists(raw.attributes);
   run.categorical = JoinLists(raw.categorical);
   run.continuous = JoinLists(raw.continuous);
   if (!raw.missingTexts.empty()) run.missingTexts = JoinMissingTexts(raw.missingTexts);
-  for (const std::string& text : raw.missing) run.missing.push_back(ParseMissingDefinition(text));
+  for (const std::string& text : raw.missing)
+    run.missing.push_back(MCBinModel::ParseMissingDefinition(text));
   return std::move(run);
 }
 
 // Parses into `raw`, which the command shares with its action.
-void SetAction(CLI::App& command, const std::shared_ptr<RawOptions>& raw, Algorithm algorithm,
-               CommandAction& action) {
+void SetAction(CLI::App& command, const std::shared_ptr<RawOptions>& raw,
+               MCBinModel::Algorithm algorithm, CommandAction& action) {
   command.callback([raw, algorithm, &action] {
-    raw->run.algorithm = algorithm;
+    raw->run.settings.algorithm = algorithm;
     action = [options = Finish(*raw)] { return RunCommand(options); };
   });
 }
@@ -140,10 +142,11 @@ void SetAction(CLI::App& command, const std::shared_ptr<RawOptions>& raw, Algori
 
 void AddRunCommands(CLI::App& app, CommandAction& action) {
   const auto supervised = std::make_shared<RawOptions>();
-  SetAction(AddSupervised(app, *supervised), supervised, Algorithm::kSupervised, action);
-  const auto equalFrequency = std::make_shared<RawOptions>();
-  SetAction(AddEqualFrequency(app, *equalFrequency), equalFrequency, Algorithm::kEqualFrequency,
+  SetAction(AddSupervised(app, *supervised), supervised, MCBinModel::Algorithm::kSupervised,
             action);
+  const auto equalFrequency = std::make_shared<RawOptions>();
+  SetAction(AddEqualFrequency(app, *equalFrequency), equalFrequency,
+            MCBinModel::Algorithm::kEqualFrequency, action);
 }
 
 }  // namespace MCBin

@@ -7,9 +7,9 @@
 #include <new>
 #include <string>
 
+#include "binmodel/model/refusal.h"
 #include "cli/options/usageerror.h"
 #include "cli/terminal/exitcode.h"
-#include "io/inputerror.h"
 #include "io/interrupt.h"
 
 namespace MCBin {
@@ -31,7 +31,7 @@ int RunGuarded(const CommandAction& action) {
     return kExitCancelled;
   } catch (const UsageError& error) {
     return Fail(error.what(), kExitUsage);
-  } catch (const InputError& error) {
+  } catch (const MCBinModel::Refusal& error) {
     return Fail(error.what(), kExitFailed);
   } catch (const std::bad_alloc&) {
     return Fail("not enough memory", kExitFailed);

@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "io/inputerror.h"
+#include "binmodel/model/refusal.h"
 #include "io/writeall.h"
 
 namespace MCBin {
@@ -40,7 +40,8 @@ void ResultStream::Flush() {
   if (!fReaderGone && !fPending.empty() && !WriteAll(fOutput.Get(), fPending)) {
     fReaderGone = errno == EPIPE;
     if (!fReaderGone) {
-      throw InputError(fmt::format("cannot write to standard output: {}", std::strerror(errno)));
+      throw MCBinModel::Refusal(
+          fmt::format("cannot write to standard output: {}", std::strerror(errno)));
     }
   }
   fPending.clear();

@@ -19,7 +19,7 @@ class ResultStream {
   ResultStream(const ResultStream&) = delete;
   ResultStream& operator=(const ResultStream&) = delete;
 
-  // Throws InputError when standard output is closed or cannot be written (a full disk).
+  // Throws Refusal when standard output is closed or cannot be written (a full disk).
   void Write(std::string_view text);
   void Flush();
 

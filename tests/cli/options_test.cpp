@@ -14,9 +14,9 @@
 
 namespace {
 
-using MCBin::MissingDefinition;
-using MCBin::ParseMissingDefinition;
 using MCBin::UsageError;
+using MCBinModel::MissingDefinition;
+using MCBinModel::ParseMissingDefinition;
 
 struct MissingExample {
   const char* name;
@@ -83,13 +83,13 @@ TEST(OptionList, SplitsAtCommasOutsideQuotes) {
 }
 
 TEST(DisplayText, KeepsDataFromMovingTheCursor) {
-  EXPECT_EQ(MCBin::PrintableText("a\n\x1B[2J\xFF"), "a\\n\\x1B[2J\\xFF");
-  EXPECT_EQ(MCBin::ElideText("Größenklasse", 6), "Größe\u2026");
-  EXPECT_EQ(MCBin::ElideText("Größe", 5), "Größe");
-  EXPECT_EQ(MCBin::DisplayWidth("日本é"), 5u);
-  EXPECT_FALSE(MCBin::IsUtf8("\xC0\x80"));      // overlong
-  EXPECT_FALSE(MCBin::IsUtf8("\xED\xA0\x80"));  // a surrogate
-  EXPECT_TRUE(MCBin::IsUtf8("日本\U0001F600"));
+  EXPECT_EQ(MCBinModel::PrintableText("a\n\x1B[2J\xFF"), "a\\n\\x1B[2J\\xFF");
+  EXPECT_EQ(MCBinModel::ElideText("Größenklasse", 6), "Größe\u2026");
+  EXPECT_EQ(MCBinModel::ElideText("Größe", 5), "Größe");
+  EXPECT_EQ(MCBinModel::DisplayWidth("日本é"), 5u);
+  EXPECT_FALSE(MCBinModel::IsUtf8("\xC0\x80"));      // overlong
+  EXPECT_FALSE(MCBinModel::IsUtf8("\xED\xA0\x80"));  // a surrogate
+  EXPECT_TRUE(MCBinModel::IsUtf8("日本\U0001F600"));
 }
 
 }  // namespace

@@ -10,14 +10,14 @@
 #include <string>
 #include <vector>
 
-#include "io/inputerror.h"
+#include "binmodel/model/refusal.h"
 #include "support/rowname.h"
 
 namespace {
 
 using MCBin::CsvField;
 using MCBin::CsvReader;
-using MCBin::InputError;
+using MCBinModel::Refusal;
 
 // What the reader makes of a text: a line per record, "line|field|field", quoted fields in
 // quotes; or the message it ends with.
@@ -36,7 +36,7 @@ std::string ReadAll(const std::string& content, char delimiter = ',') {
       }
       text += "\n";
     }
-  } catch (const InputError& error) {
+  } catch (const Refusal& error) {
     return error.what();
   }
   return text;

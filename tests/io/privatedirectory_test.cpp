@@ -13,8 +13,8 @@
 #include <thread>
 #include <vector>
 
+#include "binmodel/model/refusal.h"
 #include "cli/program.h"
-#include "io/inputerror.h"
 #include "support/rowname.h"
 #include "support/tempdir.h"
 
@@ -53,7 +53,7 @@ TEST_F(PrivateDirectoryTest, IsForItsUserAloneAndGoesWithAllItHolds) {
     MakeFile(directory.GetPath() + "/4711");
   }
   EXPECT_EQ(parent.FileCount(), 0u);
-  EXPECT_THROW(PrivateDirectory(parent.Path() + "/absent"), MCBin::InputError);
+  EXPECT_THROW(PrivateDirectory(parent.Path() + "/absent"), MCBinModel::Refusal);
 }
 
 TEST_F(PrivateDirectoryTest, StaysWhileItsOwnerLives) {

@@ -7,14 +7,14 @@
 #include <memory>
 #include <vector>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/run/valuerecorditerator.h"
-#include "io/inputerror.h"
 #include "support/tempdir.h"
 
 namespace {
 
 using MCBin::ValueFile;
-using MCBin::ValueRecordIterator;
+using MCBinModel::ValueRecordIterator;
 
 constexpr std::size_t kColumns = 5;
 constexpr std::size_t kAbandoned = 2;
@@ -67,7 +67,7 @@ TEST(ValueFile, HasNoNameThatCouldStayBehind) {
 }
 
 TEST(ValueFile, SaysWhereItCannotBeMade) {
-  EXPECT_THROW(ValueFile("/nowhere", kColumns), MCBin::InputError);
+  EXPECT_THROW(ValueFile("/nowhere", kColumns), MCBinModel::Refusal);
 }
 
 }  // namespace

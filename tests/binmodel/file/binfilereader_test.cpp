@@ -10,12 +10,12 @@
 #include <vector>
 
 #include "binmodel/file/binfile.h"
-#include "io/inputerror.h"
+#include "binmodel/model/refusal.h"
 #include "support/rowname.h"
 
 namespace {
 
-using MCBin::BinModel;
+using MCBinModel::BinModel;
 using nlohmann::json;
 
 const char kName[] = "bins.json";
@@ -48,16 +48,16 @@ json Example() {
 
 std::string RefusalOf(const std::string& text) {
   try {
-    MCBin::ParseBinFile(text, kName);
-  } catch (const MCBin::InputError& error) {
+    MCBinModel::ParseBinFile(text, kName);
+  } catch (const MCBinModel::Refusal& error) {
     return error.what();
   }
   return "accepted";
 }
 
 TEST(BinFileReader, GivesBackWhatWasWritten) {
-  const std::string once = WriteBinFile(MCBin::ParseBinFile(Example().dump(), kName));
-  EXPECT_EQ(WriteBinFile(MCBin::ParseBinFile(once, kName)), once);
+  const std::string once = WriteBinFile(MCBinModel::ParseBinFile(Example().dump(), kName));
+  EXPECT_EQ(WriteBinFile(MCBinModel::ParseBinFile(once, kName)), once);
   json expected = Example();
   expected.erase("later");
   expected.erase("tool");
@@ -68,7 +68,7 @@ TEST(BinFileReader, GivesBackWhatWasWritten) {
 }
 
 TEST(BinFileReader, CutPointsAreBitEqual) {
-  BinModel model = MCBin::ParseBinFile(Example().dump(), kName);
+  BinModel model = MCBinModel::ParseBinFile(Example().dump(), kName);
   std::vector<double> cuts = {-DBL_MAX, -1e22, -1.0 / 3, -DBL_TRUE_MIN, -0.0, DBL_MIN};
   for (double value = 0.1; value < 1e300; value = std::nextafter(value * 1e9, DBL_MAX)) {
     cuts.push_back(value);
@@ -78,7 +78,7 @@ TEST(BinFileReader, CutPointsAreBitEqual) {
   model.results[0].binWeights.assign(cuts.size() + 1, 0.0);
   model.results[0].classWeights.assign(cuts.size() + 1, {0.0, 0.0});
   model.results[0].validWeight = 0.0;
-  const BinModel back = MCBin::ParseBinFile(WriteBinFile(model), kName);
+  const BinModel back = MCBinModel::ParseBinFile(WriteBinFile(model), kName);
   EXPECT_EQ(back.results[0].cutPoints, cuts);
   EXPECT_TRUE(std::signbit(back.results[0].cutPoints[4]));
 }

@@ -9,14 +9,14 @@
 #include <vector>
 
 #include "binmodel/model/binlookup.h"
-#include "io/inputerror.h"
+#include "binmodel/model/refusal.h"
 #include "support/rowname.h"
 
 namespace {
 
-using MCBin::AttributeBins;
-using MCBin::VariableInfo;
-using MCBin::VariableKind;
+using MCBinModel::AttributeBins;
+using MCBinModel::VariableInfo;
+using MCBinModel::VariableKind;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr std::size_t kEvent = 1;
@@ -47,13 +47,13 @@ void ExpectNear(const std::optional<double>& actual, const std::optional<double>
 
 TEST_P(EvidenceTest, FollowsTheFormula) {
   const AttributeBins bins = BinsOf(GetParam().classWeights);
-  const auto evidence = MCBin::WeightsOfEvidence(bins, kEvent);
+  const auto evidence = MCBinModel::WeightsOfEvidence(bins, kEvent);
   ASSERT_EQ(evidence.size(), GetParam().evidence.size());
   for (std::size_t bin = 0; bin < evidence.size(); ++bin) {
     SCOPED_TRACE(bin);
     ExpectNear(evidence[bin], GetParam().evidence[bin]);
   }
-  ExpectNear(MCBin::InformationValue(bins, kEvent), GetParam().informationValue);
+  ExpectNear(MCBinModel::InformationValue(bins, kEvent), GetParam().informationValue);
 }
 
 const double kLn3 = std::log(3.0);
@@ -71,34 +71,38 @@ INSTANTIATE_TEST_SUITE_P(
     RowName);
 
 TEST(BinStatistics, TheEventDoesNotDependOnTheOrderOfTheCategories) {
-  EXPECT_EQ(MCBin::EventCategory({"y", VariableKind::kStringCategorical, {}, {}, {"no", "yes"}}),
-            1u);
-  EXPECT_EQ(MCBin::EventCategory({"y", VariableKind::kStringCategorical, {}, {}, {"yes", "no"}}),
+  EXPECT_EQ(
+      MCBinModel::EventCategory({"y", VariableKind::kStringCategorical, {}, {}, {"no", "yes"}}),
+      1u);
+  EXPECT_EQ(
+      MCBinModel::EventCategory({"y", VariableKind::kStringCategorical, {}, {}, {"yes", "no"}}),
+      0u);
+  EXPECT_EQ(MCBinModel::EventCategory({"y", VariableKind::kNumericCategorical, {}, {10, 9}, {}}),
             0u);
-  EXPECT_EQ(MCBin::EventCategory({"y", VariableKind::kNumericCategorical, {}, {10, 9}, {}}), 0u);
-  EXPECT_THROW(MCBin::EventCategory({"y", VariableKind::kNumericCategorical, {}, {1, 2, 3}, {}}),
-               MCBin::InputError);
+  EXPECT_THROW(
+      MCBinModel::EventCategory({"y", VariableKind::kNumericCategorical, {}, {1, 2, 3}, {}}),
+      MCBinModel::Refusal);
 }
 
 TEST(BinStatistics, StabilityIndexComparesShares) {
-  EXPECT_EQ(MCBin::StabilityIndex({1, 2, 0}, {10, 20, 0}), 0.0);
+  EXPECT_EQ(MCBinModel::StabilityIndex({1, 2, 0}, {10, 20, 0}), 0.0);
   // Shares 0.25, 0.75 become 0.75, 0.25: 2 * 0.5 * ln 3.
-  ExpectNear(MCBin::StabilityIndex({1, 3}, {30, 10}), kLn3);
-  ExpectNear(MCBin::StabilityIndex({30, 10}, {1, 3}), kLn3);
-  EXPECT_EQ(MCBin::StabilityIndex({1, 0}, {1, 1}), kInfinity);
-  EXPECT_EQ(MCBin::StabilityIndex({0, 0}, {1, 1}), std::nullopt);
+  ExpectNear(MCBinModel::StabilityIndex({1, 3}, {30, 10}), kLn3);
+  ExpectNear(MCBinModel::StabilityIndex({30, 10}, {1, 3}), kLn3);
+  EXPECT_EQ(MCBinModel::StabilityIndex({1, 0}, {1, 1}), kInfinity);
+  EXPECT_EQ(MCBinModel::StabilityIndex({0, 0}, {1, 1}), std::nullopt);
 }
 
 TEST(BinLabel, TellsBinsApart) {
   const VariableInfo number{"a", VariableKind::kContinuous, {}, {}, {}};
   const std::vector<double> close = {0.1, std::nextafter(0.1, 1.0)};
-  EXPECT_EQ(MCBin::BinLabel(number, close, 1, true), "(0.1, 0.10000000000000002]");
-  EXPECT_EQ(MCBin::BinLabel(number, close, 2, false), "[0.10000000000000002, +inf)");
+  EXPECT_EQ(MCBinModel::BinLabel(number, close, 1, true), "(0.1, 0.10000000000000002]");
+  EXPECT_EQ(MCBinModel::BinLabel(number, close, 2, false), "[0.10000000000000002, +inf)");
 
   const VariableInfo text{"c", VariableKind::kStringCategorical, {}, {}, {"a, b", "c", "", "d\""}};
-  EXPECT_EQ(MCBin::BinLabel(text, {1.0}, 0, true), "{\"a, b\", c}");
-  EXPECT_EQ(MCBin::BinLabel(text, {1.0}, 0, false), "{\"a, b\"}");
-  EXPECT_EQ(MCBin::BinLabel(text, {1.0}, 1, true), "{\"\", \"d\"\"\"}");
+  EXPECT_EQ(MCBinModel::BinLabel(text, {1.0}, 0, true), "{\"a, b\", c}");
+  EXPECT_EQ(MCBinModel::BinLabel(text, {1.0}, 0, false), "{\"a, b\"}");
+  EXPECT_EQ(MCBinModel::BinLabel(text, {1.0}, 1, true), "{\"\", \"d\"\"\"}");
 }
 
 }  // namespace

@@ -17,7 +17,7 @@
 namespace {
 
 using MCBin::Interrupt;
-using MCBin::Jobs;
+using MCBinModel::Jobs;
 
 TEST(Jobs, OneThatFailsStopsTheOthersAndIsToldAbout) {
   Jobs jobs;

@@ -12,9 +12,9 @@
 
 namespace {
 
-using MCBin::FormatNumber;
-using MCBin::NumberKind;
-using MCBin::ParseNumber;
+using MCBinModel::FormatNumber;
+using MCBinModel::NumberKind;
+using MCBinModel::ParseNumber;
 
 TEST(Number, TellsNumbersFromTexts) {
   for (const char* text : {"0", "-0", "+1.5", " 12 ", "\t7", "1.", ".5", "1e3", "-2.5E-3", "0001",
@@ -58,8 +58,8 @@ TEST(Number, FormatsTheShortestText) {
   EXPECT_EQ(FormatNumber(-2e6), "-2000000");
   EXPECT_EQ(FormatNumber(1e15), "1e+15");
   EXPECT_EQ(FormatNumber(5e-324), "5e-324");
-  EXPECT_EQ(MCBin::FormatFixed(std::numeric_limits<double>::max(), 1).size(), 311u);
-  EXPECT_EQ(MCBin::FormatShare(1.0 / 3.0), "33.3%");
+  EXPECT_EQ(MCBinModel::FormatFixed(std::numeric_limits<double>::max(), 1).size(), 311u);
+  EXPECT_EQ(MCBinModel::FormatShare(1.0 / 3.0), "33.3%");
 }
 
 }  // namespace
