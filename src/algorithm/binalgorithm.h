@@ -74,7 +74,8 @@ class MCBINNING_API BINAlgorithm : public IBINAlgorithm {
 
   // The row of the best split of rows first..last: the last row of its left side with the
   // right border closed, else the first of its right side; 0 when no row can be one. `left`
-  // holds zeros and `right` the weights of all rows; they receive those of the two sides.
+  // holds zeros and `right` the weights of all rows; they receive those of the two sides. Looks at
+  // these rows alone. May throw std::bad_alloc.
   int FindBestCutPoint(const std::vector<double>* binTable, int first, int last,
                        std::vector<double>* left, std::vector<double>* right) const;
 
@@ -92,7 +93,7 @@ class MCBINNING_API BINAlgorithm : public IBINAlgorithm {
   void ComputeModelEntropy(const std::vector<double>& counts, double& modelEntropy) const;
 
   // Merges every bin between two others that weighs less than the settings' share of the
-  // lighter one into the neighbour that keeps the class entropy lower.
+  // lighter one into the neighbour that keeps the class entropy lower. May throw std::bad_alloc.
   void ProcessLittleBins(std::vector<double>* counts, std::set<double>& cuts) const;
 
  private:

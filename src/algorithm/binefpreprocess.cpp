@@ -72,9 +72,10 @@ void AppendWeightsRightOpen(const Scan& scan, std::vector<double>& binWeights) {
   }
 }
 
-// Drops every bin without weight, and the cut point above it (below it for the last bin).
+// Drops every bin without weight, and the cut point above it (below it for the last bin). A last
+// bin so light beside the others that it vanished in the sum has no weight at all.
 void RemoveEmptyBins(std::vector<double>& cutPoints, std::vector<double>& binWeights) {
-  if (binWeights.size() < cutPoints.size() + 1) return;  // NaN or infinite input only
+  binWeights.resize(cutPoints.size() + 1, 0.0);
   std::vector<double> keptCuts;
   std::vector<double> keptWeights;
   for (std::size_t i = 0; i < cutPoints.size(); ++i) {
@@ -83,10 +84,10 @@ void RemoveEmptyBins(std::vector<double>& cutPoints, std::vector<double>& binWei
     keptWeights.push_back(binWeights[i]);
   }
   const double lastWeight = binWeights[cutPoints.size()];
-  if (lastWeight != 0.0) {
-    keptWeights.push_back(lastWeight);
-  } else if (!keptCuts.empty()) {
+  if (lastWeight == 0.0 && !keptCuts.empty()) {
     keptCuts.pop_back();
+  } else {
+    keptWeights.push_back(lastWeight);
   }
   cutPoints.swap(keptCuts);
   binWeights.swap(keptWeights);

@@ -14,7 +14,8 @@
 // where the weight up to the lower one is exactly a bin's share. Ties are never split, so
 // fewer bins than asked for may come out. docs/method.md gives the rules in full.
 //
-// One pass over the cases for all bins together: O(cases + bins).
+// One pass over the cases for all bins together: O(cases + bins). What appends to a vector may
+// throw std::bad_alloc.
 class MCBINNING_API BINEFPreProcess {
  public:
   // At least 1 bin. With the right border closed a bin holds its upper cut point, otherwise
@@ -27,18 +28,19 @@ class MCBINNING_API BINEFPreProcess {
   virtual ~BINEFPreProcess();
 
   // Cuts `tuples`, which are sorted by value, weigh `totalWeight` in all, stay the caller's
-  // and are kept for FindCutPts(), which takes equal-frequency tuples once there are any. See
-  // there for the result.
+  // and are kept for FindCutPts(), which takes equal-frequency tuples once there are any. The
+  // results are those of FindCutPts(): false, with both vectors untouched, when there is nothing
+  // to cut.
   bool EFCreatePercentileCutPts(std::vector<EFBINDataTuple>* tuples, std::vector<double>& cutPoints,
                                 std::vector<double>& binWeights, double totalWeight);
   bool EFCreatePercentileCutPts(std::vector<BINDataTuple>* tuples, std::vector<double>& cutPoints,
                                 std::vector<double>& binWeights, double totalWeight);
 
   // Appends the cut points, ascending, to `cutPoints` and, for equal-frequency tuples only,
-  // the weight of every bin to `binWeights`; both are expected empty. Bins without weight are
-  // left out. For supervised tuples the cut points are candidates: one may equal the smallest
-  // or the largest value. False, with both untouched, without tuples, with fewer than 1 bin
-  // or when the total weight is not positive.
+  // the weight of every bin to `binWeights`, one more than cut points; both are expected empty.
+  // Bins without weight are left out. For supervised tuples the cut points are candidates: one may
+  // equal the smallest or the largest value. False, with both untouched, without tuples, with
+  // fewer than 1 bin or when the total weight is not positive.
   bool FindCutPts(std::vector<double>& cutPoints, std::vector<double>& binWeights,
                   double totalWeight);
 

@@ -3,6 +3,7 @@
 #include "algorithm/settingsrules.h"
 #include "common/displayframe.h"
 
+using MCBinning::Plain;
 using MCBinning::StoreIf;
 
 BINSettings::BINSettings()
@@ -49,8 +50,8 @@ bool BINSettings::operator==(const BINSettings& other) const {
 std::ostream& BINSettings::Display(std::ostream& os) const {
   MCBinning::DisplayStart(os, "BINSettings");
   MCBinning::DisplaySkippedReports(os, fNSkippedAttReports, fNSkippedCasesReports);
-  os << "if use EF as proprecess = " << fRightBorderClosed << '\n'
-     << "Number of distinct value = " << fNumDistinctValueThreshold << '\n'
-     << "Number of bins for EF = " << fNumberOfBins << '\n';
+  os << "if use EF as proprecess = " << Plain(fRightBorderClosed) << '\n'
+     << "Number of distinct value = " << Plain(fNumDistinctValueThreshold) << '\n'
+     << "Number of bins for EF = " << Plain(fNumberOfBins) << '\n';
   return MCBinning::DisplayEnd(os, "BINSettings");
 }

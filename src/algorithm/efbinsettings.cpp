@@ -3,6 +3,7 @@
 #include "algorithm/settingsrules.h"
 #include "common/displayframe.h"
 
+using MCBinning::Plain;
 using MCBinning::StoreIf;
 
 EFBINSettings::EFBINSettings()
@@ -37,6 +38,7 @@ bool EFBINSettings::operator==(const EFBINSettings& other) const {
 std::ostream& EFBINSettings::Display(std::ostream& os) const {
   MCBinning::DisplayStart(os, "EFBINSettings");
   MCBinning::DisplaySkippedReports(os, fNSkippedAttReports, fNSkippedCasesReports);
-  os << fRightBorderClosed << '\n' << "Number of bins for EF = " << fNumberOfBins << '\n';
+  os << Plain(fRightBorderClosed) << '\n'
+     << "Number of bins for EF = " << Plain(fNumberOfBins) << '\n';
   return MCBinning::DisplayEnd(os, "EFBINSettings");
 }

@@ -11,7 +11,8 @@ class ProgressListener;
 // What a host asks of equal-frequency binning. A plain value; algorithms keep a copy.
 //
 // A setter that returns bool refuses a value out of range: it returns false and keeps the
-// old value. The number of bins must be set: a run with the default fails with 120009.
+// old value. The number of bins must be set: a run with the default fails with 120009. Making and
+// copying settings and what takes or gives the directory's name may throw std::bad_alloc.
 class MCBINNING_API EFBINSettings {
  public:
   // The defaults that stand with the setters.
@@ -52,7 +53,7 @@ class MCBINNING_API EFBINSettings {
   // objects or the directory.
   bool operator==(const EFBINSettings& other) const;
 
-  // Writes a readable dump, in the stream's own formatting.
+  // Writes a readable dump: flags as 1 or 0, numbers in decimal, whatever the stream's flags are.
   std::ostream& Display(std::ostream& os) const;
 
  private:

@@ -24,7 +24,8 @@ class ProgressListener;
 //   Threads     one object belongs to one thread, but Cancel() may be called from any.
 //               Different objects share nothing but MCMV::gMissingValue.
 //   Exceptions  none leaves an operation that returns a status: memory that ran out is error
-//               3, anything else that a host's object has thrown error 1.
+//               3, anything else that a host's object has thrown error 1. GetComponentVersion()
+//               and Display() may throw std::bad_alloc.
 class MCBINNING_API IBINAlgorithm {
  public:
   virtual ~IBINAlgorithm();

@@ -121,8 +121,9 @@ MCStatus BINAlgorithm::PartitionTable(const std::vector<double>& boundaries,
                                       std::vector<double>& counts, double& modelEntropy) const {
   if (table.size() != boundaries.size() * fNumTargetCategories)
     return Error(StatusCode::kCutPointsMisfit);
-  const MCBinning::SplitSearch search(table, fNumTargetCategories, fRightBorderClosed);
-  SplitRows(search, boundaries, 0, static_cast<int>(boundaries.size()) - 1, cuts);
+  const int last = static_cast<int>(boundaries.size()) - 1;
+  const MCBinning::SplitSearch search(table, fNumTargetCategories, fRightBorderClosed, 0, last);
+  SplitRows(search, boundaries, 0, last, cuts);
   CountBins(search, boundaries, cuts, counts);
   if (fSettings.GetSmallBinDetectionThreshold() > 0.0 && cuts.size() >= 2) {
     ProcessLittleBins(&counts, cuts);
@@ -141,7 +142,7 @@ MCStatus BINAlgorithm::MDLPCut(const std::vector<double>* boundaries,
   }
 
   return MCBinning::Guard([&] {
-    const MCBinning::SplitSearch search(*binTable, categoryCount, fRightBorderClosed);
+    const MCBinning::SplitSearch search(*binTable, categoryCount, fRightBorderClosed, first, last);
     SplitRows(search, *boundaries, first, last, cuts);
     return MCStatus();
   });
@@ -180,7 +181,7 @@ void BINAlgorithm::SplitRows(const MCBinning::SplitSearch& search,
 
 int BINAlgorithm::FindBestCutPoint(const std::vector<double>* binTable, int first, int last,
                                    std::vector<double>* left, std::vector<double>* right) const {
-  const MCBinning::SplitSearch search(*binTable, left->size() - 1, fRightBorderClosed);
+  const MCBinning::SplitSearch search(*binTable, left->size() - 1, fRightBorderClosed, first, last);
   return search.FindBest(first, last, *left, *right);
 }
 

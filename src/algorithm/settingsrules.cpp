@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "common/displayframe.h"
+
 namespace MCBinning {
 
 std::string DirectoryOfTempName(const std::string& name) {
@@ -17,9 +19,9 @@ std::string DefaultTempDirectory() {
 }
 
 void DisplaySkippedReports(std::ostream& os, int attributeReports, int casesReports) {
-  os << "Number of progress reports to skip when create bins for attribute = " << attributeReports
-     << '\n'
-     << "Number of progress reports to skip when read data file = " << casesReports << '\n';
+  os << "Number of progress reports to skip when create bins for attribute = "
+     << Plain(attributeReports) << '\n'
+     << "Number of progress reports to skip when read data file = " << Plain(casesReports) << '\n';
 }
 
 }  // namespace MCBinning

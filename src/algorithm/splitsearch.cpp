@@ -94,26 +94,24 @@ void Subtract(const std::vector<double>& totals, const std::vector<double>& part
 }  // namespace
 
 SplitSearch::SplitSearch(const std::vector<double>& binTable, std::size_t categoryCount,
-                         bool rightBorderClosed)
+                         bool rightBorderClosed, int first, int last)
     : fTable(binTable), fCategoryCount(categoryCount), fRightBorderClosed(rightBorderClosed) {
-  const bool isWorthIt = fTable.size() / fCategoryCount > kFewRows && fCategoryCount >= 2 &&
+  const bool isWorthIt = last - first >= static_cast<int>(kFewRows) && fCategoryCount >= 2 &&
                          fCategoryCount <= SplitBound::kMostCategories;
-  if (isWorthIt) SumBlocks();
+  if (isWorthIt) SumBlocks(static_cast<std::size_t>(first), static_cast<std::size_t>(last) + 1);
 }
 
-void SplitSearch::SumBlocks() {
-  const std::size_t rowCount = fTable.size() / fCategoryCount;
-  fBlockSums.reserve((rowCount / kBlockRows + 1) * fCategoryCount);
+void SplitSearch::SumBlocks(std::size_t first, std::size_t end) {
+  fFirstRow = first;
+  fBlockSums.reserve(((end - first) / kBlockRows + 1) * fCategoryCount);
   Weights weights{};
   bool areWhole = true;
-  std::size_t row = 0;
-  for (std::size_t end = kBlockRows;; end += kBlockRows) {
+  for (std::size_t row = first;; row += kBlockRows) {
     fBlockSums.insert(fBlockSums.end(), weights.begin(),
                       weights.begin() + static_cast<std::ptrdiff_t>(fCategoryCount));
-    const std::size_t next = std::min(end, rowCount);
+    const std::size_t next = std::min(row + kBlockRows, end);
     areWhole = kAddWholeRows[fCategoryCount - 2](RowAt(row), RowAt(next), weights);
-    row = next;
-    if (end > rowCount || !areWhole) break;
+    if (row + kBlockRows > end || !areWhole) break;
   }
   const double total = std::accumulate(weights.begin(), weights.end(), 0.0);
   if (!areWhole || !(total < kTwoTo52)) fBlockSums.clear();
@@ -123,13 +121,13 @@ void SplitSearch::AddRows(std::size_t first, std::size_t end, Weights& weights) 
   kAddRows[fCategoryCount - 2](RowAt(first), RowAt(end), weights);
 }
 
-// The weights of all rows before `row`, exact, from the sums of whole blocks.
+// The weights of the rows from the first one up to `row`, exact, from the sums of whole blocks.
 SplitSearch::Weights SplitSearch::SumBefore(std::size_t row) const {
   Weights weights{};
-  const std::size_t block = row / kBlockRows;
+  const std::size_t block = (row - fFirstRow) / kBlockRows;
   std::copy_n(fBlockSums.begin() + static_cast<std::ptrdiff_t>(block * fCategoryCount),
               fCategoryCount, weights.begin());
-  AddRows(block * kBlockRows, row, weights);
+  AddRows(fFirstRow + block * kBlockRows, row, weights);
   return weights;
 }
 
@@ -233,8 +231,7 @@ void SplitSearch::ScanBlocks(Search& search) const {
     }
     return weights;
   };
-  for (std::size_t row = (search.first / kBlockRows + 1) * kBlockRows; row < end;
-       row += kBlockRows) {
+  for (std::size_t row = NextBorder(search.first, kBlockRows); row < end; row += kBlockRows) {
     const Weights left = before(row);
     search.limit = std::min(search.limit, bound.GetLeast(left, left) + SplitBound::kRounding);
   }
@@ -243,7 +240,7 @@ void SplitSearch::ScanBlocks(Search& search) const {
   const auto forEach = [&](std::size_t first, std::size_t last, std::size_t step, auto visit) {
     Weights low = before(first);
     while (first < last) {
-      const std::size_t next = std::min((first / step + 1) * step, last);
+      const std::size_t next = std::min(NextBorder(first, step), last);
       const Weights high = before(next);
       if (bound.GetLeast(low, high) <= search.limit) visit(first, next, low);
       first = next;
@@ -269,7 +266,7 @@ void SplitSearch::ScanBlock(Search& search, const SplitBound& bound, std::size_t
                             std::size_t end, const Weights& before) const {
   Weights low = before;
   for (std::size_t row = first; row < end;) {
-    const std::size_t next = std::min((row / kLeafRows + 1) * kLeafRows, end);
+    const std::size_t next = std::min(NextBorder(row, kLeafRows), end);
     Weights high = low;
     AddRows(row, next, high);
     if (bound.GetLeast(low, high) <= search.limit) {

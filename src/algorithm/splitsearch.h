@@ -8,7 +8,7 @@
 
 namespace MCBinning {
 
-// Finds the best split of any interval of a bin table's rows.
+// Finds the best split of any interval of some rows of a bin table.
 //
 // The plain scan evaluates every row that can be a split. The block search gives the same
 // answer, bit by bit, and looks at few rows: whole blocks whose bound (see SplitBound) is
@@ -18,9 +18,10 @@ namespace MCBinning {
 // Otherwise every search is a plain scan.
 class SplitSearch {
  public:
-  // Keeps a reference to the table, which has `categoryCount` entries a row.
+  // Keeps a reference to the table, which has `categoryCount` entries a row. What is asked of
+  // this object below lies within rows first..last (both included); it looks at no others.
   SplitSearch(const std::vector<double>& binTable, std::size_t categoryCount,
-              bool rightBorderClosed);
+              bool rightBorderClosed, int first, int last);
 
   // The weights of rows first..last (both included): the total, then each category.
   void SumRows(int first, int last, std::vector<double>& sum) const;
@@ -45,8 +46,12 @@ class SplitSearch {
     double limit = std::numeric_limits<double>::infinity();
   };
 
-  void SumBlocks();
+  void SumBlocks(std::size_t first, std::size_t end);
   const double* RowAt(std::size_t row) const { return fTable.data() + row * fCategoryCount; }
+  // Where the block of `blockRows` rows that holds `row` ends.
+  std::size_t NextBorder(std::size_t row, std::size_t blockRows) const {
+    return row + blockRows - (row - fFirstRow) % blockRows;
+  }
   bool IsBoundary(std::size_t row) const;
   void AddRows(std::size_t first, std::size_t end, Weights& weights) const;
   Weights SumBefore(std::size_t row) const;
@@ -61,7 +66,8 @@ class SplitSearch {
   const std::vector<double>& fTable;
   std::size_t fCategoryCount;
   bool fRightBorderClosed;
-  std::vector<double> fBlockSums;  // the weights of all rows before each block; empty: plain only
+  std::size_t fFirstRow = 0;       // the blocks begin there
+  std::vector<double> fBlockSums;  // the weights of the rows before each block; empty: plain only
 };
 
 }  // namespace MCBinning

@@ -10,7 +10,8 @@
 namespace MCBinning {
 
 // Diagnostic dumps of vectors: the label, a colon, then every value with a blank before
-// it, on one line. Bools print as 1 or 0; doubles with the stream's own formatting.
+// it, on one line. Bools print as 1 or 0 and integers in decimal, whatever flags the stream
+// carries; doubles with the stream's own formatting.
 MCBINNING_API std::ostream& DisplayB(std::ostream& os, const std::string& label,
                                      const std::vector<bool>& values);
 MCBINNING_API std::ostream& DisplayD(std::ostream& os, const std::string& label,

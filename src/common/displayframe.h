@@ -1,6 +1,8 @@
 #pragma once
 
+#include <concepts>
 #include <ostream>
+#include <string>
 
 namespace MCBinning {
 
@@ -12,6 +14,12 @@ inline std::ostream& DisplayStart(std::ostream& os, const char* className) {
 
 inline std::ostream& DisplayEnd(std::ostream& os, const char* className) {
   return os << "End of " << className << " display\n";
+}
+
+// A whole number in decimal, a bool as 1 or 0, whatever flags the stream it goes to carries.
+template <std::integral Number>
+std::string Plain(Number number) {
+  return std::to_string(number);
 }
 
 }  // namespace MCBinning

@@ -7,7 +7,8 @@
 
 namespace MCBinning {
 
-// Makes `to` equal to `from`, reusing the storage of `to` where it suffices.
+// Makes `to` equal to `from`, reusing the storage of `to` where it suffices. May throw
+// std::bad_alloc.
 MCBINNING_API void VectorCopy(const std::vector<double>& from, std::vector<double>& to);
 
 // Euclidean norm of a - b, summed from the first element to the last. Requires

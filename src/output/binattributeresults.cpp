@@ -5,7 +5,7 @@
 
 std::ostream& BINAttributeResults::Display(std::ostream& os) const {
   MCBinning::DisplayStart(os, "BINAttributeResults");
-  os << "BINDataTuple   attribute = " << fAttributeIndex << '\n';
+  os << "BINDataTuple   attribute = " << MCBinning::Plain(fAttributeIndex) << '\n';
   MCBinning::DisplayTotals(os, *this);
   MCBinning::DisplayStatusAndCutPoints(os, fStatus, fCutPoints);
   os << "The CellCounts are\n";

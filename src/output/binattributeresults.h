@@ -13,7 +13,7 @@
 // as this object.
 class MCBINNING_API BINAttributeResults final {
  public:
-  // The outcome as text; doubles with the stream's own formatting.
+  // The outcome as text: whole numbers in decimal, doubles with the stream's own formatting.
   virtual std::ostream& Display(std::ostream& os) const;
 
   // How this attribute went; docs/status-codes.md lists the codes.

@@ -5,8 +5,8 @@
 
 std::ostream& BINAttributeTargetResults::Display(std::ostream& os) const {
   MCBinning::DisplayStart(os, "BINAttributeTargetResults");
-  os << "BINDataTuple   attribute = " << fAttributeIndex << '\n'
-     << "target = " << fTargetIndex << '\n';
+  os << "BINDataTuple   attribute = " << MCBinning::Plain(fAttributeIndex) << '\n'
+     << "target = " << MCBinning::Plain(fTargetIndex) << '\n';
   MCBinning::DisplayTotals(os, *this);
   os << "Model Entropy = " << fModelEntropy << '\n';
   MCBinning::DisplayStatusAndCutPoints(os, fStatus, fCutPoints);

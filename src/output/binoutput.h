@@ -20,7 +20,7 @@ class MCBINNING_API BINOutput {
   BINOutput();
   virtual ~BINOutput();
 
-  // Copies are deep.
+  // Copies are deep, and may throw std::bad_alloc.
   BINOutput(const BINOutput&) = default;
   BINOutput& operator=(const BINOutput&) = default;
 

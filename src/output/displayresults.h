@@ -12,7 +12,7 @@ namespace MCBinning {
 
 template <typename Results>
 void DisplayTotals(std::ostream& os, const Results& results) {
-  os << "Number of distinct values = " << results.GetNDistinctValues() << '\n'
+  os << "Number of distinct values = " << Plain(results.GetNDistinctValues()) << '\n'
      << "Total weight = " << results.GetTotalWeight() << '\n'
      << "Total weight with missing = " << results.GetTotalWeightWithMissing() << '\n'
      << "Minimum = " << results.GetMinimum() << '\n'
@@ -21,8 +21,8 @@ void DisplayTotals(std::ostream& os, const Results& results) {
 
 inline void DisplayStatusAndCutPoints(std::ostream& os, const MCStatus& status,
                                       const std::vector<double>& cutPoints) {
-  if (!status.IsOK()) os << "Status has error code " << status.GetErrorCode() << '\n';
-  os << "Number of cutpoints = " << cutPoints.size();
+  if (!status.IsOK()) os << "Status has error code " << Plain(status.GetErrorCode()) << '\n';
+  os << "Number of cutpoints = " << Plain(cutPoints.size());
   if (!cutPoints.empty()) os << ", the cutpoints:";
   os << '\n';
   for (const double cutPoint : cutPoints) os << cutPoint << '\n';

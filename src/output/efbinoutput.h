@@ -17,7 +17,7 @@ class MCBINNING_API EFBINOutput {
   EFBINOutput();
   virtual ~EFBINOutput();
 
-  // Copies are deep.
+  // Copies are deep, and may throw std::bad_alloc.
   EFBINOutput(const EFBINOutput&) = default;
   EFBINOutput& operator=(const EFBINOutput&) = default;
 

@@ -36,6 +36,21 @@ TEST(BINEFPreProcess, OneBinHoldsEverything) {
   }
 }
 
+// The last case's weight is lost in the sum of both: a host that reads the weight above the last
+// cut point must find one.
+TEST(BINEFPreProcess, HasOneWeightMoreThanCutPointsWhereAWeightIsLostInTheSum) {
+  std::vector<EFBINDataTuple> cases{{3, 54043195528445952.0}, {6, 3}};
+  for (const bool rightBorderClosed : {true, false}) {
+    BINEFPreProcess preProcess(8, rightBorderClosed);
+    Doubles cutPoints;
+    Doubles binWeights;
+    EXPECT_TRUE(
+        preProcess.EFCreatePercentileCutPts(&cases, cutPoints, binWeights, 54043195528445952.0));
+    EXPECT_EQ(cutPoints, Doubles());
+    EXPECT_EQ(binWeights, Doubles{54043195528445952.0});
+  }
+}
+
 // The weights are whole, so that the midpoint rule applies at some steps.
 TEST(BINEFPreProcess, StepsGiveTheCandidatesOfTheWholeScan) {
   std::vector<BINDataTuple> tuples{{1, 0, 2}, {2, 1, 1}, {2, 0, 4},

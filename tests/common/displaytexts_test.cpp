@@ -105,9 +105,9 @@ struct Shown {
 };
 void PrintTo(const Shown& row, std::ostream* os) { *os << row.name; }
 
-class DisplayTexts : public testing::TestWithParam<Shown> {};
+class ObjectTexts : public testing::TestWithParam<Shown> {};
 
-TEST_P(DisplayTexts, StayAsTheyAre) { EXPECT_EQ(GetParam().make(), GetParam().expected); }
+TEST_P(ObjectTexts, StayAsTheyAre) { EXPECT_EQ(GetParam().make(), GetParam().expected); }
 
 const Shown kShown[] = {
     {"Settings", SettingsText,
@@ -217,6 +217,26 @@ const Shown kShown[] = {
          "\nEnd of EFBINOutput display\n"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Objects, DisplayTexts, testing::ValuesIn(kShown), RowName);
+// What a host's stream was used for before must not show in its logs, nor change there.
+TEST(DisplayTexts, ShowNumbersAlikeWhateverTheStreamsFlagsAre) {
+  const auto expectAlike = [](const auto& displayed) {
+    std::ostringstream os;
+    os << std::boolalpha << std::hex << std::showbase;
+    const std::ios_base::fmtflags flags = os.flags();
+    displayed.Display(os);
+    EXPECT_EQ(os.str(), DisplayText(displayed));
+    EXPECT_EQ(os.flags(), flags);
+  };
+  expectAlike(BINSettings());
+  expectAlike(EFBINSettings());
+  BINOutput output;
+  output.SetAttributeTargetResults(MCStatus(120014, true), {}, {}, 31, 32, 33, 0, 0, 0, 0, 0);
+  expectAlike(output);
+  EFBINOutput efOutput;
+  efOutput.SetAttributeResults(MCStatus(120014, true), {}, {}, 31, 33, 0, 0, 0, 0);
+  expectAlike(efOutput);
+}
+
+INSTANTIATE_TEST_SUITE_P(Objects, ObjectTexts, testing::ValuesIn(kShown), RowName);
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "algorithm/binalgorithm.h"
 #include "metadata/bincatnumencoder.h"
 #include "metadata/binstringencoder.h"
 #include "reliability/countedmemory.h"
@@ -137,6 +138,19 @@ INSTANTIATE_TEST_SUITE_P(Drivers, Allocation, testing::ValuesIn(kDrivers),
                          testing::PrintToStringParamName());
 
 // What a host builds may throw, but neither leaks nor is left half-made.
+// A search of its own within a large table: sums of all rows would take far longer than it does.
+TEST(SplitSearch, OfFewRowsKeepsNothingOfTheOthers) {
+  constexpr int kRows = 100000;
+  std::vector<double> table(2 * kRows, 1.0);
+  BINSettings settings;
+  BINVarList list;
+  const BINAlgorithm algorithm(settings, list);
+  std::vector<double> left(3);
+  std::vector<double> right{20, 10, 10};
+  const auto search = [&] { algorithm.FindBestCutPoint(&table, 50000, 50009, &left, &right); };
+  EXPECT_FALSE(FailAllocationIn(search, 1)) << "one allocation keeps the interval's weights";
+}
+
 TEST(VariableList, StaysAsItWasWhenMemoryRunsOut) {
   const Scenario scenario = MixedScenario(1);
   bool hasFailed = true;

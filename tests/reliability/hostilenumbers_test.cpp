@@ -108,6 +108,10 @@ class HostileNumbers : public testing::TestWithParam<Numbers> {
     const long first = run.CreateBins(records).GetErrorCode();
     ASSERT_TRUE(IsKnown(first)) << first;
     const std::string text = run.Text();
+    for (const StoredResult& result : run.GetResults()) {
+      const reference::Binning& bins = result.binning;
+      ASSERT_TRUE(bins.counts.empty() || bins.counts.size() == bins.cutPoints.size() + 1) << text;
+    }
     MCMV::gMissingValue = missing.afterwards;
     const long second = run.CreateBins(records).GetErrorCode();
     ASSERT_TRUE(IsKnown(second)) << second;

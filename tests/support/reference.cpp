@@ -219,7 +219,7 @@ class PercentileScan {
 };
 
 void DropEmptyBins(std::vector<double>& cutPoints, std::vector<double>& weights) {
-  if (weights.size() < cutPoints.size() + 1) return;
+  weights.resize(cutPoints.size() + 1, 0.0);  // absorbed in the sum: no weight
   std::vector<double> keptCuts;
   std::vector<double> keptWeights;
   for (std::size_t i = 0; i < cutPoints.size(); ++i) {
@@ -228,10 +228,10 @@ void DropEmptyBins(std::vector<double>& cutPoints, std::vector<double>& weights)
     keptWeights.push_back(weights[i]);
   }
   const double lastWeight = weights[cutPoints.size()];
-  if (lastWeight != 0.0) {
-    keptWeights.push_back(lastWeight);
-  } else if (!keptCuts.empty()) {
+  if (lastWeight == 0.0 && !keptCuts.empty()) {
     keptCuts.pop_back();
+  } else {
+    keptWeights.push_back(lastWeight);
   }
   cutPoints = keptCuts;
   weights = keptWeights;
