@@ -119,6 +119,11 @@ const Shape kShapes[] = {
        const double most = std::floor(4.5e15 / size.Cells());
        return Drawn(size, [&] { return most - Whole(random, 1); });
      }},
+    {"SumBeyondTwoTo53",  // where sums of whole numbers depend on their order
+     [](Random& random, Size size) {
+       const double most = std::floor(2e17 / size.Cells());
+       return Drawn(size, [&] { return most - Whole(random, 3); });
+     }},
     {"NaNWeight",
      [](Random& random, Size size) {
        Table table = OneCaseARow(random, size, 0.5);
