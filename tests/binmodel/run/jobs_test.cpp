@@ -46,6 +46,7 @@ TEST(Jobs, OneThatFailsStopsTheOthersAndIsToldAbout) {
 TEST(JobsDeathTest, ASignalStopsAllOfThem) {
   testing::FLAGS_gtest_death_test_style = "threadsafe";
   const auto run = [] {
+    signal(SIGINT, SIG_DFL);  // ignored where the tests run as a background job
     Interrupt::Install();
     Jobs jobs;
     try {
