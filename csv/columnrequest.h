@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-#include "binmodel/model/missingdefinition.h"
+#include "csv/missingrequest.h"
 
 namespace MCBin {
 
@@ -19,7 +19,7 @@ struct ColumnRequest {
   ColumnUse use;
   KindRequest kind;
   bool byName;  // the user named it: it is not left out silently
-  MCBinModel::MissingDefinition missing;
+  MissingRequest missing;
 
   // Its categories are needed, if it turns out to have any.
   bool MayBeCategorical() const {

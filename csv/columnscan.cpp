@@ -22,9 +22,10 @@ ColumnScan::ColumnScan(const ColumnRequest& request)
   if (!fMayBeCategorical) return;
   fNumbers.emplace(kMaxCategories + 1);
   fTexts.emplace(kMaxCategories + 1);
-  if (request.missing.IsEmpty()) return;
-  fNumbers->SetUserMissingInfo(MCBinModel::MakeNumericUserMissing(request.missing).release());
-  fTexts->SetUserMissingInfo(MCBinModel::MakeStringUserMissing(request.missing).release());
+  const MCBinModel::MissingDefinition missing = request.missing.ForEitherKind();
+  if (missing.IsEmpty()) return;
+  fNumbers->SetUserMissingInfo(MCBinModel::MakeNumericUserMissing(missing).release());
+  fTexts->SetUserMissingInfo(MCBinModel::MakeStringUserMissing(missing).release());
 }
 
 ColumnScan::Value ColumnScan::GetMissing() const {

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "binmodel/model/variableinfo.h"
 #include "csv/columnrequest.h"
 #include "csv/csvfield.h"
 #include "metadata/bincatnumencoder.h"
@@ -22,7 +23,7 @@ namespace MCBin {
 //            kMaxCategoryBytes bytes; then the column's categories are given up.
 class ColumnScan {
  public:
-  static constexpr int kMaxCategories = 256;
+  static constexpr int kMaxCategories = int{MCBinModel::kMostCategories};
   static constexpr std::size_t kMaxCategoryBytes = 4096;
 
   // A field worth telling the user about.

@@ -29,7 +29,7 @@ class Selection {
       : fNames(names), fOptions(options), fKinds(names.GetCount(), KindRequest::kDetect) {
     for (const std::string& name : options.categorical) SetKind(name, KindRequest::kCategorical);
     for (const std::string& name : options.continuous) SetKind(name, KindRequest::kContinuous);
-    for (const MCBinModel::MissingDefinition& definition : options.missing) SetMissing(definition);
+    for (const MissingRequest& definition : options.missing) SetMissing(definition);
   }
 
   std::vector<ColumnRequest> Select() {
@@ -65,7 +65,7 @@ class Selection {
     known = kind;
   }
 
-  void SetMissing(const MCBinModel::MissingDefinition& definition) {
+  void SetMissing(const MissingRequest& definition) {
     const bool isNew = fMissing.emplace(fNames.Find(definition.column), definition).second;
     if (!isNew) {
       throw UsageError(fmt::format("--missing {}: given twice; join the values with commas",
@@ -106,16 +106,15 @@ class Selection {
 
   void Add(std::size_t position, ColumnUse use, bool byName) {
     const auto missing = fMissing.find(position);
-    fRequests.push_back(
-        {position, fNames.GetName(position), use, fKinds[position], byName,
-         missing == fMissing.end() ? MCBinModel::MissingDefinition{} : missing->second});
+    fRequests.push_back({position, fNames.GetName(position), use, fKinds[position], byName,
+                         missing == fMissing.end() ? MissingRequest{} : missing->second});
   }
 
   const ColumnNames& fNames;
   const RunOptions& fOptions;
-  std::vector<KindRequest> fKinds;                                // by position
-  std::map<std::size_t, MCBinModel::MissingDefinition> fMissing;  // by position
-  std::map<std::size_t, ColumnUse> fUses;                         // by position
+  std::vector<KindRequest> fKinds;                 // by position
+  std::map<std::size_t, MissingRequest> fMissing;  // by position
+  std::map<std::size_t, ColumnUse> fUses;          // by position
   std::vector<ColumnRequest> fRequests;
 };
 

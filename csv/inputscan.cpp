@@ -100,7 +100,9 @@ InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& request
     return r.use == ColumnUse::kWeight;
   });
   std::optional<WeightCheck> weights;
-  if (weight != requests.end()) weights.emplace(*weight, rounding, missingTexts);
+  if (weight != requests.end()) {
+    weights.emplace(*weight, rounding, missingTexts, weight->missing.ForEitherKind());
+  };
 
   RecordScan record(reader, requests, missingTexts, scan);
   RecordPass pass(reader, progress);

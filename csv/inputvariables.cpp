@@ -4,7 +4,6 @@
 
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
-#include "cli/options/usageerror.h"
 
 namespace MCBin {
 
@@ -23,8 +22,7 @@ class Builder {
         AddTarget(request, scan, column);
         break;
       case ColumnUse::kWeight:
-        CheckNumericMissing(request.missing);
-        fVariables.weight = {request.name, fRounding, request.missing, column};
+        fVariables.weight = {request.name, fRounding, request.missing.ForNumbers(), column};
         break;
       case ColumnUse::kAttribute:
         AddAttribute(request, scan, column);
@@ -133,22 +131,22 @@ class Builder {
   }
 
   MCBinModel::VariableInfo MakeContinuous(const ColumnRequest& request) const {
-    CheckNumericMissing(request.missing);
-    return {request.name, MCBinModel::VariableKind::kContinuous, request.missing, {}, {}};
+    return {
+        request.name, MCBinModel::VariableKind::kContinuous, request.missing.ForNumbers(), {}, {}};
   }
 
   MCBinModel::VariableInfo MakeCategorical(const ColumnRequest& request,
                                            const ColumnScan& scan) const {
     MCBinModel::VariableInfo info{
-        request.name, MCBinModel::VariableKind::kStringCategorical, request.missing, {}, {}};
+        request.name, MCBinModel::VariableKind::kStringCategorical, {}, {}, {}};
     if (scan.IsNumeric()) {
       info.kind = MCBinModel::VariableKind::kNumericCategorical;
-      CheckNumericMissing(request.missing);
+      info.missing = request.missing.ForNumbers();
       for (int code = 0; code < scan.GetCategoryCount(); ++code) {
         info.numbers.push_back(scan.GetNumbers().Decode(code));
       }
     } else {
-      CheckTextMissing(request.missing);
+      info.missing = request.missing.ForTexts();
       for (int code = 0; code < scan.GetCategoryCount(); ++code) {
         info.texts.push_back(scan.GetTexts().Decode(code));
         CheckUtf8(request, info.texts.back());
@@ -163,18 +161,6 @@ class Builder {
         fmt::format("{}: the value {} in column {} is not UTF-8 text; convert the "
                     "file first, for example: iconv -f LATIN1 -t UTF-8",
                     fFileName, MCBinModel::QuotedText(text), MCBinModel::QuotedText(request.name)));
-  }
-
-  static void CheckNumericMissing(const MCBinModel::MissingDefinition& missing) {
-    missing.NumericValues();
-  }
-
-  static void CheckTextMissing(const MCBinModel::MissingDefinition& missing) {
-    if (!missing.interval) return;
-    throw UsageError(
-        fmt::format("--missing {}: an interval needs a numeric column; a text with "
-                    "a colon is written in double quotes",
-                    MCBinModel::QuotedText(missing.column)));
   }
 
   const std::string& fFileName;

@@ -34,8 +34,8 @@ struct InputVariables {
 //
 // Columns that cannot be binned are left out with a note when the user did not ask for
 // them by name. Throws Refusal for a column asked for that cannot be used, for a target
-// without two categories or with too many, and when no attribute is left; UsageError for a
-// --missing that does not fit its column's kind.
+// without two categories or with too many, for missing values that do not fit their column's
+// kind, and when no attribute is left.
 InputVariables MakeInputVariables(const std::string& fileName,
                                   const std::vector<ColumnRequest>& requests, const InputScan& scan,
                                   IBINVariable::BINWRoundingOption rounding,

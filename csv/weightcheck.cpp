@@ -11,10 +11,11 @@
 namespace MCBin {
 
 WeightCheck::WeightCheck(const ColumnRequest& weight, IBINVariable::BINWRoundingOption rounding,
-                         const MissingTexts& missingTexts)
+                         const MissingTexts& missingTexts,
+                         const MCBinModel::MissingDefinition& missing)
     : fWeight(weight),
       fMissingTexts(missingTexts),
-      fUserMissing(MCBinModel::MakeNumericUserMissing(weight.missing)),
+      fUserMissing(MCBinModel::MakeNumericUserMissing(missing)),
       fEncoder(rounding) {}
 
 std::optional<double> WeightCheck::Check(const CsvReader& reader) {

@@ -17,7 +17,7 @@ namespace MCBin {
 class WeightCheck {
  public:
   WeightCheck(const ColumnRequest& weight, IBINVariable::BINWRoundingOption rounding,
-              const MissingTexts& missingTexts);
+              const MissingTexts& missingTexts, const MCBinModel::MissingDefinition& missing);
   WeightCheck(const WeightCheck&) = delete;
   WeightCheck& operator=(const WeightCheck&) = delete;
 

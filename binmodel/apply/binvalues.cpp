@@ -11,7 +11,8 @@ namespace {
 std::vector<BinValue> EvidenceValues(const BinModel& model, const AttributeBins& bins) {
   const VariableInfo* const target = model.GetTarget(bins);
   if (target == nullptr) {
-    throw Refusal("weight of evidence needs a target, and equal-frequency bins have none");
+    throw Refusal(RefusalCode::kEvidenceNeedsTarget, {},
+                  "weight of evidence needs a target, and equal-frequency bins have none");
   }
   std::vector<BinValue> values(bins.cutPoints.size() + 1);
   const auto evidence = WeightsOfEvidence(bins, EventCategory(*target));

@@ -79,7 +79,7 @@ std::optional<double> FieldCoder::CodeNumericCategory(const MCBin::CsvReader& re
 
 std::optional<double> FieldCoder::CodeTextCategory(const MCBin::CsvReader& reader,
                                                    const MCBin::CsvField& field) {
-  const std::vector<std::string>& missing = fVariable.missing.values;
+  const std::vector<std::string>& missing = fVariable.missing.texts;
   if (std::find(missing.begin(), missing.end(), field.text) != missing.end()) return std::nullopt;
   fText.assign(field.text);
   const double code = fTexts->EncodeConst(fText);

@@ -132,7 +132,9 @@ Recount CountAgain(const BinModel& model, const std::vector<std::size_t>& result
 
   Counter counter(model, results, names, missingTexts);
   std::optional<MCBin::WeightCheck> weights;
-  if (weight.column != nullptr) weights.emplace(*weight.column, weight.rounding, missingTexts);
+  if (weight.column != nullptr) {
+    weights.emplace(*weight.column, weight.rounding, missingTexts, weight.missing);
+  }
   MCBin::RecordPass pass(reader, progress);
   while (pass.Next()) {
     const std::optional<double> recordWeight = weights ? weights->Check(reader) : kUnweighted;

@@ -33,6 +33,7 @@ struct Recount {
 struct RecountWeight {
   const MCBin::ColumnRequest* column;
   IBINVariable::BINWRoundingOption rounding;
+  MissingDefinition missing;
 };
 
 // Counts the cases of every bin among the records after the header, which is behind the

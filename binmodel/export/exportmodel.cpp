@@ -54,6 +54,11 @@ BinValue MakeMissing(const ExportOptions& options) {
   return *options.missingText;
 }
 
+void AddNumber(std::vector<double>& numbers, double number) {
+  const bool known = std::find(numbers.begin(), numbers.end(), number) != numbers.end();
+  if (!known) numbers.push_back(number);
+}
+
 void AddNumber(std::vector<double>& numbers, const std::string& text) {
   const ParsedNumber number = ParseNumber(text);
   double value = number.value;
@@ -63,14 +68,14 @@ void AddNumber(std::vector<double>& numbers, const std::string& text) {
   } else if (number.kind != NumberKind::kNumber) {
     return;
   }
-  if (std::find(numbers.begin(), numbers.end(), value) == numbers.end()) numbers.push_back(value);
+  AddNumber(numbers, value);
 }
 
 // Declared missing values, texts of --na that are numbers, and the mark of a missing value.
 std::vector<double> MissingNumbers(const VariableInfo& attribute, const BinSource& source) {
   std::vector<double> numbers;
   if (attribute.kind == VariableKind::kStringCategorical) return numbers;
-  for (const std::string& text : attribute.missing.values) AddNumber(numbers, text);
+  for (const double number : attribute.missing.numbers) AddNumber(numbers, number);
   for (const std::string& text : source.missingTexts) AddNumber(numbers, text);
   numbers.push_back(MCMV::Missing());
   return numbers;
@@ -80,7 +85,7 @@ bool IsMissingCategory(const VariableInfo& attribute, std::size_t code) {
   if (attribute.kind == VariableKind::kNumericCategorical) {
     return MakeNumericUserMissing(attribute.missing)->Contains(attribute.numbers[code]);
   }
-  const std::vector<std::string>& missing = attribute.missing.values;
+  const std::vector<std::string>& missing = attribute.missing.texts;
   return std::find(missing.begin(), missing.end(), attribute.texts[code]) != missing.end();
 }
 
@@ -129,7 +134,7 @@ void CheckNames(const BinModel& model, const std::vector<ExportColumn>& columns)
 
 ExportModel MakeExportModel(const BinModel& model, const ExportOptions& options) {
   ExportModel exported{model.settings.rightClosed, options.form, MakeMissing(options), {}};
-  for (const std::size_t index : SelectResults(model, options.binFile, options.target)) {
+  for (const std::size_t index : SelectResults(model, options.target, options.binFile)) {
     exported.columns.push_back(MakeColumn(model, model.results[index], options, exported.missing));
   }
   CheckNames(model, exported.columns);

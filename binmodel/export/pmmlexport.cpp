@@ -65,7 +65,7 @@ std::string DataField(const ExportColumn& column) {
   const bool isText = attribute.kind == VariableKind::kStringCategorical;
   std::vector<std::string> missing;
   if (isText) {
-    for (const std::string& text : attribute.missing.values) missing.push_back(XmlText(text));
+    for (const std::string& text : attribute.missing.texts) missing.push_back(XmlText(text));
   }
   for (const double number : column.missingNumbers) missing.push_back(XmlNumber(number));
 

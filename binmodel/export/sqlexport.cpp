@@ -81,7 +81,7 @@ class CaseWriter {
         Fill(fIsText ? "{} IS NULL" : fDialect.isNoNumber, fReference)};
     std::vector<std::string> literals;
     if (fIsText) {
-      for (const std::string& text : fColumn.attribute->missing.values) {
+      for (const std::string& text : fColumn.attribute->missing.texts) {
         literals.push_back(TextLiteral(fDialect, text));
       }
     } else {

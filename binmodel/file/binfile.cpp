@@ -16,9 +16,9 @@ void WriteMissing(JsonWriter& json, const char* key, const MissingDefinition& mi
   json.BeginObject();
   json.Key("values");
   if (texts) {
-    json.Value(missing.values);
+    json.Value(missing.texts);
   } else {
-    json.Value(missing.NumericValues());
+    json.Value(missing.numbers);
   }
   if (missing.interval) {
     json.Key("interval");

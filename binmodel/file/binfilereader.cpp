@@ -3,9 +3,13 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cfloat>
 #include <climits>
 #include <cmath>
+#include <cstring>
+#include <fstream>
 #include <map>
 #include <numeric>
 #include <set>
@@ -16,8 +20,6 @@
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
-#include "csv/columnscan.h"
-#include "io/readall.h"
 
 namespace MCBinModel {
 
@@ -31,10 +33,10 @@ void CheckFormat(const JsonNode& file) {
   const JsonNode version = file.GetMember("version");
   const int number = version.GetInteger(0, INT_MAX);
   if (number != kBinFileVersion) {
-    version.Refuse(
-        fmt::format("version {} of the format is unknown to this program, it reads "
-                    "version {}; use the program that wrote the file",
-                    number, kBinFileVersion));
+    throw Refusal(RefusalCode::kUnknownVersion, {version.GetPlace(), "", std::to_string(number)},
+                  fmt::format("version {} of the format is unknown to this program, it reads "
+                              "version {}; use the program that wrote the file",
+                              number, kBinFileVersion));
   }
 }
 
@@ -48,14 +50,13 @@ std::string TakeName(const JsonNode& node, std::set<std::string>& seen) {
   return name;
 }
 
-MissingDefinition ReadMissing(const JsonNode& node, const std::string& column, bool texts) {
+MissingDefinition ReadMissing(const JsonNode& node, bool texts) {
   MissingDefinition missing;
-  missing.column = column;
   const JsonNode values = node.GetMember("values");
   if (texts) {
-    missing.values = values.GetTexts();
+    missing.texts = values.GetTexts();
   } else {
-    for (const double value : values.GetNumbers()) missing.values.push_back(FormatNumber(value));
+    missing.numbers = values.GetNumbers();
   }
   const auto interval = node.FindMember("interval");
   if (!interval) return missing;
@@ -76,9 +77,9 @@ std::vector<Category> CheckCategories(const JsonNode& node, std::vector<Category
     if (seen.insert(categories[code]).second) continue;
     node.GetElement(code).Refuse("this category appears twice");
   }
-  if (categories.size() > MCBin::ColumnScan::kMaxCategories) {
+  if (categories.size() > kMostCategories) {
     node.Refuse(fmt::format("{} categories; a variable has at most {}", categories.size(),
-                            MCBin::ColumnScan::kMaxCategories));
+                            kMostCategories));
   }
   return categories;
 }
@@ -98,7 +99,7 @@ VariableInfo ReadVariable(const JsonNode& node, std::set<std::string>& names) {
     }
   }
   const auto missing = node.FindMember("user_missing");
-  if (missing) variable.missing = ReadMissing(*missing, variable.name, texts);
+  if (missing) variable.missing = ReadMissing(*missing, texts);
   return variable;
 }
 
@@ -143,7 +144,7 @@ std::optional<WeightInfo> ReadWeight(const JsonNode& settings) {
   const bool truncate = settings.GetMember("rounding").GetChoice({"closest", "truncate"}) == 1;
   weight.rounding = truncate ? IBINVariable::RoundTruncate : IBINVariable::RoundClosest;
   const auto missing = settings.FindMember("weight_user_missing");
-  if (missing) weight.missing = ReadMissing(*missing, weight.name, false);
+  if (missing) weight.missing = ReadMissing(*missing, false);
   return weight;
 }
 
@@ -330,9 +331,20 @@ BinModel ParseBinFile(std::string_view text, const std::string& name) {
 }
 
 BinModel ReadBinFile(const std::string& path) {
-  const MCBin::InputText input =
-      MCBin::ReadAll(path, '{', "a bin file, which mcbin writes with --json");
-  return ParseBinFile(input.text, input.name);
+  const std::string name = PrintableText(path);
+  errno = 0;
+  std::ifstream file(path, std::ios::binary);
+  std::string text;
+  std::array<char, std::size_t{1} << 16> chunk{};
+  do {
+    file.read(chunk.data(), chunk.size());
+    text.append(chunk.data(), static_cast<std::size_t>(file.gcount()));
+  } while (file);
+  if (!file.is_open() || file.bad()) {
+    const std::string why = std::strerror(errno);
+    throw Refusal(RefusalCode::kUnreadable, {name, "", why}, "cannot read it: " + why);
+  }
+  return ParseBinFile(text, name);
 }
 
 }  // namespace MCBinModel

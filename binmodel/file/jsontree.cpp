@@ -16,6 +16,10 @@ using nlohmann::json;
 
 constexpr std::size_t kMostLevels = 32;
 
+Refusal BadFile(const std::string& place, const std::string& reason) {
+  return {RefusalCode::kBadBinFile, {place, "", ""}, reason};
+}
+
 // Builds the tree from the parser's events.
 class TreeBuilder : public nlohmann::json_sax<json> {
  public:
@@ -37,8 +41,8 @@ class TreeBuilder : public nlohmann::json_sax<json> {
 
   bool key(string_t& key) override {
     if (fOpen.back().node->contains(key)) {
-      throw Refusal(
-          fmt::format("{}: {}: the member {} appears twice", fName, WhereOpen(), QuotedText(key)));
+      throw BadFile(fName + ": " + WhereOpen(),
+                    fmt::format("the member {} appears twice", QuotedText(key)));
     }
     fOpen.back().key = key;
     return true;
@@ -49,9 +53,9 @@ class TreeBuilder : public nlohmann::json_sax<json> {
     const auto end = fText.begin() + static_cast<std::ptrdiff_t>(std::min(position, fText.size()));
     const auto line = std::count(fText.begin(), end, '\n') + 1;
     const bool endsEarly = position > fText.size();
-    throw Refusal(fmt::format("{}:{}: {}", fName, line,
-                              endsEarly ? "the file ends too early; it was cut off"
-                                        : "this is not JSON: " + Reason(error.what())));
+    throw BadFile(fmt::format("{}:{}", fName, line),
+                  endsEarly ? "the file ends too early; it was cut off"
+                            : "this is not JSON: " + Reason(error.what()));
   }
 
  private:
@@ -104,8 +108,8 @@ class TreeBuilder : public nlohmann::json_sax<json> {
 
   bool Open(json empty) {
     if (fOpen.size() == kMostLevels) {
-      throw Refusal(
-          fmt::format("{}: {}: nested more than {} deep", fName, WhereOpen(), kMostLevels));
+      throw BadFile(fName + ": " + WhereOpen(),
+                    fmt::format("nested more than {} deep", kMostLevels));
     }
     fOpen.push_back({Place(std::move(empty)), {}});
     return true;
@@ -136,9 +140,11 @@ JsonNode::JsonNode(const json& root, std::string fileName)
 JsonNode::JsonNode(const json& value, const std::string& fileName, std::string pointer)
     : fValue(&value), fFileName(fileName), fPointer(std::move(pointer)) {}
 
-void JsonNode::Refuse(const std::string& reason) const {
-  throw Refusal(fmt::format("{}: {}: {}", fFileName, fPointer.empty() ? "/" : fPointer, reason));
+std::string JsonNode::GetPlace() const {
+  return fFileName + ": " + (fPointer.empty() ? "/" : fPointer);
 }
+
+void JsonNode::Refuse(const std::string& reason) const { throw BadFile(GetPlace(), reason); }
 
 void JsonNode::RefuseType(const char* expected) const {
   constexpr std::size_t kShownWidth = 40;

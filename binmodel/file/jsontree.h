@@ -47,6 +47,8 @@ class JsonNode {
   // The index of the text in `choices`.
   std::size_t GetChoice(const std::vector<const char*>& choices) const;
 
+  // The file and the JSON pointer, for a refusal.
+  std::string GetPlace() const;
   [[noreturn]] void Refuse(const std::string& reason) const;
 
  private:

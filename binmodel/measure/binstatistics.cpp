@@ -52,7 +52,8 @@ double ModelEntropy(const AttributeBins& bins) {
 
 std::size_t EventCategory(const VariableInfo& target) {
   if (target.GetCategoryCount() != 2) {
-    throw Refusal(fmt::format("weight of evidence needs a target with two classes; {} has {}",
+    throw Refusal(RefusalCode::kEvidenceNeedsTwoClasses, {"", target.name, ""},
+                  fmt::format("weight of evidence needs a target with two classes; {} has {}",
                               QuotedText(target.name), target.GetCategoryCount()));
   }
   const bool numeric = target.kind == VariableKind::kNumericCategorical;

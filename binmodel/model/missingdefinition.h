@@ -2,12 +2,12 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace MCBinModel {
 
-// The values of one column that count as missing, beside the empty ones.
+// The values of one variable that count as missing, beside those that are none: numbers and an
+// interval of a numeric variable, texts of a variable of texts. The other kind's stay empty.
 struct MissingDefinition {
   // Closed; an open end is the largest finite double with its sign.
   struct Interval {
@@ -15,18 +15,11 @@ struct MissingDefinition {
     double high;
   };
 
-  std::string column;
-  std::vector<std::string> values;  // as written; a numeric column needs numbers
+  std::vector<double> numbers;
   std::optional<Interval> interval;
+  std::vector<std::string> texts;
 
-  bool IsEmpty() const { return values.empty() && !interval; }
-
-  // The values as numbers. Throws UsageError when one is not.
-  std::vector<double> NumericValues() const;
+  bool IsEmpty() const { return numbers.empty() && !interval && texts.empty(); }
 };
-
-// Reads NAME=v1,v2,low:high. "low:" and ":high" are open to one side; a value that holds
-// a comma or looks like an interval is written in double quotes. Throws UsageError.
-MissingDefinition ParseMissingDefinition(std::string_view text);
 
 }  // namespace MCBinModel

@@ -8,8 +8,31 @@ namespace MCBinModel {
 
 // Why something was refused. A front end that knows more than the reason says, such as the name
 // of an option that helps, words these in its own way.
+//
+// Behind each code stands what Refusal::GetSubject() and GetDetail() are; nothing stands where
+// both are empty.
 enum class RefusalCode {
   kInput,  // what was read makes no sense, or cannot be read; the reason says all
+
+  // Bin files.
+  kUnreadable,      // a file cannot be opened or read; detail: why, in the system's words
+  kBadBinFile,      // no bin file, or one that contradicts itself; the place says where
+  kUnknownVersion,  // a bin file of another version of the format; detail: its version
+
+  // Which results of a model are meant.
+  kSeveralTargets,  // bins for several targets and none chosen; detail: their names, quoted
+  kUnknownTarget,   // subject: the target that was asked for; detail: those there are, quoted
+  kNoTargets,       // subject: the target that was asked for, of bins without targets
+  kNoResults,       // there are no results
+  kNoBins,          // every result ended in an error; detail: the first one's, in words
+
+  // Weight of evidence.
+  kEvidenceNeedsTarget,      // bins without target
+  kEvidenceNeedsTwoClasses,  // subject: the target
+
+  // Missing values that do not fit the kind of their column.
+  kMissingNotNumeric,  // subject: a numeric column; detail: the value that is no number
+  kMissingInterval,    // subject: a column of texts, for which an interval is given
 };
 
 // Input was refused, or a run failed.

@@ -3,43 +3,84 @@
 #include <fmt/format.h>
 
 #include "binmodel/model/refusal.h"
+#include "binmodel/model/statustext.h"
 #include "binmodel/text/displaytext.h"
 
 namespace MCBinModel {
 
 namespace {
 
-std::optional<std::size_t> SelectTarget(const BinModel& model, const std::string& fileName,
-                                        const std::optional<std::string>& name) {
+std::string JoinNames(const std::vector<std::string>& quotedNames) {
+  return fmt::format("{}", fmt::join(quotedNames, ", "));
+}
+
+std::optional<std::size_t> SelectTarget(const BinModel& model,
+                                        const std::optional<std::string>& name,
+                                        const std::string& place) {
   if (!name && model.targets.size() <= 1) {
     return model.targets.empty() ? std::nullopt : std::optional<std::size_t>(0);
   }
-  std::string names;
+  std::vector<std::string> names;
   for (std::size_t i = 0; i < model.targets.size(); ++i) {
     if (name && model.targets[i].name == *name) return i;
-    names += (names.empty() ? "" : ", ") + QuotedText(model.targets[i].name);
+    names.push_back(QuotedText(model.targets[i].name));
   }
+  const std::string all = JoinNames(names);
   if (!name) {
-    throw Refusal(
-        fmt::format("{}: bins for several targets; choose one with --target: {}", fileName, names));
+    throw Refusal(RefusalCode::kSeveralTargets, {place, "", all},
+                  "bins for several targets; choose one of " + all);
   }
-  throw Refusal(names.empty()
-                    ? fmt::format("{}: these bins have no target, leave --target out", fileName)
-                    : fmt::format("{}: no bins for the target {}; the targets are {}", fileName,
-                                  QuotedText(*name), names));
+  if (names.empty()) {
+    throw Refusal(RefusalCode::kNoTargets, {place, *name, ""}, "these bins have no target");
+  }
+  throw Refusal(
+      RefusalCode::kUnknownTarget, {place, *name, all},
+      fmt::format("no bins for the target {}; the targets are {}", QuotedText(*name), all));
 }
 
 }  // namespace
 
-std::vector<std::size_t> SelectResults(const BinModel& model, const std::string& fileName,
-                                       const std::optional<std::string>& target) {
-  const std::optional<std::size_t> targetIndex = SelectTarget(model, fileName, target);
+std::vector<std::size_t> SelectResults(const BinModel& model,
+                                       const std::optional<std::string>& target,
+                                       const std::string& place) {
+  const std::optional<std::size_t> targetIndex = SelectTarget(model, target, place);
   std::vector<std::size_t> selected;
   for (std::size_t i = 0; i < model.results.size(); ++i) {
     if (model.results[i].target == targetIndex) selected.push_back(i);
   }
-  if (selected.empty()) throw Refusal(fmt::format("{}: there are no results", fileName));
+  if (selected.empty()) {
+    throw Refusal(RefusalCode::kNoResults, {place, "", ""}, "there are no results");
+  }
   return selected;
+}
+
+std::vector<std::size_t> FindFailedResults(const BinModel& model,
+                                           const std::vector<std::size_t>& results,
+                                           const std::string& place) {
+  std::vector<std::size_t> failed;
+  for (const std::size_t index : results) {
+    const AttributeBins& bins = model.results[index];
+    if (bins.status.IsError() && bins.binWeights.empty()) failed.push_back(index);
+  }
+  if (!failed.empty() && failed.size() == results.size()) {
+    const std::string reason = DescribeStatus(model.results[failed.front()].status);
+    throw Refusal(RefusalCode::kNoBins, {place, "", reason},
+                  "no attribute has bins, the run ended in an error: " + reason);
+  }
+  return failed;
+}
+
+std::string DescribeFailedResults(const BinModel& model, const std::vector<std::size_t>& failed) {
+  constexpr std::size_t kMostNamed = 10;
+  std::vector<std::string> names;
+  for (const std::size_t index : failed) {
+    if (names.size() == kMostNamed) break;
+    const AttributeBins& bins = model.results[index];
+    names.push_back(fmt::format("{} ({})", QuotedText(model.GetAttribute(bins).name),
+                                DescribeStatus(bins.status)));
+  }
+  return fmt::format("without bins because of an error: {}{}", JoinNames(names),
+                     failed.size() > names.size() ? " and more" : "");
 }
 
 }  // namespace MCBinModel

@@ -9,13 +9,23 @@
 
 namespace MCBinModel {
 
-// The results of a bin file for one of its targets, as indexes into BinModel::results in the
-// file's order. Without a name the file's only target, or all results of a file without
-// targets. `fileName` is for messages.
+// The results of a model for one of its targets, as indexes into BinModel::results in their
+// order. Without a name the only target's, or all results of a model without targets. `place`
+// says in a refusal where the model is from, such as the name of a file.
 //
-// Throws Refusal for a target that the file does not have, when the file has several and
-// none is named, and when no result is left.
-std::vector<std::size_t> SelectResults(const BinModel& model, const std::string& fileName,
-                                       const std::optional<std::string>& target);
+// Throws Refusal for a target that the model does not have, when there are several and none is
+// named, and when no result is left.
+std::vector<std::size_t> SelectResults(const BinModel& model,
+                                       const std::optional<std::string>& target,
+                                       const std::string& place = {});
+
+// Of these results, those that ended in an error and have no bins: a value cannot be given a
+// bin, which is something else than a value that is missing. Throws Refusal when all of them did.
+std::vector<std::size_t> FindFailedResults(const BinModel& model,
+                                           const std::vector<std::size_t>& results,
+                                           const std::string& place = {});
+
+// Says so in one line, with the names of the attributes; requires at least one result.
+std::string DescribeFailedResults(const BinModel& model, const std::vector<std::size_t>& failed);
 
 }  // namespace MCBinModel

@@ -1,15 +1,10 @@
 #include "binmodel/model/usermissing.h"
 
-#include "binmodel/text/number.h"
-
 namespace MCBinModel {
 
 std::unique_ptr<BINNumericUserMissing> MakeNumericUserMissing(const MissingDefinition& missing) {
   auto numeric = std::make_unique<BINNumericUserMissing>();
-  for (const std::string& value : missing.values) {
-    const ParsedNumber number = ParseNumber(value);
-    if (number.kind == NumberKind::kNumber) numeric->AddValue(number.value, "");
-  }
+  for (const double value : missing.numbers) numeric->AddValue(value, "");
   if (missing.interval) {
     numeric->SetInterval(BINNumericInterval(missing.interval->low, missing.interval->high));
   }
@@ -18,7 +13,7 @@ std::unique_ptr<BINNumericUserMissing> MakeNumericUserMissing(const MissingDefin
 
 std::unique_ptr<BINStringUserMissing> MakeStringUserMissing(const MissingDefinition& missing) {
   auto strings = std::make_unique<BINStringUserMissing>();
-  for (const std::string& value : missing.values) strings->AddValue(value, "");
+  for (const std::string& value : missing.texts) strings->AddValue(value, "");
   return strings;
 }
 

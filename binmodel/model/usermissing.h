@@ -8,8 +8,7 @@
 
 namespace MCBinModel {
 
-// The definition as the component's own objects: of the values that are numbers and the
-// interval, and of every value as a text.
+// The definition as the component's own objects: its numbers and interval, and its texts.
 std::unique_ptr<BINNumericUserMissing> MakeNumericUserMissing(const MissingDefinition& missing);
 std::unique_ptr<BINStringUserMissing> MakeStringUserMissing(const MissingDefinition& missing);
 

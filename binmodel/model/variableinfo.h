@@ -15,6 +15,9 @@ enum class VariableKind { kContinuous, kNumericCategorical, kStringCategorical }
 constexpr std::array<const char*, 3> kKindNames = {"continuous", "numeric-categorical",
                                                    "string-categorical"};
 
+// A categorical variable has no more categories than this.
+constexpr std::size_t kMostCategories = 256;
+
 // What a result needs to know about an attribute or a target.
 struct VariableInfo {
   std::string name;

@@ -7,7 +7,7 @@ namespace MCBinModel {
 namespace {
 
 void SetNumericMissing(BINVarList& list, int index, const MissingDefinition& missing) {
-  for (const double value : missing.NumericValues()) list.AddDiscreteUserMissing(index, value, "");
+  for (const double value : missing.numbers) list.AddDiscreteUserMissing(index, value, "");
   if (missing.interval) {
     list.SetMissingInterval(index, missing.interval->low, missing.interval->high);
   }
@@ -26,7 +26,7 @@ int AddVariable(BINVarList& list, const VariableInfo& variable, IBINVariable::Va
       break;
     case VariableKind::kStringCategorical:
       index = list.AddCatVar(variable.name, "", variable.texts, role);
-      for (const std::string& value : variable.missing.values) {
+      for (const std::string& value : variable.missing.texts) {
         list.AddDiscreteUserMissing(index, value, "");
       }
       break;

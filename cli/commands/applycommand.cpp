@@ -5,8 +5,8 @@
 
 #include <cstdio>
 
-#include "binmodel/file/binfilereader.h"
 #include "binmodel/model/resultselection.h"
+#include "cli/commands/binfileinput.h"
 #include "cli/options/usageerror.h"
 #include "cli/terminal/exitcode.h"
 #include "cli/terminal/progressbar.h"
@@ -36,9 +36,9 @@ int ApplyCommand(const ApplyOptions& options) {
   }
   const bool outputIsTerminal = isatty(STDOUT_FILENO) == 1;
   ResultStream out;
-  const MCBinModel::BinModel model = MCBinModel::ReadBinFile(options.binFile);
+  const MCBinModel::BinModel model = LoadBinFile(options.binFile);
   const std::vector<std::size_t> results =
-      MCBinModel::SelectResults(model, options.binFile, options.target);
+      MCBinModel::SelectResults(model, options.target, options.binFile);
 
   const InputStream input(options.input, "a CSV file");
   const char delimiter = options.delimiter.value_or(model.source.delimiter);

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "binmodel/apply/recount.h"
-#include "binmodel/file/binfilereader.h"
 #include "binmodel/model/resultselection.h"
 #include "binmodel/report/evaluationreport.h"
+#include "cli/commands/binfileinput.h"
 #include "cli/options/usageerror.h"
 #include "cli/terminal/exitcode.h"
 #include "cli/terminal/progressbar.h"
@@ -24,7 +24,7 @@ namespace MCBin {
 
 namespace {
 
-// The weight column: of the options, or the bin file's with what is missing in it.
+// The weight column: of the options, or the bin file's.
 std::optional<ColumnRequest> FindWeight(const EvaluateOptions& options,
                                         const MCBinModel::BinSource& file,
                                         const ColumnNames& names) {
@@ -32,10 +32,8 @@ std::optional<ColumnRequest> FindWeight(const EvaluateOptions& options,
   std::optional<std::string> name = options.weight;
   if (!name && file.weight) name = file.weight->name;
   if (!name) return std::nullopt;
-  ColumnRequest weight{names.Find(*name),    *name, ColumnUse::kWeight,
+  return ColumnRequest{names.Find(*name),    *name, ColumnUse::kWeight,
                        KindRequest::kDetect, true,  {}};
-  if (file.weight && file.weight->name == *name) weight.missing = file.weight->missing;
-  return weight;
 }
 
 void PrintNotes(const MCBinModel::Recount& recount) {
@@ -57,9 +55,9 @@ int EvaluateCommand(const EvaluateOptions& options) {
     throw UsageError("the bin file and the data cannot both come from standard input");
   }
   ResultStream out;
-  const MCBinModel::BinModel model = MCBinModel::ReadBinFile(options.binFile);
+  const MCBinModel::BinModel model = LoadBinFile(options.binFile);
   const std::vector<std::size_t> results =
-      MCBinModel::SelectResults(model, options.binFile, options.target);
+      MCBinModel::SelectResults(model, options.target, options.binFile);
 
   const InputStream input(options.input, "a CSV file");
   CsvReader reader(input.Get(), input.GetName(),
@@ -68,15 +66,19 @@ int EvaluateCommand(const EvaluateOptions& options) {
   const MissingTexts missingTexts(options.missingTexts.value_or(model.source.missingTexts));
   const std::optional<ColumnRequest> weight = FindWeight(options, model.source, names);
 
-  const auto rounding =
-      model.source.weight ? model.source.weight->rounding : IBINVariable::RoundClosest;
+  MCBinModel::RecountWeight counted{
+      weight ? &*weight : nullptr,
+      model.source.weight ? model.source.weight->rounding : IBINVariable::RoundClosest,
+      {}};
+  const bool isFileWeight =
+      weight && model.source.weight && model.source.weight->name == weight->name;
+  if (isFileWeight) counted.missing = model.source.weight->missing;
 
   constexpr double kBytesPerMB = 1e6;
   ProgressBar progress(!options.quiet && input.IsRegularFile());
   progress.Start("counting", input.GetSize(), "MB", kBytesPerMB);
   const MCBinModel::Recount recount =
-      MCBinModel::CountAgain(model, results, names, {weight ? &*weight : nullptr, rounding},
-                             missingTexts, reader, progress);
+      MCBinModel::CountAgain(model, results, names, counted, missingTexts, reader, progress);
   progress.Finish();
   if (!options.quiet) PrintNotes(recount);
   MCBinModel::WriteEvaluationReport(model, recount, input.GetName(), out);

@@ -11,8 +11,8 @@
 #include "binmodel/export/pmmlexport.h"
 #include "binmodel/export/pythonexport.h"
 #include "binmodel/export/sqlexport.h"
-#include "binmodel/file/binfilereader.h"
 #include "binmodel/text/displaytext.h"
+#include "cli/commands/binfileinput.h"
 #include "cli/options/usageerror.h"
 #include "cli/terminal/exitcode.h"
 #include "cli/terminal/resultstream.h"
@@ -23,7 +23,7 @@ namespace MCBin {
 namespace {
 
 std::string MakeText(const MCBinModel::ExportOptions& options, std::vector<std::string>& notes) {
-  const MCBinModel::BinModel model = MCBinModel::ReadBinFile(options.binFile);
+  const MCBinModel::BinModel model = LoadBinFile(options.binFile);
   const MCBinModel::ExportModel exported = MCBinModel::MakeExportModel(model, options);
   switch (options.format) {
     case MCBinModel::ExportFormat::kSql:

@@ -7,9 +7,9 @@
 #include <string>
 #include <system_error>
 
-#include "binmodel/file/binfilereader.h"
 #include "binmodel/report/htmlreport.h"
 #include "binmodel/text/displaytext.h"
+#include "cli/commands/binfileinput.h"
 #include "cli/options/usageerror.h"
 #include "cli/terminal/exitcode.h"
 #include "cli/terminal/resultstream.h"
@@ -26,8 +26,8 @@ int ReportCommand(const ReportOptions& options) {
   ResultStream out;
   std::optional<OutputFile> file;
   if (options.output != "-") file.emplace(options.output);
-  const std::string report = MCBinModel::WriteHtmlReport(MCBinModel::ReadBinFile(options.binFile),
-                                                         options.evidenceAdjustment);
+  const std::string report =
+      MCBinModel::WriteHtmlReport(LoadBinFile(options.binFile), options.evidenceAdjustment);
   if (file) {
     file->Write(report);
     file->Commit();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/commands/runcommand.h"
+#include "cli/options/missingoption.h"
 #include "cli/options/runoptions.h"
 
 namespace MCBin {
@@ -124,8 +125,7 @@ RunOptions Finish(RawOptions raw) {
   run.categorical = JoinLists(raw.categorical);
   run.continuous = JoinLists(raw.continuous);
   if (!raw.missingTexts.empty()) run.missingTexts = JoinMissingTexts(raw.missingTexts);
-  for (const std::string& text : raw.missing)
-    run.missing.push_back(MCBinModel::ParseMissingDefinition(text));
+  for (const std::string& text : raw.missing) run.missing.push_back(ParseMissingOption(text));
   return std::move(run);
 }
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "binmodel/model/binsettings.h"
-#include "binmodel/model/missingdefinition.h"
 #include "binmodel/report/textstyle.h"
+#include "csv/missingrequest.h"
 #include "metadata/ibinvariable.h"
 
 namespace MCBin {
@@ -19,7 +19,7 @@ struct RunOptions {
   std::string input = "-";  // "-" is standard input
   char delimiter = ',';
   std::vector<std::string> missingTexts = {"NA"};
-  std::vector<MCBinModel::MissingDefinition> missing;
+  std::vector<MissingRequest> missing;
 
   // The columns, by name.
   std::vector<std::string> targets;

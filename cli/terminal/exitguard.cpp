@@ -10,6 +10,7 @@
 #include "binmodel/model/refusal.h"
 #include "cli/options/usageerror.h"
 #include "cli/terminal/exitcode.h"
+#include "cli/terminal/refusaltext.h"
 #include "io/interrupt.h"
 
 namespace MCBin {
@@ -32,7 +33,7 @@ int RunGuarded(const CommandAction& action) {
   } catch (const UsageError& error) {
     return Fail(error.what(), kExitUsage);
   } catch (const MCBinModel::Refusal& error) {
-    return Fail(error.what(), kExitFailed);
+    return Fail(RefusalText(error), IsUsageRefusal(error.GetCode()) ? kExitUsage : kExitFailed);
   } catch (const std::bad_alloc&) {
     return Fail("not enough memory", kExitFailed);
   } catch (const std::exception& error) {

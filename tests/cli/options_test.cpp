@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "binmodel/model/missingdefinition.h"
 #include "binmodel/text/displaytext.h"
+#include "cli/options/missingoption.h"
 #include "cli/options/optionlist.h"
 #include "cli/options/usageerror.h"
 #include "csv/missingtexts.h"
@@ -14,9 +14,8 @@
 
 namespace {
 
+using MCBin::ParseMissingOption;
 using MCBin::UsageError;
-using MCBinModel::MissingDefinition;
-using MCBinModel::ParseMissingDefinition;
 
 struct MissingExample {
   const char* name;
@@ -27,10 +26,10 @@ struct MissingExample {
 };
 void PrintTo(const MissingExample& row, std::ostream* os) { *os << row.name; }
 
-class MissingDefinitionTest : public testing::TestWithParam<MissingExample> {};
+class MissingOptionTest : public testing::TestWithParam<MissingExample> {};
 
-TEST_P(MissingDefinitionTest, IsRead) {
-  const MissingDefinition definition = ParseMissingDefinition(GetParam().text);
+TEST_P(MissingOptionTest, IsRead) {
+  const MCBin::MissingRequest definition = ParseMissingOption(GetParam().text);
   EXPECT_EQ(definition.column, GetParam().column);
   EXPECT_EQ(definition.values, GetParam().values);
   std::vector<double> interval;
@@ -39,7 +38,7 @@ TEST_P(MissingDefinitionTest, IsRead) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Examples, MissingDefinitionTest,
+    Examples, MissingOptionTest,
     testing::Values(MissingExample{"Values", "age=-1,99", "age", {"-1", "99"}, {}},
                     MissingExample{"Interval", "age=99:120", "age", {}, {99, 120}},
                     MissingExample{"Both", "age=-1,99:120", "age", {"-1"}, {99, 120}},
@@ -52,10 +51,10 @@ INSTANTIATE_TEST_SUITE_P(
                     MissingExample{"QuotedName", "\"a=b\"=1", "a=b", {"1"}, {}}),
     RowName);
 
-TEST(MissingDefinition, RefusesWhatMakesNoSense) {
+TEST(MissingOption, RefusesWhatMakesNoSense) {
   for (const char* text :
        {"", "age", "=1", "age=", "age=5:1", "age=1:2,3:4", "age=\"1", "\"age=1", "age=\xFF"}) {
-    EXPECT_THROW(ParseMissingDefinition(text), UsageError) << text;
+    EXPECT_THROW(ParseMissingOption(text), UsageError) << text;
   }
 }
 
