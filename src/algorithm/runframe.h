@@ -102,11 +102,14 @@ class RunFrame {
   }
 
  private:
-  // Reads the records unless an earlier run has. A pass that failed leaves nothing behind.
+  // Reads the records unless an earlier run has. A pass that failed leaves nothing behind, and one
+  // that could not write all it had to is forgotten with the run it was made for.
   template <typename Algorithm>
   static MCStatus OpenDataPass(Algorithm& algorithm, MCCommon::RecordIterator& records,
                                std::optional<unsigned int> distinctThreshold) {
-    if (algorithm.fPreparator) return MCStatus();
+    if (algorithm.fPreparator && algorithm.fPreparator->IsComplete()) return MCStatus();
+    algorithm.fDataSet.reset();
+    algorithm.fPreparator.reset();
     if (!records.HasMore()) return Error(StatusCode::kNoData);
 
     auto& settings = algorithm.fSettings;

@@ -1,8 +1,12 @@
 #include "metadata/binaryrecorditerator.h"
 
+#include <fcntl.h>
+
+#include <new>
 #include <utility>
 
 #include "common/displayframe.h"
+#include "metadata/descriptor.h"
 
 namespace MCBinning {
 
@@ -13,21 +17,37 @@ constexpr std::size_t kBufferValues = 4096;
 }  // namespace
 
 BinaryRecordIterator::BinaryRecordIterator(const std::string& fileName)
+    : BinaryRecordIterator(std::string(fileName)) {
+  Descriptor file(fFileName.c_str(), O_RDONLY);
+  Open(file);
+}
+
+BinaryRecordIterator::BinaryRecordIterator(const std::string& fileName, Descriptor& file)
+    : BinaryRecordIterator(std::string(fileName)) {
+  Open(file);
+}
+
+BinaryRecordIterator::BinaryRecordIterator(std::string&& fileName)
     : fCurrent(0.0),
       fLookAhead(0.0),
       fFile(nullptr),
       fValuesPerRead(1),
       fState(StateReadFailed),
-      fFileName(fileName),
+      fFileName(std::move(fileName)),
       fBuffer(kBufferValues),
       fHandedOut(kBufferValues),
       fBufferNext(0),
-      fBufferEnd(0) {
-  fFile = std::fopen(fileName.c_str(), "rbe");
-  if (fFile == nullptr) {
-    std::printf("Error: file handle is NULL in BinaryRecordIterator constructor");
+      fBufferEnd(0) {}
+
+void BinaryRecordIterator::Open(Descriptor& file) {
+  if (!file.IsOpen()) {
+    std::fputs("Error: file handle is NULL in BinaryRecordIterator constructor", stdout);
+    std::fflush(stdout);  // where standard output leads now, not where it does later
     return;
   }
+  fFile = ::fdopen(file.Get(), "rb");
+  if (fFile == nullptr) throw std::bad_alloc();  // nothing else can be wrong with an open file
+  file.Release();
   std::setvbuf(fFile, nullptr, _IONBF, 0);  // the buffer here is the only one needed
   fState = StateOk;
   NextRecord();

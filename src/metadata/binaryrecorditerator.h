@@ -10,12 +10,15 @@
 
 namespace MCBinning {
 
+class Descriptor;
+
 // Reads a temporary file: doubles in native byte order, one per stored record, without
 // header or trailer.
 //
 // One value is read ahead, so HasMore() needs no read. Owns its stream and two buffers of
-// 32 KiB. A file that cannot be opened prints one line on standard output and gives an
-// iterator without values.
+// 32 KiB. A file that cannot be opened gives an iterator without values, and prints "Error: file
+// handle is NULL in BinaryRecordIterator constructor" on standard output: at once, whatever
+// output is buffered, and without an end of line.
 class MCBINNING_API BinaryRecordIterator {
  public:
   // What GetFailReason() answers. A partial value at the end of a file counts as its end.
@@ -27,8 +30,12 @@ class MCBINNING_API BinaryRecordIterator {
     std::size_t count;     // of values
   };
 
-  // Opens the file and reads the first block.
+  // Opens the file and reads the first block. It waits for nobody: a pipe holds the values that
+  // are in it. Throws std::bad_alloc.
   explicit BinaryRecordIterator(const std::string& fileName);
+
+  // The same with the file open already, and taken from `file`; `fileName` is for Display() alone.
+  BinaryRecordIterator(const std::string& fileName, Descriptor& file);
   BinaryRecordIterator(const BinaryRecordIterator&) = delete;
   BinaryRecordIterator& operator=(const BinaryRecordIterator&) = delete;
   ~BinaryRecordIterator();
@@ -60,6 +67,11 @@ class MCBINNING_API BinaryRecordIterator {
   std::ostream& Display(std::ostream& os) const;
 
  private:
+  explicit BinaryRecordIterator(std::string&& fileName);
+
+  // Takes the file and reads the first block.
+  void Open(Descriptor& file);
+
   // Reads the next block into the buffer, and the state with it.
   void Refill();
 

@@ -1,15 +1,72 @@
 #include "metadata/bindatacache.h"
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <exception>
+#include <memory>
+#include <new>
+#include <utility>
 
 #include "common/displayframe.h"
 #include "common/missing.h"
 
+namespace {
+
+// Of a cache beyond this many bytes, memory comes in small pages only: a large one would reach over
+// many rows, of which few values may ever be stored.
+constexpr std::size_t kSmallPagesFrom = std::size_t{32} << 20;
+
+// From the first whole page on.
+void UseSmallPages(double* data, std::size_t byteCount) {
+  const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  void* first = data;
+  if (std::align(pageSize, pageSize, first, byteCount) == nullptr) return;
+  ::madvise(first, byteCount / pageSize * pageSize, MADV_NOHUGEPAGE);
+}
+
+}  // namespace
+
+void BINDataCache::Free::operator()(double* data) const { std::free(data); }
+
 BINDataCache::BINDataCache() : fStatus(CacheNotFull), fRows(0), fCols(0) {}
 
 BINDataCache::BINDataCache(int rows, int cols) : BINDataCache() { Resize(rows, cols); }
+
+BINDataCache::BINDataCache(const BINDataCache& other)
+    : fStatus(other.fStatus),
+      fRows(other.fRows),
+      fCols(other.fCols),
+      fData(MakeData(other.GetSize())),
+      fRowSizes(other.fRowSizes) {
+  std::copy_n(other.fData.get(), GetSize(), fData.get());
+}
+
+BINDataCache& BINDataCache::operator=(const BINDataCache& other) {
+  if (this == &other) return *this;
+  BINDataCache copy(other);
+  fStatus = copy.fStatus;
+  fRows = copy.fRows;
+  fCols = copy.fCols;
+  fData.swap(copy.fData);
+  fRowSizes.swap(copy.fRowSizes);
+  return *this;
+}
+
+BINDataCache::~BINDataCache() = default;
+
+// Zeros that are not written: large ones are pages that the system makes when they are touched.
+BINDataCache::Data BINDataCache::MakeData(std::size_t size) {
+  Data data(static_cast<double*>(std::calloc(std::max<std::size_t>(size, 1), sizeof(double))));
+  if (!data) throw std::bad_alloc();
+  if (size * sizeof(double) >= kSmallPagesFrom) UseSmallPages(data.get(), size * sizeof(double));
+  return data;
+}
+
+std::size_t BINDataCache::GetSize() const { return Position(fRows, 0); }
 
 std::size_t BINDataCache::Position(int row, int col) const {
   return static_cast<std::size_t>(row) * static_cast<std::size_t>(fCols) +
@@ -18,10 +75,15 @@ std::size_t BINDataCache::Position(int row, int col) const {
 
 bool BINDataCache::Resize(int rows, int cols) {
   if (rows < 0 || cols < 0) return false;
+  const auto rowCount = static_cast<std::size_t>(rows);
+  const std::size_t size = rowCount * static_cast<std::size_t>(cols);
   try {
-    const auto rowCount = static_cast<std::size_t>(rows);
     fRowSizes.reserve(rowCount);
-    fData.resize(rowCount * static_cast<std::size_t>(cols));
+    if (size != GetSize()) {
+      Data data = MakeData(size);
+      std::copy_n(fData.get(), std::min(size, GetSize()), data.get());
+      fData = std::move(data);
+    }
     fRowSizes.resize(rowCount);
   } catch (const std::exception&) {  // bad_alloc, or length_error for an absurd size
     return false;
@@ -88,15 +150,15 @@ bool BINDataCache::SetCol(int col, const std::vector<double>& in) {
 }
 
 double* BINDataCache::GetRowPtr(int row) {
-  return HasRow(row) ? fData.data() + Position(row, 0) : nullptr;
+  return HasRow(row) ? fData.get() + Position(row, 0) : nullptr;
 }
 
 const double* BINDataCache::GetRowPtr(int row) const {
-  return HasRow(row) ? fData.data() + Position(row, 0) : nullptr;
+  return HasRow(row) ? fData.get() + Position(row, 0) : nullptr;
 }
 
 double* BINDataCache::GetColPtr(int col) {
-  return HasCol(col) && fRows > 0 ? fData.data() + Position(0, col) : nullptr;
+  return HasCol(col) && fRows > 0 ? fData.get() + Position(0, col) : nullptr;
 }
 
 int BINDataCache::GetRowSize(int row) const {

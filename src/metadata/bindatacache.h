@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <ostream>
 #include <vector>
 
@@ -9,7 +10,9 @@
 // A fixed-size, row-major matrix of doubles with a fill count per row: the write buffer of
 // the data pass, a row per temporary file.
 //
-// Positions out of range are answered by false, null, 0 or the system-missing value.
+//   Positions   those out of range are answered by false, null, 0 or the system-missing value.
+//   Memory      of a large cache, what no value was ever stored in is address space alone. A copy
+//               is deep, and takes up all of it.
 class MCBINNING_API BINDataCache {
  public:
   // Whether some row is full.
@@ -20,6 +23,11 @@ class MCBINNING_API BINDataCache {
 
   // All zeros, every row empty; no rows and no columns where Resize() would refuse.
   BINDataCache(int rows, int cols);
+
+  // Throw std::bad_alloc; a cache that was to be assigned to is then as it was.
+  BINDataCache(const BINDataCache& other);
+  BINDataCache& operator=(const BINDataCache& other);
+  ~BINDataCache();
 
   // False, and nothing changed, when a dimension is negative or memory runs out. Values do
   // not keep their position: Flush() before filling the rows anew.
@@ -47,8 +55,8 @@ class MCBINNING_API BINDataCache {
   // when there is no such row or it has not as many. A status that says full stays until Flush().
   bool SetRowSize(int row, int size);
 
-  // Whole rows and columns, whatever their fill count. The getters resize `out`; the setters
-  // refuse a vector of another length.
+  // Whole rows and columns, whatever their fill count. The getters resize `out`, for which they
+  // may throw std::bad_alloc; the setters refuse a vector of another length.
   bool GetRow(int row, std::vector<double>& out) const;
   bool SetRow(int row, const std::vector<double>& in);
   bool GetCol(int col, std::vector<double>& out) const;
@@ -72,10 +80,19 @@ class MCBINNING_API BINDataCache {
   bool HasRow(int row) const { return row >= 0 && row < fRows; }
   bool HasCol(int col) const { return col >= 0 && col < fCols; }
   std::size_t Position(int row, int col) const;
+  std::size_t GetSize() const;
+
+  // Memory of calloc().
+  struct Free {
+    void operator()(double* data) const;
+  };
+  using Data = std::unique_ptr<double[], Free>;
+
+  static Data MakeData(std::size_t size);
 
   CacheStatus fStatus;
   int fRows;
   int fCols;
-  std::vector<double> fData;
+  Data fData;
   std::vector<int> fRowSizes;
 };

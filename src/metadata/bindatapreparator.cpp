@@ -16,14 +16,18 @@
 #include "common/guard.h"
 #include "common/missing.h"
 #include "common/progresslistener.h"
+#include "common/statuscodes.h"
 #include "common/stopwatch.h"
+#include "metadata/binaryrecorditerator.h"
 #include "metadata/binnumericusermissing.h"
 #include "metadata/binroundencoder.h"
 #include "metadata/binvarlist.h"
 #include "metadata/categorycode.h"
 #include "metadata/tempfile.h"
 
+using MCBinning::Error;
 using MCBinning::MCStatus;
+using MCBinning::StatusCode;
 using MCBinning::TempFile;
 
 namespace {
@@ -72,7 +76,8 @@ BINDataPreparator::BINDataPreparator(BINVarList& variables, BINCancelInfo& cance
       fHasTarget(variables.GetTargetIndex() >= 0 ? 1 : 0),
       fFirstSlot(nullptr),
       fNextColumn(0),
-      fNameCounter(0) {
+      fNameCounter(0),
+      fIsComplete(true) {
   fProcRecSize = fNumAttributes + static_cast<unsigned int>(fHasTarget + fHasWeight);
   // A list that names no file for some variable is refused later; until then every position
   // that one of its variables leads to exists.
@@ -145,8 +150,9 @@ MCStatus BINDataPreparator::ProcessSource(MCCommon::RecordIterator& source) {
 
     status = ReadRecords(source);
     if (status.IsError()) return status;
-    // What this last transfer could not write is missed by IsWhole().
-    TransferData();
+    const MCStatus lastTransfer = TransferData();
+    if (HasCode(lastTransfer, StatusCode::kOutOfMemory)) return lastTransfer;
+    fIsComplete = lastTransfer.IsOK();
     if (fStoredRecords == 0) return MCStatus(120004, false);
     if (fCancel.IsCancel()) return fStatus = MCStatus(1, false);
     MarkUndeclaredCategories();
@@ -182,7 +188,9 @@ MCStatus BINDataPreparator::ProcessRecord(const MCCommon::Record& in, MCCommon::
     std::vector<double> values(fUsable.size());
     MCStatus status;
     PrepareRecord(in, {values.data(), 1}, status);
-    for (std::size_t file = 0; file < fProcRecSize; ++file) out[file] = values[file];
+    for (std::size_t file = 0; file < out.Size(); ++file) {
+      out[file] = file < fProcRecSize ? values[file] : 0.0;
+    }
     return status;
   });
 }
@@ -283,6 +291,7 @@ MCStatus BINDataPreparator::SetUpTempFiles() {
 }
 
 MCStatus BINDataPreparator::NameFiles() {
+  if (fTempDirName.find('\0') != std::string::npos) return Error(StatusCode::kTempFileFailed);
   if (!fCache.Resize(static_cast<int>(fProcRecSize), fCacheCapacity)) {
     fCacheCapacity /= 2;
     if (!fCache.Resize(static_cast<int>(fProcRecSize), fCacheCapacity)) return MCStatus(3, false);
@@ -356,6 +365,10 @@ MCStatus BINDataPreparator::AppendRow(std::size_t file) {
 bool BINDataPreparator::HasAnyFile() const {
   return std::any_of(fFiles.begin(), fFiles.end(),
                      [](const TempFile& file) { return file.IsBegun(); });
+}
+
+std::unique_ptr<MCBinning::BinaryRecordIterator> BINDataPreparator::OpenWhole(int file) const {
+  return fFiles[static_cast<std::size_t>(file)].OpenWhole(fStoredRecords);
 }
 
 bool BINDataPreparator::IsWhole(int file, int descriptor) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -20,8 +21,9 @@ class IBINUserMissing;
 class ProgressListener;
 
 namespace MCBinning {
+class BinaryRecordIterator;
 class TempFile;
-}
+}  // namespace MCBinning
 
 // Makes the one pass over the host's records: rounds the weight, turns user-missing values
 // and values without category into the system-missing value, checks category codes, and
@@ -50,13 +52,13 @@ class MCBINNING_API BINDataPreparator {
   // The whole pass. Errors: 1 cancelled, 3 out of memory, 120003 the variable list names
   // another variable as target or weight than the one with that role (datum 1 = its index),
   // 120004 no record stored, 120012 the only categorical variable is a target with a bad
-  // code, 120021 a file cannot be written. A file that ends short after the last transfer is
-  // not reported here; IsWhole() tells.
+  // code, 120021 a file cannot be written or the directory's name holds a NUL. A failure of the
+  // last transfer is not reported here; IsComplete() tells.
   MCBinning::MCStatus ProcessSource(MCCommon::RecordIterator& source);
 
-  // Prepares one record: `in` by variable index, `out` by file position. Warning or error
-  // 120012 when a category code is out of range. A dropped record leaves zeros in `out`.
-  // Requires a position for every variable, and one for every file.
+  // Prepares one record: `in` by variable index, `out` by file position, with 0 in what is left
+  // of it. Warning or error 120012 when a category code is out of range. A dropped record leaves
+  // zeros in `out`. Requires a position for every variable, and one for every file.
   MCBinning::MCStatus ProcessRecord(const MCCommon::Record& in, MCCommon::Record& out);
 
   // Whether the variable at a file position can be a target. Error 120013, `valid`
@@ -64,7 +66,8 @@ class MCBINNING_API BINDataPreparator {
   MCBinning::MCStatus IsValidTarget(int file, bool& valid);
 
   // Sizes the cache and chooses a free file name for every variable; removes the files of an
-  // earlier call. Errors: 3, and 1 when cancelled while a name is sought.
+  // earlier call. Errors: 3, 1 when cancelled while a name is sought, and 120021 when the
+  // directory's name holds a NUL, which no file's can.
   MCBinning::MCStatus SetUpTempFiles();
 
   // Appends the cached values to the files and empties the cache. A name that was taken in
@@ -97,6 +100,14 @@ class MCBINNING_API BINDataPreparator {
 
   // Whether any file could be made at all.
   bool HasAnyFile() const;
+
+  // Whether the whole pass has written all it had to. If not, some file ends short, and only
+  // another pass could mend that.
+  bool IsComplete() const { return fIsComplete; }
+
+  // Reads the file at the file position; null unless it is the one that was written and holds one
+  // value per stored record. Requires a valid file position. Throws std::bad_alloc.
+  std::unique_ptr<MCBinning::BinaryRecordIterator> OpenWhole(int file) const;
 
   // Whether the open file `descriptor` is the one at the file position and holds one value
   // per stored record. Requires a valid file position.
@@ -172,4 +183,5 @@ class MCBINNING_API BINDataPreparator {
   std::vector<int> fOpenFiles;  // positions of the files that still take values
   std::vector<MCBinning::TempFile> fFiles;
   unsigned long fNameCounter;
+  bool fIsComplete;
 };

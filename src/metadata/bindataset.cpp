@@ -78,15 +78,16 @@ MCStatus BINDataSet::HandleDataFile() {
     }
     if (!fPreparator.HasAnyFile()) return status;
 
+    // A file that cannot be opened now is tried again with each attribute.
     int file = 0;
     fBuffers->GetTargets().clear();
     if (fHasTarget) {
       fTargetFile = 0;
-      fTargetIterator = std::make_unique<BinaryRecordIterator>(GetFileName(file++));
+      IsReady(file++, fTargetIterator);
     }
     if (fHasWeight) {
       fWeightFile = file;
-      fWeightIterator = std::make_unique<BinaryRecordIterator>(GetFileName(file));
+      IsReady(file, fWeightIterator);
     }
     return status;
   });
@@ -126,9 +127,8 @@ MCStatus BINDataSet::LoadAttribute(unsigned int attribute, unsigned int target) 
     const auto targetFile = static_cast<unsigned int>(GetFile(target));
     fNumTargetCategories =
         static_cast<unsigned int>(fPreparator.GetNumOfCategories()[targetFile]) + 1;
-    if (targetFile != fTargetFile && fTargetIterator) {
-      fTargetIterator =
-          std::make_unique<BinaryRecordIterator>(GetFileName(static_cast<int>(targetFile)));
+    if (targetFile != fTargetFile) {
+      fTargetIterator.reset();
       fTargetFile = targetFile;
       fBuffers->GetTargets().clear();
     }
@@ -214,13 +214,13 @@ MCStatus BINDataSet::ReadCases(unsigned int file, std::vector<Case>& cases) {
   }
 
   const MCStatus notWhole(120021, false);
-  const auto values = std::make_unique<BinaryRecordIterator>(GetFileName(static_cast<int>(file)));
-  if (!IsWhole(static_cast<int>(file), values)) return notWhole;
+  FileIterator values;
+  if (!IsReady(static_cast<int>(file), values)) return notWhole;
   if (MCBinning::kHasTarget<Case>) {
-    if (!IsWhole(static_cast<int>(fTargetFile), fTargetIterator) || !ReadTargets()) return notWhole;
+    if (!IsReady(static_cast<int>(fTargetFile), fTargetIterator) || !ReadTargets()) return notWhole;
   }
   if (fHasWeight) {
-    if (!IsWhole(fWeightFile, fWeightIterator)) return notWhole;
+    if (!IsReady(fWeightFile, fWeightIterator)) return notWhole;
     fWeightIterator->NewPass();
   }
 
@@ -363,12 +363,11 @@ int BINDataSet::GetFile(unsigned int variable) const {
   return fVarToFile != nullptr && variable < fVarToFile->size() ? (*fVarToFile)[variable] : -1;
 }
 
-std::string BINDataSet::GetFileName(int file) const {
-  return fFileNames[static_cast<std::size_t>(file)];
-}
-
-bool BINDataSet::IsWhole(int file, const FileIterator& iterator) const {
-  return iterator && fPreparator.IsWhole(file, iterator->GetFileDescriptor());
+// Opens the file unless it is open already. False when it does not hold a value per record.
+bool BINDataSet::IsReady(int file, FileIterator& iterator) const {
+  if (iterator) return fPreparator.IsWhole(file, iterator->GetFileDescriptor());
+  iterator = fPreparator.OpenWhole(file);
+  return iterator != nullptr;
 }
 
 std::ostream& BINDataSet::Display(std::ostream& os) const {

@@ -119,8 +119,7 @@ class MCBINNING_API BINDataSet {
   using FileIterator = std::unique_ptr<MCBinning::BinaryRecordIterator>;
 
   int GetFile(unsigned int variable) const;
-  std::string GetFileName(int file) const;
-  bool IsWhole(int file, const FileIterator& iterator) const;
+  bool IsReady(int file, FileIterator& iterator) const;
   MCBinning::MCStatus CheckAttribute(unsigned int attribute) const;
 
   bool ReadTargets();

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <limits>
 #include <utility>
 
 #include "metadata/bincatnumencoder.h"
@@ -31,19 +34,17 @@ std::unique_ptr<IBINVariable> MakeCatVar(const std::string& name, const std::str
   return variable;
 }
 
-// Lets `edit` change the user-missing definition of the variable, or a new one if it has
-// none. False when `edit` refuses, the definition held is of another class, or the variable
-// does not take the new one.
+// Lets `edit` change the user-missing definition of the variable, or a new one if it has none. A
+// definition of another class stays as it is, and a new one that the variable does not take goes.
 template <typename UserMissing, typename Edit>
-bool EditUserMissing(IBINVariable& variable, const Edit& edit) {
+void EditUserMissing(IBINVariable& variable, const Edit& edit) {
   if (IBINUserMissing* const held = variable.GetUserMissingInfo()) {
-    auto* const fitting = dynamic_cast<UserMissing*>(held);
-    return fitting != nullptr && edit(*fitting);
+    if (auto* const fitting = dynamic_cast<UserMissing*>(held)) edit(*fitting);
+    return;
   }
   auto created = std::make_unique<UserMissing>();
-  if (!edit(*created) || !variable.SetUserMissingInfo(created.get())) return false;
-  static_cast<void>(created.release());  // the variable's now
-  return true;
+  edit(*created);
+  if (variable.SetUserMissingInfo(created.get())) static_cast<void>(created.release());
 }
 
 bool HasStrings(const IBINVariable& variable) {
@@ -82,15 +83,22 @@ bool DescribeSameColumn(const IBINVariable& a, const IBINVariable& b) {
 }  // namespace
 
 BINVarList::BINVarList()
-    : fNumContVar(0), fNumCatVar(0), fTargetIndex(kNone), fWeightIndex(kNone) {}
+    : fNumContVar(0),
+      fNumCatVar(0),
+      fTargetIndex(kNone),
+      fWeightIndex(kNone),
+      fMayBeRenamed(false) {}
 
 BINVarList::BINVarList(const BINVarList& other)
     : fNumContVar(other.fNumContVar),
       fNumCatVar(other.fNumCatVar),
       fTargetIndex(other.fTargetIndex),
-      fWeightIndex(other.fWeightIndex) {
+      fWeightIndex(other.fWeightIndex),
+      fMayBeRenamed(false) {
   fVariables.reserve(other.fVariables.size());
-  for (const auto& variable : other.fVariables) fVariables.emplace_back(variable->Clone());
+  for (const auto& variable : other.fVariables) {
+    Append(std::unique_ptr<IBINVariable>(variable->Clone()));
+  }
 }
 
 BINVarList& BINVarList::operator=(const BINVarList& other) {
@@ -101,6 +109,8 @@ BINVarList& BINVarList::operator=(const BINVarList& other) {
   fNumCatVar = copy.fNumCatVar;
   fTargetIndex = copy.fTargetIndex;
   fWeightIndex = copy.fWeightIndex;
+  fNameHashes.swap(copy.fNameHashes);
+  fMayBeRenamed = false;
   return *this;
 }
 
@@ -163,12 +173,15 @@ int BINVarList::FindVariable(const std::string& name) const {
   return found != fVariables.end() ? static_cast<int>(found - fVariables.begin()) : kNone;
 }
 
-const IBINVariable* BINVarList::GetVarAt(int i) const {
-  return IsInRange(i) ? fVariables[static_cast<std::size_t>(i)].get() : nullptr;
-}
+const IBINVariable* BINVarList::GetVarAt(int i) const { return VariableAt(i); }
 
 IBINVariable* BINVarList::GetVarAt(int i) {
-  return IsInRange(i) ? fVariables[static_cast<std::size_t>(i)].get() : nullptr;
+  fMayBeRenamed = true;
+  return VariableAt(i);
+}
+
+IBINVariable* BINVarList::VariableAt(int i) const {
+  return i >= 0 && i < Size() ? fVariables[static_cast<std::size_t>(i)].get() : nullptr;
 }
 
 const IBINEncoder* BINVarList::GetEncoderAt(int i) const {
@@ -177,7 +190,7 @@ const IBINEncoder* BINVarList::GetEncoderAt(int i) const {
 }
 
 IBINEncoder* BINVarList::GetEncoderAt(int i) {
-  IBINVariable* const variable = GetVarAt(i);
+  IBINVariable* const variable = VariableAt(i);
   return variable != nullptr ? variable->GetEncoder() : nullptr;
 }
 
@@ -213,7 +226,7 @@ void BINVarList::GetVarNames(std::vector<std::string>& attributeNames,
 }
 
 bool BINVarList::SetVariableRole(int i, IBINVariable::VariableRole role) {
-  IBINVariable* const variable = GetVarAt(i);
+  IBINVariable* const variable = VariableAt(i);
   if (variable == nullptr) return false;
   if (role == IBINVariable::RoleTarget) {
     if (fTargetIndex < 0) fTargetIndex = i;
@@ -225,41 +238,40 @@ bool BINVarList::SetVariableRole(int i, IBINVariable::VariableRole role) {
 }
 
 bool BINVarList::AddDiscreteUserMissing(int i, double value, const std::string& label) {
-  IBINVariable* const variable = GetVarAt(i);
+  IBINVariable* const variable = VariableAt(i);
   if (variable == nullptr || HasStrings(*variable)) return false;
-  return EditUserMissing<BINNumericUserMissing>(*variable, [&](auto& userMissing) {
-    userMissing.AddValue(value, label);
-    return true;
-  });
+  EditUserMissing<BINNumericUserMissing>(
+      *variable, [&](auto& userMissing) { userMissing.AddValue(value, label); });
+  return true;
 }
 
 bool BINVarList::AddDiscreteUserMissing(int i, const std::string& value, const std::string& label) {
-  IBINVariable* const variable = GetVarAt(i);
+  IBINVariable* const variable = VariableAt(i);
   if (variable == nullptr || !HasStrings(*variable)) return false;
-  return EditUserMissing<BINStringUserMissing>(*variable, [&](auto& userMissing) {
-    userMissing.AddValue(value, label);
-    return true;
-  });
+  EditUserMissing<BINStringUserMissing>(
+      *variable, [&](auto& userMissing) { userMissing.AddValue(value, label); });
+  return true;
 }
 
 bool BINVarList::SetMissingInterval(int i, double low, double high) {
-  IBINVariable* const variable = GetVarAt(i);
+  IBINVariable* const variable = VariableAt(i);
   if (variable == nullptr || HasStrings(*variable)) return false;
-  return EditUserMissing<BINNumericUserMissing>(*variable, [&](auto& userMissing) {
-    if (userMissing.HasInterval()) return false;
+  const IBINUserMissing* const held = variable->GetUserMissingInfo();
+  if (held != nullptr && held->HasInterval()) return false;
+  EditUserMissing<BINNumericUserMissing>(*variable, [&](auto& userMissing) {
     userMissing.SetInterval(BINNumericInterval(low, high));
-    return true;
   });
+  return true;
 }
 
 int BINVarList::UpdateNumbersOfCategories() {
-  int sum = 0;
+  std::int64_t sum = 0;
   for (const auto& variable : fVariables) sum += variable->UpdateNumberOfCategories();
-  return sum;
+  return static_cast<int>(std::min<std::int64_t>(sum, std::numeric_limits<int>::max()));
 }
 
 bool BINVarList::RemoveVar(int i) {
-  const IBINVariable* const variable = GetVarAt(i);
+  const IBINVariable* const variable = VariableAt(i);
   if (variable == nullptr) return false;
   const bool isTarget = variable->GetVariableRole() == IBINVariable::RoleTarget;
   if (i != fWeightIndex) {
@@ -322,13 +334,14 @@ std::ostream& BINVarList::Display(std::ostream& os) const {
   return os << "End of display for BINVarList object.\n";
 }
 
-bool BINVarList::IsInRange(int i) const { return i >= 0 && i < Size(); }
-
 bool BINVarList::IsNewName(const std::string& name) const {
-  return !name.empty() && FindVariable(name) == kNone;
+  if (name.empty()) return false;
+  if (!fMayBeRenamed && !fNameHashes.contains(std::hash<std::string>()(name))) return true;
+  return FindVariable(name) == kNone;
 }
 
 int BINVarList::Append(std::unique_ptr<IBINVariable> variable) {
+  fNameHashes.insert(std::hash<std::string>()(variable->GetVariableName()));
   fVariables.push_back(std::move(variable));
   return Size() - 1;
 }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <ostream>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "../common/export.h"
@@ -22,7 +24,11 @@
 //             empty or taken, fewer than 2 categories are listed, or a continuous variable is
 //             to be target.
 //   Failure   what is refused changes nothing. When memory runs out std::bad_alloc is
-//             thrown, and the list is as it was.
+//             thrown, by whatever adds, copies or shows variables or hands out texts, and the
+//             list is as it was.
+//   Cost      adding takes constant time, and linear time for a name that is taken or once
+//             GetVarAt() has handed out a variable that may be changed. FindVariable() and
+//             RemoveVar() are linear.
 //
 // A list that is to be binned gives every variable a defined role and at most one variable
 // the target role; the run checks that with an assertion that ends the program.
@@ -110,17 +116,19 @@ class MCBINNING_API BINVarList {
   // range.
   bool SetVariableRole(int i, IBINVariable::VariableRole role);
 
-  // Declares one value missing. False when i is out of range, the value does not fit the
-  // variable's data (a number for MeasureStringCategorical, a string for any other level),
-  // or the variable or the definition it holds does not take it.
+  // Declares one value missing. False when i is out of range or the value does not fit the
+  // variable's measure level (a number for MeasureStringCategorical, a string for any other).
+  // True does not mean that the value is used: where the variable's encoder takes no such
+  // definition, or a definition of the host's own class is held, nothing changes.
   bool AddDiscreteUserMissing(int i, double value, const std::string& label);
   bool AddDiscreteUserMissing(int i, const std::string& value, const std::string& label);
 
-  // Declares [low, high] missing; contains nothing when low > high. False as for a discrete
-  // number, and when the variable has a missing interval already.
+  // Declares [low, high] missing; contains nothing when low > high. True and false as for a
+  // discrete number; false, too, when the variable has a missing interval already.
   bool SetMissingInterval(int i, double low, double high);
 
-  // Brings the counts of all categorical variables up to date and returns their sum.
+  // Brings the counts of all categorical variables up to date and returns their sum, the largest
+  // int when it is more.
   int UpdateNumbersOfCategories();
 
   // Deletes the variable and closes the gap. The count of its measure level goes down: that of
@@ -145,7 +153,7 @@ class MCBINNING_API BINVarList {
   std::ostream& Display(std::ostream& os) const;
 
  private:
-  bool IsInRange(int i) const;
+  IBINVariable* VariableAt(int i) const;
   bool IsNewName(const std::string& name) const;
   int Append(std::unique_ptr<IBINVariable> variable);
   int AppendCategorical(std::unique_ptr<IBINVariable> variable);
@@ -155,4 +163,9 @@ class MCBINNING_API BINVarList {
   int fNumCatVar;
   int fTargetIndex;
   int fWeightIndex;
+
+  // The hashes of all names that were ever added: a name whose hash is not among them is new,
+  // unless the host has assigned to a variable.
+  std::unordered_set<std::size_t> fNameHashes;
+  bool fMayBeRenamed;
 };

@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <utility>
+
+#include "metadata/binaryrecorditerator.h"
+#include "metadata/descriptor.h"
 
 namespace MCBinning {
 
@@ -32,57 +34,70 @@ std::size_t Write(int descriptor, const double* values, std::size_t byteCount) {
 TempFile::TempFile(std::string name) : fName(std::move(name)) {}
 
 TempFile::TempFile(TempFile&& other) noexcept
-    : fName(std::move(other.fName)), fIdentity(std::exchange(other.fIdentity, Identity())) {}
+    : fName(std::move(other.fName)),
+      fIdentity(std::exchange(other.fIdentity, Identity())),
+      fSize(std::exchange(other.fSize, 0)) {}
 
+// What someone else has written to the file, or cut off it, is removed with it.
 TempFile::~TempFile() {
-  if (IsBegun() && Identify(AT_FDCWD, fName.c_str()) == fIdentity) std::remove(fName.c_str());
+  if (IsBegun() && Look(AT_FDCWD, fName.c_str()).identity == fIdentity) ::unlink(fName.c_str());
 }
 
 void TempFile::SetName(std::string name) { fName = std::move(name); }
 
 TempFile::AppendResult TempFile::Append(const double* values, std::size_t count) {
-  const int flags = O_WRONLY | O_APPEND | O_CLOEXEC | (IsBegun() ? O_NOFOLLOW : O_CREAT | O_EXCL);
-  const int descriptor = ::open(fName.c_str(), flags, kOwnerOnly);
-  if (descriptor < 0) {
+  const int whichFile = IsBegun() ? O_NOFOLLOW : O_CREAT | O_EXCL;
+  Descriptor file(fName.c_str(), O_WRONLY | O_APPEND | whichFile, kOwnerOnly);
+  if (!file.IsOpen()) {
     return !IsBegun() && errno == EEXIST ? AppendResult::kNameTaken : AppendResult::kFailed;
   }
 
-  const Identity found = Identify(descriptor, "");
   if (!IsBegun()) {
-    fIdentity = found;
-    if (!IsBegun()) std::remove(fName.c_str());  // made, but could never be known again
+    fIdentity = Look(file.Get(), "").identity;
+    if (!IsBegun()) ::unlink(fName.c_str());  // made, but could never be known again
   }
-  bool ok = IsBegun() && found == fIdentity;
+  bool ok = IsUntouched(file.Get());
   if (ok) {
     const std::size_t byteCount = count * sizeof(double);
-    const std::size_t written = Write(descriptor, values, byteCount);
-    fIdentity.size += written;
+    const std::size_t written = Write(file.Get(), values, byteCount);
+    fSize += written;
     ok = written == byteCount;
   }
   // A full disk may show only at the close.
-  ok = ::close(descriptor) == 0 && ok;
+  ok = file.Close() && ok;
   return ok ? AppendResult::kOk : AppendResult::kFailed;
 }
 
-bool TempFile::IsWhole(int descriptor, std::uint64_t valueCount) const {
-  return IsBegun() && fIdentity.size == valueCount * sizeof(double) &&
-         Identify(descriptor, "") == fIdentity;
+std::unique_ptr<BinaryRecordIterator> TempFile::OpenWhole(std::uint64_t valueCount) const {
+  Descriptor file(fName.c_str(), O_RDONLY | O_NOFOLLOW);
+  if (file.IsOpen() && !IsWhole(file.Get(), valueCount)) return nullptr;
+  auto values = std::make_unique<BinaryRecordIterator>(fName, file);
+  return values->GetFileDescriptor() < 0 ? nullptr : std::move(values);
 }
 
-TempFile::Identity TempFile::Identify(int descriptor, const char* name) {
+bool TempFile::IsWhole(int descriptor, std::uint64_t valueCount) const {
+  return fSize == valueCount * sizeof(double) && IsUntouched(descriptor);
+}
+
+bool TempFile::IsUntouched(int descriptor) const {
+  const Found found = Look(descriptor, "");
+  return IsBegun() && found.identity == fIdentity && found.size == fSize;
+}
+
+TempFile::Found TempFile::Look(int descriptor, const char* name) {
   struct statx status = {};
   const int flags = AT_SYMLINK_NOFOLLOW | (*name == '\0' ? AT_EMPTY_PATH : 0);
   if (::statx(descriptor, name, flags, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) return {};
 
-  Identity identity;
-  identity.device = (std::uint64_t{status.stx_dev_major} << 32) | status.stx_dev_minor;
-  identity.inode = status.stx_ino;
-  identity.size = status.stx_size;
+  Found found;
+  found.identity.device = (std::uint64_t{status.stx_dev_major} << 32) | status.stx_dev_minor;
+  found.identity.inode = status.stx_ino;
   if ((status.stx_mask & STATX_BTIME) != 0) {
-    identity.birthSecond = status.stx_btime.tv_sec;
-    identity.birthNanosecond = status.stx_btime.tv_nsec;
+    found.identity.birthSecond = status.stx_btime.tv_sec;
+    found.identity.birthNanosecond = status.stx_btime.tv_nsec;
   }
-  return identity;
+  found.size = status.stx_size;
+  return found;
 }
 
 }  // namespace MCBinning

@@ -1,8 +1,11 @@
 #include "metadata/bindatacache.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <fstream>
 #include <limits>
+#include <utility>
 
 #include "common/missing.h"
 
@@ -60,6 +63,44 @@ TEST(BINDataCache, GivesRowsAndColumnsWhateverTheirFillCount) {
   EXPECT_EQ(cache.GetColPtr(2)[0], 3);
   EXPECT_EQ(cache.GetColPtr(1)[cache.GetNCols()], 9) << "elements lie that far apart";
   EXPECT_EQ(cache.GetRowSize(0), 0) << "nothing was appended";
+}
+
+long ResidentBytes() {
+  std::ifstream statm("/proc/self/statm");
+  long pages = 0;
+  statm >> pages >> pages;  // the second number
+  return pages * sysconf(_SC_PAGESIZE);
+}
+
+TEST(BINDataCache, TakesUpMemoryAsItIsFilled) {
+  constexpr int kRows = 2000;
+  constexpr int kColumns = 10000;
+  constexpr long kMatrixBytes = long{kRows} * kColumns * 8;
+  const long before = ResidentBytes();
+  BINDataCache cache;
+  ASSERT_TRUE(cache.Resize(kRows, kColumns));
+  for (int row = 0; row < kRows; ++row) cache.AddElem(row, row);
+  cache.Flush();
+  EXPECT_LT(ResidentBytes() - before, kMatrixBytes / 4);
+  EXPECT_EQ(cache.GetElem(kRows - 1, 0), kRows - 1);
+  EXPECT_EQ(cache.GetElem(kRows - 1, kColumns - 1), 0.0);
+}
+
+TEST(BINDataCache, IsWholeAfterCopiesAndMoves) {
+  BINDataCache cache(2, 2);
+  cache.AddElem(1, 5);
+  BINDataCache moved(std::move(cache));
+  BINDataCache assigned(7, 7);
+  assigned = std::move(moved);
+  for (const BINDataCache* each : {&cache, &moved, &assigned}) {  // NOLINT(bugprone-use-after-move)
+    Doubles row;
+    EXPECT_EQ(each->GetRow(1, row), each->GetNRows() > 1);
+    EXPECT_EQ(each->GetRowSize(1), each->GetNRows() > 1 ? 1 : 0);
+  }
+  assigned.SetElem(1, 0, 6);
+  EXPECT_EQ(BINDataCache(assigned).GetElem(1, 0), 6);
+  assigned = BINDataCache();
+  EXPECT_EQ(assigned.GetNRows(), 0);
 }
 
 TEST(BINDataCache, ResizeThatFailsChangesNothing) {

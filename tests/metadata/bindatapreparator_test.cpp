@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <iterator>
 #include <optional>
 
 #include "common/bincancelinfo.h"
@@ -115,13 +116,15 @@ class PreparedRecord : public BINDataPreparatorTest,
 
 TEST_P(PreparedRecord, HoldsTheseValuesByFile) {
   MCCommon::Record in(4);
-  MCCommon::Record out(4);
-  for (std::size_t i = 0; i < 4; ++i) in[i] = GetParam().in[i];
-  for (std::size_t i = 0; i < 4; ++i) out[i] = 77;
+  MCCommon::Record out(6);
+  for (std::size_t i = 0; i < in.Size(); ++i) in[i] = GetParam().in[i];
+  for (std::size_t i = 0; i < out.Size(); ++i) out[i] = 77;
   EXPECT_EQ(Text(preparator->ProcessRecord(in, out)), GetParam().status);
   Doubles prepared;
-  for (std::size_t i = 0; i < 4; ++i) prepared.push_back(std::as_const(out)[i]);
-  EXPECT_EQ(Text(prepared), Text(GetParam().out));
+  for (std::size_t i = 0; i < out.Size(); ++i) prepared.push_back(std::as_const(out)[i]);
+  Doubles expected = GetParam().out;
+  expected.resize(out.Size());  // zeros beyond the files
+  EXPECT_EQ(Text(prepared), Text(expected));
   std::vector<bool> usable(4, true);
   if (GetParam().stoppedFile != kNone) {
     usable[static_cast<std::size_t>(GetParam().stoppedFile)] = false;
@@ -166,6 +169,17 @@ TEST_F(BINDataPreparatorTest, WritesAFilePerVariableUpToItsFirstBadCode) {
   EXPECT_EQ(preparator->GetNumOfCategories(), (std::vector<int>{1, 0, 0, 1}));
   EXPECT_EQ(UsableFiles(), (std::vector<bool>{true, true, true, false}));
   EXPECT_TRUE(preparator->HasStopped(kColorFile));
+}
+
+TEST_F(BINDataPreparatorTest, AppendsWhatWasCachedOnce) {
+  Rows rows;
+  for (int i = 0; i < 20500; ++i) rows.push_back({i * 1.0, 1, i == 7000 ? 256.0 : 0.0, 2});
+  EXPECT_EQ(Process(rows), "0/0[0 0 0]");
+  EXPECT_TRUE(preparator->TransferData().IsOK()) << "of nothing";
+  const std::size_t sizes[] = {20500, 20500, 20500, 7000};
+  for (std::size_t file = 0; file < std::size(sizes); ++file) {
+    EXPECT_EQ(ReadDoubles(preparator->GetFileNames()[file]).size(), sizes[file]) << file;
+  }
 }
 
 TEST_F(BINDataPreparatorTest, ReportsRecordsReadAndCountsDownForAll) {
@@ -222,6 +236,16 @@ TEST_F(BINDataPreparatorTest, LeavesAloneANameTakenSinceItsChoice) {
   preparator.reset();
   EXPECT_EQ(directory.FileCount(), 2u);
   EXPECT_EQ(ReadDoubles(directory.Path() + "/11"), Doubles{9});
+}
+
+TEST_F(BINDataPreparatorTest, RefusesADirectoryNameThatHoldsANul) {
+  CountingCancel query(1000);  // ends a search that goes on for ever
+  cancel.SetCancelPtr(&query);
+  for (const std::string& rest : {std::string(1, '\0'), std::string("\0\0/", 3)}) {
+    Make(directory.Path() + rest);
+    EXPECT_EQ(Process({{1, 0, 0, 1}}), "120021/-1[0 0 0]");
+    EXPECT_EQ(directory.FileCount(), 0u);
+  }
 }
 
 TEST_F(BINDataPreparatorTest, EndsWhenItMayNotUseTheDirectory) {

@@ -2,15 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cfloat>
 #include <cmath>
 #include <filesystem>
+#include <numeric>
+#include <optional>
 
 #include "common/bincancelinfo.h"
 #include "common/missing.h"
 #include "metadata/bindatapreparator.h"
 #include "support/agreement.h"
 #include "support/doublefile.h"
+#include "support/libraryfaults.h"
 #include "support/scenario.h"
 #include "support/tempdir.h"
 
@@ -127,6 +131,56 @@ TEST(BINDataSet, NoticesAFileThatWasReplaced) {
     EXPECT_EQ(loaded.Load(0, 2), "120021/-1[0 0 0]");
     EXPECT_EQ(loaded.set.GetNumberOfCases(), 0u);
     EXPECT_EQ(loaded.LoadWithoutTarget(0), file == 1 ? "120021/-1[0 0 0]" : kOk);
+  }
+}
+
+// At each file and block of it in turn; the next call then finds everything again. (A read at the
+// end of a file takes no values away when it fails.)
+TEST(BINDataSet, NoticesAFileThatCannotBeOpenedAndAReadThatFailsHalfWay) {
+  Doubles values(10000);
+  std::iota(values.begin(), values.end(), 1.0);
+  Scenario scenario;
+  scenario.Append(Continuous(values));
+  scenario.Append(Categorical(Doubles(values.size(), 1), 2, Var::RoleTarget));
+  scenario.Append(Weights(values));
+  for (const auto call : {libraryfaults::Call::kOpen, libraryfaults::Call::kFread}) {
+    bool hasFailed = true;
+    int refusals = 0;
+    for (int count = 0; hasFailed; ++count) {
+      Loaded loaded(scenario);
+      testing::internal::CaptureStdout();  // a line for a file that cannot be opened
+      std::string status;
+      {
+        const libraryfaults::Failing failing(call, count, EIO);
+        status = loaded.Load(0, 1);
+        hasFailed = failing.HasFailed();
+      }
+      testing::internal::GetCapturedStdout();
+      if (status != kOk) ++refusals;
+      EXPECT_EQ(status, status == kOk ? kOk : "120021/-1[0 0 0]") << count;
+      EXPECT_EQ(loaded.set.GetNumberOfCases(), status == kOk ? 10000u : 0u) << count;
+      EXPECT_EQ(loaded.Load(0, 1), kOk) << count;
+      EXPECT_EQ(loaded.set.GetNumberOfCases(), 10000u) << count;
+    }
+    EXPECT_GE(refusals, call == libraryfaults::Call::kOpen ? 1 : 3);
+  }
+}
+
+TEST(BINDataSet, OpensAFileAgainThatCouldNotBeOpenedAfterThePass) {
+  Scenario scenario;
+  scenario.Append(Continuous({1, 2, 3}));
+  scenario.Append(Categorical({0, 1, 1}, 2, Var::RoleTarget));
+  scenario.Append(Weights({1, 1, 1}));
+  constexpr int kFiles = 3;        // each is opened once to be written
+  for (const int file : {0, 1}) {  // the target's, the weight's
+    testing::internal::CaptureStdout();
+    std::optional<libraryfaults::Failing> failing(std::in_place, libraryfaults::Call::kOpen,
+                                                  kFiles + file, EMFILE);
+    Loaded loaded(scenario);
+    EXPECT_TRUE(failing->HasFailed());
+    failing.reset();
+    testing::internal::GetCapturedStdout();
+    EXPECT_EQ(loaded.Load(0, 1), kOk);
   }
 }
 

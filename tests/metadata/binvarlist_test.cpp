@@ -11,6 +11,7 @@
 
 #include "metadata/bincatnumencoder.h"
 #include "metadata/bincatvar.h"
+#include "metadata/bincontvar.h"
 #include "metadata/binnumericusermissing.h"
 #include "metadata/binstringencoder.h"
 #include "metadata/binstringusermissing.h"
@@ -66,6 +67,30 @@ TEST(BINVarList, TakesWhatOnlyLooksOdd) {
   ASSERT_TRUE(list.RemoveVar("w"));
   EXPECT_EQ(list.AddWeightVar("age", "", Var::RoundClosest), 6) << "the weight takes any name";
   EXPECT_EQ(list.FindVariable("age"), 0);
+}
+
+TEST(BINVarList, KnowsItsNamesThoughVariablesAreRenamedRemovedAndCopied) {
+  BINVarList list = FiveVariables();
+  dynamic_cast<BINContVar&>(*list.GetVarAt(kAge)) = BINContVar("years", "", Var::RoleAttribute);
+  EXPECT_EQ(list.AddContVar("years", "", Var::RoleAttribute), -1);
+  EXPECT_EQ(BINVarList(list).AddContVar("years", "", Var::RoleAttribute), -1);
+  BINVarList assigned;
+  assigned.AddContVar("gone", "", Var::RoleAttribute);
+  assigned = list;
+  EXPECT_EQ(assigned.AddContVar("years", "", Var::RoleAttribute), -1);
+  EXPECT_EQ(assigned.AddContVar("gone", "", Var::RoleAttribute), 5);
+  EXPECT_EQ(list.AddContVar("age", "", Var::RoleAttribute), 5);
+  list.RemoveVar("years");
+  EXPECT_EQ(list.AddContVar("years", "", Var::RoleAttribute), 5);
+}
+
+TEST(BINVarList, CountsOfCategoriesEndAtTheLargestInt) {
+  constexpr int kMost = std::numeric_limits<int>::max();
+  BINVarList list;
+  for (const char* name : {"a", "b", "c"}) {
+    list.AddCatVar(name, "", kMost, Var::MeasureStringCategorical, Var::RoleAttribute);
+    EXPECT_EQ(list.UpdateNumbersOfCategories(), kMost);
+  }
 }
 
 TEST(BINVarList, ListedCategoriesAreEncodedInOrder) {
@@ -130,6 +155,9 @@ TEST(BINVarList, ANewTargetReplacesTheRecordedOneAChangedRoleDoesNot) {
   EXPECT_EQ(list.GetVariableRole(kWeight), Var::RoleFrequencyWeight);
   EXPECT_EQ(list.AddCatVar("t", "", {1, 2}, Var::RoleTarget), 5);
   EXPECT_EQ(list.GetTargetIndex(), 5);
+  BINVarList without(list);
+  without.RemoveVar(kSpecies);
+  EXPECT_EQ(without.GetTargetIndex(), -1) << "it had the target role too";
   list.SetVariableRole(5, Var::RoleAttribute);
   list.SetVariableRole(kWeight, Var::RoleTarget);
   list.RemoveVar(kWeight);
@@ -162,23 +190,25 @@ IBINUserMissing* Host() {
   return new HostUserMissing(dataType);
 }
 
-// Whether a variable has no missing values yet, some of the list's or the host's own.
+// Whether a variable has no missing values yet, some of the list's or the host's own. The measure
+// level alone decides about the answer, also where nobody takes the values.
 TEST(BINVarList, TakesTheMissingValuesThatFit) {
   struct Row {
     Var::MeasureLevel level;
     IBINUserMissing* (*held)();
     const char* taken;  // of n(umber), s(tring) and i(nterval)
+    bool areHeld = true;
   };
   const Row rows[] = {{Var::MeasureContinuous, None, "ni"},
                       {Var::MeasureContinuous, Numbers, "ni"},
-                      {Var::MeasureContinuous, Host<0>, ""},
+                      {Var::MeasureContinuous, Host<0>, "ni", false},
                       {Var::MeasureFrequencyWeight, None, "ni"},
                       {Var::MeasureNumericCategorical, None, "ni"},
                       {Var::MeasureStringCategorical, None, "s"},
                       {Var::MeasureStringCategorical, StringsOnly, "s"},
-                      {Var::MeasureStringCategorical, Host<1>, ""},
-                      {Var::MeasureUnknown, None, ""},
-                      {Var::MeasureUnknown, StringsOnly, ""}};
+                      {Var::MeasureStringCategorical, Host<1>, "s", false},
+                      {Var::MeasureUnknown, None, "ni", false},
+                      {Var::MeasureUnknown, StringsOnly, "ni", false}};
   for (const Row& row : rows) {
     const auto holding = [&] {
       BINVarList list;
@@ -194,7 +224,9 @@ TEST(BINVarList, TakesTheMissingValuesThatFit) {
     BINVarList list = holding();
     if (list.SetMissingInterval(0, 8, 9)) taken += 'i';
     EXPECT_EQ(taken, row.taken) << "row " << &row - rows;
-    EXPECT_FALSE(list.SetMissingInterval(0, 1, 2)) << "an interval is set once";
+    const bool isInterval = row.level != Var::MeasureStringCategorical;
+    EXPECT_EQ(list.SetMissingInterval(0, 1, 2), isInterval && !row.areHeld)
+        << "an interval is set once, row " << &row - rows;
   }
 }
 

@@ -1,9 +1,11 @@
 #include "metadata/tempfile.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -11,6 +13,7 @@
 
 #include "metadata/binaryrecorditerator.h"
 #include "support/doublefile.h"
+#include "support/libraryfaults.h"
 #include "support/rowname.h"
 #include "support/tempdir.h"
 
@@ -25,9 +28,11 @@ class TempFileTest : public testing::Test {
  protected:
   Result Append(const Doubles& values) { return file->Append(values.data(), values.size()); }
 
+  // By its name, and by a descriptor of it.
   bool IsWhole(std::uint64_t count) const {
-    const MCBinning::BinaryRecordIterator iterator(path);
-    return file->IsWhole(iterator.GetFileDescriptor(), count);
+    const auto values = file->OpenWhole(count);
+    EXPECT_TRUE(!values || file->IsWhole(values->GetFileDescriptor(), count));
+    return values != nullptr;
   }
 
   TempDir directory;
@@ -73,6 +78,11 @@ TEST_F(TempFileTest, LeavesATakenNameAlone) {
   }
 }
 
+TEST_F(TempFileTest, FailsWhenTheCloseDoes) {
+  const libraryfaults::Failing failing(libraryfaults::Call::kClose, 0, ENOSPC);
+  EXPECT_EQ(Append({1}), Result::kFailed);
+}
+
 // What someone else does to a file that was begun with the value 1.
 struct Interference {
   const char* name;
@@ -89,9 +99,44 @@ TEST_P(TakenOver, IsNeitherAppendedToNorReadNorRemoved) {
   GetParam().apply(path);
   EXPECT_EQ(Append({2}), Result::kFailed);
   EXPECT_EQ(ReadDoubles(path), GetParam().left);
+  testing::internal::CaptureStdout();  // a line for a file that cannot be opened
   EXPECT_FALSE(IsWhole(1) || IsWhole(2));
+  testing::internal::GetCapturedStdout();
   file.reset();
   EXPECT_EQ(ReadDoubles(path), GetParam().left);
+}
+
+TEST_F(TempFileTest, RemovesItsOwnFileThoughSomeoneChangedItsSize) {
+  for (const std::uintmax_t size : {0u, 8u, 24u}) {
+    file.emplace(path);
+    ASSERT_EQ(Append({1, 2}), Result::kOk);
+    fs::resize_file(path, size);
+    EXPECT_EQ(Append({3}), Result::kFailed) << size;
+    EXPECT_FALSE(IsWhole(size / sizeof(double))) << size;
+    file.reset();
+    EXPECT_FALSE(fs::exists(path)) << size;
+  }
+}
+
+// With someone at the other end of the pipe, and with nobody, who is then waited for.
+TEST_F(TempFileTest, TakesNothingFromAPipeInItsPlaceNorWaitsForOne) {
+  for (const bool hasOtherEnd : {false, true}) {
+    file.emplace(path);
+    ASSERT_EQ(Append({1}), Result::kOk);
+    fs::remove(path);
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    const int otherEnd = hasOtherEnd ? open(path.c_str(), O_RDWR | O_NONBLOCK) : -1;
+    const double sent = 7;
+    ASSERT_TRUE(!hasOtherEnd || write(otherEnd, &sent, sizeof sent) == sizeof sent);
+    EXPECT_EQ(Append({2}), Result::kFailed);
+    EXPECT_FALSE(IsWhole(0) || IsWhole(1));
+    file.reset();
+    EXPECT_TRUE(fs::is_fifo(path));
+    Doubles left(2);
+    EXPECT_EQ(read(otherEnd, left.data(), sizeof left), hasOtherEnd ? 8 : -1);
+    close(otherEnd);
+    fs::remove(path);
+  }
 }
 
 // A new file of the values 7 and 8, which does not get the inode number of the old one.
@@ -102,11 +147,6 @@ std::string NewFile(const std::string& path) {
 
 const Interference kInterferences[] = {
     {"Removed", [](const std::string& path) { fs::remove(path); }, {}},
-    {"Grown",
-     [](const std::string& path) {
-       WriteDoubles(path, {1, 5});
-     },
-     {1, 5}},
     {"Rewritten", [](const auto& path) { fs::remove(path), WriteDoubles(path, {7}); }, {7}},
     {"Replaced", [](const auto& path) { fs::rename(NewFile(path), path); }, {7, 8}},
     {"LinkInItsPlace",

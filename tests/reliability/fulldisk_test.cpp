@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "support/agreement.h"
 #include "support/tempdir.h"
@@ -80,6 +81,42 @@ class FullDisk : public testing::TestWithParam<Driver> {
   std::string expected;
   std::size_t resultCount = 0;
 };
+
+// Once with files that may not grow, of fewer records too than are written at once, and once
+// without descriptors.
+TEST_P(FullDisk, AFailureThatPassesIsForgotten) {
+  struct Row {
+    int resource;
+    rlim_t value;
+  };
+  std::vector<Row> rows;
+  for (const rlim_t bytes : {rlim_t{0}, rlim_t{8}, rlim_t{79999}, rlim_t{80001}, kFileBytes - 1}) {
+    rows.push_back({RLIMIT_FSIZE, bytes});
+  }
+#ifndef __SANITIZE_ADDRESS__  // which needs descriptors itself
+  for (rlim_t count = 0; count < 16; ++count) rows.push_back({RLIMIT_NOFILE, count});
+#endif
+  for (const int recordCount : {50, kRecords}) {
+    const Scenario some = MixedScenario(recordCount);
+    for (const Row& row : rows) {
+      BINVarList list = some.VarList();
+      WholeRun run(GetParam(), some.options, list, directory.Path());
+      MCCommon::InMemoryRecordIterator mine = some.Records();
+      testing::internal::CaptureStdout();
+      {
+        const Limit limit(row.resource, row.value);
+        run.CreateBins(mine);
+      }
+      testing::internal::GetCapturedStdout();
+      mine.Rewind();
+      EXPECT_FALSE(run.CreateBins(mine).IsError());
+      const std::string text = run.Text(resultCount);
+      EXPECT_EQ(text.find("120021"), std::string::npos) << row.resource << ' ' << row.value << '\n'
+                                                        << text;
+      EXPECT_EQ(text.find("120015"), std::string::npos) << row.resource << ' ' << row.value;
+    }
+  }
+}
 
 TEST_P(FullDisk, FilesThatStopAnywhereGiveNoWrongBins) {
   for (const rlim_t bytes :
