@@ -9,6 +9,7 @@
 //                            are logged, otherwise only those that fail
 //   FAILING_CALLS_ERROR=K    with the K-th of its errors, from 0 on
 //   FAILING_CALLS_ON=1       so does every later call that knows this error
+//   FAILING_CALLS_SIGNAL=S   instead of failing, the call comes after this signal
 //
 // Calls that the C library makes itself (a buffered write, a listed directory) are not seen; the
 // functions that lead there are.
@@ -24,7 +25,7 @@
 
 #include <atomic>
 #include <cerrno>
-#include <cstdarg>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -68,6 +69,7 @@ struct Plan {
   long number = NumberFrom("FAILING_CALLS_NUMBER");
   long error = NumberFrom("FAILING_CALLS_ERROR");
   bool on = NumberFrom("FAILING_CALLS_ON") != 0;
+  int signal = static_cast<int>(NumberFrom("FAILING_CALLS_SIGNAL"));
 };
 
 std::atomic<bool> gIsCounting = true;
@@ -118,7 +120,9 @@ int FaultOf(const char* name, Subject subject, Errors errors) {
   const Plan& plan = GetPlan();
   const long number = ++gCallCount;
   int fault = kNone;
-  if (number == plan.number) {
+  if (number == plan.number && plan.signal != 0) {
+    std::raise(plan.signal);
+  } else if (number == plan.number) {
     fault = errors[static_cast<std::size_t>(plan.error) % errors.size()];
     if (plan.on && fault != kShort && fault != EINTR) gErrorForGood = fault;
   } else if (gErrorForGood != kNone) {

@@ -1,8 +1,9 @@
-"""Usage: failingcalls.py LIBRARY PROGRAM EXAMPLES library|bins|others
+"""Usage: failingcalls.py LIBRARY PROGRAM EXAMPLES library|bins|others|signals|limits
 
 Runs a program again and again with LIBRARY preloaded, which makes one of its system calls fail:
 each call once with every error it may meet, and with every later call failing alike. PROGRAM is
-`mcbin` or, for `library`, the host of the library that stands beside this file.
+`mcbin` or, for `library`, the host of the library that stands beside this file. In `signals`, a
+signal comes at each call; in `limits`, files, descriptors or standard streams are out of order.
 
 Whatever fails: no crash, no hang, no temporary file that stays, no output that is wrong or torn
 when the program says that all is well, and a word when it does not.
@@ -11,7 +12,9 @@ when the program says that all is well, and a word when it does not.
 import collections
 import errno
 import os
+import resource
 import shutil
+import signal
 import stat
 import subprocess
 import sys
@@ -20,9 +23,10 @@ import tempfile
 LIBRARY, PROGRAM, EXAMPLES, GROUP = sys.argv[1:]
 SECONDS = 20
 OLD = b"what stood here before"
-NO_ERRORS = {0, errno.EINTR}  # a short count, a signal: the program goes on
+GOES_ON = {0, errno.EINTR}  # a short count, a signal: no error
 RETRIED = {"read", "write", "pread", "pwrite", "poll"}
 REMOVING = {"unlink", "unlinkat", "remove", "rmdir"}
+CANCELLED = (130, -signal.SIGTERM)  # by itself, or before it was ready to be
 
 Call = collections.namedtuple("Call", "name errors fault subject")
 Outcome = collections.namedtuple("Outcome", "code out err calls files modes")
@@ -44,33 +48,32 @@ class Subject:
         os.makedirs(os.path.join(self.work, "tmp"))
         for source, target in INPUTS.items():
             os.symlink(source, os.path.join(self.directory, target))
-
-    def clear(self):
-        for name in self.files():
-            path = os.path.join(self.work, name)
-            shutil.rmtree(path) if os.path.isdir(path) else os.remove(path)
-        for name in self.outputs:
-            with open(os.path.join(self.work, name), "wb") as file:
-                file.write(OLD)
-            os.chmod(os.path.join(self.work, name), 0o600)
+        self.found, self.runs = {}, 0
+        self.good = self.run()
+        assert self.good.code == 0 and not self.leftovers(self.good), (words, self.good)
 
     def files(self):
         """All that lies where the program writes."""
         names = [name for name in os.listdir(self.work) if name != "tmp"]
         return names + ["tmp/" + name for name in os.listdir(os.path.join(self.work, "tmp"))]
 
-    def run(self, number=None, error=0, on=False):
+    def run(self, cleared=True, preloaded=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+            prepare=None, **plan):
+        """`plan` is what the environment tells the library; `prepare` runs before the program."""
+        if cleared:
+            self.clear()
         if os.path.exists(self.log):
             os.remove(self.log)
-        environment = {"LD_PRELOAD": LIBRARY, "FAILING_CALLS_LOG": self.log, "TMPDIR": "tmp",
-                       "LC_ALL": "C.UTF-8", "PATH": os.environ["PATH"]}
-        if number is not None:
-            environment["FAILING_CALLS_NUMBER"] = str(number)
-            environment["FAILING_CALLS_ERROR"] = str(error)
-            environment["FAILING_CALLS_ON"] = str(int(on))
+        environment = {"TMPDIR": "tmp", "LC_ALL": "C.UTF-8", "PATH": os.environ["PATH"]}
+        if preloaded:
+            environment.update({"LD_PRELOAD": LIBRARY, "FAILING_CALLS_LOG": self.log})
+        environment.update({f"FAILING_CALLS_{key.upper()}": str(int(value))
+                            for key, value in plan.items()})
+        self.runs += 1
         try:
-            done = subprocess.run([PROGRAM, *self.words], input=self.text, capture_output=True,
-                                  env=environment, cwd=self.work, timeout=SECONDS)
+            done = subprocess.run([PROGRAM, *self.words], input=self.text, stdout=stdout,
+                                  stderr=stderr, env=environment, cwd=self.work, timeout=SECONDS,
+                                  preexec_fn=prepare)
             code, out, err = done.returncode, done.stdout, done.stderr
         except subprocess.TimeoutExpired:
             code, out, err = None, b"", b""
@@ -83,71 +86,120 @@ class Subject:
                     files[name] = file.read()
         return Outcome(code, out, err, self.calls(), files, modes)
 
+    def clear(self):
+        for name in self.files():
+            path = os.path.join(self.work, name)
+            shutil.rmtree(path) if os.path.isdir(path) else os.remove(path)
+        for name in self.outputs:
+            path = os.path.join(self.work, name)
+            with open(path, "wb") as file:
+                file.write(OLD)
+            os.chmod(path, 0o600)
+
     def calls(self):
         if not os.path.exists(self.log):
             return []
         with open(self.log, encoding="utf-8", errors="replace") as file:
             rows = [line.rstrip("\n").split(" ", 3) for line in file]
         return [Call(name, int(count), None if fault == "-" else int(fault), subject)
-                for name, count, fault, subject in rows]
+                for name, count, fault, subject in (row for row in rows if len(row) == 4)]
 
     def leftovers(self, outcome):
         return sorted(set(outcome.modes) - set(self.outputs))
 
-    def faults(self, good, outcome):
-        """What is wrong with a run in which `outcome.calls` failed, `good` being one without."""
-        if outcome.code is None:
-            yield "hangs"
-            return
-        if outcome.code < 0 or outcome.code > 1:
-            yield f"ends with {outcome.code}"
-        told = any(call.subject == "standard 2" for call in outcome.calls)
-        if outcome.code != 0 and not outcome.err and not told:
-            yield "fails without a word"
+    def note(self, how, where, outcome, faults):
+        """Keeps an example of each fault."""
+        for fault in faults:
+            text = f"{where}: {(outcome.err or b'').decode(errors='replace')}"
+            self.found.setdefault(f"{how}: {fault}", text.strip()[:400])
+
+    # What is wrong with a run.
+
+    def wrong_outputs(self, outcome):
+        """An output is the new one, or the old one where the program did not say 0."""
+        done = outcome.code == 0
         # The library prints a line about a file that it cannot open.
-        if outcome.code == 0 and outcome.out != good.out and GROUP != "library":
+        if done and outcome.out not in (self.good.out, None) and GROUP != "library":
             yield "wrong on standard output"
         for name in self.outputs:
             content = outcome.files.get(name)
-            if content != good.files[name] and (outcome.code == 0 or content != OLD):
+            if content != self.good.files[name] and (done or content != OLD):
                 yield f"{name} is " + ("missing" if content is None else
                                        "old" if content == OLD else "torn")
             if outcome.modes.get(name, 0o600) & 0o077:
                 yield f"{name} may be read by others"
-        if outcome.code != 0 and all(call.fault in NO_ERRORS and call.name in RETRIED
-                                     for call in outcome.calls):
-            yield "fails without an error"
-        yield from self.what_stays(outcome)
 
-    def what_stays(self, outcome):
-        """Files may stay where their removal failed, and then only until the next run."""
-        left = self.leftovers(outcome)
-        if not left:
+    def faults(self, outcome, codes=(0, 1)):
+        if outcome.code not in codes:
+            yield "hangs" if outcome.code is None else f"ends with {outcome.code}"
+        told = any(call.subject == "standard 2" for call in outcome.calls)
+        if outcome.code == 1 and outcome.err == b"" and not told:
+            yield "fails without a word"
+        yield from self.wrong_outputs(outcome)
+
+    def what_stays(self, outcome, excused):
+        """Files stay only where their removal could not be, and then until the next run."""
+        if not self.leftovers(outcome):
             return
-        if not any(removes(call) for call in outcome.calls):
+        if not excused:
             yield "leaves files"
-        elif GROUP != "library" and self.leftovers(self.run()):
-            yield "leaves files that the next run leaves too"
+        elif GROUP != "library":
+            again = self.run(cleared=False)
+            if again.code != 0 or again.files != self.good.files:
+                yield f"spoils the next run: {again.err.decode(errors='replace').strip()}"
+            elif self.leftovers(again):
+                yield "leaves files that the next run leaves too"
 
-    def sweep(self):
-        """The number of runs, and what is wrong with them: an example by what happened."""
-        self.clear()
-        good = self.run()
-        assert good.code == 0 and not self.leftovers(good), (self.words, good.code, good.err)
-        found, runs = {}, 0
-        for number, call in enumerate(good.calls, 1):
+    # What is done to it.
+
+    def fail_calls(self):
+        for number, call in enumerate(self.good.calls, 1):
             errors = range(call.errors if self.every_error else 1)
             for error, on in [(error, False) for error in errors] + [(0, True)]:
-                self.clear()
-                outcome = self.run(number, error, on)
-                runs += 1
+                outcome = self.run(number=number, error=error, on=on)
                 failed = outcome.calls[0] if outcome.calls else call
+                faults = list(self.faults(outcome))
+                faults += self.what_stays(outcome, any(map(removes, outcome.calls)))
+                if outcome.code != 0 and all(call.fault in GOES_ON and call.name in RETRIED
+                                             for call in outcome.calls):
+                    faults.append("fails without an error")
                 how = f"{failed.name} fails {'for good' if on else 'once'}, {describe(failed.fault)}"
-                for fault in self.faults(good, outcome):
-                    where = f"call {number}, {failed.subject}: {outcome.err.decode(errors='replace')}"
-                    found.setdefault(f"{how}: {fault}", where.strip()[:400])
-        shutil.rmtree(self.directory)
-        return runs, found
+                self.note(how, f"call {number}, {failed.subject}", outcome, faults)
+
+    def send_signals(self):
+        last_write = max(number for number, call in enumerate(self.good.calls, 1)
+                         if call.name == "write" and call.subject != "standard 2")
+        for number, call in enumerate(self.good.calls, 1):
+            where = f"call {number}, {call.name} of {call.subject}"
+            outcome = self.run(number=number, signal=signal.SIGTERM)
+            codes = CANCELLED if number <= last_write else (0, *CANCELLED)
+            self.note("SIGTERM", where, outcome,
+                      [*self.faults(outcome, codes), *self.what_stays(outcome, False)])
+            outcome = self.run(number=number, signal=signal.SIGKILL)
+            self.note("SIGKILL", where, outcome,
+                      [*self.faults(outcome, (-signal.SIGKILL,)), *self.what_stays(outcome, True)])
+
+    def limit(self):
+        limits = [("files of %d bytes", resource.RLIMIT_FSIZE, size)
+                  for size in (0, 1, 100, 1000, 4096, 10000, 40000)]
+        limits += [("%d descriptors", resource.RLIMIT_NOFILE, count) for count in range(4, 16)]
+        disturbances = {text % value: {"prepare": lambda what=what, value=value:
+                                       resource.setrlimit(what, (value, value))}
+                        for text, what, value in limits}
+        with open("/dev/full", "wb") as full:
+            disturbances |= {
+                "no standard output": {"prepare": lambda: os.close(1)},
+                "no standard error": {"prepare": lambda: os.close(2), "stderr": full},
+                "no standard streams": {"prepare": lambda: os.closerange(0, 3), "stderr": full},
+                "standard error full": {"stderr": full},
+                "standard output full": {"stdout": full},
+                "both full": {"stdout": full, "stderr": full}}
+            for how, arguments in disturbances.items():
+                outcome = self.run(preloaded=False, **arguments)
+                if outcome.code == 127 and b"shared libraries" in outcome.err:
+                    continue  # not begun
+                self.note(how, "", outcome,
+                          [*self.faults(outcome), *self.what_stays(outcome, False)])
 
 
 def removes(call):
@@ -168,49 +220,69 @@ def many_records(path):
             file.write(f"{'' if i % 7 == 3 else i / 4},{i * 37 % 101},{'xyz'[i // 3500]},{i % 3}\n")
 
 
-def subjects():
-    if GROUP == "library":
-        return [Subject(f"{method} {records} tmp", every_error=records == 40)
-                for method in ("supervised", "equal-frequency") for records in (40, 10007)]
-    outputs = ("bins.json", "page.html")
-    if GROUP == "bins":
-        return [Subject(f"{method} ../{data} --jobs {jobs} --json bins.json --report page.html",
-                        outputs, every_error=data == "few.csv")
-                for method in ("supervised --target t --weight w", "equal-frequency --bins 3")
-                for data in ("few.csv", "many.csv") for jobs in (1, 2)]
+def few_records(path):
+    with open(path, "w", encoding="ascii") as file:
+        file.write("a,b,t,w\n" + "".join(f"{i},{i % 5},{'xy'[i // 9]},1\n" for i in range(18)))
+
+
+def bins(jobs, data="few.csv"):
+    """Both methods."""
+    for method in ("supervised --target t --weight w", "equal-frequency --bins 3"):
+        yield Subject(f"{method} ../{data} --jobs {jobs} --json bins.json --report page.html",
+                      ("bins.json", "page.html"), every_error=data == "few.csv")
+
+
+def others():
     with open(os.path.join(EXAMPLES, "iris.csv"), "rb") as file:
         text = file.read()
-    return [Subject("supervised --target species --json - -", text=text),
-            Subject("apply --as label ../bins.json ../iris.csv"),
-            Subject("apply ../bins.json -", text=text),
-            Subject("evaluate ../bins.json ../iris.csv"),
-            Subject("export --format sql --table t -o out ../bins.json", ("out",)),
-            Subject("export --format python ../bins.json"),
-            Subject("report ../bins.json -o out", ("out",))]
+    yield Subject("supervised --target species --json - -", text=text)
+    yield Subject("apply --as label ../bins.json ../iris.csv")
+    yield Subject("apply ../bins.json -", text=text)
+    yield Subject("evaluate ../bins.json ../iris.csv")
+    yield Subject("export --format sql --table t -o out ../bins.json", ("out",))
+    yield Subject("export --format python ../bins.json")
+    yield Subject("report ../bins.json -o out", ("out",))
+
+
+def trials():
+    """What is tried on which commands."""
+    if GROUP == "library":
+        for method in ("supervised", "equal-frequency"):
+            for records in (40, 10007):
+                yield Subject(f"{method} {records} tmp"), Subject.fail_calls
+    if GROUP == "bins":
+        for jobs in (1, 2):
+            for data in ("few.csv", "many.csv"):
+                yield from ((subject, Subject.fail_calls) for subject in bins(jobs, data))
+    if GROUP == "others":
+        yield from ((subject, Subject.fail_calls) for subject in others())
+    if GROUP in ("signals", "limits"):
+        what = Subject.send_signals if GROUP == "signals" else Subject.limit
+        yield from ((subject, what) for subject in (*bins(2), *others()))
 
 
 def main():
     global INPUTS
     with tempfile.TemporaryDirectory() as directory:
         many, few = os.path.join(directory, "many.csv"), os.path.join(directory, "few.csv")
-        bins, iris = os.path.join(directory, "bins.json"), os.path.join(EXAMPLES, "iris.csv")
+        bin_file, iris = os.path.join(directory, "bins.json"), os.path.join(EXAMPLES, "iris.csv")
         many_records(many)
-        with open(few, "w", encoding="ascii") as file:
-            file.write("a,b,t,w\n" + "".join(f"{i},{i % 5},{'xy'[i // 9]},1\n" for i in range(18)))
-        INPUTS = {many: "many.csv", few: "few.csv", iris: "iris.csv", bins: "bins.json"}
+        few_records(few)
+        INPUTS = {many: "many.csv", few: "few.csv", iris: "iris.csv", bin_file: "bins.json"}
         if GROUP != "library":
-            subprocess.run([PROGRAM, "supervised", "--quiet", "--target", "species", "--json", bins,
-                            iris], check=True, stdout=subprocess.DEVNULL)
-        total, faults = 0, 0
-        for subject in subjects():
-            runs, found = subject.sweep()
-            print(f"{' '.join(subject.words)}: {runs} runs")
-            for fault, example in found.items():
+            subprocess.run([PROGRAM, "supervised", "--quiet", "--target", "species", "--json",
+                            bin_file, iris], check=True, stdout=subprocess.DEVNULL)
+        runs, faults = 0, 0
+        for subject, what in trials():
+            what(subject)
+            shutil.rmtree(subject.directory)
+            print(f"{' '.join(subject.words)}: {subject.runs} runs")
+            for fault, example in subject.found.items():
                 print(f"  {fault}\n    {example}")
-            total += runs
-            faults += len(found)
-        print(f"{total} runs, {faults} kinds of faults")
-        sys.exit(1 if faults or not total else 0)
+            runs += subject.runs
+            faults += len(subject.found)
+        print(f"{runs} runs, {faults} kinds of faults")
+        sys.exit(1 if faults or not runs else 0)
 
 
 main()
