@@ -1,18 +1,54 @@
 #include "algorithm/binalgorithm.h"
 
-#include "algorithm/casetotals.h"
 #include "algorithm/componentversion.h"
+#include "algorithm/partitioner.h"
+#include "algorithm/percentilecuts.h"
 #include "algorithm/runframe.h"
 #include "algorithm/runprogress.h"
 #include "common/statuscodes.h"
-#include "metadata/loadedcases.h"
+#include "output/resultstore.h"
 
 using MCBinning::Error;
 using MCBinning::MCStatus;
+using MCBinning::PairResult;
+using MCBinning::Partitioner;
+using MCBinning::PercentileCuts;
+using MCBinning::ResultStore;
 using MCBinning::RunFrame;
 using MCBinning::StatusCode;
 using MCBinning::Warning;
 using MCBinning::With;
+
+namespace {
+
+// Why a pair cannot be binned, if it cannot.
+MCStatus CheckPair(const BINVarList& variables, int attribute, int target) {
+  const IBINVariable* const targetVariable = variables.GetVarAt(target);
+  if (variables.GetVarAt(attribute) == nullptr || targetVariable == nullptr) {
+    return Error(StatusCode::kNoSuchVariable);
+  }
+  const IBINVariable::MeasureLevel level = targetVariable->GetMeasureLevel();
+  if (level != IBINVariable::MeasureNumericCategorical &&
+      level != IBINVariable::MeasureStringCategorical) {
+    return Error(StatusCode::kTargetNotCategorical);
+  }
+  const int weight = variables.GetWeightIndex();
+  if (target == attribute || attribute == weight || target == weight) {
+    return Error(StatusCode::kIsWeightOrTarget);
+  }
+  return MCStatus();
+}
+
+// Why an attribute cannot be binned against the list's target, if it cannot.
+MCStatus CheckAttribute(const BINVarList& variables, int attribute) {
+  if (variables.GetVarAt(attribute) == nullptr) return Error(StatusCode::kNoSuchAttribute);
+  if (attribute == variables.GetWeightIndex() || attribute == variables.GetTargetIndex()) {
+    return Error(StatusCode::kIsWeightOrTarget);
+  }
+  return MCStatus();
+}
+
+}  // namespace
 
 BINAlgorithm::BINAlgorithm(BINSettings& settings, BINVarList& varList)
     : fNumCases(0),
@@ -71,40 +107,19 @@ bool BINAlgorithm::CheckVariableIndices(const std::vector<int>* attributes,
   statuses.assign(pairCount, MCStatus());
   if (targets == nullptr) {
     // The refused ones are stored with their status; only an empty list is of no use.
-    for (std::size_t i = 0; i < pairCount; ++i) statuses[i] = CheckAttribute((*attributes)[i]);
+    for (std::size_t i = 0; i < pairCount; ++i) {
+      statuses[i] = CheckAttribute(fVarList, (*attributes)[i]);
+    }
     return pairCount > 0;
   }
 
   if (targets->size() != pairCount) return false;
   std::size_t failures = 0;
   for (std::size_t i = 0; i < pairCount; ++i) {
-    statuses[i] = CheckPair((*attributes)[i], (*targets)[i]);
+    statuses[i] = CheckPair(fVarList, (*attributes)[i], (*targets)[i]);
     if (statuses[i].IsError()) ++failures;
   }
   return failures != pairCount;
-}
-
-MCStatus BINAlgorithm::CheckPair(int attribute, int target) const {
-  const IBINVariable* const targetVariable = fVarList.GetVarAt(target);
-  if (fVarList.GetVarAt(attribute) == nullptr || targetVariable == nullptr) {
-    return Error(StatusCode::kNoSuchVariable);
-  }
-  const IBINVariable::MeasureLevel level = targetVariable->GetMeasureLevel();
-  if (level != IBINVariable::MeasureNumericCategorical &&
-      level != IBINVariable::MeasureStringCategorical) {
-    return Error(StatusCode::kTargetNotCategorical);
-  }
-  if (target == attribute || attribute == fWeightIndex || target == fWeightIndex) {
-    return Error(StatusCode::kIsWeightOrTarget);
-  }
-  return MCStatus();
-}
-
-MCStatus BINAlgorithm::CheckAttribute(int attribute) const {
-  if (fVarList.GetVarAt(attribute) == nullptr) return Error(StatusCode::kNoSuchAttribute);
-  if (attribute == fWeightIndex || attribute == fTargetIndex)
-    return Error(StatusCode::kIsWeightOrTarget);
-  return MCStatus();
 }
 
 MCStatus BINAlgorithm::DoCreateBins(const std::vector<int>* attributes,
@@ -124,7 +139,8 @@ MCStatus BINAlgorithm::DoCreateBins(const std::vector<int>* attributes,
       if (fPairStatuses[i].IsOK()) {
         runPair(attribute, target);
       } else {
-        StoreRefused(fPairStatuses[i], attribute, target);
+        ResultStore::Append(
+            fResults, {fPairStatuses[i], attribute, target, MCBinning::kNoTotals, {{}, {}, 0.0}});
       }
     }
     return result;
@@ -139,58 +155,39 @@ MCStatus BINAlgorithm::DoCreateBins(const std::vector<int>* attributes,
   return result;
 }
 
-void BINAlgorithm::StoreRefused(const MCStatus& status, int attribute, int target) {
-  const MCStatus stored = fResults.SetAttributeTargetResults(status, {}, {}, attribute, target, 0,
-                                                             0.0, 0.0, 0.0, 0.0, 0.0);
-  RunFrame::ThrowIfOutOfMemory(stored);
-}
-
 MCStatus BINAlgorithm::RunAlgorithm(unsigned int attribute, unsigned int target) {
-  return RunFrame::RunOne(*this, [&] { return RunPair(attribute, target); });
-}
-
-MCStatus BINAlgorithm::RunPair(unsigned int attribute, unsigned int target) {
-  MCStatus result = fDataSet->LoadAttribute(attribute, target);
-  RunFrame::ThrowIfOutOfMemory(result);
-  MCBinning::CaseTotals totals;
-  double modelEntropy = MCMV::Missing();
-  std::set<double> cuts;
-  std::vector<double> counts;
-  if (!result.IsError()) {
-    totals = MCBinning::CaseTotals::Of(*fDataSet);
-    fNumCases = fDataSet->GetNumberOfCases();
-    if (fNumCases == 0) {
-      result = Warning(StatusCode::kNoValidCase);
-    } else {
-      fNumTargetCategories = fDataSet->GetNumOfTargetCategories();
-      result = Partition(cuts, counts, modelEntropy);
-      RunFrame::ThrowIfOutOfMemory(result);
-      if (totals.distinctValues == 1) {
-        result = With(Warning(StatusCode::kOneDistinctValue), attribute);
-      }
-      if (fNumTargetCategories == 1) {
-        result = With(Warning(StatusCode::kOneTargetCategory), target);
+  return RunFrame::RunOne(*this, [&] {
+    PairResult result{fDataSet->LoadAttribute(attribute, target),
+                      static_cast<int>(attribute),
+                      static_cast<int>(target),
+                      {},
+                      {}};
+    RunFrame::ThrowIfOutOfMemory(result.status);
+    if (!result.status.IsError()) {
+      result.totals = RunFrame::TotalsOf(*fDataSet);
+      fNumCases = fDataSet->GetNumberOfCases();
+      if (fNumCases == 0) {
+        result.status = Warning(StatusCode::kNoValidCase);
+      } else {
+        fNumTargetCategories = fDataSet->GetNumOfTargetCategories();
+        const Partitioner partitioner(*fDataSet, fRightBorderClosed,
+                                      fSettings.GetSmallBinDetectionThreshold());
+        result.status =
+            fDataSet->NeedPreprocess()
+                ? partitioner.UsePercentiles(PercentileCuts(*fPreProcess), result.partition)
+                : partitioner.UseDistinctValues(result.partition);
+        RunFrame::ThrowIfOutOfMemory(result.status);
+        if (result.totals.distinctValues == 1) {
+          result.status = With(Warning(StatusCode::kOneDistinctValue), attribute);
+        }
+        if (fNumTargetCategories == 1) {
+          result.status = With(Warning(StatusCode::kOneTargetCategory), target);
+        }
       }
     }
-  }
-  const MCStatus stored = fResults.SetAttributeTargetResults(
-      result, cuts, counts, static_cast<int>(attribute), static_cast<int>(target),
-      totals.distinctValues, totals.weight, totals.weightWithMissing, totals.minimum,
-      totals.maximum, modelEntropy);
-  RunFrame::ThrowIfOutOfMemory(stored);
-  return result;
-}
-
-MCStatus BINAlgorithm::Partition(std::set<double>& cuts, std::vector<double>& counts,
-                                 double& modelEntropy) {
-  if (!fDataSet->NeedPreprocess()) return PartitionDistinct(cuts, counts, modelEntropy);
-  std::vector<double> candidates;
-  std::vector<double> unusedWeights;
-  const bool areCut = MCBinning::LoadedCases::VisitSupervised(*fDataSet, [&](const auto& cases) {
-    return fPreProcess->CutCases(cases, candidates, unusedWeights, fDataSet->GetTotalweight());
+    ResultStore::Append(fResults, result);
+    return result.status;
   });
-  if (!areCut) return MCStatus();
-  return PartitionCandidates(candidates, cuts, counts, modelEntropy);
 }
 
 void BINAlgorithm::Display(std::ostream& os) const { RunFrame::Display(os, "BINAlgorithm", *this); }

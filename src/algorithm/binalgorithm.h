@@ -21,8 +21,7 @@ class BINEFPreProcess;
 
 namespace MCBinning {
 class RunFrame;
-class SplitSearch;
-}  // namespace MCBinning
+}
 
 // Supervised binning: recursive partitioning by class entropy, stopped by the minimum
 // description length principle (Fayyad and Irani, "Multi-interval discretization of
@@ -101,30 +100,10 @@ class MCBINNING_API BINAlgorithm : public IBINAlgorithm {
 
   bool CheckVariableIndices(const std::vector<int>* attributes, const std::vector<int>* targets,
                             std::vector<MCBinning::MCStatus>& statuses);
-  MCBinning::MCStatus CheckPair(int attribute, int target) const;
-  MCBinning::MCStatus CheckAttribute(int attribute) const;
   MCBinning::MCStatus DoCreateBins(const std::vector<int>* attributes,
                                    const std::vector<int>* targets);
   MCBinning::MCStatus RunAlgorithm(unsigned int attribute, unsigned int target);
-  MCBinning::MCStatus RunPair(unsigned int attribute, unsigned int target);
-  MCBinning::MCStatus Partition(std::set<double>& cuts, std::vector<double>& counts,
-                                double& modelEntropy);
-  void StoreRefused(const MCBinning::MCStatus& status, int attribute, int target);
   void DoCancel();
-
-  MCBinning::MCStatus PartitionDistinct(std::set<double>& cuts, std::vector<double>& counts,
-                                        double& modelEntropy) const;
-  MCBinning::MCStatus PartitionCandidates(std::vector<double>& cutPoints, std::set<double>& cuts,
-                                          std::vector<double>& counts, double& modelEntropy) const;
-  MCBinning::MCStatus PartitionTable(const std::vector<double>& boundaries,
-                                     const std::vector<double>& table, std::set<double>& cuts,
-                                     std::vector<double>& counts, double& modelEntropy) const;
-  bool HasCases(const std::vector<BINDataTuple>* tuples) const;
-  void RemoveEdge(std::vector<double>& cutPoints) const;
-  void SplitRows(const MCBinning::SplitSearch& search, const std::vector<double>& boundaries,
-                 int first, int last, std::set<double>& cuts) const;
-  void CountBins(const MCBinning::SplitSearch& search, const std::vector<double>& boundaries,
-                 const std::set<double>& cuts, std::vector<double>& counts) const;
 
   unsigned long fNumCases;
   unsigned int fNumTargetCategories;

@@ -7,6 +7,10 @@
 #include "../metadata/bindatatuple.h"
 #include "../metadata/efbindatatuple.h"
 
+namespace MCBinning {
+class PercentileCuts;
+}
+
 // Weighted percentile cut points: they split sorted cases into bins of as nearly equal
 // weight as ties allow.
 //
@@ -57,17 +61,7 @@ class MCBINNING_API BINEFPreProcess {
   std::ostream& Display(std::ostream& os) const;
 
  private:
-  friend class BINAlgorithm;
-  friend class EFBINAlgorithm;
-
-  // The same as FindCutPts() for sorted cases of any kind, without keeping them.
-  template <typename Case>
-  bool CutCases(const std::vector<Case>& cases, std::vector<double>& cutPoints,
-                std::vector<double>& binWeights, double totalWeight) const;
-  template <typename Case>
-  double Step(const std::vector<Case>& cases, const std::vector<double>& cutPoints,
-              std::vector<double>& binWeights, double percent, unsigned int& position,
-              double& cumulativeWeight, double& previousCumulativeWeight, double totalWeight) const;
+  friend class MCBinning::PercentileCuts;
 
   bool fRightBorderClosed;
   int fNumBins;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <vector>
 
 namespace MCBinning {
 
@@ -22,10 +23,29 @@ inline double Entropy(const double* weights, std::size_t categoryCount) {
   return entropy;
 }
 
+inline double Entropy(const std::vector<double>& weights) {
+  return Entropy(weights.data(), weights.size() - 1);
+}
+
 // The mean entropy of two sides, by weight. A NaN when neither weighs anything.
 inline double SplitEntropy(const double* left, const double* right, std::size_t categoryCount) {
   return (left[0] * Entropy(left, categoryCount) + right[0] * Entropy(right, categoryCount)) /
          (left[0] + right[0]);
+}
+
+inline double SplitEntropy(const std::vector<double>& left, const std::vector<double>& right) {
+  return SplitEntropy(left.data(), right.data(), left.size() - 1);
+}
+
+// The entropy within bins, each a category weight vector, over a total weight.
+inline double ModelEntropy(const std::vector<double>& counts, std::size_t categoryCount,
+                           double totalWeight) {
+  const std::size_t groupSize = categoryCount + 1;
+  double sum = 0.0;
+  for (std::size_t bin = 0; bin + groupSize <= counts.size(); bin += groupSize) {
+    sum += counts[bin] * Entropy(counts.data() + bin, categoryCount);
+  }
+  return sum / totalWeight;
 }
 
 }  // namespace MCBinning

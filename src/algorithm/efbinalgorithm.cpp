@@ -2,19 +2,34 @@
 
 #include <optional>
 
-#include "algorithm/casetotals.h"
 #include "algorithm/componentversion.h"
+#include "algorithm/percentilecuts.h"
 #include "algorithm/runframe.h"
 #include "algorithm/runprogress.h"
 #include "common/statuscodes.h"
 #include "metadata/loadedcases.h"
+#include "output/resultstore.h"
 
+using MCBinning::AttributeResult;
 using MCBinning::Error;
 using MCBinning::MCStatus;
+using MCBinning::PercentileCuts;
+using MCBinning::ResultStore;
 using MCBinning::RunFrame;
 using MCBinning::StatusCode;
 using MCBinning::Warning;
 using MCBinning::With;
+
+namespace {
+
+// Why an attribute cannot be binned, if it cannot.
+MCStatus CheckAttribute(const BINVarList& variables, int attribute) {
+  if (variables.GetVarAt(attribute) == nullptr) return Error(StatusCode::kNoSuchAttribute);
+  if (attribute == variables.GetWeightIndex()) return Error(StatusCode::kIsWeightOrTarget);
+  return MCStatus();
+}
+
+}  // namespace
 
 EFBINAlgorithm::EFBINAlgorithm(EFBINSettings& settings, BINVarList& varList)
     : fNumCases(0),
@@ -65,16 +80,10 @@ bool EFBINAlgorithm::CheckVariableIndices(const std::vector<int>* attributes,
   statuses.clear();
   std::size_t failures = 0;
   for (const int attribute : *attributes) {
-    statuses.push_back(CheckAttribute(attribute));
+    statuses.push_back(CheckAttribute(fVarList, attribute));
     if (statuses.back().IsError()) ++failures;
   }
   return failures != attributes->size();
-}
-
-MCStatus EFBINAlgorithm::CheckAttribute(int attribute) const {
-  if (fVarList.GetVarAt(attribute) == nullptr) return Error(StatusCode::kNoSuchAttribute);
-  if (attribute == fWeightIndex) return Error(StatusCode::kIsWeightOrTarget);
-  return MCStatus();
 }
 
 MCStatus EFBINAlgorithm::DoCreateBins(const std::vector<int>* attributes) {
@@ -97,43 +106,38 @@ MCStatus EFBINAlgorithm::DoCreateBins(const std::vector<int>* attributes) {
     if (fAttributeStatuses[i].IsOK()) {
       runAttribute(attribute);
     } else {
-      RunFrame::ThrowIfOutOfMemory(fResults.SetAttributeResults(fAttributeStatuses[i], {}, {},
-                                                                attribute, 0, 0.0, 0.0, 0.0, 0.0));
+      ResultStore::Append(fResults,
+                          {fAttributeStatuses[i], attribute, MCBinning::kNoTotals, {}, {}});
     }
   }
   return result;
 }
 
 MCStatus EFBINAlgorithm::RunAlgorithm(unsigned int attribute) {
-  return RunFrame::RunOne(*this, [&] { return BinAttribute(attribute); });
-}
-
-MCStatus EFBINAlgorithm::BinAttribute(unsigned int attribute) {
-  MCStatus result = fDataSet->LoadAttribute(attribute);
-  RunFrame::ThrowIfOutOfMemory(result);
-  MCBinning::CaseTotals totals;
-  std::vector<double> cutPoints;
-  std::vector<double> binWeights;
-  if (!result.IsError()) {
-    totals = MCBinning::CaseTotals::Of(*fDataSet);
-    fNumCases = fDataSet->GetNumberOfCases();
-    if (fNumCases == 0) {
-      result = Warning(StatusCode::kNoValidCase);
-    } else {
-      MCBinning::LoadedCases::VisitEqualFrequency(*fDataSet, [&](const auto& cases) {
-        return fPreProcess->CutCases(cases, cutPoints, binWeights, totals.weight);
-      });
-      const bool isConstant = totals.distinctValues == 1;
-      if (isConstant || cutPoints.empty()) {
-        result = With(Warning(isConstant ? StatusCode::kOneDistinctValue : StatusCode::kNoCutPoint),
-                      attribute);
+  return RunFrame::RunOne(*this, [&] {
+    AttributeResult result{
+        fDataSet->LoadAttribute(attribute), static_cast<int>(attribute), {}, {}, {}};
+    RunFrame::ThrowIfOutOfMemory(result.status);
+    if (!result.status.IsError()) {
+      result.totals = RunFrame::TotalsOf(*fDataSet);
+      fNumCases = fDataSet->GetNumberOfCases();
+      if (fNumCases == 0) {
+        result.status = Warning(StatusCode::kNoValidCase);
+      } else {
+        MCBinning::LoadedCases::VisitEqualFrequency(*fDataSet, [&](const auto& cases) {
+          return PercentileCuts(*fPreProcess)
+              .Find(cases, result.totals.weight, result.cutPoints, result.binWeights);
+        });
+        if (result.totals.distinctValues == 1) {
+          result.status = With(Warning(StatusCode::kOneDistinctValue), attribute);
+        } else if (result.cutPoints.empty()) {
+          result.status = With(Warning(StatusCode::kNoCutPoint), attribute);
+        }
       }
     }
-  }
-  RunFrame::ThrowIfOutOfMemory(fResults.SetAttributeResults(
-      result, cutPoints, binWeights, static_cast<int>(attribute), totals.distinctValues,
-      totals.weight, totals.weightWithMissing, totals.minimum, totals.maximum));
-  return result;
+    ResultStore::Append(fResults, result);
+    return result.status;
+  });
 }
 
 void EFBINAlgorithm::Display(std::ostream& os) const {

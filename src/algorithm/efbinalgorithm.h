@@ -49,10 +49,8 @@ class MCBINNING_API EFBINAlgorithm : public IEFBINAlgorithm {
 
   bool CheckVariableIndices(const std::vector<int>* attributes,
                             std::vector<MCBinning::MCStatus>& statuses);
-  MCBinning::MCStatus CheckAttribute(int attribute) const;
   MCBinning::MCStatus DoCreateBins(const std::vector<int>* attributes);
   MCBinning::MCStatus RunAlgorithm(unsigned int attribute);
-  MCBinning::MCStatus BinAttribute(unsigned int attribute);
   void DoCancel();
 
   unsigned long fNumCases;

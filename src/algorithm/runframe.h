@@ -16,6 +16,7 @@
 #include "host/recorditerator.h"
 #include "metadata/bindatapreparator.h"
 #include "metadata/bindataset.h"
+#include "output/resultstore.h"
 
 namespace MCBinning {
 
@@ -58,6 +59,11 @@ class RunFrame {
       if (!result.IsOK()) algorithm.fStatus = result;
     }
     return UnlessCancelled(algorithm, result);
+  }
+
+  static CaseTotals TotalsOf(const BINDataSet& dataSet) {
+    return {dataSet.GetNumDistinctValues(), dataSet.GetTotalweight(),
+            dataSet.GetTotalWeightWithMissing(), dataSet.GetMinimum(), dataSet.GetMaximum()};
   }
 
   // Memory that ran out ends the run; anything else is the attribute's own affair.

@@ -1,12 +1,12 @@
-// Merging of small bins: the part of BINAlgorithm that docs/method.md describes under
-// "Small bins".
+#include "algorithm/smallbins.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
 
-#include "algorithm/binalgorithm.h"
 #include "algorithm/binentropy.h"
+
+namespace MCBinning {
 
 namespace {
 
@@ -28,7 +28,7 @@ class Bins {
   double ScoreMerge(std::size_t bin, std::size_t neighbour, std::size_t other) {
     std::vector<double> merged(At(neighbour), At(neighbour) + fSize);
     for (std::size_t i = 0; i < fSize; ++i) merged[i] += At(bin)[i];
-    return MCBinning::SplitEntropy(merged.data(), At(other), fSize - 1);
+    return SplitEntropy(merged.data(), At(other), fSize - 1);
   }
 
   void Apply(const Merge& merge) {
@@ -46,14 +46,15 @@ class Bins {
 
 }  // namespace
 
-void BINAlgorithm::ProcessLittleBins(std::vector<double>* counts, std::set<double>& cuts) const {
-  Bins bins(*counts, std::size_t{fNumTargetCategories} + 1);
+void MergeSmallBins(double threshold, std::size_t categoryCount, std::vector<double>& counts,
+                    std::set<double>& cuts) {
+  Bins bins(counts, categoryCount + 1);
 
   // Found on the bins as they are, before any merge.
   std::vector<Merge> merges;
   for (std::size_t bin = 1; bin < cuts.size(); ++bin) {
     const double lighterNeighbour = std::min(bins.GetWeight(bin - 1), bins.GetWeight(bin + 1));
-    if (!(fSettings.GetSmallBinDetectionThreshold() * lighterNeighbour > bins.GetWeight(bin))) {
+    if (!(threshold * lighterNeighbour > bins.GetWeight(bin))) {
       continue;
     }
     const double lowerScore = bins.ScoreMerge(bin, bin - 1, bin + 1);
@@ -72,3 +73,5 @@ void BINAlgorithm::ProcessLittleBins(std::vector<double>* counts, std::set<doubl
     cuts.erase(std::next(cuts.begin(), static_cast<std::ptrdiff_t>(lowerBin)));
   }
 }
+
+}  // namespace MCBinning

@@ -23,6 +23,9 @@ class SplitSearch {
   SplitSearch(const std::vector<double>& binTable, std::size_t categoryCount,
               bool rightBorderClosed, int first, int last);
 
+  std::size_t GetCategoryCount() const { return fCategoryCount; }
+  bool IsRightBorderClosed() const { return fRightBorderClosed; }
+
   // The weights of rows first..last (both included): the total, then each category.
   void SumRows(int first, int last, std::vector<double>& sum) const;
 

@@ -6,6 +6,10 @@
 #include "../common/export.h"
 #include "../common/mcstatus.h"
 
+namespace MCBinning {
+class ResultStore;
+}
+
 // The outcome of equal-frequency binning for one attribute. A copyable value; a
 // default-constructed one has index -1 and every number 0.
 //
@@ -44,7 +48,7 @@ class MCBINNING_API BINAttributeResults final {
   double GetMaximum() const { return fMaximum; }
 
  private:
-  friend class EFBINOutput;
+  friend class MCBinning::ResultStore;
 
   MCBinning::MCStatus fStatus;
   int fAttributeIndex = -1;

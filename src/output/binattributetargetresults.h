@@ -6,6 +6,10 @@
 #include "../common/export.h"
 #include "../common/mcstatus.h"
 
+namespace MCBinning {
+class ResultStore;
+}
+
 // The outcome of supervised binning for one attribute/target pair. A copyable value; a
 // default-constructed one has indices -1 and every number 0.
 //
@@ -50,7 +54,7 @@ class MCBINNING_API BINAttributeTargetResults final {
   double GetModelEntropy() const { return fModelEntropy; }
 
  private:
-  friend class BINOutput;
+  friend class MCBinning::ResultStore;
 
   MCBinning::MCStatus fStatus;
   int fAttributeIndex = -1;

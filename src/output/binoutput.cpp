@@ -5,9 +5,12 @@
 #include "common/guard.h"
 #include "common/statuscodes.h"
 #include "output/displayresults.h"
+#include "output/resultstore.h"
 
 using MCBinning::Error;
 using MCBinning::MCStatus;
+using MCBinning::PairResult;
+using MCBinning::ResultStore;
 using MCBinning::StatusCode;
 
 namespace {
@@ -17,6 +20,38 @@ bool IsPair(int attributeIndex, int targetIndex) {
 }
 
 }  // namespace
+
+void ResultStore::Append(BINOutput& output, const PairResult& result) {
+  if (!IsPair(result.attribute, result.target)) return;
+  BINAttributeTargetResults record;
+  record.fStatus = result.status;
+  record.fAttributeIndex = result.attribute;
+  record.fTargetIndex = result.target;
+  record.fNDistinctValues = result.totals.distinctValues;
+  record.fTotalWeight = result.totals.weight;
+  record.fTotalWeightWithMissing = result.totals.weightWithMissing;
+  record.fMinimum = result.totals.minimum;
+  record.fMaximum = result.totals.maximum;
+
+  const auto& [cuts, counts, modelEntropy] = result.partition;
+  record.fCutPoints.assign(cuts.begin(), cuts.end());
+  record.fModelEntropy = modelEntropy;
+  const std::size_t binCount = cuts.size() + 1;
+  const std::size_t countsPerBin = counts.size() / binCount;
+  for (std::size_t bin = 0; bin < binCount; ++bin) {
+    const double* const first = counts.data() + bin * countsPerBin;
+    record.fCellCounts.emplace_back(first, first + countsPerBin);
+  }
+
+  output.fResults.push_back(std::move(record));
+  try {
+    output.fPairIndex.try_emplace({result.attribute, result.target},
+                                  static_cast<int>(output.fResults.size()) - 1);
+  } catch (...) {
+    output.fResults.pop_back();
+    throw;
+  }
+}
 
 BINOutput::BINOutput() = default;
 
@@ -29,32 +64,12 @@ MCStatus BINOutput::SetAttributeTargetResults(MCStatus status, const std::set<do
                                               double minimum, double maximum, double modelEntropy) {
   if (!IsPair(attributeIndex, targetIndex)) return Error(StatusCode::kNoSuchVariable);
   return MCBinning::Guard([&] {
-    BINAttributeTargetResults record;
-    record.fStatus = status;
-    record.fAttributeIndex = attributeIndex;
-    record.fTargetIndex = targetIndex;
-    record.fCutPoints.assign(cutPoints.begin(), cutPoints.end());
-    record.fNDistinctValues = nDistinctValues;
-    record.fTotalWeight = totalWeight;
-    record.fTotalWeightWithMissing = totalWeightWithMissing;
-    record.fMinimum = minimum;
-    record.fMaximum = maximum;
-    record.fModelEntropy = modelEntropy;
-
-    const std::size_t binCount = cutPoints.size() + 1;
-    const std::size_t countsPerBin = counts.size() / binCount;
-    for (std::size_t bin = 0; bin < binCount; ++bin) {
-      const double* const first = counts.data() + bin * countsPerBin;
-      record.fCellCounts.emplace_back(first, first + countsPerBin);
-    }
-
-    fResults.push_back(std::move(record));
-    try {
-      fPairIndex.try_emplace({attributeIndex, targetIndex}, static_cast<int>(fResults.size()) - 1);
-    } catch (...) {
-      fResults.pop_back();
-      throw;
-    }
+    ResultStore::Append(*this,
+                        {status,
+                         attributeIndex,
+                         targetIndex,
+                         {nDistinctValues, totalWeight, totalWeightWithMissing, minimum, maximum},
+                         {cutPoints, counts, modelEntropy}});
     return MCStatus();
   });
 }

@@ -10,6 +10,10 @@
 #include "../common/mcstatus.h"
 #include "binattributetargetresults.h"
 
+namespace MCBinning {
+class ResultStore;
+}
+
 // The results of a supervised run: a record per attribute/target pair, in the order in
 // which the pairs were run, those that ended with a warning or an error included.
 //
@@ -54,6 +58,8 @@ class MCBINNING_API BINOutput {
                                                   BINAttributeTargetResults& out) const;
 
  private:
+  friend class MCBinning::ResultStore;
+
   std::vector<BINAttributeTargetResults> fResults;
   std::map<std::pair<int, int>, int> fPairIndex;
 };

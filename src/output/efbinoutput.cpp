@@ -5,10 +5,28 @@
 #include "common/guard.h"
 #include "common/statuscodes.h"
 #include "output/displayresults.h"
+#include "output/resultstore.h"
 
+using MCBinning::AttributeResult;
 using MCBinning::Error;
 using MCBinning::MCStatus;
+using MCBinning::ResultStore;
 using MCBinning::StatusCode;
+
+void ResultStore::Append(EFBINOutput& output, const AttributeResult& result) {
+  if (result.attribute < 0) return;
+  BINAttributeResults record;
+  record.fStatus = result.status;
+  record.fAttributeIndex = result.attribute;
+  record.fCutPoints = result.cutPoints;
+  record.fCellCounts = result.binWeights;
+  record.fNDistinctValues = result.totals.distinctValues;
+  record.fTotalWeight = result.totals.weight;
+  record.fTotalWeightWithMissing = result.totals.weightWithMissing;
+  record.fMinimum = result.totals.minimum;
+  record.fMaximum = result.totals.maximum;
+  output.fResults.push_back(std::move(record));
+}
 
 EFBINOutput::EFBINOutput() = default;
 
@@ -21,17 +39,12 @@ MCStatus EFBINOutput::SetAttributeResults(MCStatus status, const std::vector<dou
                                           double maximum) {
   if (attributeIndex < 0) return Error(StatusCode::kNoSuchAttribute);
   return MCBinning::Guard([&] {
-    BINAttributeResults record;
-    record.fStatus = status;
-    record.fAttributeIndex = attributeIndex;
-    record.fCutPoints = cutPoints;
-    record.fCellCounts = binWeights;
-    record.fNDistinctValues = nDistinctValues;
-    record.fTotalWeight = totalWeight;
-    record.fTotalWeightWithMissing = totalWeightWithMissing;
-    record.fMinimum = minimum;
-    record.fMaximum = maximum;
-    fResults.push_back(std::move(record));
+    ResultStore::Append(*this,
+                        {status,
+                         attributeIndex,
+                         {nDistinctValues, totalWeight, totalWeightWithMissing, minimum, maximum},
+                         cutPoints,
+                         binWeights});
     return MCStatus();
   });
 }

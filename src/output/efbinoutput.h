@@ -7,6 +7,10 @@
 #include "../common/mcstatus.h"
 #include "binattributeresults.h"
 
+namespace MCBinning {
+class ResultStore;
+}
+
 // The results of an equal-frequency run: a record per attribute, in the order in which
 // the attributes were run, those that ended with a warning or an error included.
 //
@@ -41,5 +45,7 @@ class MCBINNING_API EFBINOutput {
   MCBinning::MCStatus GetAttributeCutPoints(int attributeIndex, BINAttributeResults& out) const;
 
  private:
+  friend class MCBinning::ResultStore;
+
   std::vector<BINAttributeResults> fResults;
 };

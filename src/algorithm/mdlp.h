@@ -1,0 +1,22 @@
+#pragma once
+
+#include <set>
+#include <vector>
+
+#include "algorithm/splitsearch.h"
+
+namespace MCBinning {
+
+// Recursive splitting by class entropy, stopped by the minimum description length principle:
+// docs/method.md, "Supervised binning".
+
+// What a split costs to describe beyond its position, in bits.
+double SplitCost(const std::vector<double>& left, const std::vector<double>& right,
+                 double parentEntropy);
+
+// Adds the boundaries of all accepted splits of rows first..last (both included) to `cuts`;
+// boundary r belongs to row r.
+void SplitRows(const SplitSearch& search, const std::vector<double>& boundaries, int first,
+               int last, std::set<double>& cuts);
+
+}  // namespace MCBinning

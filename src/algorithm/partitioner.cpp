@@ -1,0 +1,113 @@
+#include "algorithm/partitioner.h"
+
+#include <algorithm>
+#include <cfloat>
+#include <cstddef>
+
+#include "algorithm/binentropy.h"
+#include "algorithm/mdlp.h"
+#include "algorithm/smallbins.h"
+#include "common/statuscodes.h"
+#include "metadata/bindataset.h"
+#include "metadata/casebuffers.h"
+#include "metadata/loadedcases.h"
+
+namespace MCBinning {
+
+Partitioner::Partitioner(BINDataSet& dataSet, bool rightBorderClosed, double smallBinThreshold)
+    : fDataSet(dataSet),
+      fRightBorderClosed(rightBorderClosed),
+      fSmallBinThreshold(smallBinThreshold) {}
+
+MCStatus Partitioner::UseDistinctValues(Partition& partition) const {
+  return LoadedCases::UseBinTable(fDataSet, [&](DistinctBinTable& table) -> MCStatus {
+    const MCStatus status =
+        fDataSet.CreateDistinctBinTable(fRightBorderClosed, table.boundaries, table.weights);
+    if (!status.IsOK()) return status;
+    const SplitSearch search(table.weights, fDataSet.GetNumOfTargetCategories(), fRightBorderClosed,
+                             0, static_cast<int>(table.boundaries.size()) - 1);
+    return PartitionRows(search, table.boundaries, partition);
+  });
+}
+
+MCStatus Partitioner::UseCandidates(std::vector<double>& candidates, Partition& partition) const {
+  RemoveEdge(candidates);
+  std::vector<double> boundaries;
+  boundaries.reserve(candidates.size() + 2);
+  boundaries.push_back(-DBL_MAX);
+  boundaries.insert(boundaries.end(), candidates.begin(), candidates.end());
+  boundaries.push_back(DBL_MAX);
+
+  std::vector<double> table;
+  const MCStatus status = fDataSet.CreateBinTable(&boundaries, fRightBorderClosed, table);
+  if (!status.IsOK()) return status;
+  // One boundary per row: its closed end.
+  if (fRightBorderClosed) {
+    boundaries.erase(boundaries.begin());
+  } else {
+    boundaries.pop_back();
+  }
+  const SplitSearch search(table, fDataSet.GetNumOfTargetCategories(), fRightBorderClosed, 0,
+                           static_cast<int>(boundaries.size()) - 1);
+  return PartitionRows(search, boundaries, partition);
+}
+
+MCStatus Partitioner::UsePercentiles(const PercentileCuts& percentiles,
+                                     Partition& partition) const {
+  std::vector<double> candidates;
+  std::vector<double> unusedWeights;
+  const bool areCut = LoadedCases::VisitSupervised(fDataSet, [&](const auto& cases) {
+    return percentiles.Find(cases, fDataSet.GetTotalweight(), candidates, unusedWeights);
+  });
+  return areCut ? UseCandidates(candidates, partition) : MCStatus();
+}
+
+// The candidate at the edge of the values separates nothing.
+void Partitioner::RemoveEdge(std::vector<double>& candidates) const {
+  if (candidates.empty()) return;
+  if (fRightBorderClosed) {
+    if (candidates.back() == fDataSet.GetMaximum()) candidates.pop_back();
+  } else {
+    if (candidates.front() == fDataSet.GetMinimum()) candidates.erase(candidates.begin());
+  }
+}
+
+MCStatus Partitioner::PartitionRows(const SplitSearch& search,
+                                    const std::vector<double>& boundaries,
+                                    Partition& partition) const {
+  const std::size_t categoryCount = search.GetCategoryCount();
+  std::set<double> cuts;
+  SplitRows(search, boundaries, 0, static_cast<int>(boundaries.size()) - 1, cuts);
+  std::vector<double> counts = CountBins(search, boundaries, cuts);
+  if (fSmallBinThreshold > 0.0 && cuts.size() >= 2) {
+    MergeSmallBins(fSmallBinThreshold, categoryCount, counts, cuts);
+  }
+  partition.modelEntropy = ModelEntropy(counts, categoryCount, fDataSet.GetTotalweight());
+  partition.counts = std::move(counts);
+  partition.cuts = std::move(cuts);
+  return partition.cuts.empty() ? Warning(StatusCode::kNoCutAccepted) : MCStatus();
+}
+
+std::vector<double> Partitioner::CountBins(const SplitSearch& search,
+                                           const std::vector<double>& boundaries,
+                                           const std::set<double>& cuts) const {
+  const int rowCount = static_cast<int>(boundaries.size());
+  std::vector<double> bin(search.GetCategoryCount() + 1);
+  std::vector<double> counts;
+  counts.reserve(bin.size() * (cuts.size() + 1));
+  int first = 0;
+  const auto countUpTo = [&](int end) {
+    search.SumRows(first, end - 1, bin);
+    counts.insert(counts.end(), bin.begin(), bin.end());
+    first = end;
+  };
+  for (const double cut : cuts) {
+    const auto row = std::find(boundaries.begin() + first, boundaries.end(), cut);
+    const int cutRow = static_cast<int>(row - boundaries.begin());
+    countUpTo(std::min(fRightBorderClosed ? cutRow + 1 : cutRow, rowCount));
+  }
+  countUpTo(rowCount);
+  return counts;
+}
+
+}  // namespace MCBinning

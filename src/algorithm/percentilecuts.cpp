@@ -1,0 +1,74 @@
+#include "algorithm/percentilecuts.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "algorithm/binefpreprocess.h"
+#include "algorithm/percentilescan.h"
+#include "metadata/casebuffers.h"
+
+namespace MCBinning {
+
+namespace {
+
+// Drops every bin without weight, and the cut point above it (below it for the last bin). A last
+// bin so light beside the others that it vanished in the sum has no weight at all.
+void RemoveEmptyBins(std::vector<double>& cutPoints, std::vector<double>& binWeights) {
+  binWeights.resize(cutPoints.size() + 1, 0.0);
+  std::vector<double> keptCuts;
+  std::vector<double> keptWeights;
+  for (std::size_t i = 0; i < cutPoints.size(); ++i) {
+    if (binWeights[i] == 0.0) continue;
+    keptCuts.push_back(cutPoints[i]);
+    keptWeights.push_back(binWeights[i]);
+  }
+  const double lastWeight = binWeights[cutPoints.size()];
+  if (lastWeight == 0.0 && !keptCuts.empty()) {
+    keptCuts.pop_back();
+  } else {
+    keptWeights.push_back(lastWeight);
+  }
+  cutPoints.swap(keptCuts);
+  binWeights.swap(keptWeights);
+}
+
+}  // namespace
+
+PercentileCuts::PercentileCuts(const BINEFPreProcess& preProcess)
+    : fBinCount(preProcess.fNumBins), fRightBorderClosed(preProcess.fRightBorderClosed) {}
+
+template <typename Case>
+bool PercentileCuts::Find(const std::vector<Case>& cases, double totalWeight,
+                          std::vector<double>& cutPoints, std::vector<double>& binWeights) const {
+  if (fBinCount < 1 || cases.empty() || totalWeight <= 0.0) return false;
+
+  const double step = 100.0 / fBinCount;
+  PercentileScan<Case> scan(cases, fRightBorderClosed, totalWeight);
+  for (int k = 0; k < fBinCount; ++k) {
+    const double value = scan.Next(std::min(step * (k + 1), 100.0), cutPoints, binWeights);
+    // The last step is made for its bin weight alone.
+    if (k < fBinCount - 1 && (k == 0 || value != cutPoints.back())) cutPoints.push_back(value);
+  }
+  if (kHasTarget<Case>) return true;
+
+  if (fRightBorderClosed) {
+    if (!cutPoints.empty() && cutPoints.back() == cases.back().value) cutPoints.pop_back();
+  } else if (!cutPoints.empty() && cutPoints.front() == cases.front().value) {
+    cutPoints.erase(cutPoints.begin());
+    if (!binWeights.empty()) binWeights.erase(binWeights.begin());
+  }
+  if (cutPoints.empty() && binWeights.empty()) binWeights.push_back(totalWeight);
+  RemoveEmptyBins(cutPoints, binWeights);
+  return true;
+}
+
+template bool PercentileCuts::Find(const std::vector<BINDataTuple>&, double, std::vector<double>&,
+                                   std::vector<double>&) const;
+template bool PercentileCuts::Find(const std::vector<EFBINDataTuple>&, double, std::vector<double>&,
+                                   std::vector<double>&) const;
+template bool PercentileCuts::Find(const std::vector<UnweightedCase>&, double, std::vector<double>&,
+                                   std::vector<double>&) const;
+template bool PercentileCuts::Find(const std::vector<UnweightedEFCase>&, double,
+                                   std::vector<double>&, std::vector<double>&) const;
+
+}  // namespace MCBinning

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <vector>
+
+class BINEFPreProcess;
+
+namespace MCBinning {
+
+// Cuts sorted cases of any kind at weighted percentiles, as BINEFPreProcess does for tuples.
+class PercentileCuts {
+ public:
+  explicit PercentileCuts(const BINEFPreProcess& preProcess);
+
+  // See BINEFPreProcess::FindCutPts().
+  template <typename Case>
+  bool Find(const std::vector<Case>& cases, double totalWeight, std::vector<double>& cutPoints,
+            std::vector<double>& binWeights) const;
+
+ private:
+  int fBinCount;
+  bool fRightBorderClosed;
+};
+
+}  // namespace MCBinning

@@ -1,0 +1,98 @@
+#include "algorithm/percentilescan.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "common/missing.h"
+#include "metadata/casebuffers.h"
+
+namespace MCBinning {
+
+namespace {
+
+constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
+
+// False when either is infinite, a NaN, or both are 0.
+bool IsRelativelyEqual(double a, double b) { return std::fabs(a - b) / std::max(a, b) < kEpsilon; }
+
+}  // namespace
+
+template <typename Case>
+double PercentileScan<Case>::Next(double percent, const std::vector<double>& cutPoints,
+                                  std::vector<double>& binWeights) {
+  const bool isFinalPercent = std::fabs(percent - 100.0) <= 100.0 * kEpsilon;
+  const double target = isFinalPercent ? fTotalWeight : fTotalWeight * percent / 100.0;
+
+  const double currentValue = fCases[fState.position == 0 ? 0 : fState.position - 1].value;
+  if (target <= fState.weight && !cutPoints.empty() && currentValue == cutPoints.back()) {
+    return currentValue;
+  }
+
+  Step step{target, fState.position, fState.weight, 0.0, MCMV::Missing(), MCMV::Missing(), false};
+  Advance(step);
+  if (!kHasTarget<Case>) {
+    if (fRightBorderClosed) {
+      AppendWeightsRightClosed(step, binWeights);
+    } else {
+      AppendWeightsRightOpen(step, binWeights);
+    }
+  }
+  fState.weight = step.isExact ? step.weightBefore : step.weight;
+  fState.position = step.isExact ? step.position - 1 : step.position;
+  fState.previousWeight = step.weightBefore;
+  return step.isExact ? (step.valueBelow + step.value) / 2.0 : step.value;
+}
+
+template <typename Case>
+void PercentileScan<Case>::Advance(Step& step) const {
+  while (step.position < fCases.size() &&
+         (step.target > step.weight || IsRelativelyEqual(step.target, step.weight))) {
+    step.value = fCases[step.position].value;
+    step.weightBefore = step.weight;
+    if (IsRelativelyEqual(step.weight, step.target)) {
+      step.isExact = true;
+      step.valueBelow = fCases[step.position - 1].value;
+      ++step.position;
+      return;
+    }
+    do {
+      step.weight += fCases[step.position].weight;
+      ++step.position;
+    } while (step.position < fCases.size() && fCases[step.position].value == step.value);
+  }
+}
+
+template <typename Case>
+void PercentileScan<Case>::AppendWeightsRightClosed(const Step& step,
+                                                    std::vector<double>& binWeights) const {
+  if (step.target == fTotalWeight) {
+    binWeights.push_back(step.weight - fState.weight);
+  } else if (step.weight <= step.target) {
+    if (step.weightBefore != 0.0) binWeights.push_back(step.weightBefore - fState.weight);
+  } else {
+    binWeights.push_back((step.isExact ? step.weightBefore : step.weight) - fState.weight);
+  }
+}
+
+template <typename Case>
+void PercentileScan<Case>::AppendWeightsRightOpen(const Step& step,
+                                                  std::vector<double>& binWeights) const {
+  const bool isLast = step.target == fTotalWeight;
+  if (step.weightBefore == 0.0) {
+    const bool isAtStart = fState.position == 0;
+    binWeights.push_back(!step.isExact && isAtStart ? 0.0 : step.weight);
+    return;
+  }
+  binWeights.push_back((isLast ? step.weight : step.weightBefore) - fState.previousWeight);
+  if (!isLast && step.weight == fTotalWeight) {
+    binWeights.push_back(step.weight - step.weightBefore);
+  }
+}
+
+template class PercentileScan<BINDataTuple>;
+template class PercentileScan<EFBINDataTuple>;
+template class PercentileScan<UnweightedCase>;
+template class PercentileScan<UnweightedEFCase>;
+
+}  // namespace MCBinning
