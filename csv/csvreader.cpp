@@ -1,7 +1,6 @@
 #include "csv/csvreader.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -189,11 +188,7 @@ void CsvReader::Refill() {
   MakeRoom();
   const std::size_t room = fCapacity - static_cast<std::size_t>(fEnd - fBuffer.get());
   const bool atStart = fBytesRead == 0;
-  ssize_t got = -1;
-  do {
-    InputStream::WaitForInput(fFile);
-    got = read(fFile, fEnd, room);
-  } while (got < 0 && errno == EINTR);
+  const ssize_t got = InputStream::Read(fFile, fEnd, room);
   if (got < 0)
     throw MCBinModel::Refusal(fmt::format("{}: cannot read: {}", fName, std::strerror(errno)));
 

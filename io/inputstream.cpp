@@ -30,16 +30,13 @@ InputStream::InputStream(const std::string& path, const char* expected)
   if (fIsRegularFile) fSize = static_cast<std::uint64_t>(status.st_size);
 }
 
-// Waits in short steps: a signal that comes just before a wait would not end that wait.
-void InputStream::WaitForInput(int file) {
-  constexpr int kStepMilliseconds = 200;
-  pollfd input = {file, POLLIN, 0};
-  for (;;) {
-    Interrupt::ThrowIfRequested();
-    const int ready = poll(&input, 1, kStepMilliseconds);
-    const bool failed = ready < 0 && errno != EINTR;  // the read will tell why
-    if (ready > 0 || failed) return;
-  }
+ssize_t InputStream::Read(int file, char* to, std::size_t room) {
+  ssize_t got = -1;
+  do {
+    Interrupt::WaitFor(file, POLLIN);
+    got = read(file, to, room);
+  } while (got < 0 && (errno == EINTR || errno == EAGAIN));
+  return got;
 }
 
 }  // namespace MCBin

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <sys/types.h>
+
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -23,9 +26,9 @@ class InputStream {
   bool IsRegularFile() const { return fIsRegularFile; }
   std::uint64_t GetSize() const { return fSize; }
 
-  // Waits until a read would not block, or the end is reached. Throws Interrupt::Requested;
-  // a read alone would miss a signal that comes just before it.
-  static void WaitForInput(int file);
+  // Reads what there is, at least a byte, and waits for it; 0 at the end, -1 with errno set when
+  // that fails. Throws Interrupt::Requested.
+  static ssize_t Read(int file, char* to, std::size_t room);
 
  private:
   std::string fName;

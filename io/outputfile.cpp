@@ -2,10 +2,13 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -13,54 +16,151 @@
 
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
+#include "io/interrupt.h"
+#include "io/leftovers.h"
 #include "io/writeall.h"
 
 namespace MCBin {
 
+namespace {
+
 namespace fs = std::filesystem;
 
+constexpr std::string_view kNameStart = ".mcbin-";
+constexpr std::string_view kNameEnd = ".tmp";
+constexpr std::size_t kRandomDigits = 16;
+
+// A name that was never given before: a number of 64 bits without meaning.
+std::string MakeName() {
+  std::uint64_t number = 0;
+  while (getrandom(&number, sizeof number, 0) < 0 && errno == EINTR) Interrupt::ThrowIfRequested();
+  return fmt::format("{}{:016x}{}", kNameStart, number, kNameEnd);
+}
+
+bool IsOurName(std::string_view name) {
+  if (name.size() != kNameStart.size() + kRandomDigits + kNameEnd.size()) return false;
+  const std::string_view digits = name.substr(kNameStart.size(), kRandomDigits);
+  return name.substr(0, kNameStart.size()) == kNameStart &&
+         name.substr(name.size() - kNameEnd.size()) == kNameEnd &&
+         digits.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+}
+
+// Nothing but a regular file of this user is opened, as opening can have effects of its own.
+void RemoveIfLeft(int directory, const char* name) {
+  struct stat status = {};
+  const bool isOurs = fstatat(directory, name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+                      S_ISREG(status.st_mode) && status.st_uid == geteuid();
+  if (!isOurs) return;
+  const FileDescriptor file(openat(directory, name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (file.IsOpen() && IsOwnerGone(file.Get())) unlinkat(directory, name, 0);
+}
+
+void RemoveLeftovers(const std::string& directoryPath) {
+  const FileDescriptor directory(open(directoryPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  for (const std::string& name : NamesIn(directory.Get())) {
+    if (IsOurName(name)) RemoveIfLeft(directory.Get(), name.c_str());
+  }
+}
+
+// Where symbolic links lead, also to what is not there. A ring of them stays one.
+std::string FollowLinks(fs::path path) {
+  constexpr int kMostLinks = 40;
+  for (int link = 0; link < kMostLinks; ++link) {
+    std::error_code isNoLink;
+    const fs::path target = fs::read_symlink(path, isNoLink);
+    if (isNoLink) break;
+    path = path.parent_path() / target;
+  }
+  return path.string();
+}
+
+// What was written is on the disk. Some file systems do that without being asked.
+bool Flush(int file) {
+  while (fsync(file) != 0) {
+    if (errno == EINVAL) return true;
+    if (errno != EINTR) return false;
+    Interrupt::ThrowIfRequested();
+  }
+  return true;
+}
+
+// A directory that may not be read cannot be opened for that: the system will see to it.
+bool FlushDirectory(const std::string& path) {
+  const FileDescriptor directory(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  return !directory.IsOpen() || Flush(directory.Get());
+}
+
+}  // namespace
+
 OutputFile::OutputFile(const std::string& path) : fPath(path) {
-  std::error_code ignored;
-  const fs::file_status status = fs::status(path, ignored);
-  if (fs::is_directory(status)) {
+  struct stat status = {};
+  const bool exists = stat(path.c_str(), &status) == 0;
+  if (exists && S_ISDIR(status.st_mode)) {
     throw MCBinModel::Refusal(
         fmt::format("{}: this is a directory; give a file name", MCBinModel::QuotedText(path)));
   }
-  if (fs::exists(status) && !fs::is_regular_file(status)) {
-    fFile.Reset(open(path.c_str(), O_WRONLY | O_CLOEXEC));
+  if (exists && !S_ISREG(status.st_mode)) {
+    do {  // a named pipe that nobody reads is waited for
+      Interrupt::ThrowIfRequested();
+      fFile.Reset(open(path.c_str(), O_WRONLY | O_CLOEXEC));
+    } while (!fFile.IsOpen() && errno == EINTR);
     if (!fFile.IsOpen()) Fail("cannot open it");
     return;
   }
-  if (fs::exists(status)) fPath = fs::canonical(path, ignored).string();
+  const bool canBeMade = !path.empty() && errno == ENOENT;
+  if (!exists && !canBeMade) Fail("cannot write it");
 
-  const fs::path target(fPath);
-  const std::string name = fmt::format(".{}.{}.tmp", target.filename().string(), getpid());
-  const std::string temporary = (target.parent_path() / name).string();
-  fFile.Reset(open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-  if (!fFile.IsOpen()) Fail("cannot write it");
-  fTemporaryPath = temporary;
-  // As private as the file that it replaces.
-  if (fs::exists(status)) fchmod(fFile.Get(), static_cast<mode_t>(status.permissions()));
+  if (exists) fReplacedMode = status.st_mode & 07777;
+  fPath = FollowLinks(path);
+  const std::string parent = fs::path(fPath).parent_path().string();
+  fDirectory = parent.empty() ? "." : parent;
+  RemoveLeftovers(fDirectory);
+  MakeTemporary();  // whether that can be shows now; the name itself is not needed yet
+  RemoveTemporary();
+  fFile.Close();
 }
 
-OutputFile::~OutputFile() {
+void OutputFile::Write(std::string_view text) {
+  if (!fFile.IsOpen()) MakeTemporary();
+  if (!WriteAll(fFile.Get(), text)) Fail("cannot write it");
+}
+
+void OutputFile::Commit() {
+  const bool isWrittenDirectly = fTemporaryPath.empty();
+  if (!isWrittenDirectly && !Flush(fFile.Get())) Fail("cannot write it");
+  // Keeps the lock until the file has its own name.
+  const FileDescriptor lock(fcntl(fFile.Get(), F_DUPFD_CLOEXEC, 0));
+  if (!fFile.Close()) Fail("cannot write it");
+  if (isWrittenDirectly) return;
+
+  Interrupt::ThrowIfRequested();
+  if (std::rename(fTemporaryPath.c_str(), fPath.c_str()) != 0) Fail("cannot rename the new file");
+  fTemporaryPath.clear();
+  if (!FlushDirectory(fDirectory)) Fail("it is written, but may be gone after a power failure");
+}
+
+// As private from the beginning as the file that it replaces.
+void OutputFile::MakeTemporary() {
+  do {
+    fTemporaryPath = fmt::format("{}/{}", fDirectory, MakeName());
+    fFile.Reset(open(fTemporaryPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC,
+                     fReplacedMode ? 0600 : 0666));
+    if (!fFile.IsOpen()) {
+      fTemporaryPath.clear();
+      Fail("cannot write it");
+    }
+  } while (!LockAsOwner(fFile.Get()));
+  if (fReplacedMode) fchmod(fFile.Get(), *fReplacedMode);
+}
+
+void OutputFile::RemoveTemporary() {
   if (!fTemporaryPath.empty()) unlink(fTemporaryPath.c_str());
+  fTemporaryPath.clear();
 }
 
 void OutputFile::Fail(const char* what) const {
   throw MCBinModel::Refusal(
       fmt::format("{}: {}: {}", MCBinModel::PrintableText(fPath), what, std::strerror(errno)));
-}
-
-void OutputFile::Write(std::string_view text) {
-  if (!WriteAll(fFile.Get(), text)) Fail("cannot write it");
-}
-
-void OutputFile::Commit() {
-  if (!fFile.Close()) Fail("cannot write it");
-  if (fTemporaryPath.empty()) return;
-  if (std::rename(fTemporaryPath.c_str(), fPath.c_str()) != 0) Fail("cannot rename the new file");
-  fTemporaryPath.clear();
 }
 
 }  // namespace MCBin

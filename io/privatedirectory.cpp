@@ -1,9 +1,7 @@
 #include "io/privatedirectory.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,12 +10,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string_view>
-#include <vector>
 
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
+#include "io/leftovers.h"
 
 namespace MCBin {
 
@@ -54,23 +51,6 @@ bool IsOurName(std::string_view name) {
                      [](unsigned char letter) { return std::isalnum(letter) != 0; });
 }
 
-// The names in an open directory but "." and ".."; none when it cannot be read.
-std::vector<std::string> NamesIn(int directory) {
-  std::vector<std::string> names;
-  // A descriptor of its own: reading moves the position of the one it is given.
-  FileDescriptor copy(openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  const auto closeStream = [](DIR* stream) { closedir(stream); };
-  const std::unique_ptr<DIR, decltype(closeStream)> stream(
-      copy.IsOpen() ? fdopendir(copy.Get()) : nullptr, closeStream);
-  if (!stream) return names;
-  copy.Release();
-  while (const dirent* const entry = readdir(stream.get())) {
-    const std::string name = entry->d_name;
-    if (name != "." && name != "..") names.push_back(name);
-  }
-  return names;
-}
-
 int OpenDirectory(int parent, const char* name) {
   return openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
 }
@@ -97,7 +77,7 @@ void RemoveIfLeft(int parent, const char* name) {
   const FileDescriptor lock(
       openat(directory.Get(), kLockName, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   if (lock.IsOpen()) {
-    if (flock(lock.Get(), LOCK_EX | LOCK_NB) == 0) Remove(parent, name, directory.Get());
+    if (IsOwnerGone(lock.Get())) Remove(parent, name, directory.Get());
   } else if (errno == ENOENT) {
     unlinkat(parent, name, AT_REMOVEDIR);
   }
@@ -105,18 +85,9 @@ void RemoveIfLeft(int parent, const char* name) {
 
 void RemoveLeftovers(const std::string& parentPath) {
   const FileDescriptor parent(open(parentPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!parent.IsOpen()) return;
   for (const std::string& name : NamesIn(parent.Get())) {
     if (IsOurName(name)) RemoveIfLeft(parent.Get(), name.c_str());
   }
-}
-
-// Whether this process has the lock now. Where the file system knows no locks, nobody will get
-// this one and remove the directory, so there it counts as locked.
-bool Lock(int file) {
-  struct stat status = {};
-  return (flock(file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) &&
-         fstat(file, &status) == 0 && status.st_nlink > 0;
 }
 
 }  // namespace
@@ -144,7 +115,7 @@ bool PrivateDirectory::Make(const std::string& parent) {
     rmdir(path.c_str());
     Refuse(parent, error);
   }
-  if (!Lock(fLock.Get())) return false;
+  if (!LockAsOwner(fLock.Get())) return false;
   fPath = path;
   return true;
 }

@@ -1,7 +1,6 @@
 #include "io/readall.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
@@ -35,9 +34,7 @@ InputText ReadAll(const std::string& path, char first, const char* expected) {
   InputText all{input.GetName(), {}};
   std::vector<char> chunk(kChunkBytes);
   for (;;) {
-    InputStream::WaitForInput(input.Get());
-    const ssize_t got = read(input.Get(), chunk.data(), chunk.size());
-    if (got < 0 && errno == EINTR) continue;
+    const ssize_t got = InputStream::Read(input.Get(), chunk.data(), chunk.size());
     if (got < 0) {
       throw MCBinModel::Refusal(fmt::format("{}: cannot read: {}", all.name, std::strerror(errno)));
     }

@@ -5,7 +5,7 @@
 namespace MCBin {
 
 // Writes all of `text` to an open file; false, with errno set, when that fails.
-// Throws Interrupt::Requested when a signal interrupts a write that waits.
+// Throws Interrupt::Requested; it looks after every write, however slow the reader is.
 bool WriteAll(int file, std::string_view text);
 
 }  // namespace MCBin

@@ -1,14 +1,12 @@
 #include "cli/commands/applycommand.h"
 
-#include <fmt/format.h>
 #include <unistd.h>
-
-#include <cstdio>
 
 #include "binmodel/model/resultselection.h"
 #include "cli/commands/binfileinput.h"
-#include "cli/options/usageerror.h"
+#include "cli/commands/commandfiles.h"
 #include "cli/terminal/exitcode.h"
+#include "cli/terminal/notes.h"
 #include "cli/terminal/progressbar.h"
 #include "cli/terminal/resultstream.h"
 #include "csv/binwriter.h"
@@ -25,15 +23,13 @@ namespace {
 void CopyRecords(CsvReader& reader, BinWriter& writer, ResultStream& out, ProgressBar& progress) {
   RecordPass pass(reader, progress);
   while (!out.IsReaderGone() && pass.Next()) out.Write(writer.WriteRecord(reader));
-  out.Flush();
+  out.Close();
 }
 
 }  // namespace
 
 int ApplyCommand(const ApplyOptions& options) {
-  if (options.binFile == "-" && options.input == "-") {
-    throw UsageError("the bin file and the data cannot both come from standard input");
-  }
+  CheckFiles({{"the bin file", options.binFile}, {"the data", options.input}}, {});
   const bool outputIsTerminal = isatty(STDOUT_FILENO) == 1;
   ResultStream out;
   const MCBinModel::BinModel model = LoadBinFile(options.binFile);
@@ -53,9 +49,7 @@ int ApplyCommand(const ApplyOptions& options) {
   out.Write(writer.WriteHeader(reader));
   CopyRecords(reader, writer, out, progress);
   progress.Finish();
-  if (!options.quiet) {
-    for (const std::string& note : writer.GetNotes()) fmt::print(stderr, "mcbin: {}\n", note);
-  }
+  if (!options.quiet) PrintNotes(writer.GetNotes());
   return kExitDone;
 }
 

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <cstdio>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,8 +10,9 @@
 #include "binmodel/model/resultselection.h"
 #include "binmodel/report/evaluationreport.h"
 #include "cli/commands/binfileinput.h"
-#include "cli/options/usageerror.h"
+#include "cli/commands/commandfiles.h"
 #include "cli/terminal/exitcode.h"
+#include "cli/terminal/notes.h"
 #include "cli/terminal/progressbar.h"
 #include "cli/terminal/resultstream.h"
 #include "csv/columnnames.h"
@@ -36,24 +36,22 @@ std::optional<ColumnRequest> FindWeight(const EvaluateOptions& options,
                        KindRequest::kDetect, true,  {}};
 }
 
-void PrintNotes(const MCBinModel::Recount& recount) {
+void PrintCounts(const MCBinModel::Recount& recount) {
   const MCBinModel::DroppedRecords& dropped = recount.dropped;
   if (dropped.GetTotal() > 0) {
-    fmt::print(stderr,
-               "mcbin: {} of {} records dropped for their weight ({} missing, {} zero, {} rounded "
-               "to zero)\n",
-               dropped.GetTotal(), recount.recordCount, dropped.missing, dropped.zero,
-               dropped.roundedToZero);
+    PrintNote(
+        fmt::format("{} of {} records dropped for their weight ({} missing, {} zero, {} rounded "
+                    "to zero)",
+                    dropped.GetTotal(), recount.recordCount, dropped.missing, dropped.zero,
+                    dropped.roundedToZero));
   }
-  for (const std::string& note : recount.notes) fmt::print(stderr, "mcbin: {}\n", note);
+  PrintNotes(recount.notes);
 }
 
 }  // namespace
 
 int EvaluateCommand(const EvaluateOptions& options) {
-  if (options.binFile == "-" && options.input == "-") {
-    throw UsageError("the bin file and the data cannot both come from standard input");
-  }
+  CheckFiles({{"the bin file", options.binFile}, {"the data", options.input}}, {});
   ResultStream out;
   const MCBinModel::BinModel model = LoadBinFile(options.binFile);
   const std::vector<std::size_t> results =
@@ -80,8 +78,9 @@ int EvaluateCommand(const EvaluateOptions& options) {
   const MCBinModel::Recount recount =
       MCBinModel::CountAgain(model, results, names, counted, missingTexts, reader, progress);
   progress.Finish();
-  if (!options.quiet) PrintNotes(recount);
+  if (!options.quiet) PrintCounts(recount);
   MCBinModel::WriteEvaluationReport(model, recount, input.GetName(), out);
+  out.Close();
   return kExitDone;
 }
 

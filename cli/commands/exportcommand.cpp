@@ -1,20 +1,16 @@
 #include "cli/commands/exportcommand.h"
 
-#include <fmt/format.h>
-
-#include <cstdio>
-#include <filesystem>
-#include <system_error>
+#include <string>
 #include <vector>
 
 #include "binmodel/export/exportmodel.h"
 #include "binmodel/export/pmmlexport.h"
 #include "binmodel/export/pythonexport.h"
 #include "binmodel/export/sqlexport.h"
-#include "binmodel/text/displaytext.h"
 #include "cli/commands/binfileinput.h"
-#include "cli/options/usageerror.h"
+#include "cli/commands/commandfiles.h"
 #include "cli/terminal/exitcode.h"
+#include "cli/terminal/notes.h"
 #include "cli/terminal/resultstream.h"
 #include "io/outputfile.h"
 
@@ -37,33 +33,22 @@ std::string MakeText(const MCBinModel::ExportOptions& options, std::vector<std::
   return MCBinModel::WritePython(exported);
 }
 
-void CheckOutput(const MCBinModel::ExportOptions& options) {
-  std::error_code ignored;
-  if (!options.output || !std::filesystem::equivalent(options.binFile, *options.output, ignored)) {
-    return;
-  }
-  throw UsageError(fmt::format("--output {}: this is the bin file, which would be overwritten",
-                               MCBinModel::QuotedText(*options.output)));
-}
-
 }  // namespace
 
 int ExportCommand(const MCBinModel::ExportOptions& options) {
+  CheckFiles({{"the bin file", options.binFile}}, {{"--output", options.output}});
   ResultStream out;
-  CheckOutput(options);
   std::vector<std::string> notes;
   const std::string text = MakeText(options, notes);
   if (!options.output || *options.output == "-") {
-    out.Write(text);
-    out.Flush();
+    out.WriteContent(text);
+    out.Close();
   } else {
     OutputFile file(*options.output);
     file.Write(text);
     file.Commit();
   }
-  if (!options.quiet) {
-    for (const std::string& note : notes) fmt::print(stderr, "mcbin: {}\n", note);
-  }
+  if (!options.quiet) PrintNotes(notes);
   return kExitDone;
 }
 

@@ -1,16 +1,11 @@
 #include "cli/commands/reportcommand.h"
 
-#include <fmt/format.h>
-
-#include <filesystem>
 #include <optional>
 #include <string>
-#include <system_error>
 
 #include "binmodel/report/htmlreport.h"
-#include "binmodel/text/displaytext.h"
 #include "cli/commands/binfileinput.h"
-#include "cli/options/usageerror.h"
+#include "cli/commands/commandfiles.h"
 #include "cli/terminal/exitcode.h"
 #include "cli/terminal/resultstream.h"
 #include "io/outputfile.h"
@@ -18,11 +13,7 @@
 namespace MCBin {
 
 int ReportCommand(const ReportOptions& options) {
-  std::error_code ignored;
-  if (std::filesystem::equivalent(options.binFile, options.output, ignored)) {
-    throw UsageError(fmt::format("--output {}: this is the bin file, which would be overwritten",
-                                 MCBinModel::QuotedText(options.output)));
-  }
+  CheckFiles({{"the bin file", options.binFile}}, {{"--output", options.output}});
   ResultStream out;
   std::optional<OutputFile> file;
   if (options.output != "-") file.emplace(options.output);
@@ -32,8 +23,8 @@ int ReportCommand(const ReportOptions& options) {
     file->Write(report);
     file->Commit();
   } else {
-    out.Write(report);
-    out.Flush();
+    out.WriteContent(report);
+    out.Close();
   }
   return kExitDone;
 }

@@ -4,11 +4,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <filesystem>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -18,9 +15,10 @@
 #include "binmodel/report/textreport.h"
 #include "binmodel/report/textstyle.h"
 #include "binmodel/run/componentrun.h"
-#include "binmodel/text/displaytext.h"
+#include "cli/commands/commandfiles.h"
 #include "cli/options/usageerror.h"
 #include "cli/terminal/exitcode.h"
+#include "cli/terminal/notes.h"
 #include "cli/terminal/progressbar.h"
 #include "cli/terminal/resultstream.h"
 #include "csv/columnnames.h"
@@ -36,19 +34,14 @@ namespace MCBin {
 
 namespace {
 
-void PrintNotes(const std::vector<std::string>& notes, bool quiet) {
-  if (quiet) return;
-  for (const std::string& note : notes) fmt::print(stderr, "mcbin: {}\n", note);
-}
-
 void PrintCounts(const MCBinModel::BinModel& model) {
   const MCBinModel::DroppedRecords& dropped = model.source.dropped;
-  fmt::print(stderr, "mcbin: {} records read", model.source.recordCount);
+  std::string note = fmt::format("{} records read", model.source.recordCount);
   if (dropped.GetTotal() > 0) {
-    fmt::print(stderr, ", {} dropped for their weight ({} missing, {} zero, {} rounded to zero)",
-               dropped.GetTotal(), dropped.missing, dropped.zero, dropped.roundedToZero);
+    note += fmt::format(", {} dropped for their weight ({} missing, {} zero, {} rounded to zero)",
+                        dropped.GetTotal(), dropped.missing, dropped.zero, dropped.roundedToZero);
   }
-  fmt::print(stderr, "\n");
+  PrintNote(note);
 }
 
 // The pass over the file and the component's run. All temporary files are gone when it
@@ -70,7 +63,7 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
   progress.Finish();
   const InputVariables variables =
       MakeInputVariables(input.GetName(), requests, scan, options.rounding, notes);
-  PrintNotes(notes, options.quiet);
+  if (!options.quiet) PrintNotes(notes);
 
   MCBinModel::ComponentRun run{options.settings,       options.jobs,        variables,
                                std::move(scan.values), directory.GetPath(), progress};
@@ -97,25 +90,21 @@ class RunOutput {
     if (options.reportFile) fReportFile.emplace(*options.reportFile);
   }
 
+  // Both files are whole before either of them replaces another.
   void Write(const MCBinModel::BinModel& model) {
-    WriteFile(fReportFile, [&] { return MCBinModel::WriteHtmlReport(model, 0.0); });
-    WriteFile(fJsonFile, [&] { return MCBinModel::WriteBinFile(model); });
-    if (!fJsonOnly) {
+    if (fReportFile) fReportFile->Write(MCBinModel::WriteHtmlReport(model, 0.0));
+    if (fJsonFile) fJsonFile->Write(MCBinModel::WriteBinFile(model));
+    if (fReportFile) fReportFile->Commit();
+    if (fJsonFile) fJsonFile->Commit();
+    if (fJsonOnly) {
+      fOut.WriteContent(MCBinModel::WriteBinFile(model));
+    } else {
       MCBinModel::WriteTextReport(model, fStyle, fOut);
-      return;
     }
-    fOut.Write(MCBinModel::WriteBinFile(model));
-    fOut.Flush();
+    fOut.Close();
   }
 
  private:
-  template <typename MakeContent>
-  static void WriteFile(std::optional<OutputFile>& file, MakeContent makeContent) {
-    if (!file) return;
-    file->Write(makeContent());
-    file->Commit();
-  }
-
   const MCBinModel::TextStyle fStyle;  // before standard output is taken
   const bool fJsonOnly;
   ResultStream fOut;
@@ -123,34 +112,22 @@ class RunOutput {
   std::optional<OutputFile> fReportFile;
 };
 
-void CheckIsNotInput(const RunOptions& options, const char* flag,
-                     const std::optional<std::string>& file) {
-  std::error_code ignored;
-  if (file && std::filesystem::equivalent(options.input, *file, ignored)) {
-    throw UsageError(fmt::format("{} {}: this is the input, which would be overwritten", flag,
-                                 MCBinModel::QuotedText(*file)));
-  }
-}
-
 // What would surprise the user before anything is read.
-void CheckFiles(const RunOptions& options) {
-  CheckIsNotInput(options, "--json", options.jsonFile);
-  CheckIsNotInput(options, "--report", options.reportFile);
+void CheckBeforeReading(const RunOptions& options) {
   if (options.reportFile == "-") {
     throw UsageError("--report: give a file; 'mcbin report' writes to standard output");
   }
-  if (options.reportFile && options.reportFile == options.jsonFile) {
-    throw UsageError("--json and --report name the same file");
-  }
+  CheckFiles({{"the input", options.input}},
+             {{"--json", options.jsonFile}, {"--report", options.reportFile}});
   if (options.input == "-" && isatty(STDIN_FILENO) == 1 && !options.quiet) {
-    fmt::print(stderr, "mcbin: reading CSV text from the terminal; end it with Ctrl-D\n");
+    PrintNote("reading CSV text from the terminal; end it with Ctrl-D");
   }
 }
 
 }  // namespace
 
 int RunCommand(const RunOptions& options) {
-  CheckFiles(options);
+  CheckBeforeReading(options);
   RunOutput output(options);
   const MCBinModel::BinModel model = MakeBins(options);
   if (!options.quiet) PrintCounts(model);

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <cstdio>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -17,6 +16,7 @@
 #include "cli/options/usageerror.h"
 #include "cli/shell/helpformatter.h"
 #include "cli/terminal/exitcode.h"
+#include "cli/terminal/notes.h"
 #include "cli/terminal/resultstream.h"
 
 namespace MCBin {
@@ -47,7 +47,7 @@ std::string DescribeProblem(const CLI::App& app, const char* firstArgument,
 int Print(const std::string& text) {
   ResultStream out;
   out.Write(text);
-  out.Flush();
+  out.Close();
   return kExitDone;
 }
 
@@ -78,10 +78,10 @@ CommandLine ParseCommandLine(int argc, const char* const* argv) {
     app.exit(asked, text);
     return {[text = text.str()] { return Print(text); }, kExitDone};
   } catch (const CLI::ParseError& error) {
-    fmt::print(stderr, "mcbin: {}\nRun with --help for the options.\n",
-               DescribeProblem(app, argc > 1 ? argv[1] : nullptr, error));
+    PrintNote(DescribeProblem(app, argc > 1 ? argv[1] : nullptr, error) +
+              "\nRun with --help for the options.");
   } catch (const UsageError& error) {
-    fmt::print(stderr, "mcbin: {}\n", error.what());
+    PrintNote(error.what());
   }
   return {nullptr, kExitUsage};
 }

@@ -1,8 +1,5 @@
 #include "cli/terminal/exitguard.h"
 
-#include <fmt/format.h>
-
-#include <cstdio>
 #include <exception>
 #include <new>
 #include <string>
@@ -10,6 +7,7 @@
 #include "binmodel/model/refusal.h"
 #include "cli/options/usageerror.h"
 #include "cli/terminal/exitcode.h"
+#include "cli/terminal/notes.h"
 #include "cli/terminal/refusaltext.h"
 #include "io/interrupt.h"
 
@@ -18,7 +16,7 @@ namespace MCBin {
 namespace {
 
 int Fail(const std::string& message, int exitCode) {
-  fmt::print(stderr, "mcbin: error: {}\n", message);
+  PrintNote("error: " + message);
   return exitCode;
 }
 
@@ -28,7 +26,7 @@ int RunGuarded(const CommandAction& action) {
   try {
     return action();
   } catch (const Interrupt::Requested&) {
-    fmt::print(stderr, "mcbin: cancelled\n");
+    PrintNote("cancelled");
     return kExitCancelled;
   } catch (const UsageError& error) {
     return Fail(error.what(), kExitUsage);

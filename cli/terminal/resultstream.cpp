@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "binmodel/model/refusal.h"
+#include "binmodel/text/displaytext.h"
 #include "io/writeall.h"
 
 namespace MCBin {
@@ -17,9 +18,16 @@ namespace {
 constexpr std::size_t kBlockBytes = std::size_t{1} << 16;
 constexpr int kFirstOwnDescriptor = 3;
 
+[[noreturn]] void Fail() {
+  throw MCBinModel::Refusal(
+      fmt::format("cannot write to standard output: {}", std::strerror(errno)));
+}
+
 }  // namespace
 
-ResultStream::ResultStream() : fOutput(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, kFirstOwnDescriptor)) {
+ResultStream::ResultStream()
+    : fOutput(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, kFirstOwnDescriptor)),
+      fIsTerminal(isatty(STDOUT_FILENO) == 1) {
   // A standard descriptor that is closed is taken, so that no other file becomes it.
   int number = open("/dev/null", O_RDWR);
   while (number >= 0 && number < kFirstOwnDescriptor) number = open("/dev/null", O_RDWR);
@@ -36,15 +44,29 @@ void ResultStream::Write(std::string_view text) {
   if (fPending.size() >= kBlockBytes) Flush();
 }
 
+void ResultStream::WriteContent(std::string_view text) {
+  if (!fIsTerminal) return Write(text);
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    Write(MCBinModel::PrintableText(line));
+    const bool hasLineEnd = line.size() < text.size();
+    if (hasLineEnd) Write("\n");
+    text.remove_prefix(line.size() + (hasLineEnd ? 1 : 0));
+  }
+}
+
 void ResultStream::Flush() {
   if (!fReaderGone && !fPending.empty() && !WriteAll(fOutput.Get(), fPending)) {
     fReaderGone = errno == EPIPE;
-    if (!fReaderGone) {
-      throw MCBinModel::Refusal(
-          fmt::format("cannot write to standard output: {}", std::strerror(errno)));
-    }
+    if (!fReaderGone) Fail();
   }
   fPending.clear();
+}
+
+void ResultStream::Close() {
+  Flush();
+  dup2(fOutput.Get(), STDOUT_FILENO);
+  if (!fOutput.Close()) Fail();
 }
 
 }  // namespace MCBin

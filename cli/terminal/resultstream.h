@@ -19,15 +19,24 @@ class ResultStream {
   ResultStream(const ResultStream&) = delete;
   ResultStream& operator=(const ResultStream&) = delete;
 
-  // Throws Refusal when standard output is closed or cannot be written (a full disk).
+  // All throw Refusal when standard output is closed or cannot be written (a full disk), and
+  // Interrupt::Requested.
   void Write(std::string_view text);
   void Flush();
+
+  // Writes what is meant for a program. A terminal is shown its control characters, which names
+  // and categories may hold, as escapes.
+  void WriteContent(std::string_view text);
+
+  // Ends the output. Some file systems tell only now that a write has failed.
+  void Close();
 
   // Nothing written from now on reaches anybody.
   bool IsReaderGone() const { return fReaderGone; }
 
  private:
   FileDescriptor fOutput;
+  const bool fIsTerminal;
   std::string fPending;
   bool fReaderGone = false;
 };

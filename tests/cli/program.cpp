@@ -2,6 +2,9 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -54,9 +57,7 @@ std::vector<std::string> Program::Files() const {
   return names;
 }
 
-pid_t Program::Start(const std::string& command, int input) const {
-  const std::string out = fOutputs.Path() + "/out";
-  const std::string err = fOutputs.Path() + "/err";
+pid_t Program::Start(const std::string& command, int input, const Setting& setting) const {
   const pid_t process = fork();
   if (process < 0) throw std::runtime_error("cannot fork");
   if (process > 0) return process;
@@ -65,12 +66,26 @@ pid_t Program::Start(const std::string& command, int input) const {
   std::vector<char*> arguments = {const_cast<char*>(MCBIN_PROGRAM)};
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
-  const bool ready =
-      chdir(fDirectory.Path().c_str()) == 0 && dup2(input, STDIN_FILENO) >= 0 &&
-      dup2(open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO) >= 0 &&
-      dup2(open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO) >= 0 &&
-      setenv("TMPDIR", fDirectory.Path().c_str(), 1) == 0 && setenv("LC_ALL", "C.UTF-8", 1) == 0;
+  const auto openAs = [](int number, const std::string& path, int flags) {
+    return dup2(open(path.c_str(), flags | O_CLOEXEC, 0600), number) >= 0;
+  };
+  const auto openOutput = [&](int number, const std::string& path, const char* own) {
+    return path.empty() ? openAs(number, fOutputs.Path() + "/" + own, O_WRONLY | O_CREAT | O_TRUNC)
+                        : openAs(number, path, O_WRONLY | O_APPEND);
+  };
+  const bool isMute = setting.errors == "closed";
+  const bool ready = chdir(fDirectory.Path().c_str()) == 0 &&
+                     (setting.input.empty() ? dup2(input, STDIN_FILENO) >= 0
+                                            : openAs(STDIN_FILENO, setting.input, O_RDONLY)) &&
+                     openOutput(STDOUT_FILENO, setting.output, "out") &&
+                     openOutput(STDERR_FILENO, isMute ? "" : setting.errors, "err") &&
+                     setenv("TMPDIR", fDirectory.Path().c_str(), 1) == 0 &&
+                     setenv("LC_ALL", "C.UTF-8", 1) == 0;
+  if (isMute) close(STDERR_FILENO);
   for (const int number : {SIGINT, SIGTERM}) signal(number, SIG_DFL);
+  const auto mostBytes = static_cast<rlim_t>(setting.mostBytes);
+  const rlimit limit = {mostBytes, mostBytes};
+  if (setting.mostBytes >= 0) setrlimit(RLIMIT_FSIZE, &limit);
   if (ready) execv(MCBIN_PROGRAM, arguments.data());
   _exit(99);
 }
@@ -85,16 +100,19 @@ Program::Outcome Program::Wait(pid_t process) const {
 Program::Outcome Program::Run(const std::string& command, const std::string& input) const {
   const std::string path = fOutputs.Path() + "/in";
   std::ofstream(path, std::ios::binary) << input;
-  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  const pid_t process = Start(command, file);
-  close(file);
-  return Wait(process);
+  Setting setting;
+  setting.input = path;
+  return Run(command, setting);
+}
+
+Program::Outcome Program::Run(const std::string& command, const Setting& setting) const {
+  return Wait(Start(command, STDIN_FILENO, setting));
 }
 
 Program::Outcome Program::RunAndSignal(const std::string& command, int signalNumber) const {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("cannot make a pipe");
-  const pid_t process = Start(command, ends[0]);
+  const pid_t process = Start(command, ends[0], {});
   // A pipe takes 64 KiB: when more was written, the program is reading.
   const std::string chunk(1 << 16, 'a');
   for (int i = 0; i < 3; ++i) {
@@ -104,5 +122,29 @@ Program::Outcome Program::RunAndSignal(const std::string& command, int signalNum
   const Outcome outcome = Wait(process);
   close(ends[0]);
   close(ends[1]);
+  return outcome;
+}
+
+Program::Outcome Program::RunStalled(const std::string& command, const std::string& input,
+                                     int signalNumber) const {
+  const std::string path = fDirectory.Path() + "/pipe";
+  if (mkfifo(path.c_str(), 0600) != 0) throw std::runtime_error("cannot make a named pipe");
+  const int reader = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  const pid_t process = Start(command, STDIN_FILENO, {input, "pipe"});
+
+  constexpr int kCapacity = 1 << 16;
+  constexpr int kMostSteps = 2000;  // of 10 ms
+  int waiting = 0;
+  int steps = 0;
+  const auto step = [&steps] { return usleep(10'000) == 0 && ++steps < kMostSteps; };
+  while (waiting < kCapacity && ioctl(reader, FIONREAD, &waiting) == 0 && step()) continue;
+  kill(process, signalNumber);
+  siginfo_t ended = {};
+  do {
+    waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOHANG | WNOWAIT);
+  } while (ended.si_pid == 0 && step());
+  kill(process, SIGKILL);
+  const Outcome outcome = Wait(process);
+  close(reader);
   return outcome;
 }

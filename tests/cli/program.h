@@ -28,19 +28,32 @@ class Program {
   // The content of a file in the directory.
   std::string Read(const std::string& name) const;
 
+  // What surrounds a run. Paths count from the directory.
+  struct Setting {
+    std::string input = {};   // standard input instead of a text
+    std::string output = {};  // standard output, appended to; empty: captured
+    std::string errors = {};  // the same for standard error; "closed": none
+    long mostBytes = -1;      // that a file may have; -1: any number
+  };
+
   // Runs the command; standard input is `input`.
   Outcome Run(const std::string& command, const std::string& input = "") const;
+  Outcome Run(const std::string& command, const Setting& setting) const;
 
   // The same, but standard input stays open and, once the program waits for more of it,
   // the signal is sent.
   Outcome RunAndSignal(const std::string& command, int signal) const;
+
+  // Runs the command; standard input is the file `input`, standard output the named pipe `pipe`,
+  // which nobody reads. Once it is full, the signal is sent; a command that does not end is killed.
+  Outcome RunStalled(const std::string& command, const std::string& input, int signal) const;
 
   // The names of all files in the directory, hidden ones included, in order; without the two
   // ways to the data sets.
   std::vector<std::string> Files() const;
 
  private:
-  pid_t Start(const std::string& command, int input) const;
+  pid_t Start(const std::string& command, int input, const Setting& setting) const;
   Outcome Wait(pid_t process) const;
 
   TempDir fDirectory;

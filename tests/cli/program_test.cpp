@@ -224,6 +224,69 @@ const Stop kStops[] = {
 
 INSTANTIATE_TEST_SUITE_P(Signals, SignalTest, testing::ValuesIn(kStops), RowName);
 
+TEST(StalledReader, TheFirstSignalEndsTheCommand) {
+  std::string numbers = "a,c\n";
+  for (int i = 0; i < 30'000; ++i) numbers += std::to_string(i) + ",x\n";
+  for (const char* command : {"apply bins.json", "equal-frequency --bins 9000 --json pipe"}) {
+    const Program program;
+    program.Write("bins.json", kHandMadeBins);
+    program.Write("in.csv", numbers);
+    const auto outcome = program.RunStalled(command, "in.csv", SIGTERM);
+    EXPECT_EQ(outcome.exitCode, 130) << command << outcome.err;
+    EXPECT_EQ(program.Files(), (std::vector<std::string>{"bins.json", "in.csv", "pipe"}));
+  }
+}
+
+// What a run makes of its surroundings; in.csv is its standard input.
+struct Surroundings {
+  const char* name;
+  std::string command;
+  Program::Setting setting;
+  int exitCode;
+  const char* message;  // a part of it
+};
+void PrintTo(const Surroundings& row, std::ostream* os) { *os << row.name; }
+
+class SurroundingsTest : public testing::TestWithParam<Surroundings> {};
+
+TEST_P(SurroundingsTest, AreDealtWithAndCostNoFile) {
+  const Surroundings& row = GetParam();
+  const Program program;
+  program.Write("in.csv", "a,t\n1,x\n2,y\n");
+  program.Write("old.json", "old");
+  const auto outcome = program.Run(row.command, row.setting);
+  EXPECT_EQ(outcome.exitCode, row.exitCode);
+  EXPECT_NE(outcome.err.find(row.message), std::string::npos) << outcome.err;
+  EXPECT_EQ(outcome.out.empty(), row.exitCode != 0) << outcome.out;
+  EXPECT_EQ(program.Files(), (std::vector<std::string>{"in.csv", "old.json"}));
+  EXPECT_EQ(program.Read("in.csv"), "a,t\n1,x\n2,y\n");
+  EXPECT_EQ(program.Read("old.json"), "old");
+}
+
+const std::string kWithANote = "equal-frequency --bins 2";
+const std::string kWithFiles = "equal-frequency --bins 2 --json old.json --report new.html";
+
+const Surroundings kSurroundings[] = {
+    {"FullStandardError", kWithANote, {"in.csv", "", "/dev/full"}, 0, ""},
+    {"ClosedStandardError", kWithANote, {"in.csv", "", "closed"}, 0, ""},
+    {"LimitedFileSize", kWithFiles, {"in.csv", "", "", 1000}, 1, "File too large"},
+    {"JsonOverStandardInput",
+     "equal-frequency --json in.csv",
+     {"in.csv"},
+     2,
+     "--json 'in.csv': this is the input, which would be overwritten"},
+    {"ReportOverStandardInput", "equal-frequency --report in.csv", {"in.csv"}, 2, "is the input"},
+    {"ExportOverStandardInput",
+     "export --format python -o in.csv -",
+     {"in.csv"},
+     2,
+     "--output 'in.csv': this is the bin file"},
+    {"ReportOfBinsOverStandardInput", "report -o in.csv -", {"in.csv"}, 2, "is the bin file"},
+    {"OutputAfterInput", "apply old.json", {"in.csv", "in.csv"}, 2, "standard output: this is"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Runs, SurroundingsTest, testing::ValuesIn(kSurroundings), RowName);
+
 // What the guide shows is what the program prints; "..." stands for the rest.
 TEST(Guide, ShowsTheRealOutput) {
   std::ifstream guide(MCBINNING_EXAMPLES_DIR "/../docs/command-line.md");

@@ -1,0 +1,73 @@
+#include "cli/commands/commandfiles.h"
+
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "binmodel/text/displaytext.h"
+#include "cli/options/usageerror.h"
+
+namespace MCBin {
+
+namespace {
+
+using Identity = std::pair<dev_t, ino_t>;
+
+// Which regular file it is; "-" is what the descriptor has open. Other kinds, such as a terminal,
+// are read and written at the same time with good reason.
+std::optional<Identity> IdentityOf(const std::string& path, int standardDescriptor) {
+  struct stat status = {};
+  const int failed = path == "-" ? fstat(standardDescriptor, &status) : stat(path.c_str(), &status);
+  if (failed != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  return Identity{status.st_dev, status.st_ino};
+}
+
+void CheckIsNotInput(const CommandOutput& output, const std::vector<CommandInput>& inputs) {
+  const std::optional<Identity> written = IdentityOf(*output.path, STDOUT_FILENO);
+  if (!written) return;
+  for (const CommandInput& input : inputs) {
+    if (IdentityOf(input.path, STDIN_FILENO) != written) continue;
+    throw UsageError(
+        *output.path == "-"
+            ? fmt::format("standard output: this is {}, which would be overwritten", input.what)
+            : fmt::format("{} {}: this is {}, which would be overwritten", output.option,
+                          MCBinModel::QuotedText(*output.path), input.what));
+  }
+}
+
+void CheckAreTwoFiles(const CommandOutput& first, const CommandOutput& second) {
+  std::error_code ignored;
+  const auto resolved = [&ignored](const CommandOutput& output) {
+    return std::filesystem::weakly_canonical(*output.path, ignored);
+  };
+  if (first.path == second.path || resolved(first) == resolved(second)) {
+    throw UsageError(fmt::format("{} and {} name the same file", first.option, second.option));
+  }
+}
+
+}  // namespace
+
+void CheckFiles(const std::vector<CommandInput>& inputs,
+                const std::vector<CommandOutput>& outputs) {
+  const auto fromStandardInput = std::count_if(inputs.begin(), inputs.end(),
+                                               [](const auto& input) { return input.path == "-"; });
+  if (fromStandardInput > 1) {
+    throw UsageError(fmt::format("{} and {} cannot both come from standard input", inputs[0].what,
+                                 inputs[1].what));
+  }
+  CheckIsNotInput({"", "-"}, inputs);
+  for (auto output = outputs.begin(); output != outputs.end(); ++output) {
+    if (!output->path) continue;
+    CheckIsNotInput(*output, inputs);
+    for (auto other = outputs.begin(); other != output; ++other) {
+      if (other->path) CheckAreTwoFiles(*other, *output);
+    }
+  }
+}
+
+}  // namespace MCBin
