@@ -15,13 +15,15 @@ namespace MCBin {
 
 namespace {
 
-// About 1 MiB for all columns. An odd number of cache lines, as the values of one record lie
+// About 1 MiB for all columns; more where there are so many of them that it would be read in very
+// small pieces, but never more than 64 MiB for 300,000. An odd number of cache lines, as the values of one record lie
 // that far apart: with a power of two they would push each other out of the cache.
 std::size_t ChooseRecordsPerBlock(std::size_t columnCount) {
   constexpr std::size_t kBlockValues = std::size_t{1} << 17;
   constexpr std::size_t kValuesPerLine = 8;
-  const std::size_t records =
-      std::clamp<std::size_t>(kBlockValues / std::max<std::size_t>(columnCount, 1), 512, 8192);
+  const std::size_t columns = std::max<std::size_t>(columnCount, 1);
+  const std::size_t smallest = std::clamp<std::size_t>(64 * kBlockValues / columns, 16, 512);
+  const std::size_t records = std::clamp<std::size_t>(kBlockValues / columns, smallest, 8192);
   return records / kValuesPerLine / 2 * 2 * kValuesPerLine + kValuesPerLine;
 }
 
@@ -87,7 +89,9 @@ std::uint64_t ValueFile::PositionOf(std::size_t block, std::size_t column) const
 
 void ValueFile::Read(std::size_t block, std::size_t column, double* values) const {
   char* bytes = reinterpret_cast<char*>(values);
-  std::size_t left = fRecordsPerBlock * sizeof(double);
+  const std::uint64_t recordsBefore = std::uint64_t{block} * fRecordsPerBlock;
+  std::size_t left =
+      std::min<std::uint64_t>(fRecordsPerBlock, fRecordCount - recordsBefore) * sizeof(double);
   std::uint64_t position = PositionOf(block, column);
   while (left > 0) {
     const ssize_t got = pread(fFile.Get(), bytes, left, static_cast<off_t>(position));

@@ -14,7 +14,7 @@ namespace MCBin {
 //
 //   Blocks    of the same number of records each, but for the last; a block holds its
 //             values column by column, so a reader fetches the columns it needs alone.
-//   Memory    one block, about 1 MiB.
+//   Memory    one block, about 1 MiB, or up to 64 MiB for tens of thousands of columns.
 //   Disk      8 bytes a value. The file has no name: it goes with this object, or with the
 //             process, however that ends.
 //   Threads   any number may read at the same time, once Finish() has returned.
@@ -44,7 +44,8 @@ class ValueFile {
   std::uint64_t GetRecordCount() const { return fRecordCount; }
   std::size_t GetRecordsPerBlock() const { return fRecordsPerBlock; }
 
-  // Reads the values of one column in a block; `values` has room for those of a whole one.
+  // Reads the values of one column in a block; `values` has room for those of a whole one, or of
+  // all records when there are fewer.
   // Throws Refusal when the file cannot be read.
   void Read(std::size_t block, std::size_t column, double* values) const;
 

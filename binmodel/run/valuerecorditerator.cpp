@@ -1,5 +1,6 @@
 #include "binmodel/run/valuerecorditerator.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace MCBinModel {
@@ -8,7 +9,8 @@ ValueRecordIterator::ValueRecordIterator(std::shared_ptr<const MCBin::ValueFile>
                                          std::vector<std::size_t> columns)
     : fValues(std::move(values)),
       fRecordCount(fValues->GetRecordCount()),
-      fRecordsPerBlock(fValues->GetRecordsPerBlock()),
+      fRecordsPerBlock(static_cast<std::size_t>(
+          std::min<std::uint64_t>(fValues->GetRecordsPerBlock(), fRecordCount))),
       fColumns(std::move(columns)),
       fBlock(fColumns.size() * fRecordsPerBlock),
       fNextInBlock(fRecordsPerBlock),
