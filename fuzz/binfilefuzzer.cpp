@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "binmodel/file/binfile.h"
-#include "binmodel/file/binfilereader.h"
 #include "binmodel/model/refusal.h"
 #include "fuzz/require.h"
 

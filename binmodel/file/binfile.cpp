@@ -1,143 +1,112 @@
 #include "binmodel/file/binfile.h"
 
 #include <cfloat>
+#include <utility>
 
-#include "binmodel/file/jsonwriter.h"
+#include "binmodel/file/jsonprinter.h"
 #include "binmodel/model/statustext.h"
 
 namespace MCBinModel {
 
 namespace {
 
+using nlohmann::ordered_json;
+
 // Values as texts of a variable of texts, as numbers of any other.
-void WriteMissing(JsonWriter& json, const char* key, const MissingDefinition& missing, bool texts) {
+void AddMissing(ordered_json& parent, const char* key, const MissingDefinition& missing,
+                bool texts) {
   if (missing.IsEmpty()) return;
-  json.Key(key);
-  json.BeginObject();
-  json.Key("values");
-  if (texts) {
-    json.Value(missing.texts);
-  } else {
-    json.Value(missing.numbers);
-  }
-  if (missing.interval) {
-    json.Key("interval");
-    json.BeginObject();
-    if (missing.interval->low != -DBL_MAX) json.Member("low", missing.interval->low);
-    if (missing.interval->high != DBL_MAX) json.Member("high", missing.interval->high);
-    json.EndObject();
-  }
-  json.EndObject();
+  ordered_json& object = parent[key];
+  object["values"] = texts ? ordered_json(missing.texts) : ordered_json(missing.numbers);
+  if (!missing.interval) return;
+  ordered_json& interval = object["interval"] = ordered_json::object();
+  if (missing.interval->low != -DBL_MAX) interval["low"] = missing.interval->low;
+  if (missing.interval->high != DBL_MAX) interval["high"] = missing.interval->high;
 }
 
-void WriteSettings(JsonWriter& json, const BinSettings& settings,
-                   const std::optional<WeightInfo>& weight) {
-  json.Key("settings");
-  json.BeginObject();
+ordered_json MakeSettings(const BinSettings& settings, const std::optional<WeightInfo>& weight) {
+  ordered_json object;
   if (settings.algorithm == Algorithm::kSupervised) {
-    json.Member("prebin_above", settings.prebinAbove);
-    json.Member("prebins", settings.prebins);
-    json.Member("small_bins", settings.smallBins);
+    object["prebin_above"] = settings.prebinAbove;
+    object["prebins"] = settings.prebins;
+    object["small_bins"] = settings.smallBins;
   } else {
-    json.Member("bins", settings.bins);
+    object["bins"] = settings.bins;
   }
   if (weight) {
-    json.Member("weight", weight->name);
-    json.Member("rounding",
-                weight->rounding == IBINVariable::RoundTruncate ? "truncate" : "closest");
-    WriteMissing(json, "weight_user_missing", weight->missing, false);
+    object["weight"] = weight->name;
+    object["rounding"] = weight->rounding == IBINVariable::RoundTruncate ? "truncate" : "closest";
+    AddMissing(object, "weight_user_missing", weight->missing, false);
   }
-  json.EndObject();
+  return object;
 }
 
-void WriteSource(JsonWriter& json, const BinModel& model) {
-  json.Key("source");
-  json.BeginObject();
-  json.Member("name", model.source.name);
-  json.Member("delimiter", std::string(1, model.source.delimiter));
-  json.Member("na", model.source.missingTexts);
-  json.Member("records", model.source.recordCount);
-  json.Key("dropped");
-  json.BeginObject();
-  json.Member("missing_weight", model.source.dropped.missing);
-  json.Member("zero_weight", model.source.dropped.zero);
-  json.Member("weight_rounded_to_zero", model.source.dropped.roundedToZero);
-  json.EndObject();
-  json.EndObject();
+ordered_json MakeSource(const BinSource& source) {
+  return {{"name", source.name},
+          {"delimiter", std::string(1, source.delimiter)},
+          {"na", source.missingTexts},
+          {"records", source.recordCount},
+          {"dropped",
+           {{"missing_weight", source.dropped.missing},
+            {"zero_weight", source.dropped.zero},
+            {"weight_rounded_to_zero", source.dropped.roundedToZero}}}};
 }
 
-void WriteVariables(JsonWriter& json, const char* key, const std::vector<VariableInfo>& variables) {
-  json.Key(key);
-  json.BeginArray();
+ordered_json MakeVariables(const std::vector<VariableInfo>& variables) {
+  ordered_json list = ordered_json::array();
   for (const VariableInfo& variable : variables) {
-    json.BeginObject();
-    json.Member("name", variable.name);
-    json.Member("kind", kKindNames[static_cast<std::size_t>(variable.kind)]);
+    ordered_json object = {{"name", variable.name},
+                           {"kind", kKindNames[static_cast<std::size_t>(variable.kind)]}};
     if (variable.kind == VariableKind::kNumericCategorical) {
-      json.Member("categories", variable.numbers);
+      object["categories"] = variable.numbers;
     } else if (variable.kind == VariableKind::kStringCategorical) {
-      json.Member("categories", variable.texts);
+      object["categories"] = variable.texts;
     }
-    WriteMissing(json, "user_missing", variable.missing,
-                 variable.kind == VariableKind::kStringCategorical);
-    json.EndObject();
+    AddMissing(object, "user_missing", variable.missing,
+               variable.kind == VariableKind::kStringCategorical);
+    list.push_back(std::move(object));
   }
-  json.EndArray();
+  return list;
 }
 
-void WriteOptional(JsonWriter& json, const char* key, const std::optional<double>& value) {
-  if (value) json.Member(key, *value);
-}
-
-void WriteResult(JsonWriter& json, const BinModel& model, const AttributeBins& bins) {
-  json.BeginObject();
-  json.Member("attribute", model.GetAttribute(bins).name);
-  if (bins.target) json.Member("target", model.GetTarget(bins)->name);
-  json.Key("status");
-  json.BeginObject();
-  json.Member("code", bins.status.GetErrorCode());
-  json.Member("severity", DescribeSeverity(bins.status));
-  json.Member("text", DescribeStatus(bins.status));
-  json.EndObject();
-  json.Member("cut_points", bins.cutPoints);
-  json.Member("bin_weights", bins.binWeights);
-  if (bins.target) {
-    json.Key("class_weights");
-    json.BeginArray();
-    for (const std::vector<double>& weights : bins.classWeights) json.Value(weights);
-    json.EndArray();
-  }
-  json.Member("valid_weight", bins.validWeight);
-  json.Member("weight_with_missing", bins.weightWithMissing);
-  json.Member("distinct_values", bins.distinctValues);
-  WriteOptional(json, "minimum", bins.minimum);
-  WriteOptional(json, "maximum", bins.maximum);
-  WriteOptional(json, "model_entropy", bins.modelEntropy);
-  WriteOptional(json, "information_gain", bins.informationGain);
-  json.EndObject();
+ordered_json MakeResult(const BinModel& model, const AttributeBins& bins) {
+  ordered_json object = {{"attribute", model.GetAttribute(bins).name}};
+  if (bins.target) object["target"] = model.GetTarget(bins)->name;
+  object["status"] = {{"code", bins.status.GetErrorCode()},
+                      {"severity", DescribeSeverity(bins.status)},
+                      {"text", DescribeStatus(bins.status)}};
+  object["cut_points"] = bins.cutPoints;
+  object["bin_weights"] = bins.binWeights;
+  if (bins.target) object["class_weights"] = bins.classWeights;
+  object["valid_weight"] = bins.validWeight;
+  object["weight_with_missing"] = bins.weightWithMissing;
+  object["distinct_values"] = bins.distinctValues;
+  const auto addMeasure = [&](const char* key, const std::optional<double>& value) {
+    if (value) object[key] = *value;
+  };
+  addMeasure("minimum", bins.minimum);
+  addMeasure("maximum", bins.maximum);
+  addMeasure("model_entropy", bins.modelEntropy);
+  addMeasure("information_gain", bins.informationGain);
+  return object;
 }
 
 }  // namespace
 
 std::string WriteBinFile(const BinModel& model) {
   const bool supervised = model.settings.algorithm == Algorithm::kSupervised;
-  JsonWriter json;
-  json.BeginObject();
-  json.Member("format", kBinFileFormat);
-  json.Member("version", kBinFileVersion);
-  json.Member("tool", "mcbin " MCBINNING_VERSION);
-  json.Member("algorithm", supervised ? "supervised" : "equal-frequency");
-  json.Member("closed", model.settings.rightClosed ? "right" : "left");
-  WriteSettings(json, model.settings, model.source.weight);
-  WriteSource(json, model);
-  WriteVariables(json, "attributes", model.attributes);
-  if (supervised) WriteVariables(json, "targets", model.targets);
-  json.Key("results");
-  json.BeginArray();
-  for (const AttributeBins& bins : model.results) WriteResult(json, model, bins);
-  json.EndArray();
-  json.EndObject();
-  return json.GetText();
+  ordered_json file = {{"format", kBinFileFormat},
+                       {"version", kBinFileVersion},
+                       {"tool", "mcbin " MCBINNING_VERSION},
+                       {"algorithm", supervised ? "supervised" : "equal-frequency"},
+                       {"closed", model.settings.rightClosed ? "right" : "left"},
+                       {"settings", MakeSettings(model.settings, model.source.weight)},
+                       {"source", MakeSource(model.source)},
+                       {"attributes", MakeVariables(model.attributes)}};
+  if (supervised) file["targets"] = MakeVariables(model.targets);
+  ordered_json& results = file["results"] = ordered_json::array();
+  for (const AttributeBins& bins : model.results) results.push_back(MakeResult(model, bins));
+  return PrintJson(file);
 }
 
 }  // namespace MCBinModel

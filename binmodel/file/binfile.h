@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "binmodel/model/binmodel.h"
 
@@ -10,7 +11,24 @@ namespace MCBinModel {
 constexpr const char* kBinFileFormat = "mcbin-bins";
 constexpr int kBinFileVersion = 1;
 
-// The text of the bin file: one JSON object.
+// The text of the bin file: one JSON object, of which every number reads back as the same double.
+//
+// What a file says about statuses is their code and severity; details are not stored. Throws
+// Refusal with the place in the file for a number that is not finite and a text that is not
+// UTF-8. Requires a model whose lists fit together as those of a run do.
 std::string WriteBinFile(const BinModel& model);
+
+// Reads the text of a bin file; `name` says in a refusal where it is from.
+//
+// Cut points may have been edited by hand and are taken as they are. Throws Refusal, with
+// the name, the place (a line, or a JSON pointer such as /results/0/cut_points) and the
+// reason, for a text that is no bin file, is of a version this library does not know or was cut
+// off, and for content that makes no sense: cut points that do not ascend, lists whose
+// lengths or sums do not fit together, wrong types, negative weights, missing members, names
+// that are unknown or not unique.
+BinModel ParseBinFile(std::string_view text, const std::string& name);
+
+// The same of a whole file, which is refused when it cannot be read, too.
+BinModel ReadBinFile(const std::string& path);
 
 }  // namespace MCBinModel

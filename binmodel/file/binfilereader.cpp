@@ -1,5 +1,3 @@
-#include "binmodel/file/binfilereader.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>

@@ -18,6 +18,7 @@ enum class RefusalCode {
   kUnreadable,      // a file cannot be opened or read; detail: why, in the system's words
   kBadBinFile,      // no bin file, or one that contradicts itself; the place says where
   kUnknownVersion,  // a bin file of another version of the format; detail: its version
+  kUnwritable,      // a number or text that a bin file cannot hold; the place says where
 
   // Which results of a model are meant.
   kSeveralTargets,  // bins for several targets and none chosen; detail: their names, quoted

@@ -1,6 +1,6 @@
 #include "cli/commands/binfileinput.h"
 
-#include "binmodel/file/binfilereader.h"
+#include "binmodel/file/binfile.h"
 #include "io/readall.h"
 
 namespace MCBin {

@@ -93,6 +93,16 @@ TEST(BinStatistics, StabilityIndexComparesShares) {
   EXPECT_EQ(MCBinModel::StabilityIndex({0, 0}, {1, 1}), std::nullopt);
 }
 
+// Of four bins a quarter each would be ideal, however many bins there are in the end.
+TEST(BinStatistics, ShareDeviationIsFromTheNumberOfBinsAskedFor) {
+  AttributeBins bins;
+  bins.binWeights = {30, 25, 45};
+  bins.validWeight = 100;
+  EXPECT_NEAR(MCBinModel::LargestShareDeviation(bins, 4), 0.20, 1e-12);
+  bins.binWeights = {24, 25, 26, 25};
+  EXPECT_NEAR(MCBinModel::LargestShareDeviation(bins, 4), 0.01, 1e-12);
+}
+
 TEST(BinLabel, TellsBinsApart) {
   const VariableInfo number{"a", VariableKind::kContinuous, {}, {}, {}};
   const std::vector<double> close = {0.1, std::nextafter(0.1, 1.0)};

@@ -1,21 +1,23 @@
-#include "binmodel/file/binfilereader.h"
+#include "binmodel/file/binfile.h"
 
 #include <gtest/gtest.h>
 
 #include <cfloat>
 #include <cmath>
+#include <cstdio>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
 #include <vector>
 
-#include "binmodel/file/binfile.h"
 #include "binmodel/model/refusal.h"
 #include "support/rowname.h"
 
 namespace {
 
 using MCBinModel::BinModel;
+using MCBinModel::RefusalCode;
 using nlohmann::json;
 
 const char kName[] = "bins.json";
@@ -55,7 +57,24 @@ std::string RefusalOf(const std::string& text) {
   return "accepted";
 }
 
-TEST(BinFileReader, GivesBackWhatWasWritten) {
+std::string PlaceOfRefusal(const BinModel& model) {
+  try {
+    return "written: " + WriteBinFile(model);
+  } catch (const MCBinModel::Refusal& error) {
+    return error.GetPlace();
+  }
+}
+
+RefusalCode CodeOfReading(const std::string& path) {
+  try {
+    MCBinModel::ReadBinFile(path);
+  } catch (const MCBinModel::Refusal& error) {
+    return error.GetCode();
+  }
+  return RefusalCode::kInput;
+}
+
+TEST(BinFile, GivesBackWhatWasWritten) {
   const std::string once = WriteBinFile(MCBinModel::ParseBinFile(Example().dump(), kName));
   EXPECT_EQ(WriteBinFile(MCBinModel::ParseBinFile(once, kName)), once);
   json expected = Example();
@@ -67,7 +86,7 @@ TEST(BinFileReader, GivesBackWhatWasWritten) {
   EXPECT_EQ(actual, expected);
 }
 
-TEST(BinFileReader, CutPointsAreBitEqual) {
+TEST(BinFile, CutPointsAreBitEqual) {
   BinModel model = MCBinModel::ParseBinFile(Example().dump(), kName);
   std::vector<double> cuts = {-DBL_MAX, -1e22, -1.0 / 3, -DBL_TRUE_MIN, -0.0, DBL_MIN};
   for (double value = 0.1; value < 1e300; value = std::nextafter(value * 1e9, DBL_MAX)) {
@@ -81,6 +100,26 @@ TEST(BinFileReader, CutPointsAreBitEqual) {
   const BinModel back = MCBinModel::ParseBinFile(WriteBinFile(model), kName);
   EXPECT_EQ(back.results[0].cutPoints, cuts);
   EXPECT_TRUE(std::signbit(back.results[0].cutPoints[4]));
+}
+
+TEST(BinFile, RefusesToWriteWhatItCouldNotRead) {
+  BinModel infinite = MCBinModel::ParseBinFile(Example().dump(), kName);
+  infinite.results[0].cutPoints[1] = HUGE_VAL;
+  EXPECT_EQ(PlaceOfRefusal(infinite), "/results/0/cut_points");
+  BinModel latin = MCBinModel::ParseBinFile(Example().dump(), kName);
+  latin.targets[0].texts[1] = "\xF6";
+  EXPECT_EQ(PlaceOfRefusal(latin), "/targets/0/categories");
+}
+
+TEST(BinFile, IsReadFromThePathGiven) {
+  const std::string path = testing::TempDir() + "mcbinning_bin_file_test.json";
+  std::ofstream(path) << Example().dump();
+  EXPECT_EQ(MCBinModel::ReadBinFile(path).results.size(), 2u);
+  std::ofstream(path) << "{";
+  EXPECT_EQ(CodeOfReading(path), RefusalCode::kBadBinFile);
+  std::remove(path.c_str());
+  EXPECT_EQ(CodeOfReading(path), RefusalCode::kUnreadable);
+  EXPECT_EQ(CodeOfReading(testing::TempDir()), RefusalCode::kUnreadable);
 }
 
 struct Edit {
@@ -112,6 +151,8 @@ const Edit kEdits[] = {
     {"UnknownMember", "/attributes/0/comment", "x", "accepted"},
     {"OtherFormat", "/format", "x", "bins.json: /: this is no bin file"},
     {"LaterVersion", "/version", 2, "/version: version 2 of the format is unknown"},
+    {"LargestSmallBins", "/settings/small_bins", 1, "accepted"},
+    {"SmallBinsAboveOne", "/settings/small_bins", 1.001, "/small_bins: a share from 0 to 1"},
     {"EqualCuts", "/results/0/cut_points/1", 0.1, "/cut_points/1: cut points ascend, but 0.1"},
     {"TextCut", "/results/0/cut_points/1", "2.5", "/cut_points/1: a number expected, not '2.5'"},
     {"NullCut", "/results/0/cut_points/0", nullptr, "/cut_points/0: a number expected, not null"},
@@ -173,7 +214,7 @@ const BadText kBadTexts[] = {
 INSTANTIATE_TEST_SUITE_P(Refused, BadTextTest, testing::ValuesIn(kBadTexts), RowName);
 
 // Cutting the file anywhere, or changing any one character, ends in a model or in words.
-TEST(BinFileReader, SurvivesDamage) {
+TEST(BinFile, SurvivesDamage) {
   const std::string text = Example().dump(1);
   for (std::size_t length = 0; length < text.size(); length += 5) {
     EXPECT_NE(RefusalOf(text.substr(0, length)), "accepted") << length;
