@@ -16,8 +16,9 @@ namespace MCBin {
 namespace {
 
 // About 1 MiB for all columns; more where there are so many of them that it would be read in very
-// small pieces, but never more than 64 MiB for 300,000. An odd number of cache lines, as the values of one record lie
-// that far apart: with a power of two they would push each other out of the cache.
+// small pieces, but never more than 64 MiB for 300,000. An odd number of cache lines, as the values
+// of one record lie that far apart: with a power of two they would push each other out of the
+// cache.
 std::size_t ChooseRecordsPerBlock(std::size_t columnCount) {
   constexpr std::size_t kBlockValues = std::size_t{1} << 17;
   constexpr std::size_t kValuesPerLine = 8;
@@ -47,7 +48,7 @@ ValueFile::ValueFile(const std::string& directory, std::size_t columnCount)
 
 void ValueFile::Finish() {
   if (fRecordsInBlock > 0) WriteBlock();
-  fBlock = {};
+  std::vector<double>().swap(fBlock);
 }
 
 // Neighbouring columns go out together, and leave holes for the abandoned ones.

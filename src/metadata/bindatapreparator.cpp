@@ -153,6 +153,7 @@ MCStatus BINDataPreparator::ProcessSource(MCCommon::RecordIterator& source) {
     const MCStatus lastTransfer = TransferData();
     if (HasCode(lastTransfer, StatusCode::kOutOfMemory)) return lastTransfer;
     fIsComplete = lastTransfer.IsOK();
+    ReleaseCache();
     if (fStoredRecords == 0) return MCStatus(120004, false);
     if (fCancel.IsCancel()) return fStatus = MCStatus(1, false);
     MarkUndeclaredCategories();
@@ -341,6 +342,11 @@ MCStatus BINDataPreparator::TransferData() {
     fNextColumn = 0;
     return MCStatus();
   });
+}
+
+void BINDataPreparator::ReleaseCache() {
+  fCache = BINDataCache();
+  fFirstSlot = nullptr;
 }
 
 MCStatus BINDataPreparator::AppendRow(std::size_t file) {

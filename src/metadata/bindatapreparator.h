@@ -35,7 +35,7 @@ class TempFile;
 //              with a code outside stops there, and its variable is not usable.
 //   Records    one whose weight is missing, or zero or less once rounded, is dropped; so is a
 //              null record. Nothing else drops a whole record.
-//   Memory     10000 values per file.
+//   Memory     10000 values per file, as they fill, until the pass is over.
 //
 // The variable list needs a role for each variable, at most one target and at most one
 // weight: SetUpTempFiles() stops the process when there are more variables than files.
@@ -146,6 +146,7 @@ class MCBINNING_API BINDataPreparator {
   Slots GetNextSlots();
   bool StoreRecord(MCBinning::MCStatus& status);
   void MarkUndeclaredCategories();
+  void ReleaseCache();
 
   std::string fTempDirName;
   ProgressListener* fProgressListener;

@@ -1,5 +1,6 @@
 #include "output/efbinoutput.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "common/guard.h"
@@ -25,7 +26,12 @@ void ResultStore::Append(EFBINOutput& output, const AttributeResult& result) {
   record.fTotalWeightWithMissing = result.totals.weightWithMissing;
   record.fMinimum = result.totals.minimum;
   record.fMaximum = result.totals.maximum;
+  const std::vector<BINAttributeResults>& earlier = output.fResults;
+  const bool isAscending =
+      output.fAscendingCount == earlier.size() &&
+      (earlier.empty() || earlier.back().GetAttributeIndex() < result.attribute);
   output.fResults.push_back(std::move(record));
+  if (isAscending) ++output.fAscendingCount;
 }
 
 EFBINOutput::EFBINOutput() = default;
@@ -59,14 +65,25 @@ MCStatus EFBINOutput::GetAllCutPoints(std::vector<BINAttributeResults>& out) con
 
 MCStatus EFBINOutput::GetAttributeCutPoints(int attributeIndex, BINAttributeResults& out) const {
   if (attributeIndex < 0) return Error(StatusCode::kNoSuchVariable);
-  for (const BINAttributeResults& record : fResults) {
-    if (record.GetAttributeIndex() != attributeIndex) continue;
-    return MCBinning::Guard([&] {
-      out = record;
-      return record.GetStatus();
-    });
-  }
-  return Error(StatusCode::kNoSuchVariable);
+  const BINAttributeResults* const record = FindFirst(attributeIndex);
+  if (record == nullptr) return Error(StatusCode::kNoSuchVariable);
+  return MCBinning::Guard([&] {
+    out = *record;
+    return record->GetStatus();
+  });
+}
+
+// Most runs go through the attributes in ascending order: those need no look at every record.
+const BINAttributeResults* EFBINOutput::FindFirst(int attributeIndex) const {
+  const auto endOfAscending = fResults.begin() + static_cast<std::ptrdiff_t>(fAscendingCount);
+  const auto found = std::lower_bound(
+      fResults.begin(), endOfAscending, attributeIndex,
+      [](const auto& record, int index) { return record.GetAttributeIndex() < index; });
+  if (found != endOfAscending && found->GetAttributeIndex() == attributeIndex) return &*found;
+  const auto later = std::find_if(endOfAscending, fResults.end(), [&](const auto& record) {
+    return record.GetAttributeIndex() == attributeIndex;
+  });
+  return later != fResults.end() ? &*later : nullptr;
 }
 
 std::ostream& EFBINOutput::Display(std::ostream& os) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <ostream>
 #include <vector>
 
@@ -47,5 +48,8 @@ class MCBINNING_API EFBINOutput {
  private:
   friend class MCBinning::ResultStore;
 
+  const BINAttributeResults* FindFirst(int attributeIndex) const;
+
   std::vector<BINAttributeResults> fResults;
+  std::size_t fAscendingCount = 0;  // of records before the first whose index does not ascend
 };

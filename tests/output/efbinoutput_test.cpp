@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "support/agreement.h"
 
 namespace {
@@ -23,6 +25,16 @@ TEST(EFBINOutput, FindsTheFirstRecordOfAnAttribute) {
     EXPECT_EQ(Text(output.GetAttributeCutPoints(unknown, result)), "120013/-1[0 0 0]");
   }
   EXPECT_EQ(result.GetNDistinctValues(), 10u) << "left alone";
+
+  unsigned int place = 100;
+  for (const int attribute : {7, 3, 9, 7, 3, 1}) {  // in no order
+    output.SetAttributeResults({}, {}, {}, attribute, place++, 0, 0, 0, 0);
+  }
+  for (const auto& [attribute, first] :
+       {std::pair(2, 10u), {7, 100u}, {3, 101u}, {9, 102u}, {1, 105u}}) {
+    output.GetAttributeCutPoints(attribute, result);
+    EXPECT_EQ(result.GetNDistinctValues(), first) << attribute;
+  }
 }
 
 }  // namespace
