@@ -9,6 +9,7 @@
 
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
+#include "binmodel/text/utf8.h"
 
 namespace MCBin {
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "binmodel/text/escape.h"
+
 namespace MCBin {
 
 void AppendCsvField(std::string& line, std::string_view text, bool quoted, char delimiter) {
@@ -12,12 +14,7 @@ void AppendCsvField(std::string& line, std::string_view text, bool quoted, char 
     line += text;
     return;
   }
-  line += '"';
-  for (const char c : text) {
-    if (c == '"') line += '"';
-    line += c;
-  }
-  line += '"';
+  line += MCBinModel::QuoteDoubled(text, '"');
 }
 
 void CsvLine::Clear() {

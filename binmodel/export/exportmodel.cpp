@@ -8,11 +8,9 @@
 
 #include "binmodel/model/binlookup.h"
 #include "binmodel/model/refusal.h"
-#include "binmodel/model/resultselection.h"
 #include "binmodel/model/usermissing.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
-#include "cli/options/usageerror.h"
 #include "common/missing.h"
 
 namespace MCBinModel {
@@ -24,10 +22,9 @@ std::int64_t ParseWhole(const std::string& text) {
   const char* const end = text.data() + text.size();
   const auto parsed = std::from_chars(text.data(), end, whole);
   if (parsed.ec != std::errc() || parsed.ptr != end) {
-    throw MCBin::UsageError(
-        fmt::format("--missing-as {}: the new columns hold whole numbers; give one, such as -1, "
-                    "or choose --as label",
-                    QuotedText(text)));
+    throw Refusal(RefusalCode::kMissingNotWhole, {{}, text, {}},
+                  fmt::format("missing values cannot become {}: the new columns hold whole numbers",
+                              QuotedText(text)));
   }
   return whole;
 }
@@ -35,8 +32,9 @@ std::int64_t ParseWhole(const std::string& text) {
 double ParseReal(const std::string& text) {
   const ParsedNumber number = ParseNumber(text);
   if (number.kind != NumberKind::kNumber) {
-    throw MCBin::UsageError(fmt::format(
-        "--missing-as {}: the new columns hold numbers; give one, such as 0", QuotedText(text)));
+    throw Refusal(RefusalCode::kMissingNotNumber, {{}, text, {}},
+                  fmt::format("missing values cannot become {}: the new columns hold numbers",
+                              QuotedText(text)));
   }
   return number.value;
 }
@@ -71,7 +69,7 @@ void AddNumber(std::vector<double>& numbers, const std::string& text) {
   AddNumber(numbers, value);
 }
 
-// Declared missing values, texts of --na that are numbers, and the mark of a missing value.
+// Declared missing values, missing texts that are numbers, and the mark of a missing value.
 std::vector<double> MissingNumbers(const VariableInfo& attribute, const BinSource& source) {
   std::vector<double> numbers;
   if (attribute.kind == VariableKind::kStringCategorical) return numbers;
@@ -124,17 +122,18 @@ void CheckNames(const BinModel& model, const std::vector<ExportColumn>& columns)
   };
   for (const ExportColumn& column : columns) {
     if (has(model.attributes, column.name) || has(model.targets, column.name)) {
-      throw Refusal(fmt::format("there is a column {} already; choose another --suffix",
-                                QuotedText(column.name)));
+      throw Refusal(RefusalCode::kColumnExists, {{}, column.name, column.attribute->name},
+                    fmt::format("there is a column {} already", QuotedText(column.name)));
     }
   }
 }
 
 }  // namespace
 
-ExportModel MakeExportModel(const BinModel& model, const ExportOptions& options) {
+ExportModel MakeExportModel(const BinModel& model, const std::vector<std::size_t>& results,
+                            const ExportOptions& options) {
   ExportModel exported{model.settings.rightClosed, options.form, MakeMissing(options), {}};
-  for (const std::size_t index : SelectResults(model, options.target, options.binFile)) {
+  for (const std::size_t index : results) {
     exported.columns.push_back(MakeColumn(model, model.results[index], options, exported.missing));
   }
   CheckNames(model, exported.columns);

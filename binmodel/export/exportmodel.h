@@ -4,14 +4,12 @@
 #include <string>
 #include <vector>
 
-#include "binmodel/apply/binvalues.h"
-#include "binmodel/export/exportoptions.h"
-#include "binmodel/model/binmodel.h"
+#include "binmodel/export/binexport.h"
 
 namespace MCBinModel {
 
 // One attribute's way from values to bins, whatever the language it is written in. Values count
-// as they do in `mcbin apply`.
+// as they do when bins are applied.
 struct ExportColumn {
   // A bin of categories instead of an interval, without those that count as missing.
   struct CategoryBin {
@@ -34,11 +32,9 @@ struct ExportModel {
   std::vector<ExportColumn> columns;
 };
 
-// The bins of one target, ready to be written. Borrows `model`.
-//
-// Throws Refusal when a new column would have the name of another, and when weight of
-// evidence is asked for without a target of two classes; UsageError when --missing-as is not
-// of the type that the new columns have.
-ExportModel MakeExportModel(const BinModel& model, const ExportOptions& options);
+// The bins of some results, ready to be written. Borrows `model`. Throws Refusal as the functions
+// of binexport.h do, but for what a language cannot write.
+ExportModel MakeExportModel(const BinModel& model, const std::vector<std::size_t>& results,
+                            const ExportOptions& options);
 
 }  // namespace MCBinModel

@@ -1,42 +1,30 @@
-#include "binmodel/export/pmmlexport.h"
-
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <optional>
+#include <string>
+#include <vector>
 
+#include "binmodel/export/exportmodel.h"
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
+#include "binmodel/text/escape.h"
 #include "binmodel/text/number.h"
 
 namespace MCBinModel {
 
 namespace {
 
-// For an attribute in double quotes or the text of an element. Line ends and tabs are written
-// as references: a parser would make blanks of them.
-std::string XmlText(const std::string& text) {
-  std::string escaped;
-  for (const char c : text) {
-    const bool control = static_cast<unsigned char>(c) < 0x20;
-    const bool allowed = !control || c == '\t' || c == '\n' || c == '\r';
-    if (!allowed) {
-      throw Refusal(fmt::format("the text {} has a control character, which XML cannot hold",
-                                QuotedText(text)));
-    }
-    if (control || c == '&' || c == '<' || c == '>' || c == '"') {
-      escaped += fmt::format("&#{};", static_cast<int>(c));
-    } else {
-      escaped += c;
-    }
-  }
-  // Two code points that are not characters, and that XML leaves out.
-  if (text.find("\xEF\xBF\xBE") != std::string::npos ||
-      text.find("\xEF\xBF\xBF") != std::string::npos) {
-    throw Refusal(
-        fmt::format("the text {} has a character that XML cannot hold", QuotedText(text)));
-  }
-  return escaped;
+std::string PmmlText(const std::string& text) {
+  const std::optional<std::string> escaped = XmlText(text);
+  if (escaped) return *escaped;
+  const bool control = std::any_of(text.begin(), text.end(), [](char c) {
+    return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
+  });
+  throw Refusal(fmt::format("the text {} has a {} XML cannot hold", QuotedText(text),
+                            control ? "control character, which" : "character that"));
 }
 
 std::string XmlNumber(double value) {
@@ -49,7 +37,7 @@ std::string XmlValue(const BinValue& value) {
     std::string operator()(std::monostate) const { return ""; }
     std::string operator()(std::int64_t index) const { return std::to_string(index); }
     std::string operator()(double number) const { return XmlNumber(number); }
-    std::string operator()(const std::string& text) const { return XmlText(text); }
+    std::string operator()(const std::string& text) const { return PmmlText(text); }
   };
   return std::visit(Writer{}, value);
 }
@@ -65,12 +53,12 @@ std::string DataField(const ExportColumn& column) {
   const bool isText = attribute.kind == VariableKind::kStringCategorical;
   std::vector<std::string> missing;
   if (isText) {
-    for (const std::string& text : attribute.missing.texts) missing.push_back(XmlText(text));
+    for (const std::string& text : attribute.missing.texts) missing.push_back(PmmlText(text));
   }
   for (const double number : column.missingNumbers) missing.push_back(XmlNumber(number));
 
   const std::string start = fmt::format(
-      "    <DataField name=\"{}\" optype=\"{}\" dataType=\"{}\"", XmlText(attribute.name),
+      "    <DataField name=\"{}\" optype=\"{}\" dataType=\"{}\"", PmmlText(attribute.name),
       attribute.IsCategorical() ? "categorical" : "continuous", isText ? "string" : "double");
   if (missing.empty()) return start + "/>\n";
   std::string field = start + ">\n";
@@ -92,7 +80,7 @@ std::string Interval(const ExportColumn& column, std::size_t bin, bool rightClos
 // A bin without a value is left out: what falls into it has no value either.
 std::string Discretize(const ExportModel& model, const ExportColumn& column) {
   const std::string start =
-      fmt::format("      <Discretize field=\"{}\"{}", XmlText(column.attribute->name),
+      fmt::format("      <Discretize field=\"{}\"{}", PmmlText(column.attribute->name),
                   XmlAttribute("mapMissingTo", model.missing));
   if (column.cutPoints->empty()) {
     return start + XmlAttribute("defaultValue", column.values.front()) + "/>\n";
@@ -115,13 +103,13 @@ std::string MapValues(const ExportModel& model, const ExportColumn& column) {
       "        <FieldColumnPair field=\"{}\" column=\"category\"/>\n"
       "        <InlineTable>\n",
       XmlAttribute("mapMissingTo", model.missing), XmlAttribute("defaultValue", model.missing),
-      XmlText(attribute.name));
+      PmmlText(attribute.name));
   for (const ExportColumn::CategoryBin& categories : column.categoryBins) {
     const BinValue& value = column.values[categories.bin];
     if (std::holds_alternative<std::monostate>(value)) continue;
     for (const std::size_t code : categories.codes) {
       expression += fmt::format("          <row><category>{}</category><bin>{}</bin></row>\n",
-                                XmlText(attribute.GetLabel(code)), XmlValue(value));
+                                PmmlText(attribute.GetLabel(code)), XmlValue(value));
     }
   }
   return expression + "        </InlineTable>\n      </MapValues>\n";
@@ -142,7 +130,7 @@ const char* TypeOf(BinForm form) {
 std::string DerivedField(const ExportModel& model, const ExportColumn& column) {
   const bool categorical = column.attribute->IsCategorical();
   return fmt::format("    <DerivedField name=\"{}\" {}>\n{}    </DerivedField>\n",
-                     XmlText(column.name), TypeOf(model.form),
+                     PmmlText(column.name), TypeOf(model.form),
                      categorical ? MapValues(model, column) : Discretize(model, column));
 }
 
@@ -158,7 +146,9 @@ void NoteInterval(const VariableInfo& attribute, std::vector<std::string>& notes
 
 }  // namespace
 
-std::string WritePmml(const ExportModel& model, std::vector<std::string>& notes) {
+std::string ExportPmml(const BinModel& bins, const std::vector<std::size_t>& results,
+                       const ExportOptions& options, std::vector<std::string>& notes) {
+  const ExportModel model = MakeExportModel(bins, results, options);
   std::string dataFields;
   std::string derivedFields;
   for (const ExportColumn& column : model.columns) {

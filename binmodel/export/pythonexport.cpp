@@ -1,11 +1,10 @@
-#include "binmodel/export/pythonexport.h"
-
 #include <fmt/format.h>
 
 #include <cfloat>
 #include <cmath>
 #include <vector>
 
+#include "binmodel/export/exportmodel.h"
 #include "binmodel/text/number.h"
 
 namespace MCBinModel {
@@ -148,7 +147,9 @@ def _category_bins(values, bins, missing):
 
 }  // namespace
 
-std::string WritePython(const ExportModel& model) {
+std::string ExportPython(const BinModel& bins, const std::vector<std::size_t>& results,
+                         const ExportOptions& options) {
+  const ExportModel model = MakeExportModel(bins, results, options);
   std::string module = kHead;
   bool hasIntervals = false;
   bool hasCategories = false;

@@ -9,25 +9,17 @@
 #include <limits>
 #include <stdexcept>
 
+#include "binmodel/export/binexport.h"
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
+#include "binmodel/text/escape.h"
 #include "binmodel/text/number.h"
 
 namespace MCBinModel {
 
 namespace {
 
-// `text` in quotes; the quote is doubled.
-std::string Quote(std::string_view text, char quote) {
-  std::string quoted(1, quote);
-  for (const char c : text) {
-    if (c == quote) quoted += quote;
-    quoted += c;
-  }
-  return quoted + quote;
-}
-
-std::string QuoteStandard(std::string_view text) { return Quote(text, '\''); }
+std::string QuoteStandard(std::string_view text) { return QuoteDoubled(text, '\''); }
 
 // Where a backslash begins an escape. Spark reads 'a''b' as two texts, so quotes are escaped too.
 std::string QuoteWithBackslashes(std::string_view text) {
@@ -125,7 +117,10 @@ std::vector<std::string> SqlDialectNames() {
 const SqlDialect& FindSqlDialect(const std::string& name) {
   const auto found = std::find_if(kDialects.begin(), kDialects.end(),
                                   [&](const SqlDialect& dialect) { return dialect.name == name; });
-  if (found == kDialects.end()) throw std::invalid_argument("unknown SQL dialect " + name);
+  if (found == kDialects.end()) {
+    throw Refusal(fmt::format("there is no SQL dialect {}; there are {}", QuotedText(name),
+                              fmt::join(SqlDialectNames(), ", ")));
+  }
   return *found;
 }
 
@@ -134,16 +129,16 @@ std::string QuoteIdentifier(const SqlDialect& dialect, std::string_view name) {
     throw Refusal(
         fmt::format("the name {} has a NUL character, which SQL cannot hold", QuotedText(name)));
   }
-  return Quote(name, dialect.identifierQuote);
+  return QuoteDoubled(name, dialect.identifierQuote);
 }
 
 std::string FormatSqlNumber(const SqlDialect& dialect, double value) {
   if (!std::isinf(value)) return dialect.formatNumber(value);
   if (dialect.infinity == nullptr) {
-    throw Refusal(
-        fmt::format("a weight of evidence is infinite, which --dialect {} cannot say; merge the "
-                    "bin with an empty class, or choose --as index",
-                    dialect.name));
+    throw Refusal(RefusalCode::kNoInfinity, {{}, dialect.name, {}},
+                  fmt::format("a weight of evidence is infinite, which the SQL dialect {} cannot "
+                              "say; merge the bin with an empty class",
+                              dialect.name));
   }
   return value > 0.0 ? dialect.infinity : dialect.minusInfinity;
 }

@@ -25,8 +25,7 @@ struct SqlDialect {
   const char* textOperand;    // what is compared with texts, byte by byte
 };
 
-// The names that FindSqlDialect knows.
-std::vector<std::string> SqlDialectNames();
+// Throws Refusal for a name that SqlDialectNames() does not have.
 const SqlDialect& FindSqlDialect(const std::string& name);
 
 // A table or column name in the dialect's quotes. Throws Refusal for one with a NUL

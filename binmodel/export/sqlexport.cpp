@@ -1,15 +1,14 @@
-#include "binmodel/export/sqlexport.h"
-
 #include <fmt/format.h>
 
 #include <cfloat>
 #include <cmath>
 #include <vector>
 
+#include "binmodel/export/exportmodel.h"
+#include "binmodel/export/sqldialect.h"
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
-#include "cli/options/usageerror.h"
 
 namespace MCBinModel {
 
@@ -162,17 +161,19 @@ std::vector<std::string> SplitTableName(const std::string& table) {
   }
   for (const std::string& part : parts) {
     if (!quoted && !part.empty()) continue;
-    throw MCBin::UsageError(fmt::format(
-        "--table {}: write NAME or SCHEMA.NAME, a name with a dot or quotes in double quotes",
-        QuotedText(table)));
+    throw Refusal(RefusalCode::kTableName, {{}, table, {}},
+                  fmt::format("{} is no name of a table", QuotedText(table)));
   }
   return parts;
 }
 
 }  // namespace
 
-std::string WriteSql(const ExportModel& model, const SqlDialect& dialect,
-                     const std::string& table) {
+std::string ExportSql(const BinModel& bins, const std::vector<std::size_t>& results,
+                      const ExportOptions& options, const std::string& dialectName,
+                      const std::string& table) {
+  const SqlDialect& dialect = FindSqlDialect(dialectName);
+  const ExportModel model = MakeExportModel(bins, results, options);
   std::string query = fmt::format("SELECT\n  {}.*", kTableAlias);
   for (const ExportColumn& column : model.columns) {
     query += ",\n" + CaseWriter(model, column, dialect).Write();

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "binmodel/model/intervaltext.h"
+#include "binmodel/text/escape.h"
 
 namespace MCBinModel {
 
@@ -11,12 +12,7 @@ namespace {
 // In double quotes where it could be taken for more than one category.
 std::string CategoryText(const std::string& label) {
   if (!label.empty() && label.find_first_of(",{}\"") == std::string::npos) return label;
-  std::string quoted = "\"";
-  for (const char c : label) {
-    if (c == '"') quoted += '"';
-    quoted += c;
-  }
-  return quoted + "\"";
+  return QuoteDoubled(label, '"');
 }
 
 }  // namespace

@@ -34,6 +34,13 @@ enum class RefusalCode {
   // Missing values that do not fit the kind of their column.
   kMissingNotNumeric,  // subject: a numeric column; detail: the value that is no number
   kMissingInterval,    // subject: a column of texts, for which an interval is given
+
+  // Exports.
+  kMissingNotWhole,   // subject: the text for missing values, among indexes
+  kMissingNotNumber,  // subject: the text for missing values, among weights of evidence
+  kColumnExists,      // subject: the name of a new column; detail: that of its attribute
+  kTableName,         // subject: a text that is no name of a table
+  kNoInfinity,        // subject: a dialect of SQL that cannot say an infinite weight of evidence
 };
 
 // Input was refused, or a run failed.

@@ -1,14 +1,14 @@
-#include "binmodel/report/evaluationreport.h"
-
 #include <fmt/format.h>
 
-#include <cmath>
 #include <optional>
 #include <utility>
 #include <vector>
 
+#include "binmodel/apply/recount.h"
 #include "binmodel/measure/binstatistics.h"
 #include "binmodel/model/binlookup.h"
+#include "binmodel/report/binreport.h"
+#include "binmodel/report/reportcells.h"
 #include "binmodel/report/texttable.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
@@ -19,17 +19,7 @@ namespace {
 
 using Align = TextTable::Align;
 
-constexpr std::size_t kNameWidth = 32;
-constexpr std::size_t kLabelWidth = 16;
 constexpr std::size_t kIntervalWidth = 60;
-constexpr std::size_t kMostClassColumns = 6;
-
-// A measure with four decimals; "-" when it does not exist.
-std::string MeasureCell(const std::optional<double>& measure) {
-  if (!measure) return "-";
-  if (std::isinf(*measure)) return *measure > 0.0 ? "+inf" : "-inf";
-  return FormatFixed(*measure, 4);
-}
 
 // One result of the bin file beside its recount.
 class Comparison {
@@ -182,10 +172,10 @@ class Comparison {
 };
 
 std::string Heading(const BinModel& model, const VariableInfo* target, const Recount& recount,
-                    const std::string& dataName) {
+                    std::string_view dataName) {
   std::string heading =
-      fmt::format("Bins of {} on {}: {} records", PrintableText(model.source.name), dataName,
-                  recount.recordCount - recount.dropped.GetTotal());
+      fmt::format("Bins of {} on {}: {} records", PrintableText(model.source.name),
+                  PrintableText(dataName), recount.recordCount - recount.dropped.GetTotal());
   if (target != nullptr) {
     heading += fmt::format(", target {}", ElideText(target->name, kNameWidth));
     if (target->GetCategoryCount() == 2) {
@@ -198,8 +188,8 @@ std::string Heading(const BinModel& model, const VariableInfo* target, const Rec
 
 }  // namespace
 
-void WriteEvaluationReport(const BinModel& model, const Recount& recount,
-                           const std::string& dataName, MCBin::ResultStream& out) {
+void WriteEvaluationReport(const BinModel& model, const Recount& recount, std::string_view dataName,
+                           const TextSink& write) {
   const VariableInfo* const target = model.GetTarget(recount.results.front().counts);
   std::vector<Comparison> comparisons;
   for (const RecountedBins& recounted : recount.results) comparisons.emplace_back(model, recounted);
@@ -215,10 +205,9 @@ void WriteEvaluationReport(const BinModel& model, const Recount& recount,
   summary.AddColumn("counts", Align::kLeft);
   for (const Comparison& comparison : comparisons) summary.AddRow(comparison.SummaryRow());
 
-  out.Write(Heading(model, target, recount, dataName));
-  out.Write(summary.Render());
-  for (const Comparison& comparison : comparisons) out.Write(comparison.Render());
-  out.Flush();
+  write(Heading(model, target, recount, dataName));
+  write(summary.Render());
+  for (const Comparison& comparison : comparisons) write(comparison.Render());
 }
 
 }  // namespace MCBinModel

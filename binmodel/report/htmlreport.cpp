@@ -1,5 +1,3 @@
-#include "binmodel/report/htmlreport.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -9,20 +7,22 @@
 #include "binmodel/measure/binstatistics.h"
 #include "binmodel/measure/evidence.h"
 #include "binmodel/model/resultorder.h"
+#include "binmodel/report/binreport.h"
 #include "binmodel/report/htmlresult.h"
 #include "binmodel/report/htmlstyle.h"
+#include "binmodel/report/reportcells.h"
 #include "binmodel/text/displaytext.h"
-#include "binmodel/text/htmltext.h"
+#include "binmodel/text/escape.h"
 #include "binmodel/text/number.h"
 
 namespace MCBinModel {
 
 namespace {
 
-constexpr std::size_t kNameWidth = 60;
+constexpr std::size_t kPageNameWidth = 60;
 
 std::string Name(const VariableInfo& variable) {
-  return HtmlText(ElideText(variable.name, kNameWidth));
+  return HtmlText(ElideText(variable.name, kPageNameWidth));
 }
 
 class HtmlReport {
@@ -46,7 +46,7 @@ class HtmlReport {
  private:
   std::string Title() const {
     return (fSupervised ? "Supervised bins of " : "Equal-frequency bins of ") +
-           HtmlText(ElideText(fModel.source.name, kNameWidth));
+           HtmlText(ElideText(fModel.source.name, kPageNameWidth));
   }
 
   std::string Head() const {
@@ -80,7 +80,7 @@ class HtmlReport {
     }
     if (weight) {
       facts += fmt::format("<span>weighted by {}</span> ",
-                           HtmlText(ElideText(weight->name, kNameWidth)));
+                           HtmlText(ElideText(weight->name, kPageNameWidth)));
     }
     if (!fSupervised) facts += fmt::format("<span>{} bins asked for</span> ", settings.bins);
     facts += settings.rightClosed ? "<span>bins (a, b] hold their upper border</span> "
@@ -108,7 +108,7 @@ class HtmlReport {
         "<p class=\"soft\">Information gain is what the bins tell about the target, in bits; "
         "“explained” is its share of the target’s entropy.</p>\n";
     if (!target.event) return html;
-    const std::string event = HtmlText(ElideText(variable.GetLabel(*target.event), kNameWidth));
+    const std::string event = HtmlText(ElideText(variable.GetLabel(*target.event), kPageNameWidth));
     html += fmt::format(
         "<p class=\"soft\">The event is <strong>{0}</strong>. Weight of evidence is "
         "ln((events in the bin / all events) / (others in the bin / all others)): above 0 where "
@@ -188,7 +188,7 @@ class HtmlReport {
         "<td class=\"t s\">{}</td></tr>\n",
         result, Name(fModel.GetAttribute(bins)), measures, bins.binWeights.size(),
         HtmlShare(bins.weightWithMissing - bins.validWeight, bins.weightWithMissing),
-        bins.status.IsOK() ? "ok" : HtmlStatus(bins.status));
+        StatusCell(bins.status));
   }
 
   std::string Results(const std::vector<std::size_t>& order, const HtmlTarget& target) const {
@@ -204,7 +204,7 @@ class HtmlReport {
 
 }  // namespace
 
-std::string WriteHtmlReport(const BinModel& model, double adjustment) {
+std::string MakeHtmlReport(const BinModel& model, double adjustment) {
   return HtmlReport(model, adjustment).Render();
 }
 

@@ -8,18 +8,18 @@
 #include "binmodel/measure/evidence.h"
 #include "binmodel/model/binlookup.h"
 #include "binmodel/model/intervaltext.h"
-#include "binmodel/model/statustext.h"
+#include "binmodel/report/reportcells.h"
 #include "binmodel/report/svgchart.h"
 #include "binmodel/text/displaytext.h"
-#include "binmodel/text/htmltext.h"
+#include "binmodel/text/escape.h"
 #include "binmodel/text/number.h"
 
 namespace MCBinModel {
 
 namespace {
 
-constexpr std::size_t kNameWidth = 100;
-constexpr std::size_t kLabelWidth = 40;
+constexpr std::size_t kTitleWidth = 100;
+constexpr std::size_t kClassWidth = 40;
 constexpr std::size_t kBinLabelWidth = 160;  // a bin may hold many categories
 constexpr int kAxisDigits = 6;
 
@@ -44,7 +44,7 @@ class HtmlResult {
     std::string html = fmt::format("<section id=\"r{}\"{}>\n<div class=\"head\">\n{}", fResult,
                                    fTarget.event ? " class=\"two\"" : "", Title() + Facts());
     if (!fBins.status.IsOK()) {
-      html += fmt::format("<p class=\"warn\">{}</p>\n", HtmlStatus(fBins.status));
+      html += fmt::format("<p class=\"warn\">{}</p>\n", StatusCell(fBins.status));
     }
     if (fBins.binWeights.empty()) return html + "</div>\n</section>\n";
     return html + Legend() + RenderBinChart(Chart()) + "\n</div>\n" + Table() + "</section>\n";
@@ -54,11 +54,11 @@ class HtmlResult {
   bool HasEvidence() const { return fTarget.event && !fBins.classWeights.empty(); }
 
   std::string Title() const {
-    std::string title = HtmlText(ElideText(fAttribute.name, kNameWidth));
+    std::string title = HtmlText(ElideText(fAttribute.name, kTitleWidth));
     const VariableInfo* const target = fModel.GetTarget(fBins);
     if (target != nullptr) {
       title +=
-          " <span class=\"soft\">by " + HtmlText(ElideText(target->name, kNameWidth)) + "</span>";
+          " <span class=\"soft\">by " + HtmlText(ElideText(target->name, kTitleWidth)) + "</span>";
     }
     return "<h3>" + title + "</h3>\n";
   }
@@ -94,7 +94,7 @@ class HtmlResult {
   bool IsWide() const { return fTarget.groups.size() > 4; }
 
   std::string GroupLabel(std::size_t group) const {
-    return HtmlText(ElideText(fTarget.groups[group].label, kLabelWidth));
+    return HtmlText(ElideText(fTarget.groups[group].label, kClassWidth));
   }
 
   std::string BinName(std::size_t bin) const {
@@ -124,7 +124,7 @@ class HtmlResult {
     chart.lineCaption = "share of each class in the bin";
     if (fTarget.event) {
       chart.lineCaption = fmt::format("share of {} in the bin; dashed: in all bins",
-                                      ElideText(fTarget.groups.front().label, kLabelWidth));
+                                      ElideText(fTarget.groups.front().label, kClassWidth));
     }
     if (fTarget.event && fBins.validWeight > 0.0) {
       chart.overallShares = {fTotals[*fTarget.event] / fBins.validWeight};
@@ -142,7 +142,7 @@ class HtmlResult {
     for (const ClassGroup& group : fTarget.groups) {
       const double part = GroupWeight(group, fBins.classWeights[bin]);
       chartBin.parts.push_back(part);
-      chartBin.tooltip.push_back(fmt::format("{}: {} ({})", ElideText(group.label, kLabelWidth),
+      chartBin.tooltip.push_back(fmt::format("{}: {} ({})", ElideText(group.label, kClassWidth),
                                              FormatNumber(part), HtmlShare(part, weight)));
     }
     if (fTarget.groups.empty()) chartBin.parts = {weight};
@@ -225,11 +225,6 @@ std::string HtmlMeasure(const std::optional<double>& measure) {
 
 std::string HtmlShare(double part, double whole) {
   return whole > 0.0 ? FormatShare(part / whole) : "–";
-}
-
-std::string HtmlStatus(const MCBinning::MCStatus& status) {
-  return fmt::format("{}: {} ({})", DescribeSeverity(status), DescribeStatus(status),
-                     status.GetErrorCode());
 }
 
 }  // namespace MCBinModel

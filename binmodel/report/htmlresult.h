@@ -25,7 +25,4 @@ std::string HtmlMeasure(const std::optional<double>& measure);
 // A weight's share of a total; "–" without total.
 std::string HtmlShare(double part, double whole);
 
-// What a report says about a status that is not OK.
-std::string HtmlStatus(const MCBinning::MCStatus& status);
-
 }  // namespace MCBinModel

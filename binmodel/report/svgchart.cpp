@@ -7,7 +7,7 @@
 #include <cmath>
 
 #include "binmodel/text/displaytext.h"
-#include "binmodel/text/htmltext.h"
+#include "binmodel/text/escape.h"
 #include "binmodel/text/number.h"
 
 namespace MCBinModel {

@@ -1,5 +1,3 @@
-#include "binmodel/report/textreport.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -10,7 +8,8 @@
 #include "binmodel/model/binlookup.h"
 #include "binmodel/model/intervaltext.h"
 #include "binmodel/model/resultorder.h"
-#include "binmodel/model/statustext.h"
+#include "binmodel/report/binreport.h"
+#include "binmodel/report/reportcells.h"
 #include "binmodel/report/texttable.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
@@ -21,17 +20,8 @@ namespace {
 
 using Align = TextTable::Align;
 
-constexpr std::size_t kNameWidth = 32;
-constexpr std::size_t kLabelWidth = 16;
-constexpr std::size_t kMostClassColumns = 6;  // with more classes, the largest are named
-constexpr std::size_t kBarWidth = 4;          // of a class share
-constexpr std::size_t kCutPointsWidth = 40;   // in a summary line
-
-std::string StatusCell(const MCBinning::MCStatus& status) {
-  if (status.IsOK()) return "ok";
-  return fmt::format("{}: {} ({})", DescribeSeverity(status), DescribeStatus(status),
-                     status.GetErrorCode());
-}
+constexpr std::size_t kBarWidth = 4;         // of a class share
+constexpr std::size_t kCutPointsWidth = 40;  // in a summary line
 
 std::string CutPointsCell(const std::vector<double>& cutPoints) {
   if (cutPoints.empty()) return "-";
@@ -46,10 +36,6 @@ std::string CutPointsCell(const std::vector<double>& cutPoints) {
   return text;
 }
 
-std::string GainCell(const AttributeBins& bins) {
-  return bins.informationGain ? FormatFixed(*bins.informationGain, 4) : "-";
-}
-
 // The categories whose codes lie in a bin, for attributes that are binned by code.
 std::string CategoriesCell(const VariableInfo& attribute, const AttributeBins& bins,
                            std::size_t bin, bool rightClosed) {
@@ -58,7 +44,6 @@ std::string CategoriesCell(const VariableInfo& attribute, const AttributeBins& b
   for (std::size_t code = 0; code < attribute.GetCategoryCount(); ++code) {
     if (FindBin(bins.cutPoints, static_cast<double>(code), rightClosed) != bin) continue;
     text += (text.empty() ? "" : ", ") + attribute.GetLabel(code);
-    if (text.size() > 4 * kCategoriesWidth) break;
   }
   return ElideText(text, kCategoriesWidth);
 }
@@ -192,8 +177,9 @@ std::string SupervisedSummary(const BinModel& model, const std::vector<std::size
     const AttributeBins& bins = model.results[index];
     std::vector<std::string> cells = {ElideText(model.GetAttribute(bins).name, kNameWidth)};
     if (severalTargets) cells.push_back(ElideText(model.GetTarget(bins)->name, kNameWidth));
-    cells.insert(cells.end(), {GainCell(bins), std::to_string(bins.binWeights.size()),
-                               CutPointsCell(bins.cutPoints), StatusCell(bins.status)});
+    cells.insert(cells.end(),
+                 {MeasureCell(bins.informationGain), std::to_string(bins.binWeights.size()),
+                  CutPointsCell(bins.cutPoints), StatusCell(bins.status)});
     table.AddRow(std::move(cells));
   }
   return table.Render();
@@ -221,29 +207,29 @@ std::string Heading(const BinModel& model) {
   if (model.settings.algorithm == Algorithm::kEqualFrequency) {
     return fmt::format(
         "Equal-frequency bins of {}: {} records, {} bins asked for, ideal share {}\n\n",
-        model.source.name, used, model.settings.bins, FormatShare(1.0 / model.settings.bins));
+        PrintableText(model.source.name), used, model.settings.bins,
+        FormatShare(1.0 / model.settings.bins));
   }
   std::string targets;
   for (const VariableInfo& target : model.targets) {
     targets += (targets.empty() ? "" : ", ") + ElideText(target.name, kNameWidth);
   }
   return fmt::format("Supervised bins of {}: {} records, target {}; gain in bits\n\n",
-                     model.source.name, used, targets);
+                     PrintableText(model.source.name), used, targets);
 }
 
 }  // namespace
 
-void WriteTextReport(const BinModel& model, const TextStyle& style, MCBin::ResultStream& out) {
+void WriteTextReport(const BinModel& model, const TextStyle& style, const TextSink& write) {
   const std::vector<std::size_t> order = OrderByGain(model.results);
-  out.Write(Heading(model));
-  out.Write(model.settings.algorithm == Algorithm::kSupervised ? SupervisedSummary(model, order)
-                                                               : EqualFrequencySummary(model));
+  write(Heading(model));
+  write(model.settings.algorithm == Algorithm::kSupervised ? SupervisedSummary(model, order)
+                                                           : EqualFrequencySummary(model));
   for (const std::size_t index : order) {
     const AttributeBins& bins = model.results[index];
-    out.Write(Title(model, bins));
-    if (!bins.binWeights.empty()) out.Write(BinTable(model, bins, style).Render());
+    write(Title(model, bins));
+    if (!bins.binWeights.empty()) write(BinTable(model, bins, style).Render());
   }
-  out.Flush();
 }
 
 }  // namespace MCBinModel

@@ -1,6 +1,10 @@
 #include "binmodel/report/texttable.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <string_view>
 #include <utility>
 
@@ -49,6 +53,23 @@ std::string TextTable::Render() const {
     text += line + "\n";
   }
   return text;
+}
+
+std::string ShareBar(double share, std::size_t width, std::size_t index, const TextStyle& style) {
+  constexpr std::array<const char*, 8> kParts = {"", "▏", "▎", "▍", "▌", "▋", "▊", "▉"};
+  constexpr std::array<int, 6> kColors = {34, 33, 32, 35, 36, 31};
+  const double wanted = std::round(share * static_cast<double>(8 * width));
+  const auto eighths = std::min(8 * width, static_cast<std::size_t>(std::max(wanted, 0.0)));
+  const std::size_t shown = share > 0.0 ? std::max<std::size_t>(eighths, 1) : 0;
+
+  std::string bar;
+  for (std::size_t column = 0; column < shown / 8; ++column) bar += "█";
+  bar += kParts[shown % 8];
+  const std::string blanks(width - (shown + 7) / 8, ' ');
+  if (style.color && !bar.empty()) {
+    bar = fmt::format("\x1b[{}m{}\x1b[0m", kColors[index % kColors.size()], bar);
+  }
+  return bar + blanks;
 }
 
 }  // namespace MCBinModel

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "binmodel/report/binreport.h"
+
 namespace MCBinModel {
 
 // A table of aligned columns for a terminal. Cells are UTF-8 and printable, colours
@@ -24,5 +26,9 @@ class TextTable {
   std::vector<Align> fAligns;
   std::vector<std::vector<std::string>> fRows = {{}};  // the header first
 };
+
+// A share of 1 as a bar with a resolution of an eighth of a column, `width` columns wide with
+// its blanks. Shares above 0 are always visible. With colours in that of class `index`.
+std::string ShareBar(double share, std::size_t width, std::size_t index, const TextStyle& style);
 
 }  // namespace MCBinModel

@@ -1,70 +1,48 @@
 #include "binmodel/text/displaytext.h"
 
 #include <fmt/format.h>
+#include <utf8proc.h>
 
-#include <array>
-#include <cstdint>
+#include "binmodel/text/utf8.h"
 
 namespace MCBinModel {
 
 namespace {
 
-struct CodePoint {
-  std::uint32_t value;
-  std::size_t bytes;  // 0: not UTF-8
-};
-
-// The code point at the front of `text`, which is not empty.
-CodePoint FirstCodePoint(std::string_view text) {
-  const auto byteAt = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const std::uint32_t first = byteAt(0);
-  if (first < 0x80) return {first, 1};
-  const std::size_t bytes = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-  if (first < 0xC2 || first > 0xF4 || text.size() < bytes) return {0, 0};
-  std::uint32_t value = first & (0x7FU >> bytes);
-  for (std::size_t i = 1; i < bytes; ++i) {
-    if ((byteAt(i) & 0xC0U) != 0x80U) return {0, 0};
-    value = (value << 6) | (byteAt(i) & 0x3FU);
-  }
-  const bool overlong = (bytes == 3 && value < 0x800) || (bytes == 4 && value < 0x10000);
-  const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
-  if (overlong || surrogate || value > 0x10FFFF) return {0, 0};
-  return {value, bytes};
-}
-
-bool IsControl(std::uint32_t codePoint) {
-  return codePoint < 0x20 || (codePoint >= 0x7F && codePoint < 0xA0);
-}
-
-struct Range {
-  std::uint32_t first;
-  std::uint32_t last;
-};
-
-// The scripts that terminals draw two columns wide.
-constexpr std::array<Range, 8> kWide = {{{0x1100, 0x115F},
-                                         {0x2E80, 0xA4CF},
-                                         {0xAC00, 0xD7A3},
-                                         {0xF900, 0xFAFF},
-                                         {0xFE30, 0xFE6F},
-                                         {0xFF00, 0xFF60},
-                                         {0x1F300, 0x1FAFF},
-                                         {0x20000, 0x3FFFD}}};
-
-std::size_t WidthOf(std::uint32_t codePoint) {
-  const bool combining = codePoint >= 0x300 && codePoint <= 0x36F;
-  if (combining) return 0;
-  for (const Range& range : kWide) {
-    if (codePoint >= range.first && codePoint <= range.last) return 2;
-  }
-  return 1;
-}
-
-std::string Escaped(unsigned char byte) {
+std::string EscapedByte(unsigned char byte) {
   if (byte == '\n') return "\\n";
   if (byte == '\r') return "\\r";
   if (byte == '\t') return "\\t";
   return fmt::format("\\x{:02X}", static_cast<unsigned>(byte));
+}
+
+// Takes what is read as one character off `text`, which is not empty.
+std::string_view TakeCluster(std::string_view& text) {
+  const std::string_view whole = text;
+  utf8proc_int32_t state = 0;
+  CodePoint last = TakeCodePoint(text);
+  while (!text.empty()) {
+    std::string_view behind = text;
+    const CodePoint next = TakeCodePoint(behind);
+    if (utf8proc_grapheme_break_stateful(static_cast<utf8proc_int32_t>(last.value),
+                                         static_cast<utf8proc_int32_t>(next.value), &state)) {
+      break;
+    }
+    text = behind;
+    last = next;
+  }
+  return whole.substr(0, whole.size() - text.size());
+}
+
+// At most `bytes` of it, without a part of a code point at the end.
+std::string_view Beginning(std::string_view text, std::size_t bytes) {
+  if (text.size() <= bytes) return text;
+  const auto isContinuation = [&](std::size_t i) {
+    return (static_cast<unsigned char>(text[i]) & 0xC0U) == 0x80U;
+  };
+  std::size_t end = bytes;
+  while (end > 0 && bytes - end < 3 && isContinuation(end)) --end;
+  return text.substr(0, end);
 }
 
 }  // namespace
@@ -73,33 +51,32 @@ std::string PrintableText(std::string_view text) {
   std::string printable;
   printable.reserve(text.size());
   while (!text.empty()) {
-    const CodePoint next = FirstCodePoint(text);
-    const std::size_t bytes = next.bytes == 0 ? 1 : next.bytes;
-    if (next.bytes == 0 || IsControl(next.value)) {
-      for (const char c : text.substr(0, bytes))
-        printable += Escaped(static_cast<unsigned char>(c));
+    const CodePoint next = TakeCodePoint(text);
+    if (!next.isUtf8 || IsControl(next.value)) {
+      for (const char c : next.bytes) printable += EscapedByte(static_cast<unsigned char>(c));
+    } else if (IsHidden(next.value)) {
+      printable += fmt::format("\\u{:04X}", next.value);
     } else {
-      printable += text.substr(0, bytes);
+      printable += next.bytes;
     }
-    text.remove_prefix(bytes);
   }
   return printable;
 }
 
 std::string ElideText(std::string_view text, std::size_t width) {
-  const std::size_t longestNeeded = 4 * (width + 1);  // bytes of a code point
-  std::string printable = PrintableText(text.substr(0, longestNeeded));
-  if (text.size() <= longestNeeded && DisplayWidth(printable) <= width) return printable;
+  constexpr std::size_t kMostColumnBytes = 16;  // a letter may carry marks, but not without end
+  const std::string_view beginning = Beginning(text, kMostColumnBytes * (width + 1));
+  std::string printable = PrintableText(beginning);
+  if (beginning.size() == text.size() && DisplayWidth(printable) <= width) return printable;
 
   std::string_view left = printable;
   std::string elided;
   std::size_t used = 1;  // the ellipsis
   while (!left.empty()) {
-    const CodePoint next = FirstCodePoint(left);
-    used += WidthOf(next.value);
+    const std::string_view next = TakeCluster(left);
+    used += DisplayWidth(next);
     if (used > width) break;
-    elided += left.substr(0, next.bytes);
-    left.remove_prefix(next.bytes);
+    elided += next;
   }
   return elided + "\u2026";
 }
@@ -109,20 +86,12 @@ std::string QuotedText(std::string_view text) { return "'" + ElideText(text, 60)
 std::size_t DisplayWidth(std::string_view text) {
   std::size_t width = 0;
   while (!text.empty()) {
-    const CodePoint next = FirstCodePoint(text);
-    width += WidthOf(next.value);
-    text.remove_prefix(next.bytes == 0 ? 1 : next.bytes);
+    const CodePoint next = TakeCodePoint(text);
+    const int columns =
+        next.isUtf8 ? utf8proc_charwidth(static_cast<utf8proc_int32_t>(next.value)) : 1;
+    width += static_cast<std::size_t>(columns);
   }
   return width;
-}
-
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t bytes = FirstCodePoint(text).bytes;
-    if (bytes == 0) return false;
-    text.remove_prefix(bytes);
-  }
-  return true;
 }
 
 }  // namespace MCBinModel

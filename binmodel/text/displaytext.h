@@ -6,22 +6,22 @@
 
 namespace MCBinModel {
 
-// Texts from the data (names, labels, fields) made fit for a terminal.
+// Texts from the data (names, labels, fields) made fit to be shown.
 
-// Control characters and bytes that are not UTF-8 as \n, \t or \xHH, so that data cannot
-// move the cursor or break a table.
+// What a reader would not see, or what could move a cursor, break a table or turn a text around,
+// becomes a readable escape: control characters and bytes that are not UTF-8 as \n, \t or \xHH,
+// directions and characters without width as \uHHHH.
 std::string PrintableText(std::string_view text);
 
-// PrintableText cut to `width` columns, with an ellipsis in place of what is cut.
+// PrintableText cut to `width` columns, with an ellipsis in place of what is cut. What is read as
+// one character, such as a letter with its accents, is not cut apart.
 std::string ElideText(std::string_view text, std::size_t width);
 
 // 'text' for messages: printable, at most 60 columns, in single quotes.
 std::string QuotedText(std::string_view text);
 
-// Columns that a printable UTF-8 text takes on a terminal.
+// Columns that a printable UTF-8 text takes on a terminal: none for combining marks, two for wide
+// characters.
 std::size_t DisplayWidth(std::string_view text);
-
-// Whether the bytes are well-formed UTF-8.
-bool IsUtf8(std::string_view text);
 
 }  // namespace MCBinModel

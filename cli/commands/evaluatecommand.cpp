@@ -4,11 +4,12 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "binmodel/apply/recount.h"
 #include "binmodel/model/resultselection.h"
-#include "binmodel/report/evaluationreport.h"
+#include "binmodel/report/binreport.h"
 #include "cli/commands/binfileinput.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/terminal/exitcode.h"
@@ -79,7 +80,8 @@ int EvaluateCommand(const EvaluateOptions& options) {
       MCBinModel::CountAgain(model, results, names, counted, missingTexts, reader, progress);
   progress.Finish();
   if (!options.quiet) PrintCounts(recount);
-  MCBinModel::WriteEvaluationReport(model, recount, input.GetName(), out);
+  MCBinModel::WriteEvaluationReport(model, recount, input.GetName(),
+                                    [&](std::string_view text) { out.Write(text); });
   out.Close();
   return kExitDone;
 }

@@ -3,10 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "binmodel/export/exportmodel.h"
-#include "binmodel/export/pmmlexport.h"
-#include "binmodel/export/pythonexport.h"
-#include "binmodel/export/sqlexport.h"
+#include "binmodel/export/binexport.h"
+#include "binmodel/model/resultselection.h"
 #include "cli/commands/binfileinput.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/terminal/exitcode.h"
@@ -18,24 +16,24 @@ namespace MCBin {
 
 namespace {
 
-std::string MakeText(const MCBinModel::ExportOptions& options, std::vector<std::string>& notes) {
+std::string MakeText(const ExportOptions& options, std::vector<std::string>& notes) {
   const MCBinModel::BinModel model = LoadBinFile(options.binFile);
-  const MCBinModel::ExportModel exported = MCBinModel::MakeExportModel(model, options);
+  const std::vector<std::size_t> results =
+      MCBinModel::SelectResults(model, options.target, options.binFile);
   switch (options.format) {
-    case MCBinModel::ExportFormat::kSql:
-      return MCBinModel::WriteSql(exported, MCBinModel::FindSqlDialect(options.dialect),
-                                  options.table);
-    case MCBinModel::ExportFormat::kPmml:
-      return MCBinModel::WritePmml(exported, notes);
-    case MCBinModel::ExportFormat::kPython:
+    case ExportFormat::kSql:
+      return MCBinModel::ExportSql(model, results, options.columns, options.dialect, options.table);
+    case ExportFormat::kPmml:
+      return MCBinModel::ExportPmml(model, results, options.columns, notes);
+    case ExportFormat::kPython:
       break;
   }
-  return MCBinModel::WritePython(exported);
+  return MCBinModel::ExportPython(model, results, options.columns);
 }
 
 }  // namespace
 
-int ExportCommand(const MCBinModel::ExportOptions& options) {
+int ExportCommand(const ExportOptions& options) {
   CheckFiles({{"the bin file", options.binFile}}, {{"--output", options.output}});
   ResultStream out;
   std::vector<std::string> notes;

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "binmodel/report/htmlreport.h"
+#include "binmodel/report/binreport.h"
 #include "cli/commands/binfileinput.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/terminal/exitcode.h"
@@ -18,7 +18,7 @@ int ReportCommand(const ReportOptions& options) {
   std::optional<OutputFile> file;
   if (options.output != "-") file.emplace(options.output);
   const std::string report =
-      MCBinModel::WriteHtmlReport(LoadBinFile(options.binFile), options.evidenceAdjustment);
+      MCBinModel::MakeHtmlReport(LoadBinFile(options.binFile), options.evidenceAdjustment);
   if (file) {
     file->Write(report);
     file->Commit();

@@ -6,14 +6,13 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "binmodel/file/binfile.h"
 #include "binmodel/model/binmodel.h"
-#include "binmodel/report/htmlreport.h"
-#include "binmodel/report/textreport.h"
-#include "binmodel/report/textstyle.h"
+#include "binmodel/report/binreport.h"
 #include "binmodel/run/componentrun.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/options/usageerror.h"
@@ -21,6 +20,7 @@
 #include "cli/terminal/notes.h"
 #include "cli/terminal/progressbar.h"
 #include "cli/terminal/resultstream.h"
+#include "cli/terminal/terminalstyle.h"
 #include "csv/columnnames.h"
 #include "csv/columnselection.h"
 #include "csv/csvreader.h"
@@ -85,21 +85,21 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
 class RunOutput {
  public:
   explicit RunOutput(const RunOptions& options)
-      : fStyle(MCBinModel::ChooseTextStyle(options.color)), fJsonOnly(options.jsonFile == "-") {
+      : fStyle(ChooseTextStyle(options.color)), fJsonOnly(options.jsonFile == "-") {
     if (options.jsonFile && *options.jsonFile != "-") fJsonFile.emplace(*options.jsonFile);
     if (options.reportFile) fReportFile.emplace(*options.reportFile);
   }
 
   // Both files are whole before either of them replaces another.
   void Write(const MCBinModel::BinModel& model) {
-    if (fReportFile) fReportFile->Write(MCBinModel::WriteHtmlReport(model, 0.0));
+    if (fReportFile) fReportFile->Write(MCBinModel::MakeHtmlReport(model));
     if (fJsonFile) fJsonFile->Write(MCBinModel::WriteBinFile(model));
     if (fReportFile) fReportFile->Commit();
     if (fJsonFile) fJsonFile->Commit();
     if (fJsonOnly) {
       fOut.WriteContent(MCBinModel::WriteBinFile(model));
     } else {
-      MCBinModel::WriteTextReport(model, fStyle, fOut);
+      MCBinModel::WriteTextReport(model, fStyle, [&](std::string_view text) { fOut.Write(text); });
     }
     fOut.Close();
   }

@@ -3,8 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "binmodel/export/exportoptions.h"
-#include "binmodel/export/sqldialect.h"
+#include "binmodel/export/binexport.h"
 #include "cli/commands/exportcommand.h"
 #include "cli/options/usageerror.h"
 
@@ -24,17 +23,17 @@ constexpr const char* kFooter =
     "Exit codes: 0 done, 1 input refused or run failed, 2 wrong usage, 130 cancelled.";
 
 struct RawOptions {
-  MCBinModel::ExportOptions exported;
+  ExportOptions exported;
   std::string format;
   std::string form = "index";
 };
 
-MCBinModel::ExportOptions Finish(RawOptions raw, bool dialectGiven) {
-  MCBinModel::ExportOptions& exported = raw.exported;
-  if (raw.format == "pmml") exported.format = MCBinModel::ExportFormat::kPmml;
-  if (raw.format == "python") exported.format = MCBinModel::ExportFormat::kPython;
-  exported.form = ParseBinForm(raw.form);
-  const bool isSql = exported.format == MCBinModel::ExportFormat::kSql;
+ExportOptions Finish(RawOptions raw, bool dialectGiven) {
+  ExportOptions& exported = raw.exported;
+  if (raw.format == "pmml") exported.format = ExportFormat::kPmml;
+  if (raw.format == "python") exported.format = ExportFormat::kPython;
+  exported.columns.form = ParseBinForm(raw.form);
+  const bool isSql = exported.format == ExportFormat::kSql;
   if (isSql && exported.table.empty()) {
     throw UsageError("--format sql needs --table, the table to read from");
   }
@@ -48,7 +47,7 @@ MCBinModel::ExportOptions Finish(RawOptions raw, bool dialectGiven) {
 
 void AddExportCommand(CLI::App& app, CommandAction& action) {
   const auto raw = std::make_shared<RawOptions>();
-  MCBinModel::ExportOptions& exported = raw->exported;
+  ExportOptions& exported = raw->exported;
   CLI::App& command = *app.add_subcommand("export", kHelp);
   AddBinFile(command, exported.binFile);
   AddChoice(command, "--format", raw->format, {"sql", "pmml", "python"}, "what to write");
@@ -58,9 +57,11 @@ void AddExportCommand(CLI::App& app, CommandAction& action) {
       ->type_name("NAME");
   AddTargetOfBins(command, exported.target);
   AddBinForm(command, raw->form);
-  command.add_option("--suffix", exported.suffix, "of the new columns' names (_bin)")
+  command.add_option("--suffix", exported.columns.suffix, "of the new columns' names (_bin)")
       ->type_name("TEXT");
-  command.add_option("--missing-as", exported.missingText, "for a missing value (NULL, missing)")
+  command
+      .add_option("--missing-as", exported.columns.missingText,
+                  "for a missing value (NULL, missing)")
       ->type_name("VALUE");
   command.add_option("-o,--output", exported.output, "write to FILE (standard output)")
       ->type_name("FILE");

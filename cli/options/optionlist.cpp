@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "binmodel/text/displaytext.h"
+#include "binmodel/text/utf8.h"
 #include "cli/options/usageerror.h"
 
 namespace MCBin {

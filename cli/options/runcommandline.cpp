@@ -117,8 +117,8 @@ RunOptions Finish(RawOptions raw) {
   run.rounding =
       raw.rounding == "truncate" ? IBINVariable::RoundTruncate : IBINVariable::RoundClosest;
   run.settings.rightClosed = raw.closed == "right";
-  if (raw.color == "always") run.color = MCBinModel::ColorChoice::kAlways;
-  if (raw.color == "never") run.color = MCBinModel::ColorChoice::kNever;
+  if (raw.color == "always") run.color = ColorChoice::kAlways;
+  if (raw.color == "never") run.color = ColorChoice::kNever;
   run.delimiter = ParseDelimiter(raw.delimiter);
   run.targets = JoinLists(raw.targets);
   run.attributes = JoinLists(raw.attributes);

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "binmodel/model/binsettings.h"
-#include "binmodel/report/textstyle.h"
+#include "cli/terminal/terminalstyle.h"
 #include "csv/missingrequest.h"
 #include "metadata/ibinvariable.h"
 
@@ -33,7 +33,7 @@ struct RunOptions {
   std::optional<std::string> tempDir;   // unset: TMPDIR, or /tmp
   std::optional<std::string> jsonFile;  // "-" is standard output
   std::optional<std::string> reportFile;
-  MCBinModel::ColorChoice color = MCBinModel::ColorChoice::kAuto;
+  ColorChoice color = ColorChoice::kAuto;
   int jobs = 1;  // 0: one for every core
   bool quiet = false;
   bool strict = false;

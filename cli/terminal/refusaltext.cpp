@@ -10,6 +10,7 @@ using MCBinModel::RefusalCode;
 
 std::string RefusalText(const MCBinModel::Refusal& refusal) {
   const std::string place = refusal.GetPlace().empty() ? "" : refusal.GetPlace() + ": ";
+  const std::string subject = MCBinModel::QuotedText(refusal.GetSubject());
   const std::string& detail = refusal.GetDetail();
   switch (refusal.GetCode()) {
     case RefusalCode::kSeveralTargets:
@@ -20,19 +21,47 @@ std::string RefusalText(const MCBinModel::Refusal& refusal) {
       return fmt::format(
           "--missing {}: {} is not a number, but the column is numeric; texts that stand for a "
           "missing value go to --na",
-          MCBinModel::QuotedText(refusal.GetSubject()), MCBinModel::QuotedText(detail));
+          subject, MCBinModel::QuotedText(detail));
     case RefusalCode::kMissingInterval:
       return fmt::format(
           "--missing {}: an interval needs a numeric column; a text with a colon is written in "
           "double quotes",
-          MCBinModel::QuotedText(refusal.GetSubject()));
+          subject);
+    case RefusalCode::kMissingNotWhole:
+      return fmt::format(
+          "--missing-as {}: the new columns hold whole numbers; give one, such as -1, or choose "
+          "--as label",
+          subject);
+    case RefusalCode::kMissingNotNumber:
+      return fmt::format("--missing-as {}: the new columns hold numbers; give one, such as 0",
+                         subject);
+    case RefusalCode::kColumnExists:
+      return fmt::format("there is a column {} already; choose another --suffix", subject);
+    case RefusalCode::kTableName:
+      return fmt::format(
+          "--table {}: write NAME or SCHEMA.NAME, a name with a dot or quotes in double quotes",
+          subject);
+    case RefusalCode::kNoInfinity:
+      return fmt::format(
+          "a weight of evidence is infinite, which --dialect {} cannot say; merge the bin with an "
+          "empty class, or choose --as index",
+          refusal.GetSubject());
     default:
       return refusal.what();
   }
 }
 
 bool IsUsageRefusal(RefusalCode code) {
-  return code == RefusalCode::kMissingNotNumeric || code == RefusalCode::kMissingInterval;
+  switch (code) {
+    case RefusalCode::kMissingNotNumeric:
+    case RefusalCode::kMissingInterval:
+    case RefusalCode::kMissingNotWhole:
+    case RefusalCode::kMissingNotNumber:
+    case RefusalCode::kTableName:
+      return true;
+    default:
+      return false;
+  }
 }
 
 }  // namespace MCBin

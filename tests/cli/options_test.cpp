@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "binmodel/text/displaytext.h"
 #include "cli/options/missingoption.h"
 #include "cli/options/optionlist.h"
 #include "cli/options/usageerror.h"
@@ -79,16 +78,6 @@ TEST(OptionList, SplitsAtCommasOutsideQuotes) {
   EXPECT_EQ(MCBin::SplitOptionNames("\"a,b\",\"c\"\"d\""), (Names{"a,b", "c\"d"}));
   EXPECT_THROW(MCBin::SplitOptionNames("\"a"), UsageError);
   EXPECT_THROW(MCBin::SplitOptionNames("\"a\"b"), UsageError);
-}
-
-TEST(DisplayText, KeepsDataFromMovingTheCursor) {
-  EXPECT_EQ(MCBinModel::PrintableText("a\n\x1B[2J\xFF"), "a\\n\\x1B[2J\\xFF");
-  EXPECT_EQ(MCBinModel::ElideText("Größenklasse", 6), "Größe\u2026");
-  EXPECT_EQ(MCBinModel::ElideText("Größe", 5), "Größe");
-  EXPECT_EQ(MCBinModel::DisplayWidth("日本é"), 5u);
-  EXPECT_FALSE(MCBinModel::IsUtf8("\xC0\x80"));      // overlong
-  EXPECT_FALSE(MCBinModel::IsUtf8("\xED\xA0\x80"));  // a surrogate
-  EXPECT_TRUE(MCBinModel::IsUtf8("日本\U0001F600"));
 }
 
 }  // namespace

@@ -1,16 +1,13 @@
-#include "binmodel/report/textstyle.h"
+#include "cli/terminal/terminalstyle.h"
 
-#include <fmt/format.h>
 #include <strings.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
-#include <cmath>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
-namespace MCBinModel {
+namespace MCBin {
 
 namespace {
 
@@ -40,27 +37,9 @@ bool IsColorTerminal() {
 
 }  // namespace
 
-TextStyle ChooseTextStyle(ColorChoice choice) {
+MCBinModel::TextStyle ChooseTextStyle(ColorChoice choice) {
   const bool color =
       choice == ColorChoice::kAlways || (choice == ColorChoice::kAuto && IsColorTerminal());
   return {IsUtf8Locale(), color};
 }
-
-std::string ShareBar(double share, std::size_t width, std::size_t index, const TextStyle& style) {
-  constexpr std::array<const char*, 8> kParts = {"", "▏", "▎", "▍", "▌", "▋", "▊", "▉"};
-  constexpr std::array<int, 6> kColors = {34, 33, 32, 35, 36, 31};
-  const double wanted = std::round(share * static_cast<double>(8 * width));
-  const auto eighths = std::min(8 * width, static_cast<std::size_t>(std::max(wanted, 0.0)));
-  const std::size_t shown = share > 0.0 ? std::max<std::size_t>(eighths, 1) : 0;
-
-  std::string bar;
-  for (std::size_t column = 0; column < shown / 8; ++column) bar += "█";
-  bar += kParts[shown % 8];
-  const std::string blanks(width - (shown + 7) / 8, ' ');
-  if (style.color && !bar.empty()) {
-    bar = fmt::format("\x1b[{}m{}\x1b[0m", kColors[index % kColors.size()], bar);
-  }
-  return bar + blanks;
-}
-
-}  // namespace MCBinModel
+}  // namespace MCBin

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "binmodel/apply/binvalues.h"
+#include "binmodel/model/binmodel.h"
+
+namespace MCBinModel {
+
+// Bins as rules in other languages. Values get the bin that they have here: missing ones first,
+// then the cut points in ascending order, bit for bit. Missing are what the model declares missing
+// for the attribute, NaN, those of the source's missing texts that are numbers, categories that
+// the model does not know, and the most negative double.
+//
+// `results` are indexes into BinModel::results, at most one for each attribute and all for the
+// same target, or all without one: what SelectResults() gives. The rules stand in this order.
+//
+// Text is UTF-8. Control characters in names and categories are written as escapes where the
+// language has them. Every function throws Refusal when a new column would have the name of an
+// attribute or a target, when `missingText` is not of the type of the new columns, when weights of
+// evidence are asked for without a target of two classes, and for a name or a category that the
+// language cannot write.
+
+struct ExportOptions {
+  BinForm form = BinForm::kIndex;
+  std::string suffix = "_bin";  // the new column's name is that of the attribute and this
+
+  // What missing values become: a whole number for indexes, a number for weights of evidence, or
+  // any text for labels. Unset: what the language has for "no value".
+  std::optional<std::string> missingText;
+};
+
+// A query that adds the bins to all columns of a table, with one CASE for each attribute.
+//
+// `table` may have parts (schema.table); a part with a dot or quotes is written in double quotes.
+// Throws Refusal for a table name that is none, a dialect that SqlDialectNames() does not have, and
+// for an infinite weight of evidence in a dialect that has no infinity.
+std::string ExportSql(const BinModel& model, const std::vector<std::size_t>& results,
+                      const ExportOptions& options, const std::string& dialect,
+                      const std::string& table);
+
+// The names of the dialects: "ansi" first, then databases.
+std::vector<std::string> SqlDialectNames();
+
+// A PMML 4.4 document whose transformation dictionary derives the bins: Discretize for intervals,
+// MapValues for categories. Without `missingText` a missing value stays missing.
+//
+// `notes` gets a line for each interval of missing values, which PMML cannot say.
+std::string ExportPmml(const BinModel& model, const std::vector<std::size_t>& results,
+                       const ExportOptions& options, std::vector<std::string>& notes);
+
+// A Python module with one function, assign_bins, that needs NumPy only: it takes the columns by
+// name and returns the new ones. Without `missingText` a missing value becomes -1 (index), None
+// (label) or NaN (weight of evidence).
+std::string ExportPython(const BinModel& model, const std::vector<std::size_t>& results,
+                         const ExportOptions& options);
+
+}  // namespace MCBinModel

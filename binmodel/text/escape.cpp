@@ -1,0 +1,76 @@
+#include "binmodel/text/escape.h"
+
+#include <fmt/format.h>
+
+#include "binmodel/text/displaytext.h"
+#include "binmodel/text/utf8.h"
+
+namespace MCBinModel {
+
+namespace {
+
+const char* HtmlEntity(char c) {
+  switch (c) {
+    case '&':
+      return "&amp;";
+    case '<':
+      return "&lt;";
+    case '>':
+      return "&gt;";
+    case '"':
+      return "&quot;";
+    case '\'':
+      return "&#39;";
+    default:
+      return nullptr;
+  }
+}
+
+bool IsXmlCharacter(const CodePoint& c) {
+  if (!c.isUtf8 || c.value == 0xFFFE || c.value == 0xFFFF) return false;
+  return c.value >= 0x20 || c.value == '\t' || c.value == '\n' || c.value == '\r';
+}
+
+bool NeedsReference(std::uint32_t c) {
+  return IsControl(c) || IsHidden(c) || c == '&' || c == '<' || c == '>' || c == '"';
+}
+
+}  // namespace
+
+std::string QuoteDoubled(std::string_view text, char quote) {
+  std::string quoted(1, quote);
+  for (const char c : text) {
+    if (c == quote) quoted += quote;
+    quoted += c;
+  }
+  return quoted + quote;
+}
+
+std::string HtmlText(std::string_view text) {
+  std::string escaped;
+  for (const char c : PrintableText(text)) {
+    const char* const entity = HtmlEntity(c);
+    if (entity != nullptr) {
+      escaped += entity;
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
+std::optional<std::string> XmlText(std::string_view text) {
+  std::string escaped;
+  while (!text.empty()) {
+    const CodePoint next = TakeCodePoint(text);
+    if (!IsXmlCharacter(next)) return std::nullopt;
+    if (NeedsReference(next.value)) {
+      escaped += fmt::format("&#{};", next.value);
+    } else {
+      escaped += next.bytes;
+    }
+  }
+  return escaped;
+}
+
+}  // namespace MCBinModel

@@ -1,0 +1,56 @@
+#include "binmodel/text/utf8.h"
+
+#include <utf8proc.h>
+
+#include <algorithm>
+#include <array>
+
+namespace MCBinModel {
+
+namespace {
+
+struct Range {
+  std::uint32_t first;
+  std::uint32_t last;
+};
+
+constexpr std::array<Range, 8> kHidden = {{{0x061C, 0x061C},      // Arabic letter mark
+                                           {0x180E, 0x180E},      // Mongolian vowel separator
+                                           {0x200B, 0x200F},      // zero width; direction marks
+                                           {0x2028, 0x202E},      // separators; embedding, override
+                                           {0x2060, 0x206F},      // joiners; isolates
+                                           {0xFEFF, 0xFEFF},      // byte-order mark
+                                           {0xFFF9, 0xFFFB},      // annotations
+                                           {0xE0000, 0xE007F}}};  // tags
+
+}  // namespace
+
+CodePoint TakeCodePoint(std::string_view& text) {
+  utf8proc_int32_t value = -1;
+  const utf8proc_ssize_t length =
+      utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                       static_cast<utf8proc_ssize_t>(text.size()), &value);
+  const bool isUtf8 = length > 0;
+  const std::string_view bytes = text.substr(0, isUtf8 ? static_cast<std::size_t>(length) : 1);
+  text.remove_prefix(bytes.size());
+  return {static_cast<std::uint32_t>(value), bytes, isUtf8};
+}
+
+bool IsUtf8(std::string_view text) {
+  while (!text.empty()) {
+    if (!TakeCodePoint(text).isUtf8) return false;
+  }
+  return true;
+}
+
+bool IsControl(std::uint32_t codePoint) {
+  return codePoint < 0x20 || (codePoint >= 0x7F && codePoint < 0xA0);
+}
+
+bool IsHidden(std::uint32_t codePoint) {
+  return std::any_of(kHidden.begin(), kHidden.end(), [codePoint](const Range& range) {
+    return codePoint >= range.first && codePoint <= range.last;
+  });
+}
+
+}  // namespace MCBinModel
