@@ -10,6 +10,7 @@
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
+#include "binmodel/text/utf8.h"
 
 namespace MCBinModel {
 
