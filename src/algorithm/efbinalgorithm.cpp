@@ -23,7 +23,7 @@ using MCBinning::With;
 namespace {
 
 // Why an attribute cannot be binned, if it cannot.
-MCStatus CheckAttribute(const BINVarList& variables, int attribute) {
+MCStatus CheckRequested(const BINVarList& variables, int attribute) {
   if (variables.GetVarAt(attribute) == nullptr) return Error(StatusCode::kNoSuchAttribute);
   if (attribute == variables.GetWeightIndex()) return Error(StatusCode::kIsWeightOrTarget);
   return MCStatus();
@@ -80,7 +80,7 @@ bool EFBINAlgorithm::CheckVariableIndices(const std::vector<int>* attributes,
   statuses.clear();
   std::size_t failures = 0;
   for (const int attribute : *attributes) {
-    statuses.push_back(CheckAttribute(fVarList, attribute));
+    statuses.push_back(CheckRequested(fVarList, attribute));
     if (statuses.back().IsError()) ++failures;
   }
   return failures != attributes->size();
