@@ -1,14 +1,11 @@
 #include "io/leftovers.h"
 
 #include <dirent.h>
-#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
-#include <memory>
-
-#include "io/filedescriptor.h"
 
 namespace MCBin {
 
@@ -22,16 +19,15 @@ bool IsOwnerGone(int file) { return flock(file, LOCK_EX | LOCK_NB) == 0; }
 
 std::vector<std::string> NamesIn(int directory) {
   std::vector<std::string> names;
-  // A descriptor of its own: reading moves the position of the one it is given.
-  FileDescriptor copy(openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  const auto closeStream = [](DIR* stream) { closedir(stream); };
-  const std::unique_ptr<DIR, decltype(closeStream)> stream(
-      copy.IsOpen() ? fdopendir(copy.Get()) : nullptr, closeStream);
-  if (!stream) return names;
-  copy.Release();
-  while (const dirent* const entry = readdir(stream.get())) {
-    const std::string name = entry->d_name;
-    if (name != "." && name != "..") names.push_back(name);
+  alignas(dirent64) char entries[1 << 15];
+  lseek(directory, 0, SEEK_SET);
+  for (ssize_t size = 0; (size = getdents64(directory, entries, sizeof entries)) > 0;) {
+    for (ssize_t at = 0; at < size;) {
+      const auto* const entry = reinterpret_cast<const dirent64*>(entries + at);
+      const std::string name = entry->d_name;
+      if (name != "." && name != "..") names.push_back(name);
+      at += entry->d_reclen;
+    }
   }
   return names;
 }

@@ -90,6 +90,15 @@ void RemoveLeftovers(const std::string& parentPath) {
   }
 }
 
+// A full disk shows here, not after an hour.
+bool WriteByte(int file) {
+  ssize_t written = -1;
+  do {
+    written = write(file, "x", 1);
+  } while (written < 0 && errno == EINTR);
+  return written == 1;
+}
+
 }  // namespace
 
 PrivateDirectory::PrivateDirectory(const std::optional<std::string>& parent) {
@@ -104,14 +113,15 @@ bool PrivateDirectory::Make(const std::string& parent) {
   std::string path = fmt::format("{}/{}{}-{}", parent, NamePrefix(), getpid(), letters);
   if (mkdtemp(path.data()) == nullptr) Refuse(parent, errno);
 
-  const std::string lockPath = fmt::format("{}/{}", path, kLockName);
-  fLock.Reset(open(lockPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  fDirectory.Reset(OpenDirectory(AT_FDCWD, path.c_str()));
+  if (fDirectory.IsOpen()) {
+    fLock.Reset(openat(fDirectory.Get(), kLockName, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  }
   if (!fLock.IsOpen() && errno == ENOENT) return false;
-  // A full disk shows here, not after an hour.
-  const bool written = fLock.IsOpen() && write(fLock.Get(), "x", 1) == 1;
+  const bool written = fLock.IsOpen() && WriteByte(fLock.Get());
   const int error = errno;
   if (!written) {
-    unlink(lockPath.c_str());
+    unlinkat(fDirectory.Get(), kLockName, 0);
     rmdir(path.c_str());
     Refuse(parent, error);
   }
@@ -120,9 +130,6 @@ bool PrivateDirectory::Make(const std::string& parent) {
   return true;
 }
 
-PrivateDirectory::~PrivateDirectory() {
-  const FileDescriptor directory(OpenDirectory(AT_FDCWD, fPath.c_str()));
-  if (directory.IsOpen()) Remove(AT_FDCWD, fPath.c_str(), directory.Get());
-}
+PrivateDirectory::~PrivateDirectory() { Remove(AT_FDCWD, fPath.c_str(), fDirectory.Get()); }
 
 }  // namespace MCBin

@@ -28,6 +28,7 @@ class PrivateDirectory {
   bool Make(const std::string& parent);
 
   std::string fPath;
+  FileDescriptor fDirectory;
   FileDescriptor fLock;
 };
 

@@ -14,7 +14,7 @@ namespace MCBin {
 //
 //   Blocks    of the same number of records each, but for the last; a block holds its
 //             values column by column, so a reader fetches the columns it needs alone.
-//   Memory    one block, about 1 MiB, or up to 64 MiB for tens of thousands of columns.
+//   Memory    one block, about 1 MiB, up to 16 MiB for tens of thousands of columns.
 //   Disk      8 bytes a value. The file has no name: it goes with this object, or with the
 //             process, however that ends.
 //   Threads   any number may read at the same time, once Finish() has returned.
@@ -32,7 +32,7 @@ class ValueFile {
   // Ends the record. Throws Refusal when the disk is full.
   void FinishRecord() {
     ++fRecordCount;
-    if (++fRecordsInBlock == fRecordsPerBlock) WriteBlock();
+    if (++fRecordsInBlock == fRecordsPerBlock) WriteBlock(fRecordsPerBlock);
   }
 
   // Nobody will read the column: it takes no room from now on.
@@ -45,14 +45,14 @@ class ValueFile {
   std::size_t GetRecordsPerBlock() const { return fRecordsPerBlock; }
 
   // Reads the values of one column in a block; `values` has room for those of a whole one, or of
-  // all records when there are fewer.
-  // Throws Refusal when the file cannot be read.
+  // all records when there are fewer. Throws Refusal when the file cannot be read.
   void Read(std::size_t block, std::size_t column, double* values) const;
 
  private:
-  void WriteBlock();
-  void Write(std::size_t firstColumn, std::size_t endColumn);
-  std::uint64_t PositionOf(std::size_t block, std::size_t column) const;
+  // `recordCount` is that of the block.
+  void WriteBlock(std::size_t recordCount);
+  void Write(std::size_t firstColumn, std::size_t endColumn, std::size_t recordCount);
+  std::uint64_t PositionOf(std::size_t block, std::size_t column, std::size_t recordCount) const;
 
   const std::string fDirectory;
   const std::size_t fColumnCount;

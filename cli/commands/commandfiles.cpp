@@ -45,7 +45,9 @@ void CheckAreTwoFiles(const CommandOutput& first, const CommandOutput& second) {
   const auto resolved = [&ignored](const CommandOutput& output) {
     return std::filesystem::weakly_canonical(*output.path, ignored);
   };
-  if (first.path == second.path || resolved(first) == resolved(second)) {
+  const std::filesystem::path place = resolved(first);
+  const bool areOne = !place.empty() && place == resolved(second);
+  if (first.path == second.path || areOne) {
     throw UsageError(fmt::format("{} and {} name the same file", first.option, second.option));
   }
 }
