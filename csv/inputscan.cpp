@@ -9,7 +9,6 @@
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
-#include "csv/recordpass.h"
 
 namespace MCBin {
 
@@ -92,7 +91,7 @@ void CheckRecordsLeft(const std::string& name, const InputScan& scan) {
 
 InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& requests,
                     IBINVariable::BINWRoundingOption rounding, const MissingTexts& missingTexts,
-                    const std::string& directory, ProgressBar& progress) {
+                    const std::string& directory, const ReadProgress& progress) {
   InputScan scan;
   scan.columns = std::vector<ColumnScan>(requests.begin(), requests.end());
   MakeValueFile(requests, directory, scan);

@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "cli/terminal/progressbar.h"
 #include "csv/columnrequest.h"
 #include "csv/columnscan.h"
 #include "csv/csvreader.h"
 #include "csv/missingtexts.h"
+#include "csv/recordpass.h"
 #include "csv/weightcheck.h"
 #include "io/valuefile.h"
 
@@ -34,11 +34,10 @@ struct InputScan {
 };
 
 // Reads every record after the header; its values go to a temporary file in `directory`.
-// Throws Refusal for what the reader and the
-// weights refuse, for a text in a column that must be numeric, and when no record is left;
-// Interrupt::Requested when the user stops it.
+// Throws Refusal for what the reader and the weights refuse, for a text in a column that must
+// be numeric, and when no record is left; Interrupt::Requested when the user stops it.
 InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& requests,
                     IBINVariable::BINWRoundingOption rounding, const MissingTexts& missingTexts,
-                    const std::string& directory, ProgressBar& progress);
+                    const std::string& directory, const ReadProgress& progress);
 
 }  // namespace MCBin

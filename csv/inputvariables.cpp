@@ -23,7 +23,7 @@ class Builder {
         AddTarget(request, scan, column);
         break;
       case ColumnUse::kWeight:
-        fVariables.weight = {request.name, fRounding, request.missing.ForNumbers(), column};
+        fVariables.weight = {{request.name, fRounding, request.missing.ForNumbers()}, column};
         break;
       case ColumnUse::kAttribute:
         AddAttribute(request, scan, column);
@@ -31,7 +31,7 @@ class Builder {
     }
   }
 
-  InputVariables Finish() {
+  MCBinModel::RunVariables Finish() {
     if (!fNotNumeric.empty()) {
       fNotes.push_back(
           fmt::format("left out because they are not numeric: {}; --categorical NAME "
@@ -167,14 +167,14 @@ class Builder {
   const std::string& fFileName;
   const IBINVariable::BINWRoundingOption fRounding;
   std::vector<std::string>& fNotes;
-  InputVariables fVariables;
+  MCBinModel::RunVariables fVariables;
   std::string fNotNumeric;
   int fNotNumericCount = 0;
 };
 
 }  // namespace
 
-InputVariables MakeInputVariables(const std::string& fileName,
+MCBinModel::RunVariables MakeInputVariables(const std::string& fileName,
                                   const std::vector<ColumnRequest>& requests, const InputScan& scan,
                                   IBINVariable::BINWRoundingOption rounding,
                                   std::vector<std::string>& notes) {

@@ -1,18 +1,23 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <utility>
 
-#include "cli/terminal/progressbar.h"
 #include "csv/csvreader.h"
 #include "io/interrupt.h"
 
 namespace MCBin {
 
-// A pass over the records of a CSV file that shows how far it is and ends on a signal.
+// Told how many bytes of a file were read.
+using ReadProgress = std::function<void(std::uint64_t bytesRead)>;
+
+// A pass over the records of a CSV file that tells how far it is and ends on a signal.
 class RecordPass {
  public:
-  // Borrows both.
-  RecordPass(CsvReader& reader, ProgressBar& progress) : fReader(reader), fProgress(progress) {}
+  // Borrows the reader.
+  RecordPass(CsvReader& reader, ReadProgress progress)
+      : fReader(reader), fProgress(std::move(progress)) {}
 
   // Goes on to the next record; false after the last one. Throws Interrupt::Requested and what
   // the reader throws.
@@ -20,7 +25,7 @@ class RecordPass {
     constexpr std::uint64_t kRecordsPerLook = 4096;
     if (fRecordCount % kRecordsPerLook == 0) {
       Interrupt::ThrowIfRequested();
-      fProgress.Update(fReader.GetBytesRead());
+      fProgress(fReader.GetBytesRead());
     }
     if (!fReader.Next()) return false;
     ++fRecordCount;
@@ -32,7 +37,7 @@ class RecordPass {
 
  private:
   CsvReader& fReader;
-  ProgressBar& fProgress;
+  const ReadProgress fProgress;
   std::uint64_t fRecordCount = 0;
 };
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "binmodel/run/columnsource.h"
 #include "io/filedescriptor.h"
 
 namespace MCBin {
@@ -18,7 +19,7 @@ namespace MCBin {
 //   Disk      8 bytes a value. The file has no name: it goes with this object, or with the
 //             process, however that ends.
 //   Threads   any number may read at the same time, once Finish() has returned.
-class ValueFile {
+class ValueFile final : public MCBinModel::ColumnSource {
  public:
   // Makes the file. Throws Refusal.
   ValueFile(const std::string& directory, std::size_t columnCount);
@@ -41,12 +42,12 @@ class ValueFile {
   // Ends the writing. Throws Refusal.
   void Finish();
 
-  std::uint64_t GetRecordCount() const { return fRecordCount; }
-  std::size_t GetRecordsPerBlock() const { return fRecordsPerBlock; }
+  std::uint64_t GetRecordCount() const override { return fRecordCount; }
+  std::size_t GetRecordsPerBlock() const override { return fRecordsPerBlock; }
 
   // Reads the values of one column in a block; `values` has room for those of a whole one, or of
   // all records when there are fewer. Throws Refusal when the file cannot be read.
-  void Read(std::size_t block, std::size_t column, double* values) const;
+  void Read(std::size_t block, std::size_t column, double* values) const override;
 
  private:
   // `recordCount` is that of the block.

@@ -9,7 +9,6 @@
 #include "binmodel/apply/fieldcoder.h"
 #include "binmodel/measure/binstatistics.h"
 #include "binmodel/model/binlookup.h"
-#include "csv/recordpass.h"
 
 namespace MCBinModel {
 
@@ -127,7 +126,7 @@ class Counter {
 Recount CountAgain(const BinModel& model, const std::vector<std::size_t>& results,
                    const MCBin::ColumnNames& names, const RecountWeight& weight,
                    const MCBin::MissingTexts& missingTexts, MCBin::CsvReader& reader,
-                   MCBin::ProgressBar& progress) {
+                   const MCBin::ReadProgress& progress) {
   constexpr double kUnweighted = 1.0;
 
   Counter counter(model, results, names, missingTexts);

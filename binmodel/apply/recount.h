@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "binmodel/model/binmodel.h"
-#include "cli/terminal/progressbar.h"
 #include "csv/columnnames.h"
 #include "csv/csvreader.h"
 #include "csv/missingtexts.h"
+#include "csv/recordpass.h"
 #include "csv/weightcheck.h"
 
 namespace MCBinModel {
@@ -47,7 +47,7 @@ struct RecountWeight {
 Recount CountAgain(const BinModel& model, const std::vector<std::size_t>& results,
                    const MCBin::ColumnNames& names, const RecountWeight& weight,
                    const MCBin::MissingTexts& missingTexts, MCBin::CsvReader& reader,
-                   MCBin::ProgressBar& progress);
+                   const MCBin::ReadProgress& progress);
 
 // Whether the counts are those of the bin file: the weights of all bins, and of all classes.
 bool HasSameCounts(const AttributeBins& bins, const AttributeBins& others);

@@ -14,6 +14,10 @@ namespace MCBinModel {
 enum class RefusalCode {
   kInput,  // what was read makes no sense, or cannot be read; the reason says all
 
+  // A run.
+  kCancelled,       // the host asked it to stop
+  kTooManyThreads,  // the system does not start them
+
   // Bin files.
   kUnreadable,      // a file cannot be opened or read; detail: why, in the system's words
   kBadBinFile,      // no bin file, or one that contradicts itself; the place says where

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "binmodel/model/refusal.h"
-#include "io/interrupt.h"
 
 namespace MCBinModel {
 
@@ -18,23 +17,23 @@ void Jobs::Run(std::size_t count, const std::function<void(std::size_t)>& job) {
     try {
       threads.reserve(count - 1);
       for (std::size_t index = 1; index < count; ++index) {
-        threads.emplace_back([this, index, &job] { RunOne(index, job); });
+        threads.emplace_back([this, index, &job] { Guard([&] { job(index); }); });
       }
     } catch (const std::system_error& error) {
       Fail(std::make_exception_ptr(
-          Refusal(fmt::format("cannot start {} threads: {}; choose fewer with --jobs", count - 1,
-                              error.code().message()))));
+          Refusal(RefusalCode::kTooManyThreads, {},
+                  fmt::format("cannot start {} threads: {}", count - 1, error.code().message()))));
     } catch (...) {
       Fail(std::current_exception());
     }
-    if (!fHasFailed) RunOne(0, job);
+    if (!fHasFailed) Guard([&] { job(0); });
   }
   if (fFailure) std::rethrow_exception(fFailure);
 }
 
-void Jobs::RunOne(std::size_t index, const std::function<void(std::size_t)>& job) noexcept {
+void Jobs::Guard(const std::function<void()>& callback) noexcept {
   try {
-    job(index);
+    callback();
   } catch (...) {
     Fail(std::current_exception());
   }
@@ -47,6 +46,11 @@ void Jobs::Fail(std::exception_ptr failure) {
   fHasFailed = true;
 }
 
-bool Jobs::QueryCancel() { return fHasFailed || MCBin::Interrupt::IsRequested(); }
+bool Jobs::QueryCancel() {
+  Guard([&] {
+    if (fCancel && !fIsCancelled && fCancel()) fIsCancelled = true;
+  });
+  return fHasFailed || fIsCancelled;
+}
 
 }  // namespace MCBinModel

@@ -4,9 +4,9 @@
 
 namespace MCBinModel {
 
-RunProgress::RunProgress(MCBin::ProgressBar& bar, std::uint64_t total) : fBar(bar) {
-  constexpr double kRecordsPerUnit = 1e6;
-  fBar.Start("binning", total, "M records", kRecordsPerUnit);
+RunProgress::RunProgress(const Listener& listener, std::uint64_t total)
+    : fListener(listener), fTotal(total) {
+  if (fListener) fListener(0, fTotal);
 }
 
 int RunProgress::RecordsPerReport(std::uint64_t recordCount) {
@@ -17,7 +17,16 @@ int RunProgress::RecordsPerReport(std::uint64_t recordCount) {
 void RunProgress::Add(std::uint64_t count) {
   const std::lock_guard lock(fMutex);
   fDone += count;
-  fBar.Update(fDone);
+  fListener(fDone, fTotal);
+}
+
+// The component reports records and results alike.
+void JobProgress::ReportProgress(ProgressReport& /*report*/) {
+  const std::uint64_t recordsRead = fRecords.GetRecordsRead();
+  const bool isResult = fRecords.IsAtEnd();
+  const std::uint64_t passes = recordsRead - fRecordsTold + (isResult ? recordsRead : 0);
+  fRecordsTold = recordsRead;
+  fJobs.Guard([&] { fRun.Add(passes); });
 }
 
 }  // namespace MCBinModel

@@ -1,20 +1,28 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <mutex>
 
-#include "cli/terminal/progressbar.h"
+#include "binmodel/run/jobs.h"
+#include "binmodel/run/recordblocks.h"
+#include "common/progresslistener.h"
 
 namespace MCBinModel {
 
-// One bar for all jobs of a run. The work is counted in passes over a record: one when a job
+// What all jobs of a run have done. The work is counted in passes over a record: one when a job
 // reads it, and one for every result that rests on it.
 class RunProgress {
  public:
-  // Borrows the bar. `total` is the number of passes to come.
-  RunProgress(MCBin::ProgressBar& bar, std::uint64_t total);
+  using Listener = std::function<void(std::uint64_t done, std::uint64_t total)>;
 
-  // How many records lie between two reports of a job, so that the bar moves smoothly.
+  // Borrows the listener, which may be empty, and tells it that nothing is done. `total` is the
+  // number of passes to come.
+  RunProgress(const Listener& listener, std::uint64_t total);
+
+  bool HasListener() const { return static_cast<bool>(fListener); }
+
+  // How many records lie between two reports of a job, so that a bar moves smoothly.
   static int RecordsPerReport(std::uint64_t recordCount);
 
   // So many more passes are done. From any thread.
@@ -22,8 +30,25 @@ class RunProgress {
 
  private:
   std::mutex fMutex;
-  MCBin::ProgressBar& fBar;
+  const Listener& fListener;
+  const std::uint64_t fTotal;
   std::uint64_t fDone = 0;
+};
+
+// Adds what the component reports to one job.
+class JobProgress : public ProgressListener {
+ public:
+  // Borrows all three.
+  JobProgress(RunProgress& run, const RecordBlocks& records, Jobs& jobs)
+      : fRun(run), fRecords(records), fJobs(jobs) {}
+
+  void ReportProgress(ProgressReport& report) override;
+
+ private:
+  RunProgress& fRun;
+  const RecordBlocks& fRecords;
+  Jobs& fJobs;
+  std::uint64_t fRecordsTold = 0;
 };
 
 }  // namespace MCBinModel

@@ -21,7 +21,7 @@ namespace MCBin {
 namespace {
 
 void CopyRecords(CsvReader& reader, BinWriter& writer, ResultStream& out, ProgressBar& progress) {
-  RecordPass pass(reader, progress);
+  RecordPass pass(reader, [&](std::uint64_t bytesRead) { progress.Update(bytesRead); });
   while (!out.IsReaderGone() && pass.Next()) out.Write(writer.WriteRecord(reader));
   out.Close();
 }

@@ -77,7 +77,8 @@ int EvaluateCommand(const EvaluateOptions& options) {
   ProgressBar progress(!options.quiet && input.IsRegularFile());
   progress.Start("counting", input.GetSize(), "MB", kBytesPerMB);
   const MCBinModel::Recount recount =
-      MCBinModel::CountAgain(model, results, names, counted, missingTexts, reader, progress);
+      MCBinModel::CountAgain(model, results, names, counted, missingTexts, reader,
+                             [&](std::uint64_t bytesRead) { progress.Update(bytesRead); });
   progress.Finish();
   if (!options.quiet) PrintCounts(recount);
   MCBinModel::WriteEvaluationReport(model, recount, input.GetName(),

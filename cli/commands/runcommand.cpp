@@ -13,7 +13,7 @@
 #include "binmodel/file/binfile.h"
 #include "binmodel/model/binmodel.h"
 #include "binmodel/report/binreport.h"
-#include "binmodel/run/componentrun.h"
+#include "binmodel/run/binrun.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/options/usageerror.h"
 #include "cli/terminal/exitcode.h"
@@ -27,6 +27,7 @@
 #include "csv/inputscan.h"
 #include "csv/inputvariables.h"
 #include "io/inputstream.h"
+#include "io/interrupt.h"
 #include "io/outputfile.h"
 #include "io/privatedirectory.h"
 
@@ -44,6 +45,14 @@ void PrintCounts(const MCBinModel::BinModel& model) {
   PrintNote(note);
 }
 
+auto ShowProgress(ProgressBar& progress) {
+  return [&progress](std::uint64_t done, std::uint64_t total) {
+    constexpr double kRecordsPerUnit = 1e6;
+    if (done == 0) progress.Start("binning", total, "M records", kRecordsPerUnit);
+    progress.Update(done);
+  };
+}
+
 // The pass over the file and the component's run. All temporary files are gone when it
 // returns.
 MCBinModel::BinModel MakeBins(const RunOptions& options) {
@@ -58,27 +67,25 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
   const MissingTexts missingTexts(options.missingTexts);
   ProgressBar progress(!options.quiet);
   progress.Start("scanning", input.GetSize(), "MB", kBytesPerMB);
-  InputScan scan =
-      ScanInput(reader, requests, options.rounding, missingTexts, directory.GetPath(), progress);
+  InputScan scan = ScanInput(reader, requests, options.rounding, missingTexts, directory.GetPath(),
+                             [&](std::uint64_t bytesRead) { progress.Update(bytesRead); });
   progress.Finish();
-  const InputVariables variables =
+  MCBinModel::RunVariables variables =
       MakeInputVariables(input.GetName(), requests, scan, options.rounding, notes);
   if (!options.quiet) PrintNotes(notes);
 
-  MCBinModel::ComponentRun run{options.settings,       options.jobs,        variables,
-                               std::move(scan.values), directory.GetPath(), progress};
-  std::vector<MCBinModel::AttributeBins> results =
-      options.settings.algorithm == MCBinModel::Algorithm::kSupervised
-          ? MCBinModel::RunSupervised(std::move(run))
-          : MCBinModel::RunEqualFrequency(std::move(run));
+  MCBinModel::RunControl control{directory.GetPath(), options.jobs, nullptr,
+                                 &Interrupt::IsRequested};
+  if (progress.IsVisible()) control.progress = ShowProgress(progress);
+  MCBinModel::BinModel model =
+      MCBinModel::MakeBins(options.settings, std::move(variables), *scan.values, control);
   progress.Finish();
-  MCBinModel::BinSource source{input.GetName(), options.delimiter, options.missingTexts,
-                               std::nullopt,    scan.recordCount,  scan.dropped};
-  if (variables.weight) {
-    source.weight = {variables.weight->name, options.rounding, variables.weight->missing};
-  }
-  return {options.settings, std::move(source), variables.attributes, variables.targets,
-          std::move(results)};
+  model.source.name = input.GetName();
+  model.source.delimiter = options.delimiter;
+  model.source.missingTexts = options.missingTexts;
+  model.source.recordCount = scan.recordCount;
+  model.source.dropped = scan.dropped;
+  return model;
 }
 
 // What a run writes; the files are made before its work, so that it does not fail after it.

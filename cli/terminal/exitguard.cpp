@@ -15,6 +15,11 @@ namespace MCBin {
 
 namespace {
 
+int Cancelled() {
+  PrintNote("cancelled");
+  return kExitCancelled;
+}
+
 int Fail(const std::string& message, int exitCode) {
   PrintNote("error: " + message);
   return exitCode;
@@ -26,11 +31,11 @@ int RunGuarded(const CommandAction& action) {
   try {
     return action();
   } catch (const Interrupt::Requested&) {
-    PrintNote("cancelled");
-    return kExitCancelled;
+    return Cancelled();
   } catch (const UsageError& error) {
     return Fail(error.what(), kExitUsage);
   } catch (const MCBinModel::Refusal& error) {
+    if (error.GetCode() == MCBinModel::RefusalCode::kCancelled) return Cancelled();
     return Fail(RefusalText(error), IsUsageRefusal(error.GetCode()) ? kExitUsage : kExitFailed);
   } catch (const std::bad_alloc&) {
     return Fail("not enough memory", kExitFailed);

@@ -13,6 +13,8 @@ std::string RefusalText(const MCBinModel::Refusal& refusal) {
   const std::string subject = MCBinModel::QuotedText(refusal.GetSubject());
   const std::string& detail = refusal.GetDetail();
   switch (refusal.GetCode()) {
+    case RefusalCode::kTooManyThreads:
+      return refusal.what() + std::string("; choose fewer with --jobs");
     case RefusalCode::kSeveralTargets:
       return place + "bins for several targets; choose one with --target: " + detail;
     case RefusalCode::kNoTargets:

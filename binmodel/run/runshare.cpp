@@ -1,4 +1,4 @@
-#include "binmodel/run/sharevariables.h"
+#include "binmodel/run/runshare.h"
 
 #include <string>
 
@@ -44,7 +44,7 @@ std::size_t ShareOf(std::size_t attribute, std::size_t shareCount) {
 
 }  // namespace
 
-ShareVariables MakeShareVariables(const MCBin::InputVariables& variables, std::size_t share,
+ShareVariables MakeShareVariables(const RunVariables& variables, std::size_t share,
                                   std::size_t shareCount) {
   ShareVariables result;
   for (std::size_t i = 0; i < variables.targets.size(); ++i) {
@@ -53,9 +53,9 @@ ShareVariables MakeShareVariables(const MCBin::InputVariables& variables, std::s
     result.columns.push_back(variables.targetColumns[i]);
   }
   if (variables.weight) {
-    const MCBin::InputVariables::Weight& weight = *variables.weight;
-    const int index = result.list.AddWeightVar(weight.name, "", weight.rounding);
-    SetNumericMissing(result.list, index, weight.missing);
+    const RunVariables::Weight& weight = *variables.weight;
+    const int index = result.list.AddWeightVar(weight.info.name, "", weight.info.rounding);
+    SetNumericMissing(result.list, index, weight.info.missing);
     result.columns.push_back(weight.column);
   }
   for (std::size_t i = 0; i < variables.attributes.size(); ++i) {

@@ -1,29 +1,27 @@
-#include "binmodel/run/valuerecorditerator.h"
+#include "binmodel/run/recordblocks.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace MCBinModel {
 
-ValueRecordIterator::ValueRecordIterator(std::shared_ptr<const MCBin::ValueFile> values,
-                                         std::vector<std::size_t> columns)
-    : fValues(std::move(values)),
-      fRecordCount(fValues->GetRecordCount()),
+RecordBlocks::RecordBlocks(const ColumnSource& source, std::vector<std::size_t> columns)
+    : fSource(source),
+      fRecordCount(fSource.GetRecordCount()),
       fRecordsPerBlock(static_cast<std::size_t>(
-          std::min<std::uint64_t>(fValues->GetRecordsPerBlock(), fRecordCount))),
+          std::min<std::uint64_t>(fSource.GetRecordsPerBlock(), fRecordCount))),
       fColumns(std::move(columns)),
       fBlock(fColumns.size() * fRecordsPerBlock),
       fNextInBlock(fRecordsPerBlock),
       fRecord(fColumns.size()),
       fRecordValues(&fRecord[0]) {}
 
-bool ValueRecordIterator::HasMore() {
-  if (fRecordsRead < fRecordCount) return true;
-  fValues.reset();
-  return false;
+bool RecordBlocks::HasMore() {
+  fIsAtEnd = fRecordsRead == fRecordCount;
+  return !fIsAtEnd;
 }
 
-const MCCommon::Record* ValueRecordIterator::Next() {
+const MCCommon::Record* RecordBlocks::Next() {
   if (!HasMore()) return nullptr;
   if (fNextInBlock == fRecordsPerBlock) ReadBlock();
 
@@ -36,10 +34,10 @@ const MCCommon::Record* ValueRecordIterator::Next() {
   return &fRecord;
 }
 
-void ValueRecordIterator::ReadBlock() {
+void RecordBlocks::ReadBlock() {
   try {
     for (std::size_t i = 0; i < fColumns.size(); ++i) {
-      fValues->Read(fBlocksRead, fColumns[i], fBlock.data() + i * fRecordsPerBlock);
+      fSource.Read(fBlocksRead, fColumns[i], fBlock.data() + i * fRecordsPerBlock);
     }
   } catch (...) {
     fFailure = std::current_exception();
@@ -49,7 +47,7 @@ void ValueRecordIterator::ReadBlock() {
   fNextInBlock = 0;
 }
 
-void ValueRecordIterator::RethrowFailure() const {
+void RecordBlocks::RethrowFailure() const {
   if (fFailure) std::rethrow_exception(fFailure);
 }
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "csv/inputvariables.h"
+#include "binmodel/run/binrun.h"
 #include "metadata/binvarlist.h"
 
 namespace MCBinModel {
@@ -11,19 +11,19 @@ namespace MCBinModel {
 // What one algorithm object bins: all targets, the weight, and its share of the attributes.
 struct ShareVariables {
   BINVarList list;
-  std::vector<std::size_t> columns;  // of the value file, by variable index
+  std::vector<std::size_t> columns;  // of the source, by variable index
 
   // Its attributes and all targets as indexes into the list.
   std::vector<int> attributeIndexes;
   std::vector<int> targetIndexes;
 
-  // Its attributes as indexes into InputVariables::attributes; parallel.
+  // Its attributes as indexes into RunVariables::attributes; parallel.
   std::vector<std::size_t> attributes;
 };
 
 // The variables of share `share` of `shareCount`. The first target has the target role, further
 // ones are categorical attributes to the component. Category codes are the same in every share.
-ShareVariables MakeShareVariables(const MCBin::InputVariables& variables, std::size_t share,
+ShareVariables MakeShareVariables(const RunVariables& variables, std::size_t share,
                                   std::size_t shareCount);
 
 }  // namespace MCBinModel

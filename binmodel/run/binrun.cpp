@@ -1,0 +1,265 @@
+#include "binmodel/run/binrun.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <thread>
+#include <utility>
+
+#include "algorithm/binfactory.h"
+#include "algorithm/binsettings.h"
+#include "algorithm/efbinfactory.h"
+#include "algorithm/efbinsettings.h"
+#include "algorithm/ibinalgorithm.h"
+#include "algorithm/iefbinalgorithm.h"
+#include "binmodel/measure/binstatistics.h"
+#include "binmodel/model/refusal.h"
+#include "binmodel/model/statustext.h"
+#include "binmodel/run/jobs.h"
+#include "binmodel/run/recordblocks.h"
+#include "binmodel/run/runprogress.h"
+#include "binmodel/run/runshare.h"
+#include "binmodel/text/displaytext.h"
+#include "common/missing.h"
+#include "output/binoutput.h"
+#include "output/efbinoutput.h"
+
+namespace MCBinModel {
+
+namespace {
+
+// What all shares of a run have in common.
+struct Run {
+  const BinSettings& settings;
+  const RunVariables& variables;
+  const ColumnSource& columns;
+  const RunControl& control;
+  std::size_t shareCount;
+};
+
+std::size_t CountShares(int jobs, std::size_t attributeCount) {
+  const auto cores = static_cast<std::size_t>(std::thread::hardware_concurrency());
+  const auto asked = static_cast<std::size_t>(jobs);
+  return std::clamp<std::size_t>(asked == 0 ? cores : asked, 1, attributeCount);
+}
+
+// One algorithm object's share of a run: its variables, its records, and what it calls.
+class Share {
+ public:
+  Share(const Run& run, std::size_t index, RunProgress& progress, Jobs& jobs)
+      : fRun(run),
+        fVariables(MakeShareVariables(run.variables, index, run.shareCount)),
+        fRecords(run.columns, fVariables.columns),
+        fProgress(progress),
+        fJobs(jobs),
+        fJobProgress(progress, fRecords, jobs) {}
+
+  ShareVariables& GetVariables() { return fVariables; }
+  RecordBlocks& GetRecords() { return fRecords; }
+
+  // The settings that both algorithms have. This object must outlive the algorithm.
+  template <typename Settings>
+  void SetCommon(Settings& settings) {
+    settings.SetTempDirName(fRun.control.tempDir);
+    settings.SetRightBorderClosed(fRun.settings.rightClosed);
+    settings.SetCancelPointer(&fJobs);
+    if (!fProgress.HasListener()) return;
+    settings.SetProgressListener(&fJobProgress);
+    settings.SetNSkippedCasesReports(RunProgress::RecordsPerReport(fRecords.GetRecordCount()));
+    settings.SetNSkippedAttReports(0);
+  }
+
+  // A failure of the whole run. What ended it may lie in the host's own objects.
+  void CheckStatus(const MCBinning::MCStatus& status) const {
+    fRecords.RethrowFailure();
+    fJobs.QueryCancel();
+    if (fJobs.IsCancelled()) throw Refusal(RefusalCode::kCancelled, {}, "the run was cancelled");
+    if (!status.IsError()) return;
+    throw Refusal(fmt::format("binning failed: {} (status {})", DescribeStatus(status),
+                              status.GetErrorCode()));
+  }
+
+ private:
+  const Run& fRun;
+  ShareVariables fVariables;
+  RecordBlocks fRecords;
+  RunProgress& fProgress;
+  Jobs& fJobs;
+  JobProgress fJobProgress;
+};
+
+std::optional<double> Known(double value) {
+  return MCMV::IsMissing(value) ? std::nullopt : std::optional<double>(value);
+}
+
+// The midpoint of two values beyond half the largest double is infinite.
+void CheckCutPoints(const std::vector<double>& cutPoints, const VariableInfo& attribute) {
+  const bool finite = std::all_of(cutPoints.begin(), cutPoints.end(),
+                                  [](double cutPoint) { return std::isfinite(cutPoint); });
+  if (finite) return;
+  throw Refusal(
+      fmt::format("column {}: a cut point is beyond the largest double; divide the "
+                  "values, for example by 1000",
+                  QuotedText(attribute.name)));
+}
+
+void CheckWeight(double weight) {
+  if (std::isfinite(weight)) return;
+  throw Refusal(
+      "the weights sum up to more than the largest double; divide them, for example by 1000");
+}
+
+// What the results of both algorithms have.
+template <typename Results>
+AttributeBins TakeCommon(const Results& results) {
+  CheckWeight(results.GetTotalWeightWithMissing());
+  AttributeBins bins{};
+  bins.status = results.GetStatus();
+  bins.cutPoints = results.GetCutPoints();
+  bins.distinctValues = results.GetNDistinctValues();
+  bins.validWeight = results.GetTotalWeight();
+  bins.weightWithMissing = results.GetTotalWeightWithMissing();
+  if (results.GetNDistinctValues() > 0) {
+    bins.minimum = Known(results.GetMinimum());
+    bins.maximum = Known(results.GetMaximum());
+  }
+  return bins;
+}
+
+AttributeBins TakeResults(const BINAttributeTargetResults& results) {
+  AttributeBins bins = TakeCommon(results);
+  for (const std::vector<double>& cells : results.GetCellCounts()) {
+    if (cells.empty()) continue;
+    bins.binWeights.push_back(cells.front());
+    bins.classWeights.emplace_back(cells.begin() + 1, cells.end());
+  }
+  if (!bins.binWeights.empty()) {
+    bins.modelEntropy = Known(results.GetModelEntropy());
+    if (bins.modelEntropy) bins.informationGain = InformationGain(bins);
+  }
+  return bins;
+}
+
+AttributeBins TakeResults(const BINAttributeResults& results) {
+  AttributeBins bins = TakeCommon(results);
+  bins.binWeights = results.GetCellCounts();
+  return bins;
+}
+
+// Puts what it finds at the places of the share's attributes in `results`.
+void RunSupervised(const Run& run, Share& share, std::vector<AttributeBins>& results) {
+  const ShareVariables& variables = share.GetVariables();
+  std::vector<int> attributes;
+  std::vector<int> targets;
+  for (const int target : variables.targetIndexes) {
+    attributes.insert(attributes.end(), variables.attributeIndexes.begin(),
+                      variables.attributeIndexes.end());
+    targets.insert(targets.end(), variables.attributeIndexes.size(), target);
+  }
+
+  BINSettings settings;
+  share.SetCommon(settings);
+  settings.SetNumDistinctValueThreshold(run.settings.prebinAbove);
+  settings.SetNumberOfBins(run.settings.prebins);
+  settings.SetSmallBinDetectionThreshold(run.settings.smallBins);
+
+  BINFactory factory;
+  const std::unique_ptr<IBINAlgorithm> algorithm(
+      factory.CreateBINAlgorithm(settings, share.GetVariables().list));
+  share.CheckStatus(factory.GetStatus());
+  share.CheckStatus(algorithm->CreateBins(share.GetRecords(), &attributes, &targets));
+
+  for (std::size_t i = 0; i < attributes.size(); ++i) {
+    const std::size_t attribute = variables.attributes[i % variables.attributes.size()];
+    const std::size_t target = i / variables.attributes.size();
+    BINAttributeTargetResults found;
+    algorithm->GetBinningResults().GetAttributeTargetCutPoints(attributes[i], targets[i], found);
+    AttributeBins& bins = results[target * run.variables.attributes.size() + attribute];
+    bins = TakeResults(found);
+    bins.attribute = attribute;
+    bins.target = target;
+  }
+}
+
+void RunEqualFrequency(const Run& run, Share& share, std::vector<AttributeBins>& results) {
+  const ShareVariables& variables = share.GetVariables();
+  EFBINSettings settings;
+  share.SetCommon(settings);
+  settings.SetNumberOfBins(run.settings.bins);
+
+  EFBINFactory factory;
+  const std::unique_ptr<IEFBINAlgorithm> algorithm(
+      factory.CreateEFBINAlgorithm(settings, share.GetVariables().list));
+  share.CheckStatus(factory.GetStatus());
+  share.CheckStatus(algorithm->CreateBins(share.GetRecords(), &variables.attributeIndexes));
+
+  for (std::size_t i = 0; i < variables.attributes.size(); ++i) {
+    BINAttributeResults found;
+    algorithm->GetBinningResults().GetAttributeCutPoints(variables.attributeIndexes[i], found);
+    AttributeBins& bins = results[variables.attributes[i]];
+    bins = TakeResults(found);
+    bins.attribute = variables.attributes[i];
+  }
+}
+
+std::vector<AttributeBins> RunShares(const Run& run) {
+  const bool isSupervised = run.settings.algorithm == Algorithm::kSupervised;
+  const std::size_t resultCount =
+      run.variables.attributes.size() * (isSupervised ? run.variables.targets.size() : 1);
+  RunProgress progress(run.control.progress,
+                       run.columns.GetRecordCount() * (run.shareCount + resultCount));
+  std::vector<AttributeBins> results(resultCount);
+  Jobs jobs(run.control.cancel);
+  jobs.Run(run.shareCount, [&](std::size_t index) {
+    Share share(run, index, progress, jobs);
+    (isSupervised ? RunSupervised : RunEqualFrequency)(run, share, results);
+  });
+  for (const AttributeBins& bins : results) {
+    CheckCutPoints(bins.cutPoints, run.variables.attributes[bins.attribute]);
+  }
+  return results;
+}
+
+void CheckCategories(const VariableInfo& variable, const char* use) {
+  if (variable.IsCategorical() && variable.GetCategoryCount() >= 2) return;
+  throw Refusal(RefusalCode::kInput, {.place = {}, .subject = variable.name, .detail = {}},
+                fmt::format("{} {} needs at least two categories", use,
+                            QuotedText(variable.name)));
+}
+
+void CheckVariables(const BinSettings& settings, const RunVariables& variables) {
+  const bool isSupervised = settings.algorithm == Algorithm::kSupervised;
+  if (variables.attributes.empty()) throw Refusal("there is no attribute to bin");
+  if (isSupervised && variables.targets.empty()) {
+    throw Refusal("supervised binning needs a target");
+  }
+  if (!isSupervised && !variables.targets.empty()) {
+    throw Refusal("equal-frequency binning takes no target");
+  }
+  for (const VariableInfo& target : variables.targets) CheckCategories(target, "the target");
+  for (const VariableInfo& attribute : variables.attributes) {
+    if (attribute.IsCategorical()) CheckCategories(attribute, "the categorical attribute");
+  }
+}
+
+}  // namespace
+
+BinModel MakeBins(const BinSettings& settings, RunVariables variables, const ColumnSource& columns,
+                  const RunControl& control) {
+  CheckVariables(settings, variables);
+  BinModel model;
+  model.settings = settings;
+  model.source.recordCount = columns.GetRecordCount();
+  if (variables.weight) model.source.weight = variables.weight->info;
+  model.results = RunShares({settings, variables, columns, control,
+                             CountShares(control.jobs, variables.attributes.size())});
+  model.attributes = std::move(variables.attributes);
+  model.targets = std::move(variables.targets);
+  return model;
+}
+
+}  // namespace MCBinModel

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "binmodel/model/binmodel.h"
+#include "binmodel/model/binsettings.h"
+#include "binmodel/model/binsource.h"
+#include "binmodel/model/variableinfo.h"
+#include "binmodel/run/columnsource.h"
+
+namespace MCBinModel {
+
+// What a run bins, and which column of its source holds what. Variables and columns are parallel.
+struct RunVariables {
+  struct Weight {
+    WeightInfo info;
+    std::size_t column = 0;
+  };
+
+  std::vector<VariableInfo> attributes;
+  std::vector<std::size_t> attributeColumns;
+
+  // Categorical; of supervised binning only.
+  std::vector<VariableInfo> targets;
+  std::vector<std::size_t> targetColumns;
+
+  std::optional<Weight> weight;
+};
+
+// How a run works.
+struct RunControl {
+  // Where its temporary files go: 8 bytes a value, gone when it ends.
+  std::string tempDir = "/tmp";
+
+  // How many threads share the attributes; 0 is one for every core. The bins are the same for any
+  // number.
+  int jobs = 1;
+
+  // Told how much of the work is done, in passes over a record: first 0, then ever more. Called by
+  // any thread of the run, by one at a time.
+  std::function<void(std::uint64_t done, std::uint64_t total)> progress;
+
+  // Asked often whether the run is to stop. Called by any thread of the run, by several at a time.
+  std::function<bool()> cancel;
+};
+
+// Bins every attribute against every target, or with equal-frequency binning on its own. The
+// results come target by target, in the order of the attributes; what went wrong with one is in
+// its status. The model's source has the number of records, the weight and nothing else.
+//
+// Every thread has ended on return. Throws Refusal when the run as a whole failed or was stopped
+// (RefusalCode::kCancelled), and what a callback or the columns threw.
+BinModel MakeBins(const BinSettings& settings, RunVariables variables, const ColumnSource& columns,
+                  const RunControl& control);
+
+}  // namespace MCBinModel
