@@ -175,9 +175,10 @@ class Builder {
 }  // namespace
 
 MCBinModel::RunVariables MakeInputVariables(const std::string& fileName,
-                                  const std::vector<ColumnRequest>& requests, const InputScan& scan,
-                                  IBINVariable::BINWRoundingOption rounding,
-                                  std::vector<std::string>& notes) {
+                                            const std::vector<ColumnRequest>& requests,
+                                            const InputScan& scan,
+                                            IBINVariable::BINWRoundingOption rounding,
+                                            std::vector<std::string>& notes) {
   Builder builder(fileName, rounding, notes);
   for (std::size_t i = 0; i < requests.size(); ++i) {
     builder.Add(requests[i], scan.columns[i], scan.GetValueColumn(i));

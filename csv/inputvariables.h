@@ -18,8 +18,9 @@ namespace MCBin {
 // without two categories or with too many, for missing values that do not fit their column's
 // kind, and when no attribute is left.
 MCBinModel::RunVariables MakeInputVariables(const std::string& fileName,
-                                  const std::vector<ColumnRequest>& requests, const InputScan& scan,
-                                  IBINVariable::BINWRoundingOption rounding,
-                                  std::vector<std::string>& notes);
+                                            const std::vector<ColumnRequest>& requests,
+                                            const InputScan& scan,
+                                            IBINVariable::BINWRoundingOption rounding,
+                                            std::vector<std::string>& notes);
 
 }  // namespace MCBin

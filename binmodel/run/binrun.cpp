@@ -227,8 +227,7 @@ std::vector<AttributeBins> RunShares(const Run& run) {
 void CheckCategories(const VariableInfo& variable, const char* use) {
   if (variable.IsCategorical() && variable.GetCategoryCount() >= 2) return;
   throw Refusal(RefusalCode::kInput, {.place = {}, .subject = variable.name, .detail = {}},
-                fmt::format("{} {} needs at least two categories", use,
-                            QuotedText(variable.name)));
+                fmt::format("{} {} needs at least two categories", use, QuotedText(variable.name)));
 }
 
 void CheckVariables(const BinSettings& settings, const RunVariables& variables) {

@@ -1,26 +1,25 @@
 #include "binmodel/run/jobs.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
 
 #include <atomic>
-#include <cstdlib>
+#include <functional>
 #include <ostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "cli/program.h"
-#include "io/interrupt.h"
 #include "support/rowname.h"
 
 namespace {
 
-using MCBin::Interrupt;
 using MCBinModel::Jobs;
 
+const std::function<bool()> kNever;
+
 TEST(Jobs, OneThatFailsStopsTheOthersAndIsToldAbout) {
-  Jobs jobs;
+  Jobs jobs(kNever);
   std::atomic<int> begun{0};
   std::atomic<int> stopped{0};
   const auto job = [&](std::size_t index) {
@@ -42,25 +41,16 @@ TEST(Jobs, OneThatFailsStopsTheOthersAndIsToldAbout) {
   EXPECT_EQ(stopped, 3);
 }
 
-// In a process of its own: the request to stop is never taken back.
-TEST(JobsDeathTest, ASignalStopsAllOfThem) {
-  testing::FLAGS_gtest_death_test_style = "threadsafe";
-  const auto run = [] {
-    signal(SIGINT, SIG_DFL);  // ignored where the tests run as a background job
-    Interrupt::Install();
-    Jobs jobs;
-    try {
-      jobs.Run(3, [&](std::size_t index) {
-        if (index == 2) raise(SIGINT);
-        while (!jobs.QueryCancel()) continue;
-        Interrupt::ThrowIfRequested();
-      });
-    } catch (const Interrupt::Requested&) {
-      std::exit(130);
-    }
-    std::exit(0);
-  };
-  EXPECT_EXIT(run(), testing::ExitedWithCode(130), "");
+// A host's flag that is seen by one query alone still stops the others.
+TEST(Jobs, TheHostStopsAllOfThem) {
+  std::atomic<bool> flag{false};
+  const std::function<bool()> cancel = [&] { return flag.exchange(false); };
+  Jobs jobs(cancel);
+  jobs.Run(3, [&](std::size_t index) {
+    if (index == 2) flag = true;
+    while (!jobs.QueryCancel()) continue;
+  });
+  EXPECT_TRUE(jobs.IsCancelled());
 }
 
 // A run with everything that goes to a file or a stream.
