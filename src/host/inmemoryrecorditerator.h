@@ -9,7 +9,8 @@
 
 namespace MCCommon {
 
-// Records held in memory and handed out in order: for tests and for hosts with little data.
+// Records held in memory and handed out in order: for tests and for hosts with little data. What
+// makes, copies or adds to it may throw std::bad_alloc.
 class MCRECORDS_API InMemoryRecordIterator : public RecordIterator {
  public:
   // Over no records, or over a copy of `records`.

@@ -42,7 +42,8 @@ class TempFile;
 class MCBINNING_API BINDataPreparator {
  public:
   // Everything passed by reference or pointer stays the caller's and must outlive this
-  // object. `progressInterval` counts records between two reports; 0 reports none.
+  // object. Throws std::bad_alloc. `progressInterval` counts records between two reports; 0 reports
+  // none.
   BINDataPreparator(BINVarList& variables, BINCancelInfo& cancel, std::string tempDirName,
                     ProgressListener* listener, int progressInterval);
   BINDataPreparator(const BINDataPreparator&) = delete;

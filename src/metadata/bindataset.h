@@ -32,7 +32,7 @@ class LoadedCases;
 //                 attribute.
 class MCBINNING_API BINDataSet {
  public:
-  // Both stay the caller's and must outlive this object.
+  // Both stay the caller's and must outlive this object. Throws std::bad_alloc.
   BINDataSet(MCCommon::RecordIterator& records, BINDataPreparator& preparator);
   BINDataSet(const BINDataSet&) = delete;
   BINDataSet& operator=(const BINDataSet&) = delete;

@@ -8,7 +8,8 @@
 // An interval of strings, each end included or not. Strings compare byte by byte.
 //
 // A plain value for hosts; no user-missing definition uses it. Ends are taken as they come:
-// ends in the wrong order, or equal ends that are not both included, make it empty.
+// ends in the wrong order, or equal ends that are not both included, make it empty. Making,
+// copying and changing one may throw std::bad_alloc.
 class MCBINNING_API BINStringInterval {
  public:
   // From "." to ".", both ends included.

@@ -13,7 +13,9 @@ class IBINUserMissing;
 // Category encoders (BINCatNumEncoder, BINStringEncoder) give every distinct value a code
 // 0, 1, 2, ... in order of first appearance; BINRoundEncoder makes weights whole numbers.
 // Every encoder applies the user-missing definition of its variable. Encode, EncodeConst
-// and Decode belong to the concrete classes, whose argument types differ.
+// and Decode belong to the concrete classes, whose argument types differ. Whatever makes, copies
+// or adds to an encoder, sets labels or returns a text may throw std::bad_alloc; the codes are then
+// as they were.
 class MCBINNING_API IBINEncoder {
  public:
   // The base class holds nothing, so copying it copies nothing.

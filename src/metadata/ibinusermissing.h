@@ -8,7 +8,7 @@
 //
 // BINNumericUserMissing and BINStringUserMissing are the two kinds. A host may derive its
 // own class; variables and encoders then own, copy and return such an object, but no value
-// is missing by it.
+// is missing by it. Copies, Clone() and what adds a value may throw std::bad_alloc.
 class MCBINNING_API IBINUserMissing {
  public:
   // What GetDataType() returns.

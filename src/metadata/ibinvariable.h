@@ -12,7 +12,8 @@ class IBINUserMissing;
 // what it takes to turn raw values into numbers.
 //
 // BINContVar, BINCatVar and BINWeightVar are the three kinds. A BINVarList creates, owns
-// and deletes them.
+// and deletes them. Constructors, copies, Clone(), and what takes or returns a text may throw
+// std::bad_alloc; a variable that was to be changed is then as it was.
 class MCBINNING_API IBINVariable {
  public:
   // What the values are; the numbers are part of the interface.
