@@ -37,3 +37,4 @@
 #include "output/binattributetargetresults.h"
 #include "output/binoutput.h"
 #include "output/efbinoutput.h"
+#include "version.h"

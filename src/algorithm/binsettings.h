@@ -15,8 +15,12 @@ class ProgressListener;
 // copying settings and what takes or gives the directory's name may throw std::bad_alloc.
 class MCBINNING_API BINSettings {
  public:
-  // The defaults that stand with the setters.
+  // The defaults that stand with the setters. Copies point at the same listener and query.
   BINSettings();
+  BINSettings(const BINSettings&) = default;
+  BINSettings(BINSettings&&) = default;
+  BINSettings& operator=(const BINSettings&) = default;
+  BINSettings& operator=(BINSettings&&) = default;
 
   // Told about progress; null for nobody. Stays the host's and must outlive its use.
   void SetProgressListener(ProgressListener* listener) { fProgressListener = listener; }

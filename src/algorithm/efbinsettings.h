@@ -15,8 +15,12 @@ class ProgressListener;
 // copying settings and what takes or gives the directory's name may throw std::bad_alloc.
 class MCBINNING_API EFBINSettings {
  public:
-  // The defaults that stand with the setters.
+  // The defaults that stand with the setters. Copies point at the same listener and query.
   EFBINSettings();
+  EFBINSettings(const EFBINSettings&) = default;
+  EFBINSettings(EFBINSettings&&) = default;
+  EFBINSettings& operator=(const EFBINSettings&) = default;
+  EFBINSettings& operator=(EFBINSettings&&) = default;
 
   // Told about progress; null for nobody. Stays the host's and must outlive its use.
   void SetProgressListener(ProgressListener* listener) { fProgressListener = listener; }

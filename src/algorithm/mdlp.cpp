@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "algorithm/binentropy.h"
+#include "common/exactarithmetic.h"
 #include "common/vectormath.h"
 
 namespace MCBinning {

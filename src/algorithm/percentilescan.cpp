@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "common/exactarithmetic.h"
 #include "common/missing.h"
 #include "metadata/casebuffers.h"
 

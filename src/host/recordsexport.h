@@ -1,5 +1,7 @@
 #pragma once
 
+#include "buildcheck.h"
+
 // Marks what `mcrecords` offers to other libraries; everything else is hidden. With
 // MCRECORDS_STATIC, in the static library, that is hidden as well.
 #ifdef MCRECORDS_STATIC

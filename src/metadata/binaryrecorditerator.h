@@ -19,6 +19,11 @@ class Descriptor;
 // 32 KiB. A file that cannot be opened gives an iterator without values, and prints "Error: file
 // handle is NULL in BinaryRecordIterator constructor" on standard output: at once, whatever
 // output is buffered, and without an end of line.
+//
+// Its destructor is not virtual: delete one as what it is.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+#pragma GCC diagnostic ignored "-Weffc++"
 class MCBINNING_API BinaryRecordIterator {
  public:
   // What GetFailReason() answers. A partial value at the end of a file counts as its end.
@@ -87,5 +92,6 @@ class MCBINNING_API BinaryRecordIterator {
   std::size_t fBufferNext;         // of the buffer, the value after the look-ahead value
   std::size_t fBufferEnd;
 };
+#pragma GCC diagnostic pop
 
 }  // namespace MCBinning

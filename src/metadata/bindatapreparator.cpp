@@ -13,6 +13,7 @@
 #include "common/bincancelinfo.h"
 #include "common/binprogressreporter.h"
 #include "common/displayframe.h"
+#include "common/exactarithmetic.h"
 #include "common/guard.h"
 #include "common/missing.h"
 #include "common/progresslistener.h"

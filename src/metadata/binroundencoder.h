@@ -18,6 +18,8 @@ class MCBINNING_API BINRoundEncoder : public IBINEncoder {
   // Rounds as `option` says, or to the closest whole number.
   BINRoundEncoder();
   explicit BINRoundEncoder(IBINVariable::BINWRoundingOption option);
+  BINRoundEncoder(const BINRoundEncoder&) = default;
+  BINRoundEncoder& operator=(const BINRoundEncoder&) = default;
 
   // The rounded weight, or the system-missing value for a weight that is missing, or zero
   // or negative once rounded. The user-missing definition is asked about the raw weight. A

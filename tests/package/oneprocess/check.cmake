@@ -30,7 +30,7 @@ foreach(class algorithm/binsettings metadata/binvarlist metadata/bincontvar)
 endforeach()
 run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${here}/later -B ${DIRECTORY}/build -DMCBINNING_SOURCE=${later}
     -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_CXX_FLAGS=${CXX_FLAGS})
-run(${CMAKE_COMMAND} --build ${DIRECTORY}/build)
+run(${CMAKE_COMMAND} --build ${DIRECTORY}/build --target later)
 
 separate_arguments(flags UNIX_COMMAND "${CXX_FLAGS}")
 set(compile ${CXX} ${flags} -std=c++17)

@@ -9,7 +9,8 @@
 int main(int argc, char** argv) {
   const std::string expected = DescribeBins();
   std::cout << "host: " << expected << '\n';
-  bool agree = expected == "status 0, cut at 59.000000, weight 90.000000";
+  bool agree = std::string(MCBinning::GetVersion()) == MCBINNING_VERSION_STRING;
+  agree = agree && expected == "status 0, cut at 59.000000, weight 90.000000";
   for (int i = 1; i < argc; ++i) {
     void* const plugin = dlopen(argv[i], RTLD_NOW | RTLD_LOCAL);
     using Describe = void (*)(std::string&);
