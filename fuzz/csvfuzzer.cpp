@@ -18,7 +18,7 @@
 #include "csv/csvreader.h"
 #include "fuzz/require.h"
 #include "io/filedescriptor.h"
-#include "io/writeall.h"
+#include "io/outputfile.h"
 
 namespace {
 

@@ -8,12 +8,31 @@
 
 #include <cerrno>
 #include <cstring>
+#include <string_view>
+#include <vector>
 
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "io/interrupt.h"
 
 namespace MCBin {
+
+namespace {
+
+constexpr std::size_t kMostBytes = std::size_t{256} << 20;
+constexpr std::size_t kChunkBytes = std::size_t{1} << 16;
+
+// What comes first; '\0' when there are nothing but blanks.
+char FirstCharacter(std::string_view text) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+    text.remove_prefix(kByteOrderMark.size());
+  }
+  const std::size_t at = text.find_first_not_of(" \t\r\n");
+  return at == std::string_view::npos ? '\0' : text[at];
+}
+
+}  // namespace
 
 InputStream::InputStream(const std::string& path, const char* expected)
     : fName(path == "-" ? "standard input" : MCBinModel::PrintableText(path)) {
@@ -37,6 +56,29 @@ ssize_t InputStream::Read(int file, char* to, std::size_t room) {
     got = read(file, to, room);
   } while (got < 0 && (errno == EINTR || errno == EAGAIN));
   return got;
+}
+
+InputText ReadAll(const std::string& path, char first, const char* expected) {
+  const InputStream input(path, expected);
+  InputText all{input.GetName(), {}};
+  std::vector<char> chunk(kChunkBytes);
+  for (;;) {
+    const ssize_t got = InputStream::Read(input.Get(), chunk.data(), chunk.size());
+    if (got < 0) {
+      throw MCBinModel::Refusal(fmt::format("{}: cannot read: {}", all.name, std::strerror(errno)));
+    }
+    const bool atEnd = got == 0;
+    const bool isFirstChunk = all.text.empty();
+    all.text.append(chunk.data(), static_cast<std::size_t>(got));
+    if ((atEnd || isFirstChunk) && FirstCharacter(all.text) != first) {
+      throw MCBinModel::Refusal(fmt::format("{}: this is not {}", all.name, expected));
+    }
+    if (atEnd) return all;
+    if (all.text.size() > kMostBytes) {
+      throw MCBinModel::Refusal(
+          fmt::format("{}: larger than {} MiB; give {}", all.name, kMostBytes >> 20, expected));
+    }
+  }
 }
 
 }  // namespace MCBin

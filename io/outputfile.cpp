@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <poll.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -18,7 +19,6 @@
 #include "binmodel/text/displaytext.h"
 #include "io/interrupt.h"
 #include "io/leftovers.h"
-#include "io/writeall.h"
 
 namespace MCBin {
 
@@ -91,6 +91,22 @@ bool FlushDirectory(const std::string& path) {
 }
 
 }  // namespace
+
+bool WriteAll(int file, std::string_view text) {
+  constexpr std::size_t kMostBytesAtOnce = std::size_t{1} << 20;  // a disk is not interrupted
+  while (!text.empty()) {
+    const ssize_t written = write(file, text.data(), std::min(text.size(), kMostBytesAtOnce));
+    Interrupt::ThrowIfRequested();
+    if (written >= 0) {
+      text.remove_prefix(static_cast<std::size_t>(written));
+    } else if (errno == EAGAIN) {
+      Interrupt::WaitFor(file, POLLOUT);
+    } else if (errno != EINTR) {
+      return false;
+    }
+  }
+  return true;
+}
 
 OutputFile::OutputFile(const std::string& path) : fPath(path) {
   struct stat status = {};

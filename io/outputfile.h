@@ -10,6 +10,10 @@
 
 namespace MCBin {
 
+// Writes all of `text` to an open file; false, with errno set, when that fails.
+// Throws Interrupt::Requested; it looks after every write, however slow the reader is.
+bool WriteAll(int file, std::string_view text);
+
 // A file that is there completely or not at all, whatever happens to the program or the machine:
 // written under another name in the same directory, .mcbin-<random>.tmp, flushed to the disk and
 // renamed at the end.

@@ -1,11 +1,9 @@
-#include "cli/commands/applycommand.h"
-
 #include <unistd.h>
 
 #include "binmodel/model/resultselection.h"
-#include "cli/commands/binfileinput.h"
 #include "cli/commands/commandfiles.h"
-#include "cli/terminal/exitcode.h"
+#include "cli/commands/commands.h"
+#include "cli/terminal/exitguard.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/progressbar.h"
 #include "cli/terminal/resultstream.h"

@@ -9,8 +9,11 @@
 #include <system_error>
 #include <utility>
 
+#include "binmodel/file/binfile.h"
 #include "binmodel/text/displaytext.h"
 #include "cli/options/usageerror.h"
+#include "io/inputstream.h"
+#include "io/outputfile.h"
 
 namespace MCBin {
 
@@ -69,6 +72,22 @@ void CheckFiles(const std::vector<CommandInput>& inputs,
     for (auto other = outputs.begin(); other != output; ++other) {
       if (other->path) CheckAreTwoFiles(*other, *output);
     }
+  }
+}
+
+MCBinModel::BinModel LoadBinFile(const std::string& path) {
+  const InputText input = ReadAll(path, '{', "a bin file, which mcbin writes with --json");
+  return MCBinModel::ParseBinFile(input.text, input.name);
+}
+
+void WriteOutput(const std::string& path, std::string_view content, ResultStream& out) {
+  if (path == "-") {
+    out.WriteContent(content);
+    out.Close();
+  } else {
+    OutputFile file(path);
+    file.Write(content);
+    file.Commit();
   }
 }
 

@@ -2,7 +2,11 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "binmodel/model/binmodel.h"
+#include "cli/terminal/resultstream.h"
 
 namespace MCBin {
 
@@ -21,5 +25,12 @@ struct CommandOutput {
 // Refuses two inputs from standard input, two outputs in one file, and an output, standard output
 // included, over an input. Throws UsageError.
 void CheckFiles(const std::vector<CommandInput>& inputs, const std::vector<CommandOutput>& outputs);
+
+// Reads a bin file; "-" is standard input. Throws Refusal and Interrupt::Requested.
+MCBinModel::BinModel LoadBinFile(const std::string& path);
+
+// Writes a command's only output; "-" is `out`, which is closed. Throws Refusal and
+// Interrupt::Requested.
+void WriteOutput(const std::string& path, std::string_view content, ResultStream& out);
 
 }  // namespace MCBin

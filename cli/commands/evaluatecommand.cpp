@@ -1,5 +1,3 @@
-#include "cli/commands/evaluatecommand.h"
-
 #include <fmt/format.h>
 
 #include <optional>
@@ -10,9 +8,9 @@
 #include "binmodel/apply/recount.h"
 #include "binmodel/model/resultselection.h"
 #include "binmodel/report/binreport.h"
-#include "cli/commands/binfileinput.h"
 #include "cli/commands/commandfiles.h"
-#include "cli/terminal/exitcode.h"
+#include "cli/commands/commands.h"
+#include "cli/terminal/exitguard.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/progressbar.h"
 #include "cli/terminal/resultstream.h"

@@ -1,16 +1,13 @@
-#include "cli/commands/exportcommand.h"
-
 #include <string>
 #include <vector>
 
 #include "binmodel/export/binexport.h"
 #include "binmodel/model/resultselection.h"
-#include "cli/commands/binfileinput.h"
 #include "cli/commands/commandfiles.h"
-#include "cli/terminal/exitcode.h"
+#include "cli/commands/commands.h"
+#include "cli/terminal/exitguard.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/resultstream.h"
-#include "io/outputfile.h"
 
 namespace MCBin {
 
@@ -38,14 +35,7 @@ int ExportCommand(const ExportOptions& options) {
   ResultStream out;
   std::vector<std::string> notes;
   const std::string text = MakeText(options, notes);
-  if (!options.output || *options.output == "-") {
-    out.WriteContent(text);
-    out.Close();
-  } else {
-    OutputFile file(*options.output);
-    file.Write(text);
-    file.Commit();
-  }
+  WriteOutput(options.output, text, out);
   if (!options.quiet) PrintNotes(notes);
   return kExitDone;
 }

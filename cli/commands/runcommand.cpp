@@ -1,5 +1,3 @@
-#include "cli/commands/runcommand.h"
-
 #include <fmt/format.h>
 #include <unistd.h>
 
@@ -15,8 +13,9 @@
 #include "binmodel/report/binreport.h"
 #include "binmodel/run/binrun.h"
 #include "cli/commands/commandfiles.h"
+#include "cli/commands/commands.h"
 #include "cli/options/usageerror.h"
-#include "cli/terminal/exitcode.h"
+#include "cli/terminal/exitguard.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/progressbar.h"
 #include "cli/terminal/resultstream.h"

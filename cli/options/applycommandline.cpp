@@ -1,11 +1,10 @@
-#include "cli/options/applycommandline.h"
-
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "cli/commands/applycommand.h"
-#include "cli/options/applyoptions.h"
+#include "cli/commands/commands.h"
+#include "cli/options/commandline.h"
+#include "cli/options/commandoptions.h"
 
 namespace MCBin {
 

@@ -8,14 +8,7 @@
 #include <vector>
 
 #include "binmodel/text/displaytext.h"
-#include "cli/options/applycommandline.h"
-#include "cli/options/evaluatecommandline.h"
-#include "cli/options/exportcommandline.h"
-#include "cli/options/reportcommandline.h"
-#include "cli/options/runcommandline.h"
 #include "cli/options/usageerror.h"
-#include "cli/shell/helpformatter.h"
-#include "cli/terminal/exitcode.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/resultstream.h"
 
@@ -32,6 +25,29 @@ constexpr const char* kToolHelp =
     "  mcbin export --format sql --table T bins.json   the bins as SQL, PMML or Python\n"
     "  mcbin report bins.json -o report.html           charts and tables as an HTML page\n"
     "  mcbin supervised --help                         the options of a command\n";
+
+// Help that begins with examples: the first line of a command's description says what it
+// does, the lines after it are its examples. A list of commands shows the first lines alone.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  HelpFormatter() { column_width(30); }
+
+  std::string make_description(const CLI::App* app) const override {
+    const std::string description = app->get_description();
+    const std::size_t lineEnd = description.find('\n');
+    if (lineEnd == std::string::npos) return description + "\n\n";
+    return fmt::format("{}\n\n{}\n", description.substr(0, lineEnd),
+                       description.substr(lineEnd + 1));
+  }
+
+  std::string make_subcommand(const CLI::App* app) const override {
+    const std::string description = app->get_description();
+    std::ostringstream line;
+    CLI::detail::format_help(line, app->get_display_name(true),
+                             description.substr(0, description.find('\n')), get_column_width());
+    return line.str();
+  }
+};
 
 std::string DescribeProblem(const CLI::App& app, const char* firstArgument,
                             const CLI::ParseError& error) {

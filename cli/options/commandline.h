@@ -1,12 +1,21 @@
 #pragma once
 
-#include "cli/options/commandoptions.h"
+#include <CLI/CLI.hpp>
+
+#include "cli/terminal/exitguard.h"
 
 namespace MCBin {
 
 // Makes an empty `app` the one of mcbin. Parsing a command sets `action`, which must outlive
 // `app`.
 void AddCommands(CLI::App& app, CommandAction& action);
+
+// One by one. Parsing them throws UsageError for options that contradict each other.
+void AddRunCommands(CLI::App& app, CommandAction& action);  // supervised and equal-frequency
+void AddApplyCommand(CLI::App& app, CommandAction& action);
+void AddEvaluateCommand(CLI::App& app, CommandAction& action);
+void AddExportCommand(CLI::App& app, CommandAction& action);
+void AddReportCommand(CLI::App& app, CommandAction& action);
 
 // Parses the arguments of `mcbin`, as main() got them.
 //

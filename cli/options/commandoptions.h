@@ -1,7 +1,6 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,9 +10,6 @@
 namespace MCBin {
 
 // What the subcommands' options have in common.
-
-// What a parsed command line asks for: runs the command and returns the exit code.
-using CommandAction = std::function<int()>;
 
 // An option that may be repeated and takes one text each time.
 void AddList(CLI::App& command, const std::string& flag, std::vector<std::string>& values,

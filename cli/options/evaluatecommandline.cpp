@@ -1,11 +1,10 @@
-#include "cli/options/evaluatecommandline.h"
-
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "cli/commands/evaluatecommand.h"
-#include "cli/options/evaluateoptions.h"
+#include "cli/commands/commands.h"
+#include "cli/options/commandline.h"
+#include "cli/options/commandoptions.h"
 
 namespace MCBin {
 

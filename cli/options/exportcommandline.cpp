@@ -1,10 +1,10 @@
-#include "cli/options/exportcommandline.h"
-
 #include <memory>
 #include <string>
 
 #include "binmodel/export/binexport.h"
-#include "cli/commands/exportcommand.h"
+#include "cli/commands/commands.h"
+#include "cli/options/commandline.h"
+#include "cli/options/commandoptions.h"
 #include "cli/options/usageerror.h"
 
 namespace MCBin {

@@ -1,9 +1,8 @@
-#include "cli/options/reportcommandline.h"
-
 #include <memory>
 
-#include "cli/commands/reportcommand.h"
-#include "cli/options/reportoptions.h"
+#include "cli/commands/commands.h"
+#include "cli/options/commandline.h"
+#include "cli/options/commandoptions.h"
 
 namespace MCBin {
 

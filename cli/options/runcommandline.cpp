@@ -1,14 +1,13 @@
-#include "cli/options/runcommandline.h"
-
 #include <limits>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "cli/commands/runcommand.h"
+#include "cli/commands/commands.h"
+#include "cli/options/commandline.h"
+#include "cli/options/commandoptions.h"
 #include "cli/options/missingoption.h"
-#include "cli/options/runoptions.h"
 
 namespace MCBin {
 

@@ -6,7 +6,6 @@
 
 #include "binmodel/model/refusal.h"
 #include "cli/options/usageerror.h"
-#include "cli/terminal/exitcode.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/refusaltext.h"
 #include "io/interrupt.h"

@@ -9,7 +9,7 @@
 
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
-#include "io/writeall.h"
+#include "io/outputfile.h"
 
 namespace MCBin {
 

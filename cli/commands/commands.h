@@ -1,0 +1,64 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "binmodel/export/binexport.h"
+#include "cli/options/applyoptions.h"
+#include "cli/options/runoptions.h"
+
+namespace MCBin {
+
+// The commands of mcbin, and what the user asks of them. An input "-" is standard input, an output
+// "-" standard output.
+//
+// Each returns the exit code. Results go to standard output, messages to standard error; no
+// temporary file stays behind. Each throws Refusal, UsageError and Interrupt::Requested.
+
+struct EvaluateOptions {
+  std::string binFile;
+  std::string input = "-";
+  std::optional<std::string> target;
+  std::optional<std::string> weight;  // unset: the bin file's
+  bool unweighted = false;            // every record counts once, whatever the bin file says
+  std::optional<char> delimiter;      // unset: as the bin file says
+  std::optional<std::vector<std::string>> missingTexts;  // unset: as the bin file says
+  bool quiet = false;
+};
+
+enum class ExportFormat { kSql, kPmml, kPython };
+
+struct ExportOptions {
+  std::string binFile;
+  ExportFormat format = ExportFormat::kSql;
+  std::string dialect = "ansi";  // of SQL
+  std::string table;             // of SQL
+  std::optional<std::string> target;
+  MCBinModel::ExportOptions columns;
+  std::string output = "-";
+  bool quiet = false;
+};
+
+struct ReportOptions {
+  std::string binFile;
+  std::string output = "-";
+  double evidenceAdjustment = 0.0;  // added to each class weight of a bin; 0: nothing is smoothed
+};
+
+// `supervised` and `equal-frequency`: makes bins.
+int RunCommand(const RunOptions& options);
+
+// Copies the input to standard output, record by record, with the bins of a bin file.
+int ApplyCommand(const ApplyOptions& options);
+
+// Counts the bins of a bin file on other data and prints both side by side.
+int EvaluateCommand(const EvaluateOptions& options);
+
+// Writes a bin file's rules in another language.
+int ExportCommand(const ExportOptions& options);
+
+// Shows a bin file as an HTML page.
+int ReportCommand(const ReportOptions& options);
+
+}  // namespace MCBin
