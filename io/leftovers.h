@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,8 +17,8 @@ bool LockAsOwner(int file);
 // Whether whoever made the open file lives no more; then it is locked for its removal.
 bool IsOwnerGone(int file);
 
-// The names in an open directory but "." and ".."; none when it cannot be read. Needs no other
-// descriptor, so that a run that has none left can still remove its files.
-std::vector<std::string> NamesIn(int directory);
+// The names in an open directory but "." and ".."; nothing when it cannot be read to its end.
+// Needs no other descriptor, so that a run that has none left can still remove its files.
+std::optional<std::vector<std::string>> NamesIn(int directory);
 
 }  // namespace MCBin

@@ -57,7 +57,7 @@ void RemoveIfLeft(int directory, const char* name) {
 
 void RemoveLeftovers(const std::string& directoryPath) {
   const FileDescriptor directory(open(directoryPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  for (const std::string& name : NamesIn(directory.Get())) {
+  for (const std::string& name : NamesIn(directory.Get()).value_or(std::vector<std::string>())) {
     if (IsOurName(name)) RemoveIfLeft(directory.Get(), name.c_str());
   }
 }

@@ -57,10 +57,13 @@ int OpenDirectory(int parent, const char* name) {
 
 // Removes a private directory whose lock is held: its files by their names in the open
 // directory, links themselves and not what they lead to, the lock as the last one. With
-// anything else in it, it stays.
+// anything else in it, it stays, and the lock too: then the next run can try again.
 void Remove(int parent, const char* name, int directory) {
-  for (const std::string& file : NamesIn(directory)) {
-    if (file != kLockName) unlinkat(directory, file.c_str(), 0);
+  const auto files = NamesIn(directory);
+  if (!files) return;
+  for (const std::string& file : *files) {
+    const bool stays = file != kLockName && unlinkat(directory, file.c_str(), 0) != 0;
+    if (stays && errno != ENOENT) return;
   }
   unlinkat(directory, kLockName, 0);
   unlinkat(parent, name, AT_REMOVEDIR);
@@ -85,7 +88,7 @@ void RemoveIfLeft(int parent, const char* name) {
 
 void RemoveLeftovers(const std::string& parentPath) {
   const FileDescriptor parent(open(parentPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  for (const std::string& name : NamesIn(parent.Get())) {
+  for (const std::string& name : NamesIn(parent.Get()).value_or(std::vector<std::string>())) {
     if (IsOurName(name)) RemoveIfLeft(parent.Get(), name.c_str());
   }
 }

@@ -28,7 +28,7 @@ class PrivateDirectory {
   bool Make(const std::string& parent);
 
   std::string fPath;
-  FileDescriptor fDirectory;
+  FileDescriptor fDirectory;  // kept open: its removal must not fail for want of a descriptor
   FileDescriptor fLock;
 };
 

@@ -192,6 +192,8 @@ FAILING(int, openat, (int at, const char* path, int flags, mode_t mode), (at, pa
         About(at, path), ErrorsOfOpen(flags), -1)
 FAILING(FILE*, fopen, (const char* path, const char* mode), (path, mode), About(path),
         ErrorsOfOpen(mode), nullptr)
+FAILING(FILE*, fopen64, (const char* path, const char* mode), (path, mode), About(path),
+        ErrorsOfOpen(mode), nullptr)
 FAILING(FILE*, fdopen, (int file, const char* mode), (file, mode), About(file), kMapping, nullptr)
 FAILING(DIR*, opendir, (const char* path), (path), About(path), kOpening, nullptr)
 FAILING(DIR*, fdopendir, (int file), (file), About(file), kOpening, nullptr)
@@ -264,6 +266,10 @@ FAILING(int, statx, (int at, const char* path, int flags, unsigned mask, struct 
         (at, path, flags, mask, status), About(at, path), kLooking, -1)
 FAILING(char*, realpath, (const char* path, char* resolved), (path, resolved), About(path),
         kLooking, nullptr)
+FAILING(ssize_t, readlink, (const char* path, char* to, std::size_t size), (path, to, size),
+        About(path), kLooking, -1)
+FAILING(ssize_t, getdents64, (int file, void* to, std::size_t size), (file, to, size), About(file),
+        kSeeking, -1)
 FAILING(dirent*, readdir, (DIR * stream), (stream), About(stream), kSeeking, nullptr)
 
 FAILING(int, fsync, (int file), (file), About(file), kFlushing, -1)

@@ -12,6 +12,7 @@ when the program says that all is well, and a word when it does not.
 import collections
 import errno
 import os
+import re
 import resource
 import shutil
 import signal
@@ -26,6 +27,9 @@ OLD = b"what stood here before"
 GOES_ON = {0, errno.EINTR}  # a short count, a signal: no error
 RETRIED = {"read", "write", "pread", "pwrite", "poll"}
 REMOVING = {"unlink", "unlinkat", "remove", "rmdir"}
+LOOKING = {"statx", "fstat", "fstatat", "getdents64", "openat", "flock"}
+# A directory for temporary files, one of those, or an unfinished output.
+IS_TEMPORARY = re.compile(r"mcbin-[^/]*(/[0-9a-f]+)?$")
 CANCELLED = (130, -signal.SIGTERM)  # by itself, or before it was ready to be
 
 Call = collections.namedtuple("Call", "name errors fault subject")
@@ -35,7 +39,7 @@ Outcome = collections.namedtuple("Outcome", "code out err calls files modes")
 class Subject:
     """A command in a directory of its own, `outputs` being the files it writes there.
 
-    Without `every_error`, a call fails with the first of its errors alone: for slow commands.
+    Without `every_error`, a call fails with the first of its errors alone, for slow commands.
     """
 
     def __init__(self, words, outputs=(), text=b"", every_error=True):
@@ -155,7 +159,7 @@ class Subject:
     def fail_calls(self):
         for number, call in enumerate(self.good.calls, 1):
             errors = range(call.errors if self.every_error else 1)
-            for error, on in [(error, False) for error in errors] + [(0, True)]:
+            for error, on in [(error, on) for error in errors for on in (False, True)]:
                 outcome = self.run(number=number, error=error, on=on)
                 failed = outcome.calls[0] if outcome.calls else call
                 faults = list(self.faults(outcome))
@@ -204,8 +208,8 @@ class Subject:
 
 def removes(call):
     """Whether a call removes a file, or looks at or into what is to be removed."""
-    looks = call.name in ("statx", "fstat", "fdopendir", "readdir", "openat", "open")
-    return call.name in REMOVING or looks and ("mcbin-" in call.subject or GROUP == "library")
+    looks = call.name in LOOKING and (GROUP == "library" or IS_TEMPORARY.search(call.subject))
+    return call.name in REMOVING or bool(looks)
 
 
 def describe(fault):
@@ -252,9 +256,8 @@ def trials():
                 yield (Subject(f"{method} {records} tmp", every_error=records == 40),
                        Subject.fail_calls)
     if GROUP == "bins":
-        for jobs in (1, 2):
-            for data in ("few.csv", "many.csv"):
-                yield from ((subject, Subject.fail_calls) for subject in bins(jobs, data))
+        for subject in (*bins(1), *bins(1, "many.csv"), *bins(2, "many.csv")):
+            yield subject, Subject.fail_calls
     if GROUP == "others":
         yield from ((subject, Subject.fail_calls) for subject in others())
     if GROUP in ("signals", "limits"):
