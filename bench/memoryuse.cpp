@@ -14,17 +14,19 @@ namespace bench {
 
 namespace {
 
-// Pure noise with 2 classes, made record by record.
+// Pure noise, made record by record.
 class NoiseRecords : public MCCommon::RecordIterator {
  public:
-  NoiseRecords(std::size_t caseCount, int attributeCount)
-      : fRecord(static_cast<std::size_t>(attributeCount) + 1), fCasesLeft(caseCount) {}
+  NoiseRecords(std::size_t caseCount, int attributeCount, int classCount)
+      : fRecord(static_cast<std::size_t>(attributeCount) + 1),
+        fCasesLeft(caseCount),
+        fClassCount(static_cast<std::uint64_t>(classCount)) {}
 
   bool HasMore() override { return fCasesLeft > 0; }
 
   const MCCommon::Record* Next() override {
     --fCasesLeft;
-    fRecord[0] = static_cast<double>(NextRandom() & 1);
+    fRecord[0] = static_cast<double>(NextRandom() % fClassCount);
     for (std::size_t i = 1; i < fRecord.Size(); ++i) {
       fRecord[i] = static_cast<double>(NextRandom() >> 11) * 0x1p-53;
     }
@@ -42,6 +44,7 @@ class NoiseRecords : public MCCommon::RecordIterator {
 
   MCCommon::Record fRecord;
   std::size_t fCasesLeft;
+  std::uint64_t fClassCount;
   std::uint64_t fState = 88172645463325252U;
 };
 
@@ -59,20 +62,21 @@ std::size_t PeakMemory() {
 
 }  // namespace
 
-std::size_t PeakMemoryOfRun(std::size_t caseCount, int attributeCount,
+std::size_t PeakMemoryOfRun(std::size_t caseCount, int attributeCount, int classCount,
                             const std::string& directory) {
   Columns description;
   description.attributes.resize(static_cast<std::size_t>(attributeCount));
-  NoiseRecords records(caseCount, attributeCount);
+  description.classCount = classCount;
+  NoiseRecords records(caseCount, attributeCount, classCount);
   RunSupervised(records, DescribeColumns(description), directory, RunOptions());
   return PeakMemory();
 }
 
-std::size_t PeakMemoryInChild(std::size_t caseCount, int attributeCount,
+std::size_t PeakMemoryInChild(std::size_t caseCount, int attributeCount, int classCount,
                               const std::string& directory) {
   const std::string answer = directory + "/peak";
   RunProgram({"/proc/self/exe", kMemoryChildOption, std::to_string(caseCount),
-              std::to_string(attributeCount), directory},
+              std::to_string(attributeCount), std::to_string(classCount), directory},
              answer);
   std::size_t bytes = 0;
   std::ifstream file(answer);

@@ -233,13 +233,41 @@ void MeasureMemory(const std::string& work, int attributeCount) {
   constexpr double kMebibyte = 1024.0 * 1024.0;
   const double limit = 64.0 * static_cast<double>(kMillion) + 64.0 * kMebibyte;
   const auto peak =
-      static_cast<double>(bench::PeakMemoryInChild(kMillion, attributeCount, directory.Path()));
+      static_cast<double>(bench::PeakMemoryInChild(kMillion, attributeCount, 2, directory.Path()));
   const auto inMebibytes = [](double bytes) {
     char text[32];
     std::snprintf(text, sizeof text, "%.0f MiB", bytes / kMebibyte);
     return std::string(text);
   };
   bench::PrintLine(work, inMebibytes(peak), "<= " + inMebibytes(limit), peak <= limit);
+}
+
+// A run over many classes takes the place of the library, one over two that of the floor.
+void CompareClasses(const std::string& work, int classCount, double limit) {
+  const Columns two = bench::MixedColumns(kMillion, 1, 2);
+  const Columns many = bench::MixedColumns(kMillion, 1, classCount);
+  const TempDir directory;
+  const auto run = [&](const Columns& columns) {
+    return SecondsOf([&] { bench::RunSupervised(columns, directory.Path(), RunOptions()); });
+  };
+  Comparison comparison{work, {}, {}, {}, {{Goal::Kind::kWithinFloor, limit, "x"}}, {}};
+  comparison.library = [&] { return run(many); };
+  comparison.floor = [&] { return run(two); };
+  bench::Compare(comparison);
+}
+
+void CompareMemoryOfClasses(const std::string& work, int classCount, double limit) {
+  const TempDir directory;
+  const auto peakOf = [&](int classes) {
+    return static_cast<double>(bench::PeakMemoryInChild(kMillion, 1, classes, directory.Path()));
+  };
+  const double ratio = peakOf(classCount) / peakOf(2);
+  const auto text = [](const char* format, double number) {
+    char buffer[32];
+    std::snprintf(buffer, sizeof buffer, format, number);
+    return std::string(buffer);
+  };
+  bench::PrintLine(work, text("%.2f x", ratio), text("<= %.2f x", limit), ratio <= limit);
 }
 
 void CompareTool(const std::string& work) {
@@ -383,6 +411,14 @@ const std::vector<Line>& AllLines() {
        [](const std::string& work) {
          CompareSupervised(work, {1000, 1000}, {WithinFloor(0.9)});
        }},
+      {"1000000 distinct values, 20 classes against 2",
+       [](const std::string& work) { CompareClasses(work, 20, 2.0); }},
+      {"1000000 distinct values, 100 classes against 2",
+       [](const std::string& work) { CompareClasses(work, 100, 3.0); }},
+      {"1000000 distinct values, 200 classes against 2",
+       [](const std::string& work) { CompareClasses(work, 200, 5.0); }},
+      {"peak memory, 1000000 distinct values, 100 classes against 2",
+       [](const std::string& work) { CompareMemoryOfClasses(work, 100, 2.0); }},
       {"peak memory, 1000000 x 10", [](const std::string& work) { MeasureMemory(work, 10); }},
       {"peak memory, 1000000 x 200", [](const std::string& work) { MeasureMemory(work, 200); }},
       {"mcbin supervised, CSV of 1000000 x 11", CompareTool},
@@ -441,9 +477,9 @@ int PrintTable(const std::vector<std::string>& arguments) {
 int main(int argumentCount, char** argumentValues) {
   const std::vector<std::string> arguments(argumentValues + 1, argumentValues + argumentCount);
   try {
-    if (arguments.size() == 4 && arguments[0] == bench::kMemoryChildOption) {
-      const std::size_t peak =
-          bench::PeakMemoryOfRun(std::stoul(arguments[1]), std::stoi(arguments[2]), arguments[3]);
+    if (arguments.size() == 5 && arguments[0] == bench::kMemoryChildOption) {
+      const std::size_t peak = bench::PeakMemoryOfRun(
+          std::stoul(arguments[1]), std::stoi(arguments[2]), std::stoi(arguments[3]), arguments[4]);
       std::printf("%zu\n", peak);
       return 0;
     }

@@ -23,8 +23,8 @@ double SplitCost(const std::vector<double>& left, const std::vector<double>& rig
 }
 
 // Recursive, with the intervals that wait on a stack of its own.
-void SplitRows(const SplitSearch& search, const std::vector<double>& boundaries, int first,
-               int last, std::set<double>& cuts) {
+void SplitRows(const RowSearch& search, const std::vector<double>& boundaries, int first, int last,
+               std::set<double>& cuts) {
   std::vector<double> left(search.GetCategoryCount() + 1);
   std::vector<double> right(search.GetCategoryCount() + 1);
   std::vector<std::pair<int, int>> intervals{{first, last}};

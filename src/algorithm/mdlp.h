@@ -3,7 +3,7 @@
 #include <set>
 #include <vector>
 
-#include "algorithm/splitsearch.h"
+#include "algorithm/rowsearch.h"
 
 namespace MCBinning {
 
@@ -16,7 +16,7 @@ double SplitCost(const std::vector<double>& left, const std::vector<double>& rig
 
 // Adds the boundaries of all accepted splits of rows first..last (both included) to `cuts`;
 // boundary r belongs to row r.
-void SplitRows(const SplitSearch& search, const std::vector<double>& boundaries, int first,
-               int last, std::set<double>& cuts);
+void SplitRows(const RowSearch& search, const std::vector<double>& boundaries, int first, int last,
+               std::set<double>& cuts);
 
 }  // namespace MCBinning

@@ -7,6 +7,10 @@
 #include "algorithm/binentropy.h"
 #include "algorithm/mdlp.h"
 #include "algorithm/smallbins.h"
+#include "algorithm/sparsesearch.h"
+#include "algorithm/sparsetable.h"
+#include "algorithm/splitbound.h"
+#include "algorithm/splitsearch.h"
 #include "common/statuscodes.h"
 #include "metadata/bindataset.h"
 #include "metadata/casebuffers.h"
@@ -20,12 +24,19 @@ Partitioner::Partitioner(BINDataSet& dataSet, bool rightBorderClosed, double sma
       fSmallBinThreshold(smallBinThreshold) {}
 
 MCStatus Partitioner::UseDistinctValues(Partition& partition) const {
+  const std::size_t categoryCount = fDataSet.GetNumOfTargetCategories();
+  if (categoryCount > SplitBound::kMostCategories) {
+    SparseTable table(categoryCount);
+    const MCStatus status = table.Fill(fDataSet, fRightBorderClosed);
+    if (!status.IsOK()) return status;
+    return PartitionRows(SparseSearch(table, fRightBorderClosed), table.GetBoundaries(), partition);
+  }
   return LoadedCases::UseBinTable(fDataSet, [&](DistinctBinTable& table) -> MCStatus {
     const MCStatus status =
         fDataSet.CreateDistinctBinTable(fRightBorderClosed, table.boundaries, table.weights);
     if (!status.IsOK()) return status;
-    const SplitSearch search(table.weights, fDataSet.GetNumOfTargetCategories(), fRightBorderClosed,
-                             0, static_cast<int>(table.boundaries.size()) - 1);
+    const SplitSearch search(table.weights, categoryCount, fRightBorderClosed, 0,
+                             static_cast<int>(table.boundaries.size()) - 1);
     return PartitionRows(search, table.boundaries, partition);
   });
 }
@@ -72,8 +83,7 @@ void Partitioner::RemoveEdge(std::vector<double>& candidates) const {
   }
 }
 
-MCStatus Partitioner::PartitionRows(const SplitSearch& search,
-                                    const std::vector<double>& boundaries,
+MCStatus Partitioner::PartitionRows(const RowSearch& search, const std::vector<double>& boundaries,
                                     Partition& partition) const {
   const std::size_t categoryCount = search.GetCategoryCount();
   std::set<double> cuts;
@@ -88,7 +98,7 @@ MCStatus Partitioner::PartitionRows(const SplitSearch& search,
   return partition.cuts.empty() ? Warning(StatusCode::kNoCutAccepted) : MCStatus();
 }
 
-std::vector<double> Partitioner::CountBins(const SplitSearch& search,
+std::vector<double> Partitioner::CountBins(const RowSearch& search,
                                            const std::vector<double>& boundaries,
                                            const std::set<double>& cuts) const {
   const int rowCount = static_cast<int>(boundaries.size());

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "algorithm/percentilecuts.h"
-#include "algorithm/splitsearch.h"
+#include "algorithm/rowsearch.h"
 #include "common/mcstatus.h"
 #include "output/resultstore.h"
 
@@ -31,9 +31,9 @@ class Partitioner {
 
  private:
   void RemoveEdge(std::vector<double>& candidates) const;
-  MCStatus PartitionRows(const SplitSearch& search, const std::vector<double>& boundaries,
+  MCStatus PartitionRows(const RowSearch& search, const std::vector<double>& boundaries,
                          Partition& partition) const;
-  std::vector<double> CountBins(const SplitSearch& search, const std::vector<double>& boundaries,
+  std::vector<double> CountBins(const RowSearch& search, const std::vector<double>& boundaries,
                                 const std::set<double>& cuts) const;
 
   BINDataSet& fDataSet;

@@ -86,31 +86,26 @@ void MoveRow(const double* row, std::vector<double>& left, std::vector<double>& 
   }
 }
 
-void Subtract(const std::vector<double>& totals, const std::vector<double>& part,
-              std::vector<double>& difference) {
-  for (std::size_t i = 0; i < totals.size(); ++i) difference[i] = totals[i] - part[i];
-}
-
 }  // namespace
 
 SplitSearch::SplitSearch(const std::vector<double>& binTable, std::size_t categoryCount,
                          bool rightBorderClosed, int first, int last)
-    : fTable(binTable), fCategoryCount(categoryCount), fRightBorderClosed(rightBorderClosed) {
-  const bool isWorthIt = last - first >= static_cast<int>(kFewRows) && fCategoryCount >= 2 &&
-                         fCategoryCount <= SplitBound::kMostCategories;
+    : RowSearch(categoryCount, rightBorderClosed), fTable(binTable) {
+  const bool isWorthIt = last - first >= static_cast<int>(kFewRows) && categoryCount >= 2 &&
+                         categoryCount <= SplitBound::kMostCategories;
   if (isWorthIt) SumBlocks(static_cast<std::size_t>(first), static_cast<std::size_t>(last) + 1);
 }
 
 void SplitSearch::SumBlocks(std::size_t first, std::size_t end) {
   fFirstRow = first;
-  fBlockSums.reserve(((end - first) / kBlockRows + 1) * fCategoryCount);
+  fBlockSums.reserve(((end - first) / kBlockRows + 1) * GetCategoryCount());
   Weights weights{};
   bool areWhole = true;
   for (std::size_t row = first;; row += kBlockRows) {
     fBlockSums.insert(fBlockSums.end(), weights.begin(),
-                      weights.begin() + static_cast<std::ptrdiff_t>(fCategoryCount));
+                      weights.begin() + static_cast<std::ptrdiff_t>(GetCategoryCount()));
     const std::size_t next = std::min(row + kBlockRows, end);
-    areWhole = kAddWholeRows[fCategoryCount - 2](RowAt(row), RowAt(next), weights);
+    areWhole = kAddWholeRows[GetCategoryCount() - 2](RowAt(row), RowAt(next), weights);
     if (row + kBlockRows > end || !areWhole) break;
   }
   const double total = std::accumulate(weights.begin(), weights.end(), 0.0);
@@ -118,15 +113,15 @@ void SplitSearch::SumBlocks(std::size_t first, std::size_t end) {
 }
 
 void SplitSearch::AddRows(std::size_t first, std::size_t end, Weights& weights) const {
-  kAddRows[fCategoryCount - 2](RowAt(first), RowAt(end), weights);
+  kAddRows[GetCategoryCount() - 2](RowAt(first), RowAt(end), weights);
 }
 
 // The weights of the rows from the first one up to `row`, exact, from the sums of whole blocks.
 SplitSearch::Weights SplitSearch::SumBefore(std::size_t row) const {
   Weights weights{};
   const std::size_t block = (row - fFirstRow) / kBlockRows;
-  std::copy_n(fBlockSums.begin() + static_cast<std::ptrdiff_t>(block * fCategoryCount),
-              fCategoryCount, weights.begin());
+  std::copy_n(fBlockSums.begin() + static_cast<std::ptrdiff_t>(block * GetCategoryCount()),
+              GetCategoryCount(), weights.begin());
   AddRows(fFirstRow + block * kBlockRows, row, weights);
   return weights;
 }
@@ -138,22 +133,22 @@ void SplitSearch::SumRows(int first, int last, std::vector<double>& sum) const {
   if (from < end && !fBlockSums.empty()) {
     const Weights below = SumBefore(from);
     const Weights upTo = SumBefore(end);
-    for (std::size_t category = 0; category < fCategoryCount; ++category) {
+    for (std::size_t category = 0; category < GetCategoryCount(); ++category) {
       sum[category + 1] = upTo[category] - below[category];
     }
   } else {
     for (std::size_t row = from; row < end; ++row) {
-      for (std::size_t category = 0; category < fCategoryCount; ++category) {
+      for (std::size_t category = 0; category < GetCategoryCount(); ++category) {
         sum[category + 1] += RowAt(row)[category];
       }
     }
   }
-  for (std::size_t category = 1; category <= fCategoryCount; ++category) sum[0] += sum[category];
+  for (std::size_t category = 1; category <= GetCategoryCount(); ++category)
+    sum[0] += sum[category];
 }
 
-int SplitSearch::FindBest(int first, int last, std::vector<double>& left,
-                          std::vector<double>& right) const {
-  const std::vector<double> totals = right;
+int SplitSearch::FindRow(int first, int last, const std::vector<double>& totals,
+                         std::vector<double>& left, std::vector<double>& right) const {
   Search search{static_cast<std::size_t>(first), static_cast<std::size_t>(last), totals, left,
                 right};
   if (!fBlockSums.empty() && static_cast<std::size_t>(last - first) > kFewRows) {
@@ -161,22 +156,7 @@ int SplitSearch::FindBest(int first, int last, std::vector<double>& left,
   } else {
     ScanRows(search, search.first, search.last + 1);
   }
-  const int best = static_cast<int>(search.best);
-  SumBothSides(first, last, best, totals, left, right);
-  return best;
-}
-
-// Summed from the nearer end, so that nothing of the scan's rounding is left.
-void SplitSearch::SumBothSides(int first, int last, int best, const std::vector<double>& totals,
-                               std::vector<double>& left, std::vector<double>& right) const {
-  const int lastLeft = fRightBorderClosed ? best : best - 1;
-  if ((first + last) / 2.0 >= best) {
-    SumRows(first, lastLeft, left);
-    Subtract(totals, left, right);
-  } else {
-    SumRows(lastLeft + 1, last, right);
-    Subtract(totals, right, left);
-  }
+  return static_cast<int>(search.best.GetRow());
 }
 
 // Whether a cut between a row and the next can be worth anything: not when both hold weight
@@ -185,7 +165,7 @@ bool SplitSearch::IsBoundary(std::size_t row) const {
   const double* const weights = RowAt(row);
   const double* const next = RowAt(row + 1);
   int shared = 0;
-  for (std::size_t category = 0; category < fCategoryCount; ++category) {
+  for (std::size_t category = 0; category < GetCategoryCount(); ++category) {
     const bool isEmpty = weights[category] == 0.0;
     const bool isNextEmpty = next[category] == 0.0;
     if (isEmpty != isNextEmpty) return true;
@@ -204,21 +184,16 @@ void SplitSearch::ScanRows(Search& search, std::size_t first, std::size_t end) c
       wasBoundary = IsBoundary(row);
       isCandidate = isCandidate || wasBoundary;
     }
-    if (fRightBorderClosed) MoveRow(RowAt(row), search.left, search.right);
+    if (IsRightBorderClosed()) MoveRow(RowAt(row), search.left, search.right);
     if (isCandidate) {
-      const double entropy = SplitEntropy(search.left.data(), search.right.data(), fCategoryCount);
-      if (!search.haveBest || search.bestEntropy > entropy) {
-        search.best = row;
-        search.bestEntropy = entropy;
-        search.haveBest = true;
-      }
+      search.best.Offer(row, SplitEntropy(search.left, search.right));
     }
-    if (!fRightBorderClosed) MoveRow(RowAt(row), search.left, search.right);
+    if (!IsRightBorderClosed()) MoveRow(RowAt(row), search.left, search.right);
   }
 }
 
 void SplitSearch::ScanBlocks(Search& search) const {
-  const SplitBound bound(search.totals.data() + 1, fCategoryCount);
+  const SplitBound bound(search.totals.data() + 1, GetCategoryCount());
   const std::size_t end = search.last + 1;
 
   // A split between two rows of one and the same category is not evaluated, but one end of
@@ -226,7 +201,7 @@ void SplitSearch::ScanBlocks(Search& search) const {
   const Weights start = SumBefore(search.first);
   const auto before = [&](std::size_t row) {
     Weights weights = SumBefore(row);
-    for (std::size_t category = 0; category < fCategoryCount; ++category) {
+    for (std::size_t category = 0; category < GetCategoryCount(); ++category) {
       weights[category] -= start[category];
     }
     return weights;
@@ -254,7 +229,7 @@ void SplitSearch::ScanBlocks(Search& search) const {
           [&](std::size_t first, std::size_t last, const Weights&) {
             forEach(first, last, kBlockRows, scanBlock);
           });
-  if (!search.haveBest) {
+  if (!search.best.HasRow()) {
     std::fill(search.left.begin(), search.left.end(), 0.0);
     search.right = search.totals;
     ScanRows(search, search.first, end);
@@ -271,14 +246,14 @@ void SplitSearch::ScanBlock(Search& search, const SplitBound& bound, std::size_t
     AddRows(row, next, high);
     if (bound.GetLeast(low, high) <= search.limit) {
       search.left[0] = 0.0;
-      for (std::size_t category = 0; category < fCategoryCount; ++category) {
+      for (std::size_t category = 0; category < GetCategoryCount(); ++category) {
         search.left[0] += low[category];
         search.left[category + 1] = low[category];
       }
       Subtract(search.totals, search.left, search.right);
       ScanRows(search, row, next);
-      if (search.haveBest) {
-        search.limit = std::min(search.limit, search.bestEntropy + SplitBound::kRounding);
+      if (search.best.HasRow()) {
+        search.limit = std::min(search.limit, search.best.GetEntropy() + SplitBound::kRounding);
       }
     }
     row = next;

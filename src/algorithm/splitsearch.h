@@ -4,6 +4,7 @@
 #include <limits>
 #include <vector>
 
+#include "algorithm/rowsearch.h"
 #include "algorithm/splitbound.h"
 
 namespace MCBinning {
@@ -16,21 +17,14 @@ namespace MCBinning {
 // plain scan's own arithmetic. That is exact while all weights are whole numbers and sum up
 // to less than 2^52, whatever the order they are added in; and it pays for few categories.
 // Otherwise every search is a plain scan.
-class SplitSearch {
+class SplitSearch : public RowSearch {
  public:
   // Keeps a reference to the table, which has `categoryCount` entries a row. What is asked of
   // this object below lies within rows first..last (both included); it looks at no others.
   SplitSearch(const std::vector<double>& binTable, std::size_t categoryCount,
               bool rightBorderClosed, int first, int last);
 
-  std::size_t GetCategoryCount() const { return fCategoryCount; }
-  bool IsRightBorderClosed() const { return fRightBorderClosed; }
-
-  // The weights of rows first..last (both included): the total, then each category.
-  void SumRows(int first, int last, std::vector<double>& sum) const;
-
-  // See BINAlgorithm::FindBestCutPoint. On entry `left` holds zeros, `right` the sum.
-  int FindBest(int first, int last, std::vector<double>& left, std::vector<double>& right) const;
+  void SumRows(int first, int last, std::vector<double>& sum) const override;
 
  private:
   using Weights = SplitBound::Weights;
@@ -42,15 +36,15 @@ class SplitSearch {
     const std::vector<double>& totals;
     std::vector<double>& left;  // the split under evaluation
     std::vector<double>& right;
-    std::size_t best = 0;
-    double bestEntropy = 0.0;
-    bool haveBest = false;
+    BestSplit best = {};
     // No split with more entropy than this is the best.
     double limit = std::numeric_limits<double>::infinity();
   };
 
+  int FindRow(int first, int last, const std::vector<double>& totals, std::vector<double>& left,
+              std::vector<double>& right) const override;
   void SumBlocks(std::size_t first, std::size_t end);
-  const double* RowAt(std::size_t row) const { return fTable.data() + row * fCategoryCount; }
+  const double* RowAt(std::size_t row) const { return fTable.data() + row * GetCategoryCount(); }
   // Where the block of `blockRows` rows that holds `row` ends.
   std::size_t NextBorder(std::size_t row, std::size_t blockRows) const {
     return row + blockRows - (row - fFirstRow) % blockRows;
@@ -63,12 +57,8 @@ class SplitSearch {
   void ScanBlocks(Search& search) const;
   void ScanBlock(Search& search, const SplitBound& bound, std::size_t first, std::size_t end,
                  const Weights& before) const;
-  void SumBothSides(int first, int last, int best, const std::vector<double>& totals,
-                    std::vector<double>& left, std::vector<double>& right) const;
 
   const std::vector<double>& fTable;
-  std::size_t fCategoryCount;
-  bool fRightBorderClosed;
   std::size_t fFirstRow = 0;       // the blocks begin there
   std::vector<double> fBlockSums;  // the weights of the rows before each block; empty: plain only
 };

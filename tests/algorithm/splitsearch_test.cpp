@@ -1,4 +1,4 @@
-// The block search against the plain scan, bit by bit.
+// The searches of dense and of sparse tables against the plain scan, bit by bit.
 
 #include "algorithm/splitsearch.h"
 
@@ -12,6 +12,8 @@
 #include <random>
 #include <vector>
 
+#include "algorithm/sparsesearch.h"
+#include "algorithm/sparsetable.h"
 #include "support/agreement.h"
 #include "support/reference.h"
 #include "support/rowname.h"
@@ -136,23 +138,34 @@ void PrintTo(const Shape& shape, std::ostream* os) { *os << shape.name; }
 
 class SplitSearchTest : public testing::TestWithParam<Shape> {};
 
-void ExpectSameSplit(const Table& table, std::size_t categories, int first, int last,
-                     bool rightBorderClosed, bool isTableKnown) {
-  const int rows = static_cast<int>(table.size() / categories);
-  const MCBinning::SplitSearch search(table, categories, rightBorderClosed,
-                                      isTableKnown ? 0 : first, isTableKnown ? rows - 1 : last);
-  std::vector<double> left(categories + 1, 0.0);
-  std::vector<double> right(categories + 1, 0.0);
-  search.SumRows(first, last, right);
-  std::vector<double> plainLeft = left;
-  std::vector<double> plainRight = reference::SumRows(table, first, last, categories);
-  ASSERT_EQ(Text(right), Text(plainRight));
+MCBinning::SparseTable SparseForm(const Table& table, std::size_t categories) {
+  MCBinning::SparseTable sparse(categories);
+  for (std::size_t cell = 0; cell < table.size(); ++cell) {
+    if (cell % categories == 0) sparse.AddRow(static_cast<double>(cell));
+    if (table[cell] != 0.0) sparse.AddWeight(cell % categories, table[cell]);
+  }
+  return sparse;
+}
 
+// The best split of rows first..last, and the weights of both sides.
+std::string Text(int best, const std::vector<double>& left, const std::vector<double>& right) {
+  return "row " + std::to_string(best) + ": " + ::Text(left) + " | " + ::Text(right);
+}
+
+std::string PlainSplit(const Table& table, std::size_t categories, int first, int last,
+                       bool rightBorderClosed) {
+  std::vector<double> left(categories + 1, 0.0);
+  std::vector<double> right = reference::SumRows(table, first, last, categories);
+  const int best = reference::BestSplit(table, first, last, rightBorderClosed, left, right);
+  return Text(best, left, right);
+}
+
+std::string Split(const MCBinning::RowSearch& search, int first, int last) {
+  std::vector<double> left(search.GetCategoryCount() + 1, 0.0);
+  std::vector<double> right(search.GetCategoryCount() + 1, 0.0);
+  search.SumRows(first, last, right);
   const int best = search.FindBest(first, last, left, right);
-  ASSERT_EQ(best,
-            reference::BestSplit(table, first, last, rightBorderClosed, plainLeft, plainRight));
-  ASSERT_EQ(Text(left), Text(plainLeft));
-  ASSERT_EQ(Text(right), Text(plainRight));
+  return Text(best, left, right);
 }
 
 TEST_P(SplitSearchTest, FindsWhatThePlainScanFinds) {
@@ -160,14 +173,20 @@ TEST_P(SplitSearchTest, FindsWhatThePlainScanFinds) {
   for (const std::size_t categories : {1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U, 9U, 40U}) {
     for (const std::size_t rows : {601U, 5003U}) {
       const Table table = GetParam().make(random, {rows, categories});
+      const MCBinning::SparseTable sparse = SparseForm(table, categories);
       const int end = static_cast<int>(rows);
       for (int round = 0; round < 6; ++round) {
         const int first = round == 0 ? 0 : static_cast<int>(random() % 300);
         const int last = end - 1 - static_cast<int>(random() % 2 * (random() % 60));
         SCOPED_TRACE(testing::Message() << categories << " categories, rows " << first << " to "
                                         << last << ", seed " << TestSeed());
-        ExpectSameSplit(table, categories, first, last, round % 2 == 0, round % 3 != 0);
-        if (HasFatalFailure()) return;
+        const bool closed = round % 2 == 0;
+        const bool isTableKnown = round % 3 != 0;
+        const MCBinning::SplitSearch search(table, categories, closed, isTableKnown ? 0 : first,
+                                            isTableKnown ? end - 1 : last);
+        const std::string plain = PlainSplit(table, categories, first, last, closed);
+        ASSERT_EQ(Split(search, first, last), plain);
+        ASSERT_EQ(Split(MCBinning::SparseSearch(sparse, closed), first, last), plain) << "sparse";
       }
     }
   }

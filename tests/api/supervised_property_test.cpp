@@ -146,6 +146,8 @@ INSTANTIATE_TEST_SUITE_P(
                     LargeInput{"WeightsTooHeavyForExactSums", 10001, 1 << 30, 3, 4e13 + 7.0, -1},
                     LargeInput{"Ties", 20000, 5000, 5, 1.0, -1},
                     LargeInput{"TwelveCategories", 5000, 3000, 12, 0.0, -1},
+                    LargeInput{"AllCategories", 2000, 1 << 30, 256, 1.0, -1},
+                    LargeInput{"ManyCategoriesTooHeavy", 3000, 1500, 30, 4e13 + 7.0, -1},
                     LargeInput{"PreBins", 20000, 10000, 4, 1.0, 999}),
     RowName);
 

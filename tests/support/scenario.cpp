@@ -203,7 +203,7 @@ Scenario RandomScenario(std::uint64_t seed, int maxRecords, bool withTarget) {
   }
   const std::vector<double> signal = scenario.variables.front().values;
   for (int targets = 1 + dice.Roll(3); targets > 0; --targets) {
-    const int categories = dice.OneIn(12) ? 1 : 2 + dice.Roll(5);
+    const int categories = dice.OneIn(12) ? 1 : (dice.OneIn(8) ? 8 : 2) + dice.Roll(5);
     ScenarioVariable target =
         Categorical(RandomCodes(dice, signal, categories), std::max(2, categories));
     if (withTarget && targets == 1) target.role = IBINVariable::RoleTarget;

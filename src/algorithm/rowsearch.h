@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+namespace MCBinning {
+
+// Sums the rows of a bin table, and finds the best split of any interval of them.
+class RowSearch {
+ public:
+  virtual ~RowSearch() = default;
+
+  std::size_t GetCategoryCount() const { return fCategoryCount; }
+  bool IsRightBorderClosed() const { return fRightBorderClosed; }
+
+  // The weights of rows first..last (both included): the total, then each category.
+  virtual void SumRows(int first, int last, std::vector<double>& sum) const = 0;
+
+  // See BINAlgorithm::FindBestCutPoint. On entry `left` holds zeros, `right` the sum.
+  int FindBest(int first, int last, std::vector<double>& left, std::vector<double>& right) const;
+
+ protected:
+  RowSearch(std::size_t categoryCount, bool rightBorderClosed)
+      : fCategoryCount(categoryCount), fRightBorderClosed(rightBorderClosed) {}
+
+ private:
+  // The row of the best split, 0 when no row can be one; leaves anything in `left` and `right`.
+  virtual int FindRow(int first, int last, const std::vector<double>& totals,
+                      std::vector<double>& left, std::vector<double>& right) const = 0;
+
+  std::size_t fCategoryCount;
+  bool fRightBorderClosed;
+};
+
+// The split with the least entropy of those seen so far, in row order.
+class BestSplit {
+ public:
+  // Among equal ones the first stays.
+  void Offer(std::size_t row, double entropy) {
+    if (fHasRow && !(fEntropy > entropy)) return;
+    fRow = row;
+    fEntropy = entropy;
+    fHasRow = true;
+  }
+
+  bool HasRow() const { return fHasRow; }
+  std::size_t GetRow() const { return fRow; }
+  double GetEntropy() const { return fEntropy; }
+
+ private:
+  std::size_t fRow = 0;
+  double fEntropy = 0.0;
+  bool fHasRow = false;
+};
+
+inline void Subtract(const std::vector<double>& totals, const std::vector<double>& part,
+                     std::vector<double>& difference) {
+  for (std::size_t i = 0; i < totals.size(); ++i) difference[i] = totals[i] - part[i];
+}
+
+}  // namespace MCBinning

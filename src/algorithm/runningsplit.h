@@ -1,0 +1,61 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace MCBinning {
+
+// A split of an interval as it moves upwards through the rows, and its score: the entropy that
+// it leaves, in nats, times the interval's weight W.
+//
+// With weight w of W on the left, and w_k of W_k in category k, the score is
+//   g(w) + sum of h_k(w_k)    where g(w)   =  w log w + (W - w) log (W - w), which is convex,
+//                                   h_k(w) = -w log w - (W_k - w) log (W_k - w), concave.
+// A case that passes from right to left changes g and one h_k.
+//
+// Rounding: all terms and sums are at most W log W <= 37 W while W < 2^52, so an addition errs by
+// less than 5e-15 W. With at most 256 terms and kMostMoves changes the score is known to 2e-11 W.
+class RunningSplit {
+ public:
+  // Scores further apart than this, times W, are in the order of the entropies that the plain
+  // arithmetic gives (known to 1e-12).
+  static constexpr double kMargin = 1e-10;
+
+  // `totals` are W, then W_k for each category. Nothing is on the left yet.
+  explicit RunningSplit(const std::vector<double>& totals);
+
+  // How many categories have weight in the interval.
+  std::size_t GetCategoryCount() const { return fCategories.size(); }
+  double GetWeight() const { return fTotal; }
+
+  // Puts these weights, by category, on the left.
+  void Place(const std::vector<double>& left);
+
+  // Moves weight in a category from right to left.
+  void Move(std::uint8_t category, double weight);
+
+  double GetScore() const;
+
+  // Puts more weights on the left, as Place() does, and returns a lower bound on the score of all
+  // splits on the way there, in whatever order the weights move.
+  double Advance(const std::vector<double>& left);
+
+ private:
+  static constexpr std::size_t kMostMoves = 2048;
+
+  double Term(std::size_t category, double left) const;
+  void AddTerms();
+
+  double fTotal;
+  std::vector<std::uint8_t> fCategories;  // those with weight in the interval
+  std::array<double, 256> fTotals{};
+  std::array<double, 256> fLeft{};
+  std::array<double, 256> fTerms{};  // h_k
+  double fLeftWeight = 0.0;
+  double fTermSum = 0.0;
+  std::size_t fMoves = 0;  // since the terms were added up
+};
+
+}  // namespace MCBinning

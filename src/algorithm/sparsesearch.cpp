@@ -1,0 +1,194 @@
+#include "algorithm/sparsesearch.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "algorithm/binentropy.h"
+#include "algorithm/runningsplit.h"
+
+namespace MCBinning {
+
+namespace {
+
+constexpr std::size_t kBlockRows = 512;
+constexpr double kTwoTo52 = 4503599627370496.0;
+
+void MoveRow(const SparseTable::Row& row, std::vector<double>& left, std::vector<double>& right) {
+  for (std::size_t i = 0; i < row.size; ++i) {
+    const std::size_t category = std::size_t{row.categories[i]} + 1;
+    left[0] += row.weights[i];
+    left[category] += row.weights[i];
+    right[0] -= row.weights[i];
+    right[category] -= row.weights[i];
+  }
+}
+
+}  // namespace
+
+SparseSearch::SparseSearch(const SparseTable& table, bool rightBorderClosed)
+    : RowSearch(table.GetCategoryCount(), rightBorderClosed), fTable(table) {
+  SumBlocks();
+}
+
+void SparseSearch::SumBlocks() {
+  const std::size_t rowCount = fTable.GetRowCount();
+  fBlockSums.reserve((rowCount / kBlockRows + 1) * GetCategoryCount());
+  Weights weights(GetCategoryCount());
+  bool areWhole = true;
+  for (std::size_t first = 0; first < rowCount; first += kBlockRows) {
+    fBlockSums.insert(fBlockSums.end(), weights.begin(), weights.end());
+    const SparseTable::Row rows = fTable.GetRows(first, std::min(first + kBlockRows, rowCount));
+    for (std::size_t i = 0; i < rows.size; ++i) {
+      areWhole &= rows.weights[i] > 0.0 && rows.weights[i] == std::floor(rows.weights[i]);
+      weights[rows.categories[i]] += rows.weights[i];
+    }
+  }
+  double total = 0.0;
+  for (const double weight : weights) total += weight;
+  if (!areWhole || !(total < kTwoTo52)) fBlockSums.clear();
+}
+
+void SparseSearch::AddRows(std::size_t first, std::size_t end, Weights& weights) const {
+  const SparseTable::Row rows = fTable.GetRows(first, end);
+  for (std::size_t i = 0; i < rows.size; ++i) weights[rows.categories[i]] += rows.weights[i];
+}
+
+// The weights of all rows before `row`, exact, from the sums of whole blocks.
+SparseSearch::Weights SparseSearch::SumBefore(std::size_t row) const {
+  const std::size_t block = std::min(row, fTable.GetRowCount() - 1) / kBlockRows;
+  const auto sums = fBlockSums.begin() + static_cast<std::ptrdiff_t>(block * GetCategoryCount());
+  Weights weights(sums, sums + static_cast<std::ptrdiff_t>(GetCategoryCount()));
+  AddRows(block * kBlockRows, row, weights);
+  return weights;
+}
+
+void SparseSearch::SumRows(int first, int last, std::vector<double>& sum) const {
+  const auto from = static_cast<std::size_t>(first);
+  const std::size_t end = static_cast<std::size_t>(last) + 1;
+  Weights weights(GetCategoryCount());
+  if (from < end && end - from > kBlockRows && !fBlockSums.empty()) {
+    weights = SumBefore(end);
+    const Weights below = SumBefore(from);
+    for (std::size_t category = 0; category < weights.size(); ++category) {
+      weights[category] -= below[category];
+    }
+  } else if (from < end) {
+    AddRows(from, end, weights);
+  }
+  sum[0] = 0.0;
+  for (std::size_t category = 0; category < weights.size(); ++category) {
+    sum[category + 1] = weights[category];
+    sum[0] += weights[category];
+  }
+}
+
+// Whether a cut between a row and the next can be worth anything: not when both hold weight
+// in one and the same category and in no other.
+bool SparseSearch::IsBoundary(std::size_t row) const {
+  const SparseTable::Row weights = fTable.GetRow(row);
+  const SparseTable::Row next = fTable.GetRow(row + 1);
+  return weights.size != 1 || next.size != 1 || weights.categories[0] != next.categories[0];
+}
+
+bool SparseSearch::IsCandidate(const Search& search, std::size_t row) const {
+  return (row > search.first && IsBoundary(row - 1)) || (row < search.last && IsBoundary(row));
+}
+
+int SparseSearch::FindRow(int first, int last, const std::vector<double>& totals,
+                          std::vector<double>& left, std::vector<double>& right) const {
+  Search search{static_cast<std::size_t>(first), static_cast<std::size_t>(last), totals,
+                std::numeric_limits<double>::infinity(), BestSplit()};
+  if (fBlockSums.empty()) {
+    ScanPlainly(search, left, right);
+    return static_cast<int>(search.best.GetRow());
+  }
+  RunningSplit split(totals);
+  const std::size_t rowCount = search.last + 1 - search.first;
+  const bool isPure = split.GetCategoryCount() == 1 &&
+                      fTable.GetRows(search.first, search.last + 1).size == rowCount;
+  if (isPure) return 0;  // no boundary anywhere
+  const Weights start = SumBefore(search.first);
+  for (const Part& part : BoundParts(search, split)) {
+    if (part.leastScore <= search.limit) ScanPart(search, split, part, start);
+  }
+  return static_cast<int>(search.best.GetRow());
+}
+
+void SparseSearch::ScanPlainly(Search& search, std::vector<double>& left,
+                               std::vector<double>& right) const {
+  for (std::size_t row = search.first; row <= search.last; ++row) {
+    if (IsRightBorderClosed()) MoveRow(fTable.GetRow(row), left, right);
+    if (IsCandidate(search, row)) search.best.Offer(row, SplitEntropy(left, right));
+    if (!IsRightBorderClosed()) MoveRow(fTable.GetRow(row), left, right);
+  }
+}
+
+// Divides the interval at the borders of blocks, bounds the parts, and limits the best score by
+// that of the splits between them. (A split between two rows of one and the same category is not
+// evaluated, but one end of its run is, and no worse: so any split limits the best one.)
+std::vector<SparseSearch::Part> SparseSearch::BoundParts(Search& search,
+                                                         RunningSplit& split) const {
+  const std::size_t end = search.last + 1;
+  const double margin = RunningSplit::kMargin * split.GetWeight();
+  std::vector<Part> parts;
+  if (end - search.first <= kBlockRows) return {{search.first, end, 0.0}};
+  Weights left(GetCategoryCount());
+  for (std::size_t first = search.first; first < end;) {
+    const std::size_t next = std::min((first / kBlockRows + 1) * kBlockRows, end);
+    AddRows(first, next, left);
+    const double least = split.Advance(left);
+    parts.push_back({first, next, least});
+    search.limit = std::min(search.limit, split.GetScore() + margin);
+    first = next;
+  }
+  return parts;
+}
+
+// `start` are the weights of all rows below the interval.
+void SparseSearch::ScanPart(Search& search, RunningSplit& split, const Part& part,
+                            const Weights& start) const {
+  Weights before(GetCategoryCount());
+  if (part.first > search.first) {
+    before = SumBefore(part.first);
+    for (std::size_t category = 0; category < before.size(); ++category) {
+      before[category] -= start[category];
+    }
+  }
+  split.Place(before);
+  std::vector<double> scores;
+  scores.reserve(part.end - part.first);
+  for (std::size_t row = part.first; row < part.end; ++row) {
+    if (!IsRightBorderClosed()) scores.push_back(split.GetScore());
+    const SparseTable::Row weights = fTable.GetRow(row);
+    for (std::size_t i = 0; i < weights.size; ++i) {
+      split.Move(weights.categories[i], weights.weights[i]);
+    }
+    if (IsRightBorderClosed()) scores.push_back(split.GetScore());
+  }
+  const double least = *std::min_element(scores.begin(), scores.end());
+  search.limit = std::min(search.limit, least + RunningSplit::kMargin * split.GetWeight());
+  if (least <= search.limit) EvaluateRows(search, part, before, scores);
+}
+
+// Evaluates the splits of a part whose score is within the limit. `before` are the interval's
+// weights below the part.
+void SparseSearch::EvaluateRows(Search& search, const Part& part, const Weights& before,
+                                const std::vector<double>& scores) const {
+  std::vector<double> left(search.totals.size());
+  std::vector<double> right(search.totals.size());
+  for (std::size_t category = 0; category < before.size(); ++category) {
+    left[0] += before[category];
+    left[category + 1] = before[category];
+  }
+  Subtract(search.totals, left, right);
+  for (std::size_t row = part.first; row < part.end; ++row) {
+    if (IsRightBorderClosed()) MoveRow(fTable.GetRow(row), left, right);
+    if (scores[row - part.first] <= search.limit && IsCandidate(search, row)) {
+      search.best.Offer(row, SplitEntropy(left, right));
+    }
+    if (!IsRightBorderClosed()) MoveRow(fTable.GetRow(row), left, right);
+  }
+}
+
+}  // namespace MCBinning
