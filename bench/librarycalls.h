@@ -13,7 +13,7 @@
 #include "metadata/bindataset.h"
 #include "metadata/bindatatuple.h"
 #include "metadata/binvarlist.h"
-#include "metadata/tuplesort.h"
+#include "metadata/pass/tuplesort.h"
 
 // All that the benchmarks call of the library, whole runs and single steps. A call that fails
 // throws std::runtime_error, so nothing is measured that was not done.

@@ -157,12 +157,11 @@ MCStatus BINAlgorithm::DoCreateBins(const std::vector<int>* attributes,
 
 MCStatus BINAlgorithm::RunAlgorithm(unsigned int attribute, unsigned int target) {
   return RunFrame::RunOne(*this, [&] {
-    PairResult result{fDataSet->LoadAttribute(attribute, target),
+    PairResult result{RunFrame::Load(*fDataSet, attribute, target),
                       static_cast<int>(attribute),
                       static_cast<int>(target),
                       {},
                       {}};
-    RunFrame::ThrowIfOutOfMemory(result.status);
     if (!result.status.IsError()) {
       result.totals = RunFrame::TotalsOf(*fDataSet);
       fNumCases = fDataSet->GetNumberOfCases();
@@ -176,7 +175,6 @@ MCStatus BINAlgorithm::RunAlgorithm(unsigned int attribute, unsigned int target)
             fDataSet->NeedPreprocess()
                 ? partitioner.UsePercentiles(PercentileCuts(*fPreProcess), result.partition)
                 : partitioner.UseDistinctValues(result.partition);
-        RunFrame::ThrowIfOutOfMemory(result.status);
         if (result.totals.distinctValues == 1) {
           result.status = With(Warning(StatusCode::kOneDistinctValue), attribute);
         }

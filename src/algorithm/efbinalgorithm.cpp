@@ -7,7 +7,7 @@
 #include "algorithm/runframe.h"
 #include "algorithm/runprogress.h"
 #include "common/statuscodes.h"
-#include "metadata/loadedcases.h"
+#include "metadata/pass/loadedcases.h"
 #include "output/resultstore.h"
 
 using MCBinning::AttributeResult;
@@ -116,8 +116,7 @@ MCStatus EFBINAlgorithm::DoCreateBins(const std::vector<int>* attributes) {
 MCStatus EFBINAlgorithm::RunAlgorithm(unsigned int attribute) {
   return RunFrame::RunOne(*this, [&] {
     AttributeResult result{
-        fDataSet->LoadAttribute(attribute), static_cast<int>(attribute), {}, {}, {}};
-    RunFrame::ThrowIfOutOfMemory(result.status);
+        RunFrame::Load(*fDataSet, attribute), static_cast<int>(attribute), {}, {}, {}};
     if (!result.status.IsError()) {
       result.totals = RunFrame::TotalsOf(*fDataSet);
       fNumCases = fDataSet->GetNumberOfCases();

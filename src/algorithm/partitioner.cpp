@@ -13,8 +13,8 @@
 #include "algorithm/splitsearch.h"
 #include "common/statuscodes.h"
 #include "metadata/bindataset.h"
-#include "metadata/casebuffers.h"
-#include "metadata/loadedcases.h"
+#include "metadata/pass/cases.h"
+#include "metadata/pass/loadedcases.h"
 
 namespace MCBinning {
 
@@ -31,10 +31,7 @@ MCStatus Partitioner::UseDistinctValues(Partition& partition) const {
     if (!status.IsOK()) return status;
     return PartitionRows(SparseSearch(table, fRightBorderClosed), table.GetBoundaries(), partition);
   }
-  return LoadedCases::UseBinTable(fDataSet, [&](DistinctBinTable& table) -> MCStatus {
-    const MCStatus status =
-        fDataSet.CreateDistinctBinTable(fRightBorderClosed, table.boundaries, table.weights);
-    if (!status.IsOK()) return status;
+  return LoadedCases::UseBinTable(fDataSet, fRightBorderClosed, [&](const DistinctBinTable& table) {
     const SplitSearch search(table.weights, categoryCount, fRightBorderClosed, 0,
                              static_cast<int>(table.boundaries.size()) - 1);
     return PartitionRows(search, table.boundaries, partition);
@@ -50,8 +47,9 @@ MCStatus Partitioner::UseCandidates(std::vector<double>& candidates, Partition& 
   boundaries.push_back(DBL_MAX);
 
   std::vector<double> table;
-  const MCStatus status = fDataSet.CreateBinTable(&boundaries, fRightBorderClosed, table);
-  if (!status.IsOK()) return status;
+  if (!LoadedCases::FillBinTable(fDataSet, boundaries, fRightBorderClosed, table)) {
+    return Warning(StatusCode::kCutPointsMisfit);
+  }
   // One boundary per row: its closed end.
   if (fRightBorderClosed) {
     boundaries.erase(boundaries.begin());

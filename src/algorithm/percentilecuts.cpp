@@ -5,7 +5,7 @@
 
 #include "algorithm/binefpreprocess.h"
 #include "algorithm/percentilescan.h"
-#include "metadata/casebuffers.h"
+#include "metadata/pass/cases.h"
 
 namespace MCBinning {
 

@@ -6,7 +6,7 @@
 
 #include "common/exactarithmetic.h"
 #include "common/missing.h"
-#include "metadata/casebuffers.h"
+#include "metadata/pass/cases.h"
 
 namespace MCBinning {
 

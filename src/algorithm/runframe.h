@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <new>
 #include <optional>
 #include <ostream>
 #include <utility>
@@ -16,6 +15,7 @@
 #include "host/recorditerator.h"
 #include "metadata/bindatapreparator.h"
 #include "metadata/bindataset.h"
+#include "metadata/pass/loadedcases.h"
 #include "output/resultstore.h"
 
 namespace MCBinning {
@@ -66,9 +66,16 @@ class RunFrame {
             dataSet.GetTotalWeightWithMissing(), dataSet.GetMinimum(), dataSet.GetMaximum()};
   }
 
-  // Memory that ran out ends the run; anything else is the attribute's own affair.
-  static void ThrowIfOutOfMemory(const MCStatus& status) {
-    if (HasCode(status, StatusCode::kOutOfMemory)) throw std::bad_alloc();
+  // Loads an attribute, against a target or without one. Memory that ran out ends the run; anything
+  // else is the attribute's own affair.
+  template <typename... Indices>
+  static MCStatus Load(BINDataSet& dataSet, Indices... indices) {
+    try {
+      LoadedCases::Load(dataSet, indices...);
+      return MCStatus();
+    } catch (const StatusError& error) {
+      return error.GetStatus();
+    }
   }
 
   template <typename Algorithm>

@@ -6,8 +6,8 @@
 
 #include "common/statuscodes.h"
 #include "metadata/bindataset.h"
-#include "metadata/casebuffers.h"
-#include "metadata/loadedcases.h"
+#include "metadata/pass/cases.h"
+#include "metadata/pass/loadedcases.h"
 
 namespace MCBinning {
 

@@ -26,7 +26,7 @@ class SparseTable {
   explicit SparseTable(std::size_t categoryCount) : fCategoryCount(categoryCount), fEnds{0} {}
 
   // Fills an empty table with the cases that a data set has loaded, at least one: it is then what
-  // BINDataSet::CreateDistinctBinTable() makes, and the status is the same.
+  // FillDistinctBinTable() makes, and the status is the same.
   MCStatus Fill(BINDataSet& dataSet, bool rightBorderClosed);
 
   // Adds an empty row above the others.
@@ -35,7 +35,7 @@ class SparseTable {
   // Adds weight, never 0, to the last row.
   void AddWeight(std::size_t category, double weight);
 
-  // One a row, as with BINDataSet::CreateDistinctBinTable().
+  // One a row, as with FillDistinctBinTable().
   const std::vector<double>& GetBoundaries() const { return fBoundaries; }
 
   std::size_t GetCategoryCount() const { return fCategoryCount; }

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "common/displayframe.h"
-#include "metadata/descriptor.h"
+#include "metadata/pass/descriptor.h"
 
 namespace MCBinning {
 

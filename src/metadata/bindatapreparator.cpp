@@ -1,13 +1,10 @@
 #include "metadata/bindatapreparator.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <limits>
-#include <numeric>
+#include <new>
 #include <utility>
 
 #include "common/bincancelinfo.h"
@@ -15,21 +12,23 @@
 #include "common/displayframe.h"
 #include "common/exactarithmetic.h"
 #include "common/guard.h"
-#include "common/missing.h"
 #include "common/progresslistener.h"
 #include "common/statuscodes.h"
 #include "common/stopwatch.h"
-#include "metadata/binaryrecorditerator.h"
-#include "metadata/binnumericusermissing.h"
 #include "metadata/binroundencoder.h"
 #include "metadata/binvarlist.h"
-#include "metadata/categorycode.h"
-#include "metadata/tempfile.h"
+#include "metadata/pass/recordbuffer.h"
+#include "metadata/pass/recordpreparer.h"
+#include "metadata/pass/tempfiles.h"
 
 using MCBinning::Error;
+using MCBinning::Guard;
 using MCBinning::MCStatus;
+using MCBinning::RecordBuffer;
+using MCBinning::RecordPreparer;
 using MCBinning::StatusCode;
-using MCBinning::TempFile;
+using MCBinning::StatusError;
+using MCBinning::TempFiles;
 
 namespace {
 
@@ -42,14 +41,6 @@ void RequireFileForEachVariable(bool holds) {
                "src/metadata/bindatapreparator: Assertion `fOrigRecSize <= fProcRecSize' "
                "failed: a variable of the list has no role, or two have the same one.\n");
   std::abort();
-}
-
-// Whether a new file can have the name; nothing is opened, as that may block. Where the
-// directory may not be searched every name is free: then the first append fails instead of the
-// search going on for ever.
-bool IsFreeName(const std::string& name) {
-  struct stat status = {};
-  return ::lstat(name.c_str(), &status) != 0;
 }
 
 }  // namespace
@@ -75,9 +66,6 @@ BINDataPreparator::BINDataPreparator(BINVarList& variables, BINCancelInfo& cance
       fStoredRecords(0),
       fHasWeight(variables.GetWeightIndex() >= 0 ? 1 : 0),
       fHasTarget(variables.GetTargetIndex() >= 0 ? 1 : 0),
-      fFirstSlot(nullptr),
-      fNextColumn(0),
-      fNameCounter(0),
       fIsComplete(true) {
   fProcRecSize = fNumAttributes + static_cast<unsigned int>(fHasTarget + fHasWeight);
   // A list that names no file for some variable is refused later; until then every position
@@ -85,9 +73,8 @@ BINDataPreparator::BINDataPreparator(BINVarList& variables, BINCancelInfo& cance
   const std::size_t fileCount = std::max({fOrigRecSize, fProcRecSize, 1U});
   fLargestCode.assign(fileCount, 0);
   fUsable.assign(fileCount, true);
-  fHasStopped.assign(fileCount, false);
-  fOpenFiles.resize(fOrigRecSize);
-  std::iota(fOpenFiles.begin(), fOpenFiles.end(), 0);
+  fBuffer = std::make_unique<RecordBuffer>(fCache, fOrigRecSize);
+  fPreparer = std::make_unique<RecordPreparer>(variables, fLargestCode, fUsable, *fBuffer);
   for (int index = 0; index < variables.Size(); ++index) MapVariable(index);
 }
 
@@ -99,30 +86,25 @@ void BINDataPreparator::MapVariable(int index) {
   fMeasureLevels.push_back(variable.GetMeasureLevel());
   fRoles.push_back(fVarList.GetVariableRole(index));
 
+  const auto position = static_cast<std::size_t>(index);
   int file = -1;
   switch (fRoles.back()) {
-    case IBINVariable::RoleAttribute: {
+    case IBINVariable::RoleAttribute:
       file = static_cast<int>(fAttributes.size()) + fHasTarget + fHasWeight;
       fAttributes.push_back(index);
-      const IBINUserMissing* const missing = fUserMissing.back();
-      const bool isNumeric =
-          missing != nullptr && missing->GetDataType() == IBINUserMissing::UserMissingNumeric;
-      fColumns.push_back(
-          {static_cast<std::size_t>(index), static_cast<std::size_t>(file),
-           fMeasureLevels.back() == IBINVariable::MeasureContinuous,
-           isNumeric ? dynamic_cast<const BINNumericUserMissing*>(missing) : nullptr});
+      fPreparer->AddAttribute(position, static_cast<std::size_t>(file), variable);
       break;
-    }
     case IBINVariable::RoleTarget:
       file = 0;
       fTargetPosition = index;
+      fPreparer->SetTarget(position);
       break;
     case IBINVariable::RoleFrequencyWeight:
       file = fHasTarget;
       fWeightPosition = index;
       fWeightPresent = 1;
-      fWeightEncoder =
-          dynamic_cast<const BINRoundEncoder*>(std::as_const(fVarList).GetEncoderAt(index));
+      fWeightEncoder = dynamic_cast<const BINRoundEncoder*>(variable.GetEncoder());
+      fPreparer->SetWeight(position, static_cast<std::size_t>(file), fWeightEncoder);
       break;
     case IBINVariable::RoleUndefined:
       break;
@@ -130,51 +112,54 @@ void BINDataPreparator::MapVariable(int index) {
   fVarToFile.push_back(file);
 }
 
-MCStatus BINDataPreparator::CheckRoles() const {
+void BINDataPreparator::CheckRoles() const {
   const std::pair<int, IBINVariable::VariableRole> named[] = {
       {fVarList.GetTargetIndex(), IBINVariable::RoleTarget},
       {fVarList.GetWeightIndex(), IBINVariable::RoleFrequencyWeight}};
   for (const auto& [index, role] : named) {
     if (index < 0 || fVarList.GetVariableRole(index) == role) continue;
-    MCStatus status(120003, false);
+    MCStatus status = Error(StatusCode::kInvalidVariableList);
     status.SetDiscreteDatum(1, index);
-    return status;
+    throw StatusError(status);
   }
-  return MCStatus();
 }
 
 MCStatus BINDataPreparator::ProcessSource(MCCommon::RecordIterator& source) {
-  return MCBinning::Guard([&]() -> MCStatus {
-    MCStatus status = SetUpTempFiles();
-    if (status.IsOK()) status = CheckRoles();
-    if (!status.IsOK()) return fStatus = status;
+  return Guard([&]() -> MCStatus {
+    fStatus = Guard([&] {
+      NameFiles();
+      CheckRoles();
+      return MCStatus();
+    });
+    if (!fStatus.IsOK()) return fStatus;
 
-    status = ReadRecords(source);
-    if (status.IsError()) return status;
-    const MCStatus lastTransfer = TransferData();
-    if (HasCode(lastTransfer, StatusCode::kOutOfMemory)) return lastTransfer;
-    fIsComplete = lastTransfer.IsOK();
-    ReleaseCache();
-    if (fStoredRecords == 0) return MCStatus(120004, false);
-    if (fCancel.IsCancel()) return fStatus = MCStatus(1, false);
+    ReadRecords(source);
+    fIsComplete = FinishLastTransfer();
+    fBuffer->Release();
+    if (fStoredRecords == 0) return Error(StatusCode::kNoData);
+    if (fCancel.IsCancel()) return fStatus = Error(StatusCode::kCancelled);
     MarkUndeclaredCategories();
     return fStatus;
   });
 }
 
-MCStatus BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
+void BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
   BINProgressReporter reporter;
   const MCBinning::Stopwatch stopwatch;
   unsigned int recordsRead = 0;
   auto countdown = static_cast<unsigned int>(fProgressInterval);
-  MCStatus status;
+  MCStatus warning;  // its lasting effect is that the variable is not usable
 
   while (source.HasMore() && !fCancel.IsCancel()) {
     const MCCommon::Record* const record = source.Next();
     if (record != nullptr) {
       ++recordsRead;
-      if (!PrepareRecord(*record, GetNextSlots(), status)) return status;
-      if (!fSkipRecord && !StoreRecord(status)) return status;
+      fSkipRecord = !fPreparer->Prepare(*record, fBuffer->GetNextSlots(), warning);
+      if (!fSkipRecord) {
+        fBuffer->Store();
+        if (fBuffer->IsFull()) fBuffer->Transfer(*fFiles);
+        ++fStoredRecords;
+      }
     }
     if (fProgressListener != nullptr && --countdown == 0) {
       reporter.SetValues(recordsRead, stopwatch.GetSeconds());
@@ -182,90 +167,33 @@ MCStatus BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
       countdown = static_cast<unsigned int>(fProgressInterval);
     }
   }
-  return MCStatus();
+}
+
+// A failure here is no error of the pass: the attributes whose files end short are refused one by
+// one. False then.
+bool BINDataPreparator::FinishLastTransfer() {
+  try {
+    fBuffer->Transfer(*fFiles);
+    return true;
+  } catch (const StatusError&) {
+    return false;
+  }
 }
 
 MCStatus BINDataPreparator::ProcessRecord(const MCCommon::Record& in, MCCommon::Record& out) {
-  return MCBinning::Guard([&] {
+  return Guard([&] {
     std::vector<double> values(fUsable.size());
-    MCStatus status;
-    PrepareRecord(in, {values.data(), 1}, status);
-    for (std::size_t file = 0; file < out.Size(); ++file) {
-      out[file] = file < fProcRecSize ? values[file] : 0.0;
+    MCStatus warning;
+    const MCStatus error = Guard([&] {
+      fSkipRecord = !fPreparer->Prepare(in, {values.data(), 1}, warning);
+      return MCStatus();
+    });
+    const std::size_t slotCount = out.Size();
+    for (std::size_t slot = 0; slot < slotCount; ++slot) {
+      out[slot] = slot < fProcRecSize ? values[slot] : 0.0;
     }
-    return status;
+    return error.IsError() ? error : warning;
   });
-}
-
-// `status` changes only where there is something to say; making one for every record would cost
-// as much as preparing it. False on an error.
-bool BINDataPreparator::PrepareRecord(const MCCommon::Record& in, const Slots& out,
-                                      MCStatus& status) {
-  fSkipRecord = false;
-  if (fWeightEncoder != nullptr) {
-    const double weight = fWeightEncoder->Encode(in[static_cast<std::size_t>(fWeightPosition)]);
-    fSkipRecord = MCMV::IsMissing(weight);
-    if (fSkipRecord) return true;
-    out[static_cast<std::size_t>(fHasTarget)] = weight;
-  }
-
-  if (fTargetPosition >= 0 &&
-      !PrepareTarget(in[static_cast<std::size_t>(fTargetPosition)], out[0])) {
-    status = MCStatus(120012, fVarList.GetNumCatVar() > 1);
-    status.SetDiscreteDatum(0, fTargetPosition);
-    if (status.IsError()) return false;
-  }
-  for (const Column& column : fColumns) {
-    const double value = in[column.variable];
-    double& slot = out[column.file];
-    if (column.isContinuous) {
-      const bool isMissing = column.missing != nullptr && column.missing->Contains(value);
-      slot = isMissing ? MCMV::Missing() : value;
-    } else if (MCMV::IsMissing(value) || value == -1.0) {
-      slot = MCMV::Missing();
-    } else if (!StoreCategory(value, MCBinning::ToCategoryCode(value), column.file, slot)) {
-      status = MCStatus(120012, true);
-      status.SetDiscreteDatum(0, static_cast<long>(column.file));
-    }
-  }
-  return true;
-}
-
-// The code -1 and the system-missing value both say that there is no category.
-bool BINDataPreparator::PrepareTarget(double value, double& slot) {
-  const int code = MCBinning::ToCategoryCode(value);
-  if (code != -1 && !MCMV::IsMissing(value)) return StoreCategory(value, code, 0, slot);
-  slot = MCMV::Missing();
-  return true;
-}
-
-bool BINDataPreparator::StoreCategory(double value, int code, std::size_t file, double& slot) {
-  slot = 0.0;
-  if (!fUsable[file]) return true;
-  if (!MCBinning::IsCategoryCode(code)) {
-    fUsable[file] = false;
-    fHasStopped[file] = true;
-    std::erase(fOpenFiles, static_cast<int>(file));
-    fCache.SetRowSize(static_cast<int>(file), fNextColumn);
-    return false;
-  }
-  slot = value;
-  fLargestCode[file] = std::max(fLargestCode[file], code);
-  return true;
-}
-
-BINDataPreparator::Slots BINDataPreparator::GetNextSlots() {
-  return {fFirstSlot + fNextColumn, static_cast<std::size_t>(fCache.GetNCols())};
-}
-
-bool BINDataPreparator::StoreRecord(MCStatus& status) {
-  if (!fOpenFiles.empty()) ++fNextColumn;
-  if (fNextColumn == fCache.GetNCols()) {
-    status = TransferData();
-    if (status.IsError()) return false;
-  }
-  ++fStoredRecords;
-  return true;
 }
 
 void BINDataPreparator::MarkUndeclaredCategories() {
@@ -283,103 +211,60 @@ void BINDataPreparator::MarkUndeclaredCategories() {
 }
 
 MCStatus BINDataPreparator::IsValidTarget(int file, bool& valid) {
-  if (file < 0 || static_cast<unsigned int>(file) >= fOrigRecSize) return MCStatus(120013, false);
+  if (file < 0 || static_cast<unsigned int>(file) >= fOrigRecSize)
+    return Error(StatusCode::kNoSuchVariable);
   valid = fUsable[static_cast<std::size_t>(file)];
   return MCStatus();
 }
 
 MCStatus BINDataPreparator::SetUpTempFiles() {
-  return MCBinning::Guard([&] { return NameFiles(); });
+  return Guard([&] {
+    NameFiles();
+    return MCStatus();
+  });
 }
 
-MCStatus BINDataPreparator::NameFiles() {
-  if (fTempDirName.find('\0') != std::string::npos) return Error(StatusCode::kTempFileFailed);
-  if (!fCache.Resize(static_cast<int>(fProcRecSize), fCacheCapacity)) {
-    fCacheCapacity /= 2;
-    if (!fCache.Resize(static_cast<int>(fProcRecSize), fCacheCapacity)) return MCStatus(3, false);
-  }
-  fCache.Flush();
-  fFirstSlot = fCache.GetRowPtr(0);
-  fNextColumn = 0;
-  fFiles.clear();
+void BINDataPreparator::NameFiles() {
+  SizeBuffer();
+  fFiles.reset();
   fFileNames.assign(fProcRecSize, std::string());
   if (!fTempDirName.empty() && fTempDirName.back() != '\\' && fTempDirName.back() != '/') {
     fTempDirName += '/';
   }
   RequireFileForEachVariable(fOrigRecSize <= fProcRecSize);
-
-  fNameCounter = static_cast<unsigned long>(std::clock());
-  for (std::size_t file = 0; file < fOrigRecSize; ++file) {
-    const MCStatus status = SeekFreeName(fFileNames[file]);
-    if (!status.IsOK()) return status;
-    fFiles.emplace_back(fFileNames[file]);
-  }
-  return MCStatus();
+  fFiles = std::make_unique<TempFiles>(fTempDirName, fFileNames, fOrigRecSize, fCancel);
 }
 
-// The counter moves past each name that is given out, so no two files of a run start on the
-// same one.
-MCStatus BINDataPreparator::SeekFreeName(std::string& name) {
-  char digits[2 * sizeof(unsigned long) + 1];
-  for (;;) {
-    std::snprintf(digits, sizeof digits, "%lx", fNameCounter++);
-    std::string candidate = fTempDirName + digits;
-    if (IsFreeName(candidate)) {
-      name = std::move(candidate);
-      return MCStatus();
-    }
-    if (fCancel.IsCancel()) return MCStatus(1, false);
+// Half the capacity will do where memory is short.
+void BINDataPreparator::SizeBuffer() {
+  const int rows = static_cast<int>(fProcRecSize);
+  try {
+    fBuffer->Size(rows, fCacheCapacity);
+  } catch (const std::bad_alloc&) {
+    fCacheCapacity /= 2;
+    fBuffer->Size(rows, fCacheCapacity);
   }
 }
 
 MCStatus BINDataPreparator::TransferData() {
-  return MCBinning::Guard([&]() -> MCStatus {
-    for (const int file : fOpenFiles) fCache.SetRowSize(file, fNextColumn);
-    for (std::size_t file = 0; file < fFiles.size(); ++file) {
-      const MCStatus status = AppendRow(file);
-      if (!status.IsOK()) return status;
-    }
-    fCache.Flush();
-    fNextColumn = 0;
+  return Guard([&] {
+    if (fFiles) fBuffer->Transfer(*fFiles);
     return MCStatus();
   });
 }
 
-void BINDataPreparator::ReleaseCache() {
-  fCache = BINDataCache();
-  fFirstSlot = nullptr;
+bool BINDataPreparator::HasStopped(int file) const {
+  return fPreparer->HasStopped(static_cast<std::size_t>(file));
 }
 
-MCStatus BINDataPreparator::AppendRow(std::size_t file) {
-  const int row = static_cast<int>(file);
-  const auto count = static_cast<std::size_t>(fCache.GetRowSize(row));
-  for (;;) {
-    switch (fFiles[file].Append(fCache.GetRowPtr(row), count)) {
-      case TempFile::AppendResult::kOk:
-        return MCStatus();
-      case TempFile::AppendResult::kFailed:
-        return MCStatus(120021, false);
-      case TempFile::AppendResult::kNameTaken:
-        break;
-    }
-    if (fCancel.IsCancel()) return MCStatus(1, false);
-    const MCStatus status = SeekFreeName(fFileNames[file]);
-    if (!status.IsOK()) return status;
-    fFiles[file].SetName(fFileNames[file]);
-  }
-}
-
-bool BINDataPreparator::HasAnyFile() const {
-  return std::any_of(fFiles.begin(), fFiles.end(),
-                     [](const TempFile& file) { return file.IsBegun(); });
-}
+bool BINDataPreparator::HasAnyFile() const { return fFiles && fFiles->HasAny(); }
 
 std::unique_ptr<MCBinning::BinaryRecordIterator> BINDataPreparator::OpenWhole(int file) const {
-  return fFiles[static_cast<std::size_t>(file)].OpenWhole(fStoredRecords);
+  return fFiles->OpenWhole(static_cast<std::size_t>(file), fStoredRecords);
 }
 
 bool BINDataPreparator::IsWhole(int file, int descriptor) const {
-  return fFiles[static_cast<std::size_t>(file)].IsWhole(descriptor, fStoredRecords);
+  return fFiles->IsWhole(static_cast<std::size_t>(file), descriptor, fStoredRecords);
 }
 
 std::ostream& BINDataPreparator::Display(std::ostream& os) const {

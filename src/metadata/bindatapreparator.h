@@ -14,7 +14,6 @@
 #include "ibinvariable.h"
 
 class BINCancelInfo;
-class BINNumericUserMissing;
 class BINRoundEncoder;
 class BINVarList;
 class IBINUserMissing;
@@ -22,7 +21,9 @@ class ProgressListener;
 
 namespace MCBinning {
 class BinaryRecordIterator;
-class TempFile;
+class RecordBuffer;
+class RecordPreparer;
+class TempFiles;
 }  // namespace MCBinning
 
 // Makes the one pass over the host's records: rounds the weight, turns user-missing values
@@ -97,7 +98,7 @@ class MCBINNING_API BINDataPreparator {
 
   // Whether the variable's values stop at a category code out of range. Requires a valid
   // file position.
-  bool HasStopped(int file) const { return fHasStopped[static_cast<std::size_t>(file)]; }
+  bool HasStopped(int file) const;
 
   // Whether any file could be made at all.
   bool HasAnyFile() const;
@@ -118,36 +119,13 @@ class MCBINNING_API BINDataPreparator {
   std::ostream& Display(std::ostream& os) const;
 
  private:
-  // How an attribute's values are prepared.
-  struct Column {
-    std::size_t variable;
-    std::size_t file;
-    bool isContinuous;
-    const BINNumericUserMissing* missing;  // null where there is none that fits
-  };
-
-  // Where a prepared record goes: the values by file position, `stride` apart.
-  struct Slots {
-    double& operator[](std::size_t file) const { return first[file * stride]; }
-
-    double* first;
-    std::size_t stride;
-  };
-
   void MapVariable(int index);
-  MCBinning::MCStatus CheckRoles() const;
-  MCBinning::MCStatus NameFiles();
-  MCBinning::MCStatus SeekFreeName(std::string& name);
-  MCBinning::MCStatus AppendRow(std::size_t file);
-
-  MCBinning::MCStatus ReadRecords(MCCommon::RecordIterator& source);
-  bool PrepareRecord(const MCCommon::Record& in, const Slots& out, MCBinning::MCStatus& status);
-  bool PrepareTarget(double value, double& slot);
-  bool StoreCategory(double value, int code, std::size_t file, double& slot);
-  Slots GetNextSlots();
-  bool StoreRecord(MCBinning::MCStatus& status);
+  void CheckRoles() const;
+  void NameFiles();
+  void SizeBuffer();
+  void ReadRecords(MCCommon::RecordIterator& source);
+  bool FinishLastTransfer();
   void MarkUndeclaredCategories();
-  void ReleaseCache();
 
   std::string fTempDirName;
   ProgressListener* fProgressListener;
@@ -178,12 +156,8 @@ class MCBINNING_API BINDataPreparator {
   int fHasWeight;
   int fHasTarget;
 
-  std::vector<Column> fColumns;  // the attributes, in file order
-  std::vector<bool> fHasStopped;
-  double* fFirstSlot;           // in the cache
-  int fNextColumn;              // of the cache: where the next record goes
-  std::vector<int> fOpenFiles;  // positions of the files that still take values
-  std::vector<MCBinning::TempFile> fFiles;
-  unsigned long fNameCounter;
+  std::unique_ptr<MCBinning::RecordBuffer> fBuffer;      // over the cache
+  std::unique_ptr<MCBinning::RecordPreparer> fPreparer;  // fills the buffer
+  std::unique_ptr<MCBinning::TempFiles> fFiles;          // null before SetUpTempFiles()
   bool fIsComplete;
 };

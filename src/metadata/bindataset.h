@@ -16,7 +16,8 @@
 class BINDataPreparator;
 
 namespace MCBinning {
-class CaseBuffers;
+class CaseReader;
+class CaseStore;
 class LoadedCases;
 }  // namespace MCBinning
 
@@ -55,11 +56,6 @@ class MCBINNING_API BINDataSet {
   // target-role variable may be loaded like any other.
   MCBinning::MCStatus GetAttribute(unsigned int attribute, std::vector<EFBINDataTuple>*& tuples);
 
-  // The same without handing out tuples, which unweighted cases are then never made into. For
-  // BINAlgorithm and EFBINAlgorithm.
-  MCBinning::MCStatus LoadAttribute(unsigned int attribute, unsigned int target);
-  MCBinning::MCStatus LoadAttribute(unsigned int attribute);
-
   // Reads the variable at a file position into the tuples, unsorted: the supervised ones with
   // a target-role variable, the equal-frequency ones without.
   MCBinning::MCStatus ReadNextAttribute(unsigned int file);
@@ -72,15 +68,6 @@ class MCBINNING_API BINDataSet {
   // bin; the table is then not to be used.
   MCBinning::MCStatus CreateBinTable(const std::vector<double>* cutPoints, bool rightBorderClosed,
                                      std::vector<double>& table);
-
-  // The bin table with a bin for every distinct value, as CreateBinTable() gives it for all of
-  // them, and one boundary per bin: the bin's own value, but the largest finite double for the
-  // last bin with the right border closed, the most negative one for the first bin otherwise.
-  // The last value must lie below (or, with the right border closed, on) the largest finite
-  // double: warning 120002 if not.
-  MCBinning::MCStatus CreateDistinctBinTable(bool rightBorderClosed,
-                                             std::vector<double>& boundaries,
-                                             std::vector<double>& table);
 
   // Whether a variable can be a target. Error 120010 for a negative index, 120013 beyond the
   // list.
@@ -119,20 +106,20 @@ class MCBINNING_API BINDataSet {
   using FileIterator = std::unique_ptr<MCBinning::BinaryRecordIterator>;
 
   int GetFile(unsigned int variable) const;
-  bool IsReady(int file, FileIterator& iterator) const;
-  MCBinning::MCStatus CheckAttribute(unsigned int attribute) const;
+  void CheckAttribute(unsigned int attribute) const;
+  void Load(unsigned int attribute, unsigned int target);
+  void Load(unsigned int attribute);
+  std::vector<EFBINDataTuple>& GetEFTuples();
+  bool HasTable() const;
+  bool FillBinTable(const std::vector<double>& cutPoints, bool rightBorderClosed,
+                    std::vector<double>& table) const;
+  bool FillDistinctBinTable(bool rightBorderClosed);
 
-  bool ReadTargets();
-
-  // The valid cases of one file, against the target's or without one, in record order.
+  // The valid cases of one file, against a target's or without one, in record order.
   template <typename Case>
-  MCBinning::MCStatus ReadCases(unsigned int file, std::vector<Case>& cases);
-  template <typename Tuple>
-  MCBinning::MCStatus LoadSorted(unsigned int attribute, std::vector<Tuple>& tuples);
+  void ReadCases(int file, std::vector<Case>& cases);
   template <typename Case>
-  MCBinning::MCStatus SortAndSummarise(unsigned int attribute, std::vector<Case>& cases);
-  template <typename Tuple>
-  void MakeTuples(std::vector<Tuple>& tuples);
+  void LoadSorted(int file, std::vector<Case>& cases);
 
   unsigned int fNumTargetCategories;
   bool fHasWeight;
@@ -159,6 +146,6 @@ class MCBINNING_API BINDataSet {
   double fMaximum;
 
   unsigned int fLargestTarget;  // the largest target code among the loaded cases
-  std::unique_ptr<MCBinning::CaseBuffers> fBuffers;
-  bool fAreTuples;  // the cases are in the tuple vector, not among the unweighted ones
+  std::unique_ptr<MCBinning::CaseReader> fReader;
+  std::unique_ptr<MCBinning::CaseStore> fCases;
 };

@@ -1,4 +1,4 @@
-#include "metadata/tempfile.h"
+#include "metadata/pass/tempfile.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -7,8 +7,8 @@
 #include <type_traits>
 
 #include "common/missing.h"
-#include "metadata/casebuffers.h"
-#include "metadata/categorycode.h"
+#include "metadata/pass/cases.h"
+#include "metadata/pass/categorycode.h"
 
 namespace MCBinning {
 

@@ -1,6 +1,6 @@
 // The radix sort against a stable sort by comparison, bit by bit and in the order of ties.
 
-#include "metadata/tuplesort.h"
+#include "metadata/pass/tuplesort.h"
 
 #include <gtest/gtest.h>
 

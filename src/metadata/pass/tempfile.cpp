@@ -1,4 +1,4 @@
-#include "metadata/tempfile.h"
+#include "metadata/pass/tempfile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "metadata/binaryrecorditerator.h"
-#include "metadata/descriptor.h"
+#include "metadata/pass/descriptor.h"
 
 namespace MCBinning {
 

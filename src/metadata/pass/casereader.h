@@ -1,0 +1,107 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "common/guard.h"
+#include "common/statuscodes.h"
+#include "metadata/binaryrecorditerator.h"
+#include "metadata/pass/casecollector.h"
+#include "metadata/pass/cases.h"
+
+class BINDataPreparator;
+
+namespace MCBinning {
+
+// What the cases of an attribute sum up to.
+struct CaseSums {
+  double weight = 0.0;             // of the valid cases
+  double weightWithMissing = 0.0;  // and of those whose target or value is missing
+  unsigned int largestTarget = 0;  // among the valid cases
+};
+
+// Reads the files of an attribute, its target and the weight in step, and keeps the valid cases.
+//
+// The target's and the weight's stay open from attribute to attribute, and the target is read once
+// for all of them. Errors are thrown: StatusError 120021 when a file is not the one that was
+// written or does not hold a value per record, and std::bad_alloc.
+class CaseReader {
+ public:
+  using FileIterator = std::unique_ptr<BinaryRecordIterator>;
+
+  static constexpr int kNoFile = -1;
+
+  // By file position.
+  struct Companions {
+    int target = kNoFile;
+    int weight = kNoFile;
+  };
+
+  // All stay the caller's.
+  CaseReader(const BINDataPreparator& preparator, FileIterator& target, FileIterator& weight)
+      : fPreparator(preparator), fTarget(target), fWeight(weight) {}
+
+  // Opens what is read with every attribute. What cannot be opened now is tried again with each.
+  void Open(const Companions& companions);
+
+  // The valid cases of the file at a position, in record order; none, and an error, when they
+  // cannot be read. A kind of case that has a target needs a target's file.
+  template <typename Case>
+  CaseSums Read(int file, const Companions& companions, std::vector<Case>& cases) {
+    try {
+      return ReadInStep(file, companions, cases);
+    } catch (...) {
+      cases.clear();
+      throw;
+    }
+  }
+
+ private:
+  template <typename Case>
+  CaseSums ReadInStep(int file, const Companions& companions, std::vector<Case>& cases) {
+    FileIterator values;
+    RequireWhole(file, values);
+    if (kHasTarget<Case>) ReadTargets(companions.target);
+    const bool hasWeight = companions.weight != kNoFile;
+    if (hasWeight) {
+      RequireWhole(companions.weight, fWeight);
+      fWeight->NewPass();
+    }
+
+    cases.resize(GetRecordCount());
+    CaseCollector<Case> collector(cases.data());
+    std::size_t casesRead = 0;
+    while (values->HasMore()) {
+      const BinaryRecordIterator::Block block = values->NextBlock();
+      const double* const weights = hasWeight ? NextWeights(block.count) : nullptr;
+      if (hasWeight && weights == nullptr) break;
+      if (block.count > cases.size() - casesRead) break;  // has grown since it was looked at
+      const std::uint16_t* const targets = kHasTarget<Case> ? fTargets.data() + casesRead : nullptr;
+      collector.Add(targets, weights, block.values, block.count);
+      casesRead += block.count;
+    }
+    if (casesRead != cases.size()) throw StatusError(StatusCode::kTempFileFailed);
+    cases.resize(collector.GetCount());
+    return {collector.GetTotalWeight(), collector.GetTotalWeightWithMissing(),
+            collector.GetLargestTarget()};
+  }
+
+  std::size_t GetRecordCount() const;
+  bool IsWhole(int file, FileIterator& iterator) const;
+  void RequireWhole(int file, FileIterator& iterator) const;
+  const double* NextWeights(std::size_t count);
+  void UseTarget(int file);
+  void ReadTargets(int file);
+
+  const BINDataPreparator& fPreparator;
+  FileIterator& fTarget;
+  FileIterator& fWeight;
+  int fTargetFile = kNoFile;
+  // The target of every record, or kNoTarget, as the missing value was when it was read; empty
+  // until then.
+  std::vector<std::uint16_t> fTargets;
+};
+
+}  // namespace MCBinning

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <vector>
+
+#include "common/mcstatus.h"
+#include "common/statuscodes.h"
+#include "metadata/bindataset.h"
+#include "metadata/pass/bintable.h"
+#include "metadata/pass/casestore.h"
+
+namespace MCBinning {
+
+// What the algorithms ask of a data set beyond its operations: the cases of an attribute in
+// whatever kind they are kept, without tuples that nobody needs. Errors are thrown, as everywhere
+// in inner code.
+class LoadedCases {
+ public:
+  // As BINDataSet::GetAttribute(). Throws StatusError and std::bad_alloc.
+  static void Load(BINDataSet& dataSet, unsigned int attribute, unsigned int target) {
+    dataSet.Load(attribute, target);
+  }
+  static void Load(BINDataSet& dataSet, unsigned int attribute) { dataSet.Load(attribute); }
+
+  // `visit` takes a vector of sorted cases of any kind and returns the same type for all.
+  template <typename Visit>
+  static auto VisitSupervised(const BINDataSet& dataSet, const Visit& visit) {
+    return dataSet.fCases->VisitSupervised(visit);
+  }
+
+  template <typename Visit>
+  static auto VisitEqualFrequency(const BINDataSet& dataSet, const Visit& visit) {
+    return dataSet.fCases->VisitEqualFrequency(visit);
+  }
+
+  // As BINDataSet::CreateBinTable(), with one cut point at least: false for warning 120002. Throws
+  // std::bad_alloc.
+  static bool FillBinTable(const BINDataSet& dataSet, const std::vector<double>& cutPoints,
+                           bool rightBorderClosed, std::vector<double>& table) {
+    return dataSet.FillBinTable(cutPoints, rightBorderClosed, table);
+  }
+
+  // `use` takes the bin table of one row per distinct value of the attribute, and returns a status;
+  // the answer is warning 120002 when there is no such table. Throws std::bad_alloc.
+  template <typename Use>
+  static MCStatus UseBinTable(BINDataSet& dataSet, bool rightBorderClosed, const Use& use) {
+    const MCStatus status = dataSet.FillDistinctBinTable(rightBorderClosed)
+                                ? use(dataSet.fCases->GetBinTable())
+                                : Warning(StatusCode::kCutPointsMisfit);
+    dataSet.fCases->DropLargeBinTable();
+    return status;
+  }
+};
+
+}  // namespace MCBinning

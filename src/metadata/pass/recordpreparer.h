@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "common/mcstatus.h"
+#include "host/record.h"
+#include "metadata/pass/recordbuffer.h"
+
+class BINNumericUserMissing;
+class BINRoundEncoder;
+class BINVarList;
+class IBINVariable;
+
+namespace MCBinning {
+
+// Makes of a record the values that go to the files: the weight rounded, the system-missing value
+// in place of user-missing ones and of no category, category codes checked.
+class RecordPreparer {
+ public:
+  // Brings the largest code of each file up to date and marks a file with a code out of range as
+  // not usable; the buffer is to close it then. All stay the caller's.
+  RecordPreparer(const BINVarList& variables, std::vector<int>& largestCodes,
+                 std::vector<bool>& usable, RecordBuffer& buffer);
+
+  // What is at a position of the record, and the file it goes to. The target's is file 0.
+  void SetTarget(std::size_t variable);
+  void SetWeight(std::size_t variable, std::size_t file, const BINRoundEncoder* encoder);
+  void AddAttribute(std::size_t variable, std::size_t file, const IBINVariable& description);
+
+  // False when the record is to be dropped. Warning 120012 for a category code out of range in
+  // `warning`, which is left alone otherwise; the same as StatusError when nothing but the target
+  // is categorical.
+  bool Prepare(const MCCommon::Record& in, const RecordSlots& out, MCStatus& warning);
+
+  // Whether the values of the file stop at a code out of range.
+  bool HasStopped(std::size_t file) const { return fHasStopped[file]; }
+
+ private:
+  struct Attribute {
+    std::size_t variable;
+    std::size_t file;
+    bool isContinuous;
+    const BINNumericUserMissing* missing;  // null where there is none that fits
+  };
+
+  bool PrepareTarget(double value, double& slot);
+  bool StoreCategory(double value, int code, std::size_t file, double& slot);
+  void RefuseTarget(MCStatus& warning) const;
+
+  const BINVarList& fVariables;
+  std::vector<int>& fLargestCodes;
+  std::vector<bool>& fUsable;
+  RecordBuffer& fBuffer;
+  std::vector<bool> fHasStopped;
+
+  bool fHasTarget = false;
+  std::size_t fTargetVariable = 0;
+  const BINRoundEncoder* fWeightEncoder = nullptr;
+  std::size_t fWeightVariable = 0;
+  std::size_t fWeightFile = 0;
+  std::vector<Attribute> fAttributes;  // in file order
+};
+
+}  // namespace MCBinning
