@@ -40,7 +40,7 @@ MCStatus CheckPair(const BINVarList& variables, int attribute, int target) {
 }
 
 // Why an attribute cannot be binned against the list's target, if it cannot.
-MCStatus CheckAttribute(const BINVarList& variables, int attribute) {
+MCStatus CheckAgainstTarget(const BINVarList& variables, int attribute) {
   if (variables.GetVarAt(attribute) == nullptr) return Error(StatusCode::kNoSuchAttribute);
   if (attribute == variables.GetWeightIndex() || attribute == variables.GetTargetIndex()) {
     return Error(StatusCode::kIsWeightOrTarget);
@@ -108,7 +108,7 @@ bool BINAlgorithm::CheckVariableIndices(const std::vector<int>* attributes,
   if (targets == nullptr) {
     // The refused ones are stored with their status; only an empty list is of no use.
     for (std::size_t i = 0; i < pairCount; ++i) {
-      statuses[i] = CheckAttribute(fVarList, (*attributes)[i]);
+      statuses[i] = CheckAgainstTarget(fVarList, (*attributes)[i]);
     }
     return pairCount > 0;
   }

@@ -11,6 +11,8 @@ namespace MCBinning {
 
 inline double Log2(double x) { return std::log(x) / std::log(2.0); }
 
+inline double XLogX(double x) { return x > 0.0 ? x * std::log(x) : 0.0; }
+
 // 0 when the total is 0.
 inline double Entropy(const double* weights, std::size_t categoryCount) {
   if (weights[0] == 0.0) return 0.0;

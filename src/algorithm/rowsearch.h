@@ -5,6 +5,9 @@
 
 namespace MCBinning {
 
+// Below 2^52, sums of whole numbers are exact in whatever order they are added, with room to spare.
+inline constexpr double kLeastInexactSum = 4503599627370496.0;
+
 // Sums the rows of a bin table, and finds the best split of any interval of them.
 class RowSearch {
  public:

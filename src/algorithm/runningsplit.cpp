@@ -3,13 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "algorithm/binentropy.h"
+
 namespace MCBinning {
-
-namespace {
-
-double XLogX(double x) { return x > 0.0 ? x * std::log(x) : 0.0; }
-
-}  // namespace
 
 RunningSplit::RunningSplit(const std::vector<double>& totals) : fTotal(totals[0]) {
   for (std::size_t category = 0; category + 1 < totals.size(); ++category) {

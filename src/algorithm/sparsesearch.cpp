@@ -11,8 +11,7 @@ namespace MCBinning {
 
 namespace {
 
-constexpr std::size_t kBlockRows = 512;
-constexpr double kTwoTo52 = 4503599627370496.0;
+constexpr std::size_t kSparseBlockRows = 512;
 
 void MoveRow(const SparseTable::Row& row, std::vector<double>& left, std::vector<double>& right) {
   for (std::size_t i = 0; i < row.size; ++i) {
@@ -33,12 +32,13 @@ SparseSearch::SparseSearch(const SparseTable& table, bool rightBorderClosed)
 
 void SparseSearch::SumBlocks() {
   const std::size_t rowCount = fTable.GetRowCount();
-  fBlockSums.reserve((rowCount / kBlockRows + 1) * GetCategoryCount());
+  fBlockSums.reserve((rowCount / kSparseBlockRows + 1) * GetCategoryCount());
   Weights weights(GetCategoryCount());
   bool areWhole = true;
-  for (std::size_t first = 0; first < rowCount; first += kBlockRows) {
+  for (std::size_t first = 0; first < rowCount; first += kSparseBlockRows) {
     fBlockSums.insert(fBlockSums.end(), weights.begin(), weights.end());
-    const SparseTable::Row rows = fTable.GetRows(first, std::min(first + kBlockRows, rowCount));
+    const SparseTable::Row rows =
+        fTable.GetRows(first, std::min(first + kSparseBlockRows, rowCount));
     for (std::size_t i = 0; i < rows.size; ++i) {
       areWhole &= rows.weights[i] > 0.0 && rows.weights[i] == std::floor(rows.weights[i]);
       weights[rows.categories[i]] += rows.weights[i];
@@ -46,7 +46,7 @@ void SparseSearch::SumBlocks() {
   }
   double total = 0.0;
   for (const double weight : weights) total += weight;
-  if (!areWhole || !(total < kTwoTo52)) fBlockSums.clear();
+  if (!areWhole || !(total < kLeastInexactSum)) fBlockSums.clear();
 }
 
 void SparseSearch::AddRows(std::size_t first, std::size_t end, Weights& weights) const {
@@ -56,10 +56,10 @@ void SparseSearch::AddRows(std::size_t first, std::size_t end, Weights& weights)
 
 // The weights of all rows before `row`, exact, from the sums of whole blocks.
 SparseSearch::Weights SparseSearch::SumBefore(std::size_t row) const {
-  const std::size_t block = std::min(row, fTable.GetRowCount() - 1) / kBlockRows;
+  const std::size_t block = std::min(row, fTable.GetRowCount() - 1) / kSparseBlockRows;
   const auto sums = fBlockSums.begin() + static_cast<std::ptrdiff_t>(block * GetCategoryCount());
   Weights weights(sums, sums + static_cast<std::ptrdiff_t>(GetCategoryCount()));
-  AddRows(block * kBlockRows, row, weights);
+  AddRows(block * kSparseBlockRows, row, weights);
   return weights;
 }
 
@@ -67,7 +67,7 @@ void SparseSearch::SumRows(int first, int last, std::vector<double>& sum) const 
   const auto from = static_cast<std::size_t>(first);
   const std::size_t end = static_cast<std::size_t>(last) + 1;
   Weights weights(GetCategoryCount());
-  if (from < end && end - from > kBlockRows && !fBlockSums.empty()) {
+  if (from < end && end - from > kSparseBlockRows && !fBlockSums.empty()) {
     weights = SumBefore(end);
     const Weights below = SumBefore(from);
     for (std::size_t category = 0; category < weights.size(); ++category) {
@@ -132,10 +132,10 @@ std::vector<SparseSearch::Part> SparseSearch::BoundParts(Search& search,
   const std::size_t end = search.last + 1;
   const double margin = RunningSplit::kMargin * split.GetWeight();
   std::vector<Part> parts;
-  if (end - search.first <= kBlockRows) return {{search.first, end, 0.0}};
+  if (end - search.first <= kSparseBlockRows) return {{search.first, end, 0.0}};
   Weights left(GetCategoryCount());
   for (std::size_t first = search.first; first < end;) {
-    const std::size_t next = std::min((first / kBlockRows + 1) * kBlockRows, end);
+    const std::size_t next = std::min((first / kSparseBlockRows + 1) * kSparseBlockRows, end);
     AddRows(first, next, left);
     const double least = split.Advance(left);
     parts.push_back({first, next, least});

@@ -4,13 +4,13 @@
 #include <cmath>
 #include <limits>
 
+#include "algorithm/binentropy.h"
+
 namespace MCBinning {
 
 namespace {
 
 constexpr std::size_t kMostCorners = std::size_t{1} << SplitBound::kMostCategories;
-
-double XLogX(double x) { return x > 0.0 ? x * std::log(x) : 0.0; }
 
 }  // namespace
 

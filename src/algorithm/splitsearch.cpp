@@ -109,7 +109,7 @@ void SplitSearch::SumBlocks(std::size_t first, std::size_t end) {
     if (row + kBlockRows > end || !areWhole) break;
   }
   const double total = std::accumulate(weights.begin(), weights.end(), 0.0);
-  if (!areWhole || !(total < kTwoTo52)) fBlockSums.clear();
+  if (!areWhole || !(total < kLeastInexactSum)) fBlockSums.clear();
 }
 
 void SplitSearch::AddRows(std::size_t first, std::size_t end, Weights& weights) const {
