@@ -28,7 +28,8 @@ set(CPACK_DEBIAN_PACKAGE_SOURCE mcbinning)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src
+                                                 ${PROJECT_BINARY_DIR}/binmodel)
 set(debianVersion ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
 
 set(about "mcbinning cuts numeric variables into bins: so that they tell the\n\
@@ -70,6 +71,23 @@ if(TARGET mcrecords)
   set(CPACK_DEBIAN_RECORDS_PACKAGE_SHLIBDEPS ON)
   set(CPACK_DEBIAN_LIBRARY_PACKAGE_DEPENDS "${recordsPackage} (>= ${PROJECT_VERSION})")
   string(APPEND CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS ", ${recordsPackage} (= ${debianVersion})")
+endif()
+if(TARGET mcbinmodel)
+  list(APPEND CPACK_COMPONENTS_ALL binmodel binmodel_development)
+  get_target_property(soversion mcbinmodel SOVERSION)
+  set(binmodelPackage libmcbinmodel${soversion})
+  mcbinning_package(
+    binmodel ${binmodelPackage} libs "binning of numeric variables - shared library of bins"
+    "This package has the library that keeps, applies, measures and exports bins.")
+  set(CPACK_DEBIAN_BINMODEL_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_BINMODEL_PACKAGE_DEPENDS "${libraryPackage} (>= ${PROJECT_VERSION})")
+  mcbinning_package(
+    binmodel_development libmcbinmodel-dev libdevel
+    "binning of numeric variables - headers and static library of bins"
+    "This package has the headers, a static library, CMake and pkg-config files.")
+  set(CPACK_DEBIAN_BINMODEL_DEVELOPMENT_PACKAGE_DEPENDS
+      "${binmodelPackage} (= ${debianVersion}), libmcbinning-dev (= ${debianVersion})")
+  set(CPACK_DEBIAN_BINMODEL_DEVELOPMENT_PACKAGE_SUGGESTS libfmt-dev)
 endif()
 if(MCBINNING_CLI)
   list(APPEND CPACK_COMPONENTS_ALL tool)

@@ -5,6 +5,7 @@
 
 #include "binmodel/file/jsonprinter.h"
 #include "binmodel/model/statustext.h"
+#include "version.h"
 
 namespace MCBinModel {
 
@@ -97,7 +98,7 @@ std::string WriteBinFile(const BinModel& model) {
   const bool supervised = model.settings.algorithm == Algorithm::kSupervised;
   ordered_json file = {{"format", kBinFileFormat},
                        {"version", kBinFileVersion},
-                       {"tool", "mcbin " MCBINNING_VERSION},
+                       {"tool", "mcbin " MCBINNING_VERSION_STRING},
                        {"algorithm", supervised ? "supervised" : "equal-frequency"},
                        {"closed", model.settings.rightClosed ? "right" : "left"},
                        {"settings", MakeSettings(model.settings, model.source.weight)},

@@ -3,7 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "binmodel/model/binmodel.h"
+#include "../model/binmodel.h"
+#include "../model/binmodelexport.h"
 
 namespace MCBinModel {
 
@@ -16,7 +17,7 @@ constexpr int kBinFileVersion = 1;
 // What a file says about statuses is their code and severity; details are not stored. Throws
 // Refusal with the place in the file for a number that is not finite and a text that is not
 // UTF-8. Requires a model whose lists fit together as those of a run do.
-std::string WriteBinFile(const BinModel& model);
+MCBINMODEL_API std::string WriteBinFile(const BinModel& model);
 
 // Reads the text of a bin file; `name` says in a refusal where it is from.
 //
@@ -26,9 +27,9 @@ std::string WriteBinFile(const BinModel& model);
 // off, and for content that makes no sense: cut points that do not ascend, lists whose
 // lengths or sums do not fit together, wrong types, negative weights, missing members, names
 // that are unknown or not unique.
-BinModel ParseBinFile(std::string_view text, const std::string& name);
+MCBINMODEL_API BinModel ParseBinFile(std::string_view text, const std::string& name);
 
 // The same of a whole file, which is refused when it cannot be read, too.
-BinModel ReadBinFile(const std::string& path);
+MCBINMODEL_API BinModel ReadBinFile(const std::string& path);
 
 }  // namespace MCBinModel

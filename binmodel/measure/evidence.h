@@ -4,7 +4,8 @@
 #include <optional>
 #include <vector>
 
-#include "binmodel/model/binmodel.h"
+#include "../model/binmodel.h"
+#include "../model/binmodelexport.h"
 
 namespace MCBinModel {
 
@@ -12,7 +13,7 @@ namespace MCBinModel {
 struct Evidence {
   std::vector<std::optional<double>> weights;  // weight of evidence of each bin
   std::vector<std::optional<double>> values;   // what each bin adds to the information value
-  std::optional<double> informationValue;
+  std::optional<double> informationValue;      // the sum of these
 };
 
 // Measures a target with two categories; docs/statistics.md has the formulas.
@@ -20,6 +21,7 @@ struct Evidence {
 // `adjustment`, a weight from 0 up, is added to both classes in every bin with weight before
 // anything is measured, so that an empty cell no longer makes a measure infinite; with 0
 // nothing is smoothed.
-Evidence MeasureEvidence(const AttributeBins& bins, std::size_t event, double adjustment);
+MCBINMODEL_API Evidence MeasureEvidence(const AttributeBins& bins, std::size_t event,
+                                        double adjustment);
 
 }  // namespace MCBinModel

@@ -1,49 +1,54 @@
 #pragma once
 
+#include <mcbinning/common/mcstatus.h>
+
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "binmodel/model/binsettings.h"
-#include "binmodel/model/binsource.h"
-#include "binmodel/model/variableinfo.h"
-#include "common/mcstatus.h"
+#include "binsettings.h"
+#include "binsource.h"
+#include "variableinfo.h"
 
 namespace MCBinModel {
 
-// The bins of one attribute: against one target, or without target (equal-frequency).
+// The bins of one attribute: against one target, or without target (equal-frequency). What the run
+// did not get to, for lack of valid cases or because of an error, keeps its default.
 struct AttributeBins {
   std::size_t attribute = 0;          // in BinModel::attributes
   std::optional<std::size_t> target;  // in BinModel::targets
-  MCBinning::MCStatus status;
+  MCBinning::MCStatus status;         // how it went; docs/status-codes.md
 
   std::vector<double> cutPoints;   // ascending
-  std::vector<double> binWeights;  // cut points + 1, or empty when there is no valid case
+  std::vector<double> binWeights;  // one more than cut points, or empty when there are no bins
   std::vector<std::vector<double>> classWeights;  // per bin, by category code of the target
 
-  std::uint64_t distinctValues = 0;
-  double validWeight = 0.0;        // of the cases with value (and target) present
-  double weightWithMissing = 0.0;  // of all cases
-  std::optional<double> minimum;   // nothing when there is no valid case, also below
-  std::optional<double> maximum;
-  std::optional<double> modelEntropy;     // bits
+  std::uint64_t distinctValues = 0;    // of the attribute, among the valid cases
+  double validWeight = 0.0;            // of the cases with value (and target) present
+  double weightWithMissing = 0.0;      // of all cases
+  std::optional<double> minimum;       // of the valid cases; nothing when there is none, also below
+  std::optional<double> maximum;       // the same
+  std::optional<double> modelEntropy;  // bits
   std::optional<double> informationGain;  // bits
 };
 
-// Everything that a run found: what is printed, and what a bin file holds.
+// Everything that a run found: what is printed, and what a bin file holds. A plain value; copies
+// share nothing.
 struct BinModel {
-  BinSettings settings;
-  BinSource source;
-  std::vector<VariableInfo> attributes;
-  std::vector<VariableInfo> targets;
-  std::vector<AttributeBins> results;
+  BinSettings settings;                  // how the bins were made
+  BinSource source;                      // of what data
+  std::vector<VariableInfo> attributes;  // what AttributeBins::attribute is an index of
+  std::vector<VariableInfo> targets;     // what AttributeBins::target is; categorical ones
+  std::vector<AttributeBins> results;    // target by target, each attribute once
 
+  // The attribute of one of the results.
   const VariableInfo& GetAttribute(const AttributeBins& bins) const {
     return attributes[bins.attribute];
   }
 
-  // Null for bins without target.
+  // The target of one of the results; null for bins without target.
   const VariableInfo* GetTarget(const AttributeBins& bins) const {
     return bins.target ? &targets[*bins.target] : nullptr;
   }

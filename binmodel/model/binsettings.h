@@ -2,20 +2,21 @@
 
 namespace MCBinModel {
 
+// By minimum description length against targets, or into bins of equal weight; docs/method.md.
 enum class Algorithm { kSupervised, kEqualFrequency };
 
 // How bins are made. What only the other algorithm reads keeps its default.
 struct BinSettings {
-  Algorithm algorithm = Algorithm::kSupervised;
+  Algorithm algorithm = Algorithm::kSupervised;  // which of the two is used
   bool rightClosed = true;  // a cut point belongs to the bin below it, else to the one above
 
   // Supervised.
   int prebinAbove = 1000;  // distinct values; 0: never
-  int prebins = 1000;
+  int prebins = 1000;      // bins that such an attribute is cut into first; from 2 up
   double smallBins = 0.0;  // share of a neighbour's weight, 0 to 1
 
   // Equal-frequency.
-  int bins = 10;
+  int bins = 10;  // from 2 up
 };
 
 }  // namespace MCBinModel

@@ -11,14 +11,15 @@ namespace MCBinModel {
 struct MissingDefinition {
   // Closed; an open end is the largest finite double with its sign.
   struct Interval {
-    double low;
-    double high;
+    double low;   // the smallest missing value
+    double high;  // the largest one; not below `low`
   };
 
-  std::vector<double> numbers;
-  std::optional<Interval> interval;
-  std::vector<std::string> texts;
+  std::vector<double> numbers;       // each of these is missing
+  std::optional<Interval> interval;  // and everything in here
+  std::vector<std::string> texts;    // compared byte by byte
 
+  // Whether nothing is missing but what is no value at all.
   bool IsEmpty() const { return numbers.empty() && !interval && texts.empty(); }
 };
 

@@ -2,15 +2,16 @@
 
 #include <stdexcept>
 #include <string>
-#include <utility>
+
+#include "binmodelexport.h"
 
 namespace MCBinModel {
 
 // Why something was refused. A front end that knows more than the reason says, such as the name
 // of an option that helps, words these in its own way.
 //
-// Behind each code stands what Refusal::GetSubject() and GetDetail() are; nothing stands where
-// both are empty.
+// Behind each code stands what Refusal::GetSubject() and GetDetail() are; where nothing is said
+// of one of them, it is empty.
 enum class RefusalCode {
   kInput,  // what was read makes no sense, or cannot be read; the reason says all
 
@@ -47,8 +48,8 @@ enum class RefusalCode {
   kNoInfinity,        // subject: a dialect of SQL that cannot say an infinite weight of evidence
 };
 
-// Input was refused, or a run failed.
-class Refusal : public std::runtime_error {
+// Input was refused, or a run failed. The one exception of this library, but for std::bad_alloc.
+class MCBINMODEL_API Refusal : public std::runtime_error {
  public:
   // Where it is and what it is about; empty where that says nothing.
   struct About {
@@ -57,13 +58,16 @@ class Refusal : public std::runtime_error {
     std::string detail;   // a text that was found there
   };
 
-  explicit Refusal(const std::string& reason) : Refusal(RefusalCode::kInput, {}, reason) {}
-  Refusal(RefusalCode code, About about, const std::string& reason)
-      : std::runtime_error(about.place.empty() ? reason : about.place + ": " + reason),
-        fCode(code),
-        fAbout(std::move(about)),
-        fReason(reason) {}
+  // The reason alone, with RefusalCode::kInput; or all of it.
+  explicit Refusal(const std::string& reason);
+  Refusal(RefusalCode code, About about, const std::string& reason);
 
+  // Copies share the words of what().
+  Refusal(const Refusal& other);
+  Refusal& operator=(const Refusal& other);
+  ~Refusal() override;
+
+  // Which rule was broken, where, by what.
   RefusalCode GetCode() const { return fCode; }
   const std::string& GetPlace() const { return fAbout.place; }
   const std::string& GetSubject() const { return fAbout.subject; }

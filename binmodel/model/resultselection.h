@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "binmodel/model/binmodel.h"
+#include "binmodel.h"
+#include "binmodelexport.h"
 
 namespace MCBinModel {
 
@@ -15,17 +16,18 @@ namespace MCBinModel {
 //
 // Throws Refusal for a target that the model does not have, when there are several and none is
 // named, and when no result is left.
-std::vector<std::size_t> SelectResults(const BinModel& model,
-                                       const std::optional<std::string>& target,
-                                       const std::string& place = {});
+MCBINMODEL_API std::vector<std::size_t> SelectResults(const BinModel& model,
+                                                      const std::optional<std::string>& target,
+                                                      const std::string& place = {});
 
 // Of these results, those that ended in an error and have no bins: a value cannot be given a
 // bin, which is something else than a value that is missing. Throws Refusal when all of them did.
-std::vector<std::size_t> FindFailedResults(const BinModel& model,
-                                           const std::vector<std::size_t>& results,
-                                           const std::string& place = {});
+MCBINMODEL_API std::vector<std::size_t> FindFailedResults(const BinModel& model,
+                                                          const std::vector<std::size_t>& results,
+                                                          const std::string& place = {});
 
 // Says so in one line, with the names of the attributes; requires at least one result.
-std::string DescribeFailedResults(const BinModel& model, const std::vector<std::size_t>& failed);
+MCBINMODEL_API std::string DescribeFailedResults(const BinModel& model,
+                                                 const std::vector<std::size_t>& failed);
 
 }  // namespace MCBinModel

@@ -1,15 +1,17 @@
 #pragma once
 
+#include <mcbinning/common/mcstatus.h>
+
 #include <string>
 
-#include "common/mcstatus.h"
+#include "binmodelexport.h"
 
 namespace MCBinModel {
 
 // A status in words: "ok", or a phrase such as "no cut point separates the classes".
-std::string DescribeStatus(const MCBinning::MCStatus& status);
+MCBINMODEL_API std::string DescribeStatus(const MCBinning::MCStatus& status);
 
 // "ok", "warning" or "error".
-const char* DescribeSeverity(const MCBinning::MCStatus& status);
+MCBINMODEL_API const char* DescribeSeverity(const MCBinning::MCStatus& status);
 
 }  // namespace MCBinModel

@@ -5,10 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "binmodel/model/missingdefinition.h"
+#include "binmodelexport.h"
+#include "missingdefinition.h"
 
 namespace MCBinModel {
 
+// What the values of a variable are: numbers to be cut, or categories that are numbers or texts.
 enum class VariableKind { kContinuous, kNumericCategorical, kStringCategorical };
 
 // The kinds in bin files, in the order of VariableKind.
@@ -18,14 +20,15 @@ constexpr std::array<const char*, 3> kKindNames = {"continuous", "numeric-catego
 // A categorical variable has no more categories than this.
 constexpr std::size_t kMostCategories = 256;
 
-// What a result needs to know about an attribute or a target.
-struct VariableInfo {
-  std::string name;
-  VariableKind kind = VariableKind::kContinuous;
-  MissingDefinition missing;
+// An attribute or a target, as a result needs to know it.
+struct MCBINMODEL_API VariableInfo {
+  std::string name;  // not empty, and no other variable of the model has it
+  VariableKind kind = VariableKind::kContinuous;  // decides which of the lists below is used
+  MissingDefinition missing;                      // of this kind
   std::vector<double> numbers;     // categories in code order, of a numeric categorical variable
   std::vector<std::string> texts;  // categories in code order, of a string categorical variable
 
+  // Whether it has categories, and how many; 0 of a continuous variable.
   bool IsCategorical() const { return kind != VariableKind::kContinuous; }
   std::size_t GetCategoryCount() const;
 

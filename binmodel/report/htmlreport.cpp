@@ -14,6 +14,7 @@
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/escape.h"
 #include "binmodel/text/number.h"
+#include "version.h"
 
 namespace MCBinModel {
 
@@ -57,7 +58,7 @@ class HtmlReport {
         "<meta http-equiv=\"Content-Security-Policy\" "
         "content=\"default-src 'none'; style-src 'unsafe-inline'\"/>\n"
         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"/>\n"
-        "<meta name=\"generator\" content=\"mcbin " MCBINNING_VERSION
+        "<meta name=\"generator\" content=\"mcbin " MCBINNING_VERSION_STRING
         "\"/>\n"
         "<title>{}</title>\n<style>{}</style>\n</head>\n<body>\n<h1>{}</h1>\n"
         // What the bars of missing cases are filled with.

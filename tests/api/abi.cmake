@@ -21,7 +21,7 @@ execute_process(
 
 # The same text from every checkout and build folder.
 file(READ ${ACTUAL}.abi description)
-string(REGEX REPLACE " path='[^']*/(src/[^']*)'" " path='\\1'" description "${description}")
+string(REGEX REPLACE " path='[^']*/((src|binmodel)/[^']*)'" " path='\\1'" description "${description}")
 file(WRITE ${ACTUAL}.abi "${description}")
 
 execute_process(COMMAND ${ABIDIFF} ${EXPECTED}.abi ${ACTUAL}.abi RESULT_VARIABLE difference)

@@ -7,7 +7,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/../support/requiretools.cmake)
 
 mcbinning_require_tools("clang++" "clang" CLANG)
 
-file(GLOB_RECURSE headers RELATIVE ${HEADERS} ${HEADERS}/mcbinning/*.h)
+file(GLOB_RECURSE headers RELATIVE ${HEADERS} ${HEADERS}/mcbin*/*.h)
 list(LENGTH headers count)
 foreach(header IN LISTS headers)
   execute_process(
