@@ -6,6 +6,7 @@
 #include <mcbinning/mcbinning.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <exception>
 #include <filesystem>
@@ -19,24 +20,51 @@
 namespace {
 
 constexpr const char* kNames[] = {"x", "y", "z"};
+constexpr int kRecordCount = 4000;
 
 // begin progress
+// Tells the phase, how much of it is done and how long the rest of it will take.
 class ConsoleProgress : public ProgressListener {
  public:
-  // The index counts records up; then it drops to that of the first attribute that is binned.
-  void ReportProgress(ProgressReport& report) override {
-    const int index = report.DiscreteMeasure("IndexVar");
-    if (index <= fLastIndex) fAreRecordsRead = true;
-    fLastIndex = index;
-    std::cout << (fAreRecordsRead ? "variable " : "record ") << index << " after "
-              << report.ScaleMeasure("elapsedTime") << " s\n";
+  using Clock = std::chrono::steady_clock;
+
+  // Writes a line every `interval` at most; only the host knows how many records it has.
+  ConsoleProgress(Clock::duration interval, double recordCount)
+      : fInterval(interval), fRecordCount(recordCount) {}
+
+  // To be called before the run.
+  void Follow(const IBINAlgorithm& binning) {
+    fBinning = &binning;
+    fLastReport = Clock::now();
   }
 
-  bool AreRecordsRead() const { return fAreRecordsRead; }
+  void ReportProgress(ProgressReport& /*report*/) override {
+    const MCBinning::RunReport& run = MCBinning::GetRunReport(*fBinning);
+    const Clock::time_point now = Clock::now();
+    if (run.phase != fPhase) fPhaseStart = fLastReport;
+    fPhase = run.phase;
+    fLastReport = now;
+    if (now - fLastLine < fInterval) return;
+
+    fLastLine = now;
+    const bool areRead = AreRecordsRead();
+    const double all = areRead ? static_cast<double>(run.attributeCount) : fRecordCount;
+    const auto done = static_cast<double>(areRead ? run.attributesDone : run.recordsRead);
+    const std::chrono::duration<double> spent = now - fPhaseStart;
+    std::cout << (areRead ? "variable " : "record ") << done << " of " << all
+              << ", to go: " << spent.count() / done * (all - done) << " s\n";
+  }
+
+  bool AreRecordsRead() const { return fPhase == MCBinning::RunPhase::kBinning; }
 
  private:
-  int fLastIndex = 0;
-  bool fAreRecordsRead = false;
+  Clock::duration fInterval;
+  double fRecordCount;
+  const IBINAlgorithm* fBinning = nullptr;
+  MCBinning::RunPhase fPhase = MCBinning::RunPhase::kNotStarted;
+  Clock::time_point fPhaseStart;
+  Clock::time_point fLastReport;
+  Clock::time_point fLastLine;
 };
 // end progress
 
@@ -54,7 +82,8 @@ class StopButton : public MCQueryCancel {
 // Stands for somebody who has seen enough when the first attribute is binned.
 class ImpatientUser : public ConsoleProgress {
  public:
-  explicit ImpatientUser(StopButton& stop) : fStop(stop) {}
+  explicit ImpatientUser(StopButton& stop)
+      : ConsoleProgress(std::chrono::seconds(0), kRecordCount), fStop(stop) {}
 
   void ReportProgress(ProgressReport& report) override {
     ConsoleProgress::ReportProgress(report);
@@ -70,13 +99,13 @@ std::ptrdiff_t CountFiles(const WorkDirectory& directory) {
 }
 
 // Three attributes and a target; what comes of a run goes to standard output.
-void Run(ProgressListener& progress, StopButton& stop) {
+void Run(ConsoleProgress& progress, StopButton& stop) {
   BINVarList variables;
   for (const char* name : kNames) variables.AddContVar(name, "", IBINVariable::RoleAttribute);
   const int target =
       variables.AddCatVar("class", "", std::vector<double>{0.0, 1.0}, IBINVariable::RoleTarget);
   MCCommon::InMemoryRecordIterator records;
-  for (int i = 0; i < 4000; ++i) {
+  for (int i = 0; i < kRecordCount; ++i) {
     records.Add({1.0 * i, i % 100 * 1.0, i % 7 * 1.0, i < 2000 ? 0.0 : 1.0});
   }
 
@@ -93,6 +122,7 @@ void Run(ProgressListener& progress, StopButton& stop) {
 
   BINFactory factory;
   std::unique_ptr<IBINAlgorithm> binning(factory.CreateBINAlgorithm(settings, variables));
+  if (binning) progress.Follow(*binning);
   const MCBinning::MCStatus status =
       binning ? binning->CreateBins(records, nullptr, nullptr) : factory.GetStatus();
   std::cout << (status.IsError() ? "ended with error " : "done with status ")
@@ -117,7 +147,8 @@ void Run(ProgressListener& progress, StopButton& stop) {
 int main() {
   try {
     StopButton neverPressed;
-    ConsoleProgress progress;
+    // Every report, for the sake of this short run; std::chrono::seconds(1) is what people like.
+    ConsoleProgress progress(std::chrono::seconds(0), kRecordCount);
     Run(progress, neverPressed);
 
     std::cout << "\nand now with a user who stops it\n";

@@ -53,6 +53,17 @@ bool RunSupervised() {
   }
   const MCBinning::MCStatus status = algorithm->CreateBins(records, nullptr, nullptr);
   // end supervised
+
+  // begin explain
+  const MCBinning::RunReport& report = MCBinning::GetRunReport(*algorithm);
+  std::cout << MCBinning::Describe(status, algorithm->GetVarList()) << "; " << report.recordsStored
+            << " of " << report.recordsRead << " records stored\n";
+  if (report.isHostException) std::cout << "we have thrown: " << report.exceptionText << '\n';
+  for (const MCBinning::RefusedCode& refused : report.refusedCodes) {
+    std::cout << "record " << refused.record << " has code " << refused.code << " for "
+              << algorithm->GetVarList().GetVarAt(refused.variable)->GetVariableName() << '\n';
+  }
+  // end explain
   if (status.IsError()) return false;
 
   // begin results

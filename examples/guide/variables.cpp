@@ -40,7 +40,8 @@ int main() {
   // begin valid
   std::vector<int> oneCategory;
   std::vector<int> noCategory;
-  const bool canBeBinned = variables.IsValidList(oneCategory, noCategory);
+  const bool canBeBinned = variables.IsValidList(oneCategory, noCategory) &&
+                           variables.FindRoleConflict() < 0;  // else the index of that variable
   // end valid
 
   const bool asSaid = high == 1.0 && unknown == -1.0 && typo == -1.0 && name == "high";

@@ -60,7 +60,8 @@ BINAlgorithm::BINAlgorithm(BINSettings& settings, BINVarList& varList)
       fCancel(settings.GetCancelPointer()),
       fTargetIndex(fVarList.GetTargetIndex()),
       fWeightIndex(fVarList.GetWeightIndex()),
-      fTuples(nullptr) {}
+      fTuples(nullptr),
+      fReport(std::make_unique<MCBinning::RunReport>()) {}
 
 BINAlgorithm::~BINAlgorithm() = default;
 
@@ -125,6 +126,10 @@ bool BINAlgorithm::CheckVariableIndices(const std::vector<int>* attributes,
 MCStatus BINAlgorithm::DoCreateBins(const std::vector<int>* attributes,
                                     const std::vector<int>* targets) {
   MCStatus result;
+  fReport->attributeCount =
+      attributes != nullptr
+          ? RunFrame::CountOK(fPairStatuses)
+          : static_cast<unsigned long>(fVarList.Size() - (fTargetIndex >= 0) - (fWeightIndex >= 0));
   MCBinning::RunProgress progress(fSettings.GetProgressListener(),
                                   fSettings.GetNSkippedAttReports());
   const auto runPair = [&](int attribute, int target) {

@@ -21,7 +21,8 @@ class BINEFPreProcess;
 
 namespace MCBinning {
 class RunFrame;
-}
+struct RunReport;
+}  // namespace MCBinning
 
 // Supervised binning: recursive partitioning by class entropy, stopped by the minimum
 // description length principle (Fayyad and Irani, "Multi-interval discretization of
@@ -122,4 +123,5 @@ class MCBINNING_API BINAlgorithm : public IBINAlgorithm {
   // Keeps the layout; null, as cases are read where the data set keeps them.
   [[maybe_unused]] std::vector<BINDataTuple>* fTuples;
   BINOutput fResults;
+  std::unique_ptr<MCBinning::RunReport> fReport;
 };

@@ -39,7 +39,8 @@ EFBINAlgorithm::EFBINAlgorithm(EFBINSettings& settings, BINVarList& varList)
       fVarList(varList),
       fCancel(settings.GetCancelPointer()),
       fWeightIndex(fVarList.GetWeightIndex()),
-      fTuples(nullptr) {}
+      fTuples(nullptr),
+      fReport(std::make_unique<MCBinning::RunReport>()) {}
 
 EFBINAlgorithm::~EFBINAlgorithm() = default;
 
@@ -88,6 +89,9 @@ bool EFBINAlgorithm::CheckVariableIndices(const std::vector<int>* attributes,
 
 MCStatus EFBINAlgorithm::DoCreateBins(const std::vector<int>* attributes) {
   MCStatus result;
+  fReport->attributeCount = attributes != nullptr
+                                ? RunFrame::CountOK(fAttributeStatuses)
+                                : static_cast<unsigned long>(fVarList.Size() - (fWeightIndex >= 0));
   MCBinning::RunProgress progress(fSettings.GetProgressListener(),
                                   fSettings.GetNSkippedAttReports());
   const auto runAttribute = [&](int attribute) {

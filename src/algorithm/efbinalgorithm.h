@@ -20,7 +20,8 @@ class BINEFPreProcess;
 
 namespace MCBinning {
 class RunFrame;
-}
+struct RunReport;
+}  // namespace MCBinning
 
 // Equal-frequency binning; BINEFPreProcess says how the cut points are found. Hosts get it
 // from EFBINFactory.
@@ -68,4 +69,5 @@ class MCBINNING_API EFBINAlgorithm : public IEFBINAlgorithm {
   [[maybe_unused]] std::vector<EFBINDataTuple>*
       fTuples;  // null: cases are read where the data set keeps them
   EFBINOutput fResults;
+  std::unique_ptr<MCBinning::RunReport> fReport;
 };

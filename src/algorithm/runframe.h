@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -11,6 +12,7 @@
 #include "common/displayframe.h"
 #include "common/guard.h"
 #include "common/mcstatus.h"
+#include "common/runreport.h"
 #include "common/statuscodes.h"
 #include "host/recorditerator.h"
 #include "metadata/bindatapreparator.h"
@@ -31,7 +33,12 @@ class RunFrame {
   static MCStatus CreateBins(Algorithm& algorithm, MCCommon::RecordIterator& records,
                              std::optional<unsigned int> distinctThreshold, StatusCode refusal,
                              const CheckIndices& checkIndices, const Run& run) {
-    return Guard([&]() -> MCStatus {
+    RunReport& report = *algorithm.fReport;
+    report.phase = RunPhase::kNotStarted;
+    report.attributeCount = report.attributesDone = 0;
+    report.isHostException = false;
+    report.exceptionText.clear();
+    const auto wholeRun = [&]() -> MCStatus {
       algorithm.fNumberOfBins = algorithm.fSettings.GetNumberOfBins();
       if (algorithm.fNumberOfBins <= 0) return Error(StatusCode::kNumberOfBinsNotSet);
       if (!checkIndices()) return Error(refusal);
@@ -42,12 +49,27 @@ class RunFrame {
         if (result.IsError()) return result;
         algorithm.fPreProcess = std::make_unique<BINEFPreProcess>(algorithm.fNumberOfBins,
                                                                   algorithm.fRightBorderClosed);
+        report.phase = RunPhase::kBinning;
         result = run();
         algorithm.fPreProcess.reset();
       }
       if (!algorithm.fStatus.IsOK()) result = Warning(StatusCode::kSomeResultNotOK);
       return UnlessCancelled(algorithm, result);
-    });
+    };
+    const MCStatus status = Guard(wholeRun, &report);
+    report.isCancelled = algorithm.fCancel.WasCancelled();
+    if (!status.IsError()) report.phase = RunPhase::kFinished;
+    return status;
+  }
+
+  static unsigned long CountOK(const std::vector<MCStatus>& statuses) {
+    return static_cast<unsigned long>(std::count_if(
+        statuses.begin(), statuses.end(), [](const MCStatus& status) { return status.IsOK(); }));
+  }
+
+  template <typename Algorithm>
+  static const RunReport& ReportOf(const Algorithm& algorithm) {
+    return *algorithm.fReport;
   }
 
   // One attribute: `bin` loads, bins and stores it.
@@ -57,6 +79,7 @@ class RunFrame {
     if (!algorithm.fCancel.IsCancel()) {
       result = bin();
       if (!result.IsOK()) algorithm.fStatus = result;
+      ++algorithm.fReport->attributesDone;
     }
     return UnlessCancelled(algorithm, result);
   }
@@ -123,12 +146,15 @@ class RunFrame {
     if (algorithm.fPreparator && algorithm.fPreparator->IsComplete()) return MCStatus();
     algorithm.fDataSet.reset();
     algorithm.fPreparator.reset();
+    *algorithm.fReport = RunReport();
+    algorithm.fReport->phase = RunPhase::kReading;
     if (!records.HasMore()) return Error(StatusCode::kNoData);
 
     auto& settings = algorithm.fSettings;
     auto preparator = std::make_unique<BINDataPreparator>(
         algorithm.fVarList, algorithm.fCancel, settings.GetTempDirName(),
         settings.GetProgressListener(), settings.GetNSkippedCasesReports());
+    preparator->ReportTo(*algorithm.fReport);
     auto dataSet = std::make_unique<BINDataSet>(records, *preparator);
     if (distinctThreshold) dataSet->SetThresholdDistinct(*distinctThreshold);
     const MCStatus result = dataSet->HandleDataFile();

@@ -27,6 +27,9 @@ class MCBINNING_API BINCancelInfo {
   // Whether the run is cancelled; asks the query, once, unless it already is.
   bool IsCancel();
 
+  // The same without asking the query.
+  bool WasCancelled() const { return fCancelled.load(std::memory_order_relaxed); }
+
   // Writes a readable dump, in the stream's own formatting.
   std::ostream& Display(std::ostream& os) const;
 

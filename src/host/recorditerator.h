@@ -19,8 +19,8 @@ class MCRECORDS_API RecordIterator {
 
   // The next record, or null for a record that is to be passed over. The record stays
   // the iterator's and must live until the next call. Position i holds the value of the
-  // variable with index i in the variable list; a record with fewer positions than the list
-  // has variables must not be given, which is not checked.
+  // variable with index i in the variable list. A record with fewer positions than the list has
+  // variables ends the run with error 120003; a record must not change its size.
   virtual const Record* Next() = 0;
 };
 

@@ -13,6 +13,7 @@
 #include "common/exactarithmetic.h"
 #include "common/guard.h"
 #include "common/progresslistener.h"
+#include "common/runreport.h"
 #include "common/statuscodes.h"
 #include "common/stopwatch.h"
 #include "metadata/binroundencoder.h"
@@ -26,6 +27,7 @@ using MCBinning::Guard;
 using MCBinning::MCStatus;
 using MCBinning::RecordBuffer;
 using MCBinning::RecordPreparer;
+using MCBinning::RunReport;
 using MCBinning::StatusCode;
 using MCBinning::StatusError;
 using MCBinning::TempFiles;
@@ -66,7 +68,9 @@ BINDataPreparator::BINDataPreparator(BINVarList& variables, BINCancelInfo& cance
       fStoredRecords(0),
       fHasWeight(variables.GetWeightIndex() >= 0 ? 1 : 0),
       fHasTarget(variables.GetTargetIndex() >= 0 ? 1 : 0),
-      fIsComplete(true) {
+      fIsComplete(true),
+      fOwnReport(std::make_unique<RunReport>()),
+      fReport(nullptr) {
   fProcRecSize = fNumAttributes + static_cast<unsigned int>(fHasTarget + fHasWeight);
   // A list that names no file for some variable is refused later; until then every position
   // that one of its variables leads to exists.
@@ -75,10 +79,16 @@ BINDataPreparator::BINDataPreparator(BINVarList& variables, BINCancelInfo& cance
   fUsable.assign(fileCount, true);
   fBuffer = std::make_unique<RecordBuffer>(fCache, fOrigRecSize);
   fPreparer = std::make_unique<RecordPreparer>(variables, fLargestCode, fUsable, *fBuffer);
+  ReportTo(*fOwnReport);
   for (int index = 0; index < variables.Size(); ++index) MapVariable(index);
 }
 
 BINDataPreparator::~BINDataPreparator() = default;
+
+void BINDataPreparator::ReportTo(RunReport& report) {
+  fReport = &report;
+  fPreparer->ReportTo(report);
+}
 
 void BINDataPreparator::MapVariable(int index) {
   const IBINVariable& variable = *std::as_const(fVarList).GetVarAt(index);
@@ -125,12 +135,13 @@ void BINDataPreparator::CheckRoles() const {
 }
 
 MCStatus BINDataPreparator::ProcessSource(MCCommon::RecordIterator& source) {
-  return Guard([&]() -> MCStatus {
-    fStatus = Guard([&] {
+  const auto wholePass = [&]() -> MCStatus {
+    const auto setUp = [&] {
       NameFiles();
       CheckRoles();
       return MCStatus();
-    });
+    };
+    fStatus = Guard(setUp, fReport);
     if (!fStatus.IsOK()) return fStatus;
 
     ReadRecords(source);
@@ -140,7 +151,8 @@ MCStatus BINDataPreparator::ProcessSource(MCCommon::RecordIterator& source) {
     if (fCancel.IsCancel()) return fStatus = Error(StatusCode::kCancelled);
     MarkUndeclaredCategories();
     return fStatus;
-  });
+  };
+  return Guard(wholePass, fReport);
 }
 
 void BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
@@ -149,16 +161,23 @@ void BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
   unsigned int recordsRead = 0;
   auto countdown = static_cast<unsigned int>(fProgressInterval);
   MCStatus warning;  // its lasting effect is that the variable is not usable
+  const MCCommon::Record* lastSeen = nullptr;
 
   while (source.HasMore() && !fCancel.IsCancel()) {
     const MCCommon::Record* const record = source.Next();
-    if (record != nullptr) {
+    ++fReport->recordsRead;
+    if (record == nullptr) {
+      ++fReport->nullRecords;
+    } else {
       ++recordsRead;
+      // A record keeps its size, and most iterators have one record.
+      if (record != lastSeen) RequireWhole(*record);
+      lastSeen = record;
       fSkipRecord = !fPreparer->Prepare(*record, fBuffer->GetNextSlots(), warning);
       if (!fSkipRecord) {
         fBuffer->Store();
         if (fBuffer->IsFull()) fBuffer->Transfer(*fFiles);
-        ++fStoredRecords;
+        fReport->recordsStored = ++fStoredRecords;
       }
     }
     if (fProgressListener != nullptr && --countdown == 0) {
@@ -167,6 +186,15 @@ void BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
       countdown = static_cast<unsigned int>(fProgressInterval);
     }
   }
+}
+
+// Datum 1 is the first variable that the record has no value for.
+void BINDataPreparator::RequireWhole(const MCCommon::Record& record) {
+  if (record.Size() >= fOrigRecSize) return;
+  fReport->shortRecord = fReport->recordsRead;
+  MCStatus status = Error(StatusCode::kInvalidVariableList);
+  status.SetDiscreteDatum(1, static_cast<long>(record.Size()));
+  throw StatusError(status);
 }
 
 // A failure here is no error of the pass: the attributes whose files end short are refused one by
@@ -232,7 +260,7 @@ void BINDataPreparator::NameFiles() {
     fTempDirName += '/';
   }
   RequireFileForEachVariable(fOrigRecSize <= fProcRecSize);
-  fFiles = std::make_unique<TempFiles>(fTempDirName, fFileNames, fOrigRecSize, fCancel);
+  fFiles = std::make_unique<TempFiles>(fTempDirName, fFileNames, fOrigRecSize, fCancel, *fReport);
 }
 
 // Half the capacity will do where memory is short.

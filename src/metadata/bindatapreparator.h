@@ -23,6 +23,7 @@ namespace MCBinning {
 class BinaryRecordIterator;
 class RecordBuffer;
 class RecordPreparer;
+struct RunReport;
 class TempFiles;
 }  // namespace MCBinning
 
@@ -50,6 +51,9 @@ class MCBINNING_API BINDataPreparator {
   BINDataPreparator(const BINDataPreparator&) = delete;
   BINDataPreparator& operator=(const BINDataPreparator&) = delete;
   ~BINDataPreparator();
+
+  // Where to note what happens; stays the caller's, like everything above. To be called first.
+  void ReportTo(MCBinning::RunReport& report);
 
   // The whole pass. Errors: 1 cancelled, 3 out of memory, 120003 the variable list names
   // another variable as target or weight than the one with that role (datum 1 = its index),
@@ -124,6 +128,7 @@ class MCBINNING_API BINDataPreparator {
   void NameFiles();
   void SizeBuffer();
   void ReadRecords(MCCommon::RecordIterator& source);
+  void RequireWhole(const MCCommon::Record& record);
   bool FinishLastTransfer();
   void MarkUndeclaredCategories();
 
@@ -160,4 +165,6 @@ class MCBINNING_API BINDataPreparator {
   std::unique_ptr<MCBinning::RecordPreparer> fPreparer;  // fills the buffer
   std::unique_ptr<MCBinning::TempFiles> fFiles;          // null before SetUpTempFiles()
   bool fIsComplete;
+  std::unique_ptr<MCBinning::RunReport> fOwnReport;  // until the caller has one
+  MCBinning::RunReport* fReport;
 };

@@ -303,6 +303,16 @@ bool BINVarList::IsValidList(std::vector<int>& oneCategoryVars,
   return !hasFewCategories && GetNumAttributeVars() > 0;
 }
 
+int BINVarList::FindRoleConflict() const {
+  for (int i = 0; i < Size(); ++i) {
+    const IBINVariable::VariableRole role = GetVariableRole(i);
+    const bool isSecond = (role == IBINVariable::RoleTarget && i != fTargetIndex) ||
+                          (role == IBINVariable::RoleFrequencyWeight && i != fWeightIndex);
+    if (isSecond || role == IBINVariable::RoleUndefined) return i;
+  }
+  return kNone;
+}
+
 bool BINVarList::CanMergeWith(const BINVarList& other, int& where) const {
   if (Size() != other.Size()) {
     where = std::min(Size(), other.Size());

@@ -143,6 +143,11 @@ class MCBINNING_API BINVarList {
   // of its variables up to date, const as it is.
   bool IsValidList(std::vector<int>& oneCategoryVars, std::vector<int>& noCategoryVars) const;
 
+  // The first variable that has no role, or the target (or weight) role without being the list's
+  // target (or weight): a run with such a list ends the process, so ask before CreateBins(). -1
+  // when there is none.
+  int FindRoleConflict() const;
+
   // Whether both lists describe the same layout of data, so that results of one can stand
   // beside those of the other. If not, `where` is the index of the first variable that
   // differs, or the smaller of the sizes or of the target indexes that differ; otherwise

@@ -14,6 +14,8 @@ class IBINVariable;
 
 namespace MCBinning {
 
+struct RunReport;
+
 // Makes of a record the values that go to the files: the weight rounded, the system-missing value
 // in place of user-missing ones and of no category, category codes checked.
 class RecordPreparer {
@@ -22,6 +24,10 @@ class RecordPreparer {
   // not usable; the buffer is to close it then. All stay the caller's.
   RecordPreparer(const BINVarList& variables, std::vector<int>& largestCodes,
                  std::vector<bool>& usable, RecordBuffer& buffer);
+
+  // Where to note dropped weights and refused codes; stays the caller's. To be called before the
+  // first record.
+  void ReportTo(RunReport& report) { fReport = &report; }
 
   // What is at a position of the record, and the file it goes to. The target's is file 0.
   void SetTarget(std::size_t variable);
@@ -37,6 +43,11 @@ class RecordPreparer {
   bool HasStopped(std::size_t file) const { return fHasStopped[file]; }
 
  private:
+  struct Place {
+    std::size_t variable;
+    std::size_t file;
+  };
+
   struct Attribute {
     std::size_t variable;
     std::size_t file;
@@ -45,7 +56,9 @@ class RecordPreparer {
   };
 
   bool PrepareTarget(double value, double& slot);
-  bool StoreCategory(double value, int code, std::size_t file, double& slot);
+  bool StoreCategory(double value, int code, const Place& place, double& slot);
+  void NoteDropped(double rawWeight);
+  void NoteRefused(double code, std::size_t variable);
   void RefuseTarget(MCStatus& warning) const;
 
   const BINVarList& fVariables;
@@ -53,6 +66,7 @@ class RecordPreparer {
   std::vector<bool>& fUsable;
   RecordBuffer& fBuffer;
   std::vector<bool> fHasStopped;
+  RunReport* fReport = nullptr;
 
   bool fHasTarget = false;
   std::size_t fTargetVariable = 0;

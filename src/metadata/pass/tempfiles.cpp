@@ -3,12 +3,14 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <ctime>
 #include <utility>
 
 #include "common/bincancelinfo.h"
 #include "common/guard.h"
+#include "common/runreport.h"
 #include "common/statuscodes.h"
 
 namespace MCBinning {
@@ -28,10 +30,11 @@ bool IsFreeName(const std::string& name) {
 // Beyond a NUL the system would see nothing of a name, and find the directory itself again and
 // again.
 TempFiles::TempFiles(std::string directory, std::vector<std::string>& names, std::size_t count,
-                     BINCancelInfo& cancel)
+                     BINCancelInfo& cancel, RunReport& report)
     : fDirectory(std::move(directory)),
       fNames(names),
       fCancel(cancel),
+      fReport(report),
       fNameCounter(static_cast<unsigned long>(std::clock())) {
   if (fDirectory.find('\0') != std::string::npos) throw StatusError(StatusCode::kTempFileFailed);
   for (std::size_t file = 0; file < count; ++file) {
@@ -54,10 +57,12 @@ std::string TempFiles::SeekFreeName() {
 
 void TempFiles::Append(std::size_t file, const double* values, std::size_t count) {
   for (;;) {
+    errno = 0;
     switch (fFiles[file].Append(values, count)) {
       case TempFile::AppendResult::kOk:
         return;
       case TempFile::AppendResult::kFailed:
+        NoteFailed(file);
         throw StatusError(StatusCode::kTempFileFailed);
       case TempFile::AppendResult::kNameTaken:
         break;
@@ -66,6 +71,27 @@ void TempFiles::Append(std::size_t file, const double* values, std::size_t count
     fNames[file] = SeekFreeName();
     fFiles[file].SetName(fNames[file]);
   }
+}
+
+std::unique_ptr<BinaryRecordIterator> TempFiles::OpenWhole(std::size_t file,
+                                                           std::uint64_t valueCount) const {
+  errno = 0;
+  auto values = fFiles[file].OpenWhole(valueCount);
+  if (!values) NoteFailed(file);
+  return values;
+}
+
+bool TempFiles::IsWhole(std::size_t file, int descriptor, std::uint64_t valueCount) const {
+  errno = 0;
+  const bool isWhole = fFiles[file].IsWhole(descriptor, valueCount);
+  if (!isWhole) NoteFailed(file);
+  return isWhole;
+}
+
+void TempFiles::NoteFailed(std::size_t file) const {
+  const int systemError = errno;
+  fReport.tempFile = fNames[file];
+  fReport.systemError = systemError;
 }
 
 bool TempFiles::HasAny() const {

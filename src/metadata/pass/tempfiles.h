@@ -13,14 +13,17 @@ class BINCancelInfo;
 
 namespace MCBinning {
 
+struct RunReport;
+
 // The temporary files of a data pass, known by their positions; removed with this object.
 class TempFiles {
  public:
-  // Gives the first `count` of the names each a name that is free in the directory; the names and
-  // `cancel` stay the caller's. Throws StatusError (1 when cancelled while a name is sought,
-  // 120021 for a directory whose name no file's can begin with) and std::bad_alloc.
+  // Gives the first `count` of the names each a name that is free in the directory; the names,
+  // `cancel` and `report` stay the caller's, and a file that fails is noted in the report. Throws
+  // StatusError (1 when cancelled while a name is sought, 120021 for a directory whose name no
+  // file's can begin with) and std::bad_alloc.
   TempFiles(std::string directory, std::vector<std::string>& names, std::size_t count,
-            BINCancelInfo& cancel);
+            BINCancelInfo& cancel, RunReport& report);
 
   std::size_t GetCount() const { return fFiles.size(); }
 
@@ -32,20 +35,17 @@ class TempFiles {
   bool HasAny() const;
 
   // See TempFile.
-  std::unique_ptr<BinaryRecordIterator> OpenWhole(std::size_t file,
-                                                  std::uint64_t valueCount) const {
-    return fFiles[file].OpenWhole(valueCount);
-  }
-  bool IsWhole(std::size_t file, int descriptor, std::uint64_t valueCount) const {
-    return fFiles[file].IsWhole(descriptor, valueCount);
-  }
+  std::unique_ptr<BinaryRecordIterator> OpenWhole(std::size_t file, std::uint64_t valueCount) const;
+  bool IsWhole(std::size_t file, int descriptor, std::uint64_t valueCount) const;
 
  private:
   std::string SeekFreeName();
+  void NoteFailed(std::size_t file) const;
 
   const std::string fDirectory;
   std::vector<std::string>& fNames;
   BINCancelInfo& fCancel;
+  RunReport& fReport;
   std::vector<TempFile> fFiles;
   unsigned long fNameCounter;
 };

@@ -4,16 +4,24 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 // The bins of a small run, as text; who calls it decides by which library.
 inline std::string DescribeBins() {
   BINVarList variables;
   const int value = variables.AddContVar("value", "", IBINVariable::RoleAttribute);
-  const int side = variables.AddCatVar("side", "", 2, IBINVariable::MeasureNumericCategorical,
+  const int side = variables.AddCatVar("side", "", std::vector<std::string>{"left", "right"},
                                        IBINVariable::RoleTarget);
+  // begin encoder
+  IBINEncoder* const encoder = variables.GetEncoderAt(side);
+  if (encoder->GetEncoderType() != IBINVariable::MeasureStringCategorical) return "no strings";
+  auto& sides = static_cast<BINStringEncoder&>(*encoder);
+  // end encoder
   variables.SetMissingInterval(value, 40.0, 49.0);
   MCCommon::InMemoryRecordIterator records;
-  for (int i = 0; i < 100; ++i) records.Add({1.0 * i, i < 60 ? 0.0 : 1.0});
+  for (int i = 0; i < 100; ++i) {
+    records.Add({1.0 * i, static_cast<double>(sides.Encode(i < 60 ? "left" : "right"))});
+  }
 
   BINSettings settings;
   settings.SetNumberOfBins(10);

@@ -41,7 +41,7 @@ set(fromStage -I${STAGE}/include -L${STAGE}/${LIBDIR} -Wl,-rpath,${STAGE}/${LIBD
 run(${compile} -rdynamic ${here}/host.cpp -o ${DIRECTORY}/host ${fromStage} -lmcbinning -lmcrecords
     -ldl)
 set(archive ${STAGE}/${LIBDIR}/libmcbinning.a)
-run(${compile} ${shared} -DMCBINNING_STATIC ${here}/plugin.cpp -o ${DIRECTORY}/static.so ${fromStage}
+run(${compile} ${shared} -fno-rtti -fno-exceptions -DMCBINNING_STATIC ${here}/plugin.cpp -o ${DIRECTORY}/static.so ${fromStage}
     ${archive} -lmcrecords)
 run(${DIRECTORY}/host ${DIRECTORY}/build/later.so ${DIRECTORY}/static.so)
 
