@@ -13,5 +13,4 @@
 #include "model/missingdefinition.h"
 #include "model/refusal.h"
 #include "model/resultselection.h"
-#include "model/statustext.h"
 #include "model/variableinfo.h"

@@ -4,7 +4,8 @@
 #include <utility>
 
 #include "binmodel/file/jsonprinter.h"
-#include "binmodel/model/statustext.h"
+#include "binmodel/model/severity.h"
+#include "metadata/describe.h"
 #include "version.h"
 
 namespace MCBinModel {
@@ -75,7 +76,7 @@ ordered_json MakeResult(const BinModel& model, const AttributeBins& bins) {
   if (bins.target) object["target"] = model.GetTarget(bins)->name;
   object["status"] = {{"code", bins.status.GetErrorCode()},
                       {"severity", DescribeSeverity(bins.status)},
-                      {"text", DescribeStatus(bins.status)}};
+                      {"text", MCBinning::Describe(bins.status)}};
   object["cut_points"] = bins.cutPoints;
   object["bin_weights"] = bins.binWeights;
   if (bins.target) object["class_weights"] = bins.classWeights;

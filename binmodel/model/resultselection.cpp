@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 
 #include "binmodel/model/refusal.h"
-#include "binmodel/model/statustext.h"
 #include "binmodel/text/displaytext.h"
+#include "metadata/describe.h"
 
 namespace MCBinModel {
 
@@ -63,7 +63,7 @@ std::vector<std::size_t> FindFailedResults(const BinModel& model,
     if (bins.status.IsError() && bins.binWeights.empty()) failed.push_back(index);
   }
   if (!failed.empty() && failed.size() == results.size()) {
-    const std::string reason = DescribeStatus(model.results[failed.front()].status);
+    const std::string reason = MCBinning::Describe(model.results[failed.front()].status);
     throw Refusal(RefusalCode::kNoBins, {place, "", reason},
                   "no attribute has bins, the run ended in an error: " + reason);
   }
@@ -77,7 +77,7 @@ std::string DescribeFailedResults(const BinModel& model, const std::vector<std::
     if (names.size() == kMostNamed) break;
     const AttributeBins& bins = model.results[index];
     names.push_back(fmt::format("{} ({})", QuotedText(model.GetAttribute(bins).name),
-                                DescribeStatus(bins.status)));
+                                MCBinning::Describe(bins.status)));
   }
   return fmt::format("without bins because of an error: {}{}", JoinNames(names),
                      failed.size() > names.size() ? " and more" : "");

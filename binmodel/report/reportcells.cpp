@@ -4,8 +4,9 @@
 
 #include <cmath>
 
-#include "binmodel/model/statustext.h"
+#include "binmodel/model/severity.h"
 #include "binmodel/text/number.h"
+#include "metadata/describe.h"
 
 namespace MCBinModel {
 
@@ -17,7 +18,7 @@ std::string MeasureCell(const std::optional<double>& measure) {
 
 std::string StatusCell(const MCBinning::MCStatus& status) {
   if (status.IsOK()) return "ok";
-  return fmt::format("{}: {} ({})", DescribeSeverity(status), DescribeStatus(status),
+  return fmt::format("{}: {} ({})", DescribeSeverity(status), MCBinning::Describe(status),
                      status.GetErrorCode());
 }
 

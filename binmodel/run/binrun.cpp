@@ -18,13 +18,13 @@
 #include "algorithm/iefbinalgorithm.h"
 #include "binmodel/measure/binstatistics.h"
 #include "binmodel/model/refusal.h"
-#include "binmodel/model/statustext.h"
 #include "binmodel/run/jobs.h"
 #include "binmodel/run/recordblocks.h"
 #include "binmodel/run/runprogress.h"
 #include "binmodel/run/runshare.h"
 #include "binmodel/text/displaytext.h"
 #include "common/missing.h"
+#include "metadata/describe.h"
 #include "output/binoutput.h"
 #include "output/efbinoutput.h"
 
@@ -79,7 +79,7 @@ class Share {
     fJobs.QueryCancel();
     if (fJobs.IsCancelled()) throw Refusal(RefusalCode::kCancelled, {}, "the run was cancelled");
     if (!status.IsError()) return;
-    throw Refusal(fmt::format("binning failed: {} (status {})", DescribeStatus(status),
+    throw Refusal(fmt::format("binning failed: {} (status {})", MCBinning::Describe(status),
                               status.GetErrorCode()));
   }
 

@@ -1,6 +1,7 @@
 // What the documents say about files of this project: quoted code, links, status codes.
 
 #include <gtest/gtest.h>
+#include <mcbinning/metadata/describe.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -113,6 +114,15 @@ TEST(Documents, ListEveryStatusCode) {
   }
   EXPECT_EQ(Matches(ReadFile(kRoot / "docs" / "status-codes.md"), "^\\| (1200\\d\\d) "),
             Matches(source, "\\b(1200\\d\\d)\\b"));
+}
+
+TEST(Documents, HaveTheWordsForEveryStatusCode) {
+  std::set<std::string> sentences;
+  for (int code = 1; code < 120100; ++code) {
+    const std::string sentence = MCBinning::Describe(MCBinning::MCStatus(code, true));
+    if (sentence != "unknown status") sentences.insert(std::to_string(code) + ": " + sentence);
+  }
+  EXPECT_EQ(Matches(ReadFile(kRoot / "docs" / "status-codes.md"), "^- (\\d+: .*)$"), sentences);
 }
 
 }  // namespace
