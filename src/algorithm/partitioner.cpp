@@ -9,7 +9,6 @@
 #include "algorithm/smallbins.h"
 #include "algorithm/sparsesearch.h"
 #include "algorithm/sparsetable.h"
-#include "algorithm/splitbound.h"
 #include "algorithm/splitsearch.h"
 #include "common/statuscodes.h"
 #include "metadata/bindataset.h"
@@ -18,6 +17,14 @@
 
 namespace MCBinning {
 
+namespace {
+
+// With more, a sparse table is faster: a million distinct values of 8 categories take 190 instead
+// of 250 ms.
+constexpr std::size_t kMostDenseCategories = 5;
+
+}  // namespace
+
 Partitioner::Partitioner(BINDataSet& dataSet, bool rightBorderClosed, double smallBinThreshold)
     : fDataSet(dataSet),
       fRightBorderClosed(rightBorderClosed),
@@ -25,7 +32,7 @@ Partitioner::Partitioner(BINDataSet& dataSet, bool rightBorderClosed, double sma
 
 MCStatus Partitioner::UseDistinctValues(Partition& partition) const {
   const std::size_t categoryCount = fDataSet.GetNumOfTargetCategories();
-  if (categoryCount > SplitBound::kMostCategories) {
+  if (categoryCount > kMostDenseCategories) {
     SparseTable table(categoryCount);
     const MCStatus status = table.Fill(fDataSet, fRightBorderClosed);
     if (!status.IsOK()) return status;
