@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <exception>
+#include <limits>
 #include <memory>
 #include <new>
 #include <utility>
@@ -60,6 +61,7 @@ BINDataCache::~BINDataCache() = default;
 
 // Zeros that are not written: large ones are pages that the system makes when they are touched.
 BINDataCache::Data BINDataCache::MakeData(std::size_t size) {
+  if (size > std::numeric_limits<std::ptrdiff_t>::max() / sizeof(double)) throw std::bad_alloc();
   Data data(static_cast<double*>(std::calloc(std::max<std::size_t>(size, 1), sizeof(double))));
   if (!data) throw std::bad_alloc();
   if (size * sizeof(double) >= kSmallPagesFrom) UseSmallPages(data.get(), size * sizeof(double));
