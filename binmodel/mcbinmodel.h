@@ -14,3 +14,4 @@
 #include "model/refusal.h"
 #include "model/resultselection.h"
 #include "model/variableinfo.h"
+#include "run/outputmodel.h"

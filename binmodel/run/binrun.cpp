@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -16,14 +15,13 @@
 #include "algorithm/efbinsettings.h"
 #include "algorithm/ibinalgorithm.h"
 #include "algorithm/iefbinalgorithm.h"
-#include "binmodel/measure/binstatistics.h"
 #include "binmodel/model/refusal.h"
 #include "binmodel/run/jobs.h"
 #include "binmodel/run/recordblocks.h"
+#include "binmodel/run/resultbins.h"
 #include "binmodel/run/runprogress.h"
 #include "binmodel/run/runshare.h"
 #include "binmodel/text/displaytext.h"
-#include "common/missing.h"
 #include "metadata/describe.h"
 #include "output/binoutput.h"
 #include "output/efbinoutput.h"
@@ -92,64 +90,6 @@ class Share {
   JobProgress fJobProgress;
 };
 
-std::optional<double> Known(double value) {
-  return MCMV::IsMissing(value) ? std::nullopt : std::optional<double>(value);
-}
-
-// The midpoint of two values beyond half the largest double is infinite.
-void CheckCutPoints(const std::vector<double>& cutPoints, const VariableInfo& attribute) {
-  const bool finite = std::all_of(cutPoints.begin(), cutPoints.end(),
-                                  [](double cutPoint) { return std::isfinite(cutPoint); });
-  if (finite) return;
-  throw Refusal(
-      fmt::format("column {}: a cut point is beyond the largest double; divide the "
-                  "values, for example by 1000",
-                  QuotedText(attribute.name)));
-}
-
-void CheckWeight(double weight) {
-  if (std::isfinite(weight)) return;
-  throw Refusal(
-      "the weights sum up to more than the largest double; divide them, for example by 1000");
-}
-
-// What the results of both algorithms have.
-template <typename Results>
-AttributeBins TakeCommon(const Results& results) {
-  CheckWeight(results.GetTotalWeightWithMissing());
-  AttributeBins bins{};
-  bins.status = results.GetStatus();
-  bins.cutPoints = results.GetCutPoints();
-  bins.distinctValues = results.GetNDistinctValues();
-  bins.validWeight = results.GetTotalWeight();
-  bins.weightWithMissing = results.GetTotalWeightWithMissing();
-  if (results.GetNDistinctValues() > 0) {
-    bins.minimum = Known(results.GetMinimum());
-    bins.maximum = Known(results.GetMaximum());
-  }
-  return bins;
-}
-
-AttributeBins TakeResults(const BINAttributeTargetResults& results) {
-  AttributeBins bins = TakeCommon(results);
-  for (const std::vector<double>& cells : results.GetCellCounts()) {
-    if (cells.empty()) continue;
-    bins.binWeights.push_back(cells.front());
-    bins.classWeights.emplace_back(cells.begin() + 1, cells.end());
-  }
-  if (!bins.binWeights.empty()) {
-    bins.modelEntropy = Known(results.GetModelEntropy());
-    if (bins.modelEntropy) bins.informationGain = InformationGain(bins);
-  }
-  return bins;
-}
-
-AttributeBins TakeResults(const BINAttributeResults& results) {
-  AttributeBins bins = TakeCommon(results);
-  bins.binWeights = results.GetCellCounts();
-  return bins;
-}
-
 // Puts what it finds at the places of the share's attributes in `results`.
 void RunSupervised(const Run& run, Share& share, std::vector<AttributeBins>& results) {
   const ShareVariables& variables = share.GetVariables();
@@ -182,6 +122,7 @@ void RunSupervised(const Run& run, Share& share, std::vector<AttributeBins>& res
     bins = TakeResults(found);
     bins.attribute = attribute;
     bins.target = target;
+    AddUnseenCategories(bins, run.variables.targets[target]);
   }
 }
 

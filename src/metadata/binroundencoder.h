@@ -21,6 +21,8 @@ class MCBINNING_API BINRoundEncoder : public IBINEncoder {
   BINRoundEncoder(const BINRoundEncoder&) = default;
   BINRoundEncoder& operator=(const BINRoundEncoder&) = default;
 
+  IBINVariable::BINWRoundingOption GetOption() const { return fOption; }
+
   // The rounded weight, or the system-missing value for a weight that is missing, or zero
   // or negative once rounded. The user-missing definition is asked about the raw weight. A
   // NaN comes back as it is.
