@@ -8,7 +8,8 @@
 //   FAILING_CALLS_NUMBER=N   the N-th call fails, the first one is 1; without, none does and all
 //                            are logged, otherwise only those that fail
 //   FAILING_CALLS_ERROR=K    with the K-th of its errors, from 0 on
-//   FAILING_CALLS_ON=1       so does every later call that knows this error
+//   FAILING_CALLS_ON=1       so does every later call that knows this error; a write first does
+//                            half of its work, as on a disk that fills up
 //   FAILING_CALLS_SIGNAL=S   instead of failing, the call comes after this signal
 //
 // Calls that the C library makes itself (a buffered write, a listed directory) are not seen; the
@@ -125,6 +126,7 @@ int FaultOf(const char* name, Subject subject, Errors errors) {
   } else if (number == plan.number) {
     fault = errors[static_cast<std::size_t>(plan.error) % errors.size()];
     if (plan.on && fault != kShort && fault != EINTR) gErrorForGood = fault;
+    if (plan.on && fault == ENOSPC && errors.data() == kWriting) fault = kShort;
   } else if (gErrorForGood != kNone) {
     for (const int error : errors) {
       if (error == gErrorForGood) fault = error;
