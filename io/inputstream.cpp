@@ -36,8 +36,11 @@ char FirstCharacter(std::string_view text) {
 
 InputStream::InputStream(const std::string& path, const char* expected)
     : fName(path == "-" ? "standard input" : MCBinModel::PrintableText(path)) {
-  fFile.Reset(path == "-" ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
-                          : open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  do {  // a named pipe that nobody writes to is waited for
+    Interrupt::ThrowIfRequested();
+    fFile.Reset(path == "-" ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
+                            : open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  } while (!fFile.IsOpen() && errno == EINTR);
   struct stat status = {};
   if (!fFile.IsOpen() || fstat(fFile.Get(), &status) != 0) {
     throw MCBinModel::Refusal(fmt::format("{}: cannot open it: {}", fName, std::strerror(errno)));

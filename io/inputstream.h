@@ -14,7 +14,7 @@ namespace MCBin {
 class InputStream {
  public:
   // Opens `path`; "-" is standard input. `expected` names what should be in it: "a CSV file".
-  // Throws Refusal when there is no such file or it is a directory.
+  // Throws Refusal when there is no such file or it is a directory, and Interrupt::Requested.
   InputStream(const std::string& path, const char* expected);
 
   int Get() const { return fFile.Get(); }

@@ -19,6 +19,7 @@
 
 #include "binmodel/model/refusal.h"
 #include "cli/terminal/resultstream.h"
+#include "io/inputstream.h"
 #include "io/interrupt.h"
 #include "support/libraryfaults.h"
 #include "support/rowname.h"
@@ -105,6 +106,23 @@ TEST(InterruptDeathTest, EndsACallThatBeginsToWaitAfterTheSignal) {
     raise(SIGINT);
     const bool hasEnded = read(ends[0], &byte, 1) < 0 && errno == EINTR;
     std::exit(hasEnded ? 130 : 1);
+  };
+  EXPECT_EXIT(run(), testing::ExitedWithCode(130), "");
+}
+
+TEST(InterruptDeathTest, EndsTheWaitForAWriterToANamedPipe) {
+  const TempDir directory;
+  const std::string pipe = directory.Path() + "/pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const auto run = [&pipe] {
+    signal(SIGINT, SIG_DFL);
+    MCBin::Interrupt::Install();
+    raise(SIGINT);
+    try {
+      const MCBin::InputStream input(pipe, "a file");
+    } catch (const MCBin::Interrupt::Requested&) {
+      std::exit(130);
+    }
   };
   EXPECT_EXIT(run(), testing::ExitedWithCode(130), "");
 }
