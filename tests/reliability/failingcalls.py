@@ -1,9 +1,10 @@
-"""Usage: failingcalls.py LIBRARY PROGRAM EXAMPLES library|bins|others|signals|limits
+"""Usage: failingcalls.py LIBRARY PROGRAM EXAMPLES GROUP
 
 Runs a program again and again with LIBRARY preloaded, which makes one of its system calls fail:
 each call once with every error it may meet, and with every later call failing alike. PROGRAM is
-`mcbin` or, for `library`, the host of the library that stands beside this file. In `signals`, a
-signal comes at each call; in `limits`, files, descriptors or standard streams are out of order.
+`mcbin` or, for the group `library`, the host of the library that stands beside this file. The groups
+`supervised` and `equal-frequency` make bins, `others` is the other commands. In `signals`, a signal
+comes at each call; in `limits`, files, descriptors or standard streams are out of order.
 
 Whatever fails: no crash, no hang, no temporary file that stays, no output that is wrong or torn
 when the program says that all is well, and a word when it does not.
@@ -229,11 +230,13 @@ def few_records(path):
         file.write("a,b,t,w\n" + "".join(f"{i},{i % 5},{'xy'[i // 9]},1\n" for i in range(18)))
 
 
-def bins(jobs, data="few.csv"):
-    """Both methods."""
-    for method in ("supervised --target t --weight w", "equal-frequency --bins 3"):
-        yield Subject(f"{method} ../{data} --jobs {jobs} --json bins.json --report page.html",
-                      ("bins.json", "page.html"), every_error=data == "few.csv")
+METHODS = {"supervised": "supervised --target t --weight w",
+           "equal-frequency": "equal-frequency --bins 3"}
+
+
+def bins(method, jobs, data="few.csv"):
+    return Subject(f"{METHODS[method]} ../{data} --jobs {jobs} --json bins.json --report page.html",
+                   ("bins.json", "page.html"), every_error=data == "few.csv")
 
 
 def others():
@@ -251,18 +254,19 @@ def others():
 def trials():
     """What is tried on which commands."""
     if GROUP == "library":
-        for method in ("supervised", "equal-frequency"):
+        for method in METHODS:
             for records in (40, 10007):
                 yield (Subject(f"{method} {records} tmp", every_error=records == 40),
                        Subject.fail_calls)
-    if GROUP == "bins":
-        for subject in (*bins(1), *bins(1, "many.csv"), *bins(2, "many.csv")):
-            yield subject, Subject.fail_calls
+    if GROUP in METHODS:
+        for jobs, data in ((1, "few.csv"), (1, "many.csv"), (2, "many.csv")):
+            yield bins(GROUP, jobs, data), Subject.fail_calls
     if GROUP == "others":
         yield from ((subject, Subject.fail_calls) for subject in others())
     if GROUP in ("signals", "limits"):
         what = Subject.send_signals if GROUP == "signals" else Subject.limit
-        yield from ((subject, what) for subject in (*bins(2), *others()))
+        yield from ((bins(method, 2), what) for method in METHODS)
+        yield from ((subject, what) for subject in others())
 
 
 def main():
