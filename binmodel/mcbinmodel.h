@@ -2,6 +2,11 @@
 
 // All that a host needs to keep, read, apply and measure bins.
 
+#include "apply/bincounter.h"
+#include "apply/binvalues.h"
+#include "apply/columnview.h"
+#include "apply/valuecoder.h"
+#include "apply/weightcoder.h"
 #include "file/binfile.h"
 #include "measure/binstatistics.h"
 #include "measure/evidence.h"
@@ -14,4 +19,7 @@
 #include "model/refusal.h"
 #include "model/resultselection.h"
 #include "model/variableinfo.h"
+#include "run/binrun.h"
+#include "run/columnsource.h"
+#include "run/memorycolumns.h"
 #include "run/outputmodel.h"

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
 #include <cstdint>
 #include <variant>
 
@@ -20,9 +21,9 @@ constexpr std::size_t kNoColumn = static_cast<std::size_t>(-1);
 }  // namespace
 
 BinWriter::BinWriter(const MCBinModel::BinModel& model, const std::vector<std::size_t>& results,
-                     const ApplyOptions& options, const ColumnNames& names,
+                     const BinColumns& columns, const ColumnNames& names,
                      const MissingTexts& missingTexts, char delimiter)
-    : fOptions(options),
+    : fOptions(columns),
       fDelimiter(delimiter),
       fRightClosed(model.settings.rightClosed),
       fColumnAt(names.GetCount(), kNoColumn),
@@ -38,13 +39,13 @@ void BinWriter::AddColumn(const MCBinModel::BinModel& model, const MCBinModel::A
   const std::size_t position = names.Find(attribute.name);
   const std::string header = fOptions.replace ? attribute.name : attribute.name + fOptions.suffix;
   if (!fOptions.replace && names.Contains(header)) {
-    throw MCBinModel::Refusal(fmt::format(
-        "there is a column {} already; choose another --suffix, or --replace the column {}",
-        MCBinModel::QuotedText(header), MCBinModel::QuotedText(attribute.name)));
+    throw MCBinModel::Refusal(
+        MCBinModel::RefusalCode::kColumnTaken, {{}, attribute.name, header},
+        fmt::format("there is a column {} already", MCBinModel::QuotedText(header)));
   }
   fColumnAt[position] = fColumns.size();
-  fColumns.push_back({MCBinModel::FieldCoder(attribute, position, missingTexts), bins.cutPoints,
-                      Ready(header), MakeCells(model, bins)});
+  fColumns.push_back({FieldCoder(attribute, position, missingTexts), bins.cutPoints, Ready(header),
+                      MakeCells(model, bins)});
 }
 
 std::vector<std::string> BinWriter::MakeCells(const MCBinModel::BinModel& model,
@@ -71,9 +72,9 @@ std::string BinWriter::Ready(const std::string& text) const {
 }
 
 const std::string& BinWriter::CellOf(Column& column, const CsvReader& reader) const {
-  const std::optional<double> value = column.coder.Code(reader);
-  if (!value) return column.cells.back();
-  return column.cells[MCBinModel::FindBin(column.cutPoints, *value, fRightClosed)];
+  const double value = column.coder.Code(reader);
+  if (std::isnan(value)) return column.cells.back();
+  return column.cells[MCBinModel::FindBin(column.cutPoints, value, fRightClosed)];
 }
 
 template <typename CellText>

@@ -5,15 +5,23 @@
 #include <string>
 #include <vector>
 
-#include "binmodel/apply/fieldcoder.h"
+#include "binmodel/apply/binvalues.h"
 #include "binmodel/model/binmodel.h"
-#include "cli/options/applyoptions.h"
 #include "csv/columnnames.h"
 #include "csv/csvline.h"
 #include "csv/csvreader.h"
+#include "csv/fieldcoder.h"
 #include "csv/missingtexts.h"
 
 namespace MCBin {
+
+// What the columns of bins hold, and what they are called.
+struct BinColumns {
+  MCBinModel::BinForm form = MCBinModel::BinForm::kIndex;
+  std::string suffix = "_bin";  // of a new column's name
+  bool replace = false;         // the attribute's own column, instead of a new one
+  std::string missingText;
+};
 
 // Turns the records of a CSV file into records with bins: a column behind the others for
 // each attribute, or in the place of the attribute's own.
@@ -25,7 +33,7 @@ class BinWriter {
   // Throws Refusal when a column is not in the file, a new one would have the name of
   // another, or weight of evidence is asked for without a target of two classes.
   BinWriter(const MCBinModel::BinModel& model, const std::vector<std::size_t>& results,
-            const ApplyOptions& options, const ColumnNames& names, const MissingTexts& missingTexts,
+            const BinColumns& columns, const ColumnNames& names, const MissingTexts& missingTexts,
             char delimiter);
 
   // The record that the reader is at, the header first. The text lives until the next call.
@@ -37,7 +45,7 @@ class BinWriter {
 
  private:
   struct Column {
-    MCBinModel::FieldCoder coder;
+    FieldCoder coder;
     const std::vector<double>& cutPoints;
     std::string header;              // ready to be written, as the cells
     std::vector<std::string> cells;  // by bin, then the one for missing
@@ -52,7 +60,7 @@ class BinWriter {
   template <typename CellText>
   std::string_view Write(const CsvReader& reader, CellText cellText);
 
-  const ApplyOptions& fOptions;
+  const BinColumns& fOptions;
   const char fDelimiter;
   const bool fRightClosed;
   std::vector<Column> fColumns;

@@ -13,6 +13,8 @@
 
 namespace MCBin {
 
+using MCBinModel::RefusalCode;
+
 namespace {
 
 std::string LowerCase(std::string text) {
@@ -92,19 +94,24 @@ std::size_t ColumnNames::Find(const std::string& name) const {
   if (!name.empty() && found != fNames.end()) {
     return static_cast<std::size_t>(found - fNames.begin());
   }
-  throw MCBinModel::Refusal(fmt::format("{}: there is no column {}; {}", fFileName,
-                                        MCBinModel::QuotedText(name), Suggest(name)));
+  RefuseUnknown(name);
 }
 
-std::string ColumnNames::Suggest(const std::string& name) const {
+void ColumnNames::RefuseUnknown(const std::string& name) const {
+  const std::string unknown = fmt::format("there is no column {}; ", MCBinModel::QuotedText(name));
   if (fNames.size() == 1) {
     for (const char delimiter : {';', '\t', '|', ','}) {
       if (fNames[0].find(delimiter) == std::string::npos) continue;
-      return fmt::format("the header is one column, {}: is --delimiter '{}' missing?",
-                         MCBinModel::QuotedText(fNames[0]),
-                         MCBinModel::PrintableText({&delimiter, 1}));
+      throw MCBinModel::Refusal(
+          RefusalCode::kOtherDelimiter, {fFileName, name, std::string(1, delimiter)},
+          unknown + "the header is one column, " + MCBinModel::QuotedText(fNames[0]));
     }
   }
+  throw MCBinModel::Refusal(RefusalCode::kUnknownColumn, {fFileName, name, {}},
+                            unknown + Suggest(name));
+}
+
+std::string ColumnNames::Suggest(const std::string& name) const {
   constexpr std::size_t kLongestCompared = 100;
   constexpr std::size_t kMostNames = 12;
   std::string near;

@@ -30,6 +30,7 @@ class ColumnNames {
 
  private:
   void CheckDuplicates(const std::string& where) const;
+  [[noreturn]] void RefuseUnknown(const std::string& name) const;
   std::string Suggest(const std::string& name) const;
 
   std::string fFileName;

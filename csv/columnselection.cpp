@@ -4,10 +4,12 @@
 
 #include <map>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
-#include "cli/options/usageerror.h"
 
 namespace MCBin {
+
+using MCBinModel::RefusalCode;
 
 namespace {
 
@@ -23,34 +25,39 @@ const char* Describe(ColumnUse use) {
   return "an attribute";
 }
 
+[[noreturn]] void Refuse(RefusalCode code, const std::string& column, const std::string& problem) {
+  throw MCBinModel::Refusal(code, {{}, column, {}},
+                            fmt::format("column {} {}", MCBinModel::QuotedText(column), problem));
+}
+
 class Selection {
  public:
-  Selection(const ColumnNames& names, const RunOptions& options)
-      : fNames(names), fOptions(options), fKinds(names.GetCount(), KindRequest::kDetect) {
-    for (const std::string& name : options.categorical) SetKind(name, KindRequest::kCategorical);
-    for (const std::string& name : options.continuous) SetKind(name, KindRequest::kContinuous);
-    for (const MissingRequest& definition : options.missing) SetMissing(definition);
+  Selection(const ColumnNames& names, const ColumnChoice& choice)
+      : fNames(names), fChoice(choice), fKinds(names.GetCount(), KindRequest::kDetect) {
+    for (const std::string& name : choice.categorical) SetKind(name, KindRequest::kCategorical);
+    for (const std::string& name : choice.continuous) SetKind(name, KindRequest::kContinuous);
+    for (const MissingRequest& definition : choice.missing) SetMissing(definition);
   }
 
   std::vector<ColumnRequest> Select() {
-    for (const std::string& name : fOptions.targets) AddNamed(name, ColumnUse::kTarget);
-    if (fOptions.weight) AddNamed(*fOptions.weight, ColumnUse::kWeight);
-    for (const std::string& name : fOptions.attributes) AddNamed(name, ColumnUse::kAttribute);
-    if (fOptions.attributes.empty()) AddOthers();
+    for (const std::string& name : fChoice.targets) AddNamed(name, ColumnUse::kTarget);
+    if (fChoice.weight) AddNamed(*fChoice.weight, ColumnUse::kWeight);
+    for (const std::string& name : fChoice.attributes) AddNamed(name, ColumnUse::kAttribute);
+    if (fChoice.attributes.empty()) AddOthers();
     return std::move(fRequests);
   }
 
-  // The columns that an option described but nothing uses.
-  std::vector<std::string> GetNotes() const {
-    std::vector<std::string> notes;
+  // The columns that are described but that nothing uses.
+  std::vector<ColumnNote> GetNotes() const {
+    std::vector<ColumnNote> notes;
     for (std::size_t position = 0; position < fKinds.size(); ++position) {
       const bool described =
           fKinds[position] != KindRequest::kDetect || fMissing.contains(position);
       if (!described || fUses.contains(position)) continue;
+      const std::string& name = fNames.GetName(position);
       notes.push_back(
-          fmt::format("column {} is described by an option but not among "
-                      "--attributes: it is not read",
-                      MCBinModel::QuotedText(fNames.GetName(position))));
+          {ColumnNote::Kind::kNotRead, name,
+           fmt::format("column {} is described but not used", MCBinModel::QuotedText(name))});
     }
     return notes;
   }
@@ -59,8 +66,7 @@ class Selection {
   void SetKind(const std::string& name, KindRequest kind) {
     KindRequest& known = fKinds[fNames.Find(name)];
     if (known != KindRequest::kDetect && known != kind) {
-      throw UsageError(fmt::format("column {} is both --categorical and --continuous",
-                                   MCBinModel::QuotedText(name)));
+      Refuse(RefusalCode::kTwoKinds, name, "is both categorical and continuous");
     }
     known = kind;
   }
@@ -68,8 +74,7 @@ class Selection {
   void SetMissing(const MissingRequest& definition) {
     const bool isNew = fMissing.emplace(fNames.Find(definition.column), definition).second;
     if (!isNew) {
-      throw UsageError(fmt::format("--missing {}: given twice; join the values with commas",
-                                   MCBinModel::QuotedText(definition.column)));
+      Refuse(RefusalCode::kMissingTwice, definition.column, "has two lists of missing values");
     }
   }
 
@@ -77,21 +82,18 @@ class Selection {
     const std::size_t position = fNames.Find(name);
     const auto [known, isNew] = fUses.emplace(position, use);
     if (!isNew && known->second == use) {
-      throw UsageError(fmt::format("column {} is named twice as {}", MCBinModel::QuotedText(name),
-                                   Describe(use)));
+      Refuse(RefusalCode::kTwoUses, name, fmt::format("is named twice as {}", Describe(use)));
     }
     if (!isNew) {
-      throw UsageError(fmt::format("column {} cannot be {} and {}", MCBinModel::QuotedText(name),
-                                   Describe(known->second), Describe(use)));
+      Refuse(RefusalCode::kTwoUses, name,
+             fmt::format("cannot be {} and {}", Describe(known->second), Describe(use)));
     }
     const KindRequest kind = fKinds[position];
     if (use == ColumnUse::kTarget && kind == KindRequest::kContinuous) {
-      throw UsageError(fmt::format("column {}: a target has categories, it cannot be --continuous",
-                                   MCBinModel::QuotedText(name)));
+      Refuse(RefusalCode::kContinuousTarget, name, "is a target and cannot be continuous");
     }
     if (use == ColumnUse::kWeight && kind == KindRequest::kCategorical) {
-      throw UsageError(fmt::format("column {}: a weight is a number, it cannot be --categorical",
-                                   MCBinModel::QuotedText(name)));
+      Refuse(RefusalCode::kCategoricalWeight, name, "is a weight and cannot be categorical");
     }
     Add(position, use, true);
   }
@@ -111,7 +113,7 @@ class Selection {
   }
 
   const ColumnNames& fNames;
-  const RunOptions& fOptions;
+  const ColumnChoice& fChoice;
   std::vector<KindRequest> fKinds;                 // by position
   std::map<std::size_t, MissingRequest> fMissing;  // by position
   std::map<std::size_t, ColumnUse> fUses;          // by position
@@ -120,9 +122,9 @@ class Selection {
 
 }  // namespace
 
-std::vector<ColumnRequest> SelectColumns(const ColumnNames& names, const RunOptions& options,
-                                         std::vector<std::string>& notes) {
-  Selection selection(names, options);
+std::vector<ColumnRequest> SelectColumns(const ColumnNames& names, const ColumnChoice& choice,
+                                         std::vector<ColumnNote>& notes) {
+  Selection selection(names, choice);
   std::vector<ColumnRequest> requests = selection.Select();
   notes = selection.GetNotes();
   return requests;

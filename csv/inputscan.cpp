@@ -46,10 +46,11 @@ class RecordScan {
   void HandleText(std::size_t i, std::string_view text) {
     const ColumnRequest& request = fRequests[i];
     if (request.kind == KindRequest::kContinuous) {
-      throw MCBinModel::Refusal(fmt::format(
-          "{}: {} in column {} is not a number, but the column is "
-          "--continuous; texts that mean missing go to --na",
-          fReader.Where(), MCBinModel::QuotedText(text), MCBinModel::QuotedText(request.name)));
+      throw MCBinModel::Refusal(
+          MCBinModel::RefusalCode::kTextInContinuousColumn,
+          {fReader.Where(), request.name, std::string(text)},
+          fmt::format("{} in column {} is not a number, but the column is to be continuous",
+                      MCBinModel::QuotedText(text), MCBinModel::QuotedText(request.name)));
     }
     fScan.values->Abandon(i);
   }
@@ -75,18 +76,6 @@ void MakeValueFile(const std::vector<ColumnRequest>& requests, const std::string
   scan.values = std::make_unique<ValueFile>(directory, columnCount);
 }
 
-void CheckRecordsLeft(const std::string& name, const InputScan& scan) {
-  if (scan.recordCount == 0) {
-    throw MCBinModel::Refusal(fmt::format("{}: there is a header but no record", name));
-  }
-  if (scan.dropped.GetTotal() == scan.recordCount) {
-    throw MCBinModel::Refusal(
-        fmt::format("{}: no record has a usable weight: {} missing, {} zero, {} "
-                    "rounded to zero",
-                    name, scan.dropped.missing, scan.dropped.zero, scan.dropped.roundedToZero));
-  }
-}
-
 }  // namespace
 
 InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& requests,
@@ -98,17 +87,25 @@ InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& request
   const auto weight = std::find_if(requests.begin(), requests.end(), [](const ColumnRequest& r) {
     return r.use == ColumnUse::kWeight;
   });
+  MCBinModel::WeightInfo weightInfo;
   std::optional<WeightCheck> weights;
   if (weight != requests.end()) {
-    weights.emplace(*weight, rounding, missingTexts, weight->missing.ForEitherKind());
+    weightInfo = {weight->name, rounding, weight->missing.ForEitherKind()};
+    weights.emplace(weightInfo, weight->position, missingTexts);
   };
 
   RecordScan record(reader, requests, missingTexts, scan);
   RecordPass pass(reader, progress);
   while (pass.Next()) record.Add(!weights || weights->Check(reader));
   scan.recordCount = pass.GetRecordCount();
-  if (weights) scan.dropped = weights->GetDropped();
-  CheckRecordsLeft(reader.GetName(), scan);
+  if (scan.recordCount == 0) {
+    throw MCBinModel::Refusal(MCBinModel::RefusalCode::kNoRecords, {reader.GetName(), {}, {}},
+                              "there is a header but no record");
+  }
+  if (weights) {
+    scan.dropped = weights->GetCoder().GetDropped();
+    weights->GetCoder().CheckRecordsLeft(scan.recordCount, reader.GetName());
+  }
   scan.values->Finish();
   return scan;
 }

@@ -8,12 +8,14 @@
 
 namespace MCBin {
 
+using MCBinModel::RefusalCode;
+
 namespace {
 
 class Builder {
  public:
   Builder(const std::string& fileName, IBINVariable::BINWRoundingOption rounding,
-          std::vector<std::string>& notes)
+          std::vector<ColumnNote>& notes)
       : fFileName(fileName), fRounding(rounding), fNotes(notes) {}
 
   // `column` is that of the value file.
@@ -33,10 +35,9 @@ class Builder {
 
   MCBinModel::RunVariables Finish() {
     if (!fNotNumeric.empty()) {
-      fNotes.push_back(
-          fmt::format("left out because they are not numeric: {}; --categorical NAME "
-                      "bins a column by the codes of its categories",
-                      fNotNumeric));
+      fNotes.push_back({ColumnNote::Kind::kNotNumeric,
+                        {},
+                        "left out because they are not numeric: " + fNotNumeric});
     }
     if (fVariables.attributes.empty()) {
       throw MCBinModel::Refusal(
@@ -47,8 +48,9 @@ class Builder {
   }
 
  private:
-  std::string Where(const ColumnScan::Sighting& sighting) const {
-    return fmt::format("{}:{}", fFileName, sighting.line);
+  MCBinModel::Refusal::About About(const ColumnRequest& request,
+                                   const ColumnScan::Sighting& sighting) const {
+    return {fmt::format("{}:{}", fFileName, sighting.line), request.name, sighting.text};
   }
 
   void AddTarget(const ColumnRequest& request, const ColumnScan& scan, std::size_t column) {
@@ -74,8 +76,9 @@ class Builder {
     if (categorical) {
       CheckCategories(request, scan, "a categorical column has");
       if (scan.GetCategoryCount() < 2) {
-        fNotes.push_back(fmt::format("left out: column {} has fewer than two categories",
-                                     MCBinModel::QuotedText(request.name)));
+        fNotes.push_back({ColumnNote::Kind::kOther, request.name,
+                          fmt::format("left out: column {} has fewer than two categories",
+                                      MCBinModel::QuotedText(request.name))});
         return;
       }
     } else {
@@ -88,11 +91,10 @@ class Builder {
 
   void LeaveOutText(const ColumnRequest& request, const ColumnScan::Sighting& text) {
     if (request.byName) {
-      throw MCBinModel::Refusal(fmt::format(
-          "{}: {} in column {} is not a number; use --na for texts that "
-          "mean missing, or --categorical to bin the column by the codes "
-          "of its categories",
-          Where(text), MCBinModel::QuotedText(text.text), MCBinModel::QuotedText(request.name)));
+      throw MCBinModel::Refusal(
+          RefusalCode::kTextInNamedColumn, About(request, text),
+          fmt::format("{} in column {} is not a number", MCBinModel::QuotedText(text.text),
+                      MCBinModel::QuotedText(request.name)));
     }
     constexpr int kMostNamed = 10;
     if (++fNotNumericCount > kMostNamed) {
@@ -107,11 +109,10 @@ class Builder {
   void CheckFinite(const ColumnRequest& request, const ColumnScan& scan) const {
     const auto& infinite = scan.GetFirstInfinite();
     if (!infinite) return;
-    throw MCBinModel::Refusal(fmt::format(
-        "{}: the number {} in column {} is infinite or too large; read it "
-        "as missing with --na {}, or leave the column out",
-        Where(*infinite), MCBinModel::QuotedText(infinite->text),
-        MCBinModel::QuotedText(request.name), MCBinModel::ElideText(infinite->text, 40)));
+    throw MCBinModel::Refusal(
+        RefusalCode::kInfiniteNumber, About(request, *infinite),
+        fmt::format("the number {} in column {} is infinite or too large",
+                    MCBinModel::QuotedText(infinite->text), MCBinModel::QuotedText(request.name)));
   }
 
   void CheckCategories(const ColumnRequest& request, const ColumnScan& scan,
@@ -126,9 +127,9 @@ class Builder {
                 : fmt::format("at most {} different values, {} is one too many",
                               ColumnScan::kMaxCategories, MCBinModel::QuotedText(beyond->text));
     throw MCBinModel::Refusal(
-        fmt::format("{}: column {}: {} {}; choose another column, or group its values "
-                    "first",
-                    Where(*beyond), MCBinModel::QuotedText(request.name), whatHas, limit));
+        RefusalCode::kTooManyCategories, About(request, *beyond),
+        fmt::format("column {}: {} {}; choose another column, or group its values first",
+                    MCBinModel::QuotedText(request.name), whatHas, limit));
   }
 
   MCBinModel::VariableInfo MakeContinuous(const ColumnRequest& request) const {
@@ -166,7 +167,7 @@ class Builder {
 
   const std::string& fFileName;
   const IBINVariable::BINWRoundingOption fRounding;
-  std::vector<std::string>& fNotes;
+  std::vector<ColumnNote>& fNotes;
   MCBinModel::RunVariables fVariables;
   std::string fNotNumeric;
   int fNotNumericCount = 0;
@@ -178,7 +179,7 @@ MCBinModel::RunVariables MakeInputVariables(const std::string& fileName,
                                             const std::vector<ColumnRequest>& requests,
                                             const InputScan& scan,
                                             IBINVariable::BINWRoundingOption rounding,
-                                            std::vector<std::string>& notes) {
+                                            std::vector<ColumnNote>& notes) {
   Builder builder(fileName, rounding, notes);
   for (std::size_t i = 0; i < requests.size(); ++i) {
     builder.Add(requests[i], scan.columns[i], scan.GetValueColumn(i));

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "binmodel/run/binrun.h"
+#include "csv/columnnote.h"
 #include "csv/columnrequest.h"
 #include "csv/inputscan.h"
 #include "metadata/ibinvariable.h"
@@ -21,6 +22,6 @@ MCBinModel::RunVariables MakeInputVariables(const std::string& fileName,
                                             const std::vector<ColumnRequest>& requests,
                                             const InputScan& scan,
                                             IBINVariable::BINWRoundingOption rounding,
-                                            std::vector<std::string>& notes);
+                                            std::vector<ColumnNote>& notes);
 
 }  // namespace MCBin

@@ -5,7 +5,8 @@
 #include <variant>
 #include <vector>
 
-#include "binmodel/model/binmodel.h"
+#include "../model/binmodel.h"
+#include "../model/binmodelexport.h"
 
 namespace MCBinModel {
 
@@ -17,6 +18,7 @@ using BinValue = std::variant<std::monostate, std::int64_t, double, std::string>
 
 // The values of all bins, from the lowest up. Throws Refusal when weight of evidence is
 // asked for without a target of two classes.
-std::vector<BinValue> MakeBinValues(const BinModel& model, const AttributeBins& bins, BinForm form);
+MCBINMODEL_API std::vector<BinValue> MakeBinValues(const BinModel& model, const AttributeBins& bins,
+                                                   BinForm form);
 
 }  // namespace MCBinModel

@@ -15,7 +15,26 @@ namespace MCBinModel {
 enum class RefusalCode {
   kInput,  // what was read makes no sense, or cannot be read; the reason says all
 
+  // Columns of a file, and what they are to be.
+  kUnknownColumn,      // subject: the column that is not there
+  kOtherDelimiter,     // the same; the header is one column; detail: what may delimit it
+  kColumnTaken,        // subject: an attribute; detail: the name of its bins, which is taken
+  kTwoKinds,           // subject: a column that is to be both categorical and continuous
+  kTwoUses,            // subject: a column that is named twice
+  kMissingTwice,       // subject: a column whose missing values are listed twice
+  kContinuousTarget,   // subject: the target
+  kCategoricalWeight,  // subject: the weight
+
+  // Values. Subject: the column; detail: the text that was found, or its beginning.
+  kTextAmongNumbers,        // a text in a column of numbers
+  kTextInNamedColumn,       // the same, in a column that was asked for
+  kTextInContinuousColumn,  // the same, in a column that was said to be continuous
+  kInfiniteNumber,          // infinite, or beyond the largest double
+  kTooManyCategories,       // the first one too many, or too long
+  kBadWeight,               // negative, infinite or no number
+
   // A run.
+  kNoRecords,       // none is there, or none has a usable weight
   kCancelled,       // the host asked it to stop
   kTooManyThreads,  // the system does not start them
 

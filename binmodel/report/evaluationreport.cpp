@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "binmodel/apply/recount.h"
+#include "binmodel/apply/bincounter.h"
 #include "binmodel/measure/binstatistics.h"
 #include "binmodel/model/binlookup.h"
 #include "binmodel/report/binreport.h"

@@ -7,11 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "binmodel/model/binmodel.h"
-#include "binmodel/model/binsettings.h"
-#include "binmodel/model/binsource.h"
-#include "binmodel/model/variableinfo.h"
-#include "binmodel/run/columnsource.h"
+#include "../model/binmodel.h"
+#include "../model/binmodelexport.h"
+#include "../model/binsettings.h"
+#include "../model/binsource.h"
+#include "../model/variableinfo.h"
+#include "columnsource.h"
 
 namespace MCBinModel {
 
@@ -55,7 +56,7 @@ struct RunControl {
 //
 // Every thread has ended on return. Throws Refusal when the run as a whole failed or was stopped
 // (RefusalCode::kCancelled), and what a callback or the columns threw.
-BinModel MakeBins(const BinSettings& settings, RunVariables variables, const ColumnSource& columns,
-                  const RunControl& control);
+MCBINMODEL_API BinModel MakeBins(const BinSettings& settings, RunVariables variables,
+                                 const ColumnSource& columns, const RunControl& control);
 
 }  // namespace MCBinModel

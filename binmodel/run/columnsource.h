@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "../model/binmodelexport.h"
+
 namespace MCBinModel {
 
 // Columns of numbers, which a run reads block by block. A host implements it over whatever holds
@@ -15,9 +17,9 @@ namespace MCBinModel {
 //   Threads     any number call every operation at the same time.
 //   Failure     an operation that cannot do its work throws, best a Refusal: the run ends and
 //               throws it again.
-class ColumnSource {
+class MCBINMODEL_API ColumnSource {
  public:
-  virtual ~ColumnSource() = default;
+  virtual ~ColumnSource();
 
   virtual std::uint64_t GetRecordCount() const = 0;
 

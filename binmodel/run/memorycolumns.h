@@ -6,9 +6,10 @@
 #include <string_view>
 #include <vector>
 
-#include "binmodel/apply/columnview.h"
-#include "binmodel/model/variableinfo.h"
-#include "binmodel/run/columnsource.h"
+#include "../apply/columnview.h"
+#include "../model/binmodelexport.h"
+#include "../model/variableinfo.h"
+#include "columnsource.h"
 
 namespace MCBinModel {
 
@@ -18,7 +19,7 @@ namespace MCBinModel {
 //             of categories the codes are kept here, two bytes a record.
 //   Missing   what the view says is not valid, NaN, MCMV::gMissingValue, a code below 0.
 //   Threads   adding belongs to one thread and ends before the run begins.
-class MemoryColumns final : public ColumnSource {
+class MCBINMODEL_API MemoryColumns final : public ColumnSource {
  public:
   explicit MemoryColumns(std::size_t recordCount) : fRecordCount(recordCount) {}
 

@@ -39,7 +39,7 @@ int ApplyCommand(const ApplyOptions& options) {
   CsvReader reader(input.Get(), input.GetName(), delimiter);
   const ColumnNames names = ColumnNames::Read(reader);
   const MissingTexts missingTexts(options.missingTexts.value_or(model.source.missingTexts));
-  BinWriter writer(model, results, options, names, missingTexts, delimiter);
+  BinWriter writer(model, results, options.columns, names, missingTexts, delimiter);
 
   constexpr double kBytesPerMB = 1e6;
   ProgressBar progress(!options.quiet && !outputIsTerminal && input.IsRegularFile());

@@ -5,7 +5,6 @@
 #include <string_view>
 #include <vector>
 
-#include "binmodel/apply/recount.h"
 #include "binmodel/model/resultselection.h"
 #include "binmodel/report/binreport.h"
 #include "cli/commands/commandfiles.h"
@@ -17,6 +16,7 @@
 #include "csv/columnnames.h"
 #include "csv/csvreader.h"
 #include "csv/missingtexts.h"
+#include "csv/recordcount.h"
 #include "io/inputstream.h"
 
 namespace MCBin {
@@ -24,15 +24,14 @@ namespace MCBin {
 namespace {
 
 // The weight column: of the options, or the bin file's.
-std::optional<ColumnRequest> FindWeight(const EvaluateOptions& options,
-                                        const MCBinModel::BinSource& file,
-                                        const ColumnNames& names) {
+std::optional<MCBinModel::WeightInfo> ChooseWeight(const EvaluateOptions& options,
+                                                   const MCBinModel::BinSource& file) {
   if (options.unweighted) return std::nullopt;
-  std::optional<std::string> name = options.weight;
-  if (!name && file.weight) name = file.weight->name;
-  if (!name) return std::nullopt;
-  return ColumnRequest{names.Find(*name),    *name, ColumnUse::kWeight,
-                       KindRequest::kDetect, true,  {}};
+  if (!options.weight) return file.weight;
+  MCBinModel::WeightInfo weight = file.weight.value_or(MCBinModel::WeightInfo{});
+  if (weight.name != *options.weight) weight.missing = {};
+  weight.name = *options.weight;
+  return weight;
 }
 
 void PrintCounts(const MCBinModel::Recount& recount) {
@@ -44,7 +43,6 @@ void PrintCounts(const MCBinModel::Recount& recount) {
                     dropped.GetTotal(), recount.recordCount, dropped.missing, dropped.zero,
                     dropped.roundedToZero));
   }
-  PrintNotes(recount.notes);
 }
 
 }  // namespace
@@ -61,24 +59,18 @@ int EvaluateCommand(const EvaluateOptions& options) {
                    options.delimiter.value_or(model.source.delimiter));
   const ColumnNames names = ColumnNames::Read(reader);
   const MissingTexts missingTexts(options.missingTexts.value_or(model.source.missingTexts));
-  const std::optional<ColumnRequest> weight = FindWeight(options, model.source, names);
-
-  MCBinModel::RecountWeight counted{
-      weight ? &*weight : nullptr,
-      model.source.weight ? model.source.weight->rounding : IBINVariable::RoundClosest,
-      {}};
-  const bool isFileWeight =
-      weight && model.source.weight && model.source.weight->name == weight->name;
-  if (isFileWeight) counted.missing = model.source.weight->missing;
-
   constexpr double kBytesPerMB = 1e6;
   ProgressBar progress(!options.quiet && input.IsRegularFile());
   progress.Start("counting", input.GetSize(), "MB", kBytesPerMB);
-  const MCBinModel::Recount recount =
-      MCBinModel::CountAgain(model, results, names, counted, missingTexts, reader,
-                             [&](std::uint64_t bytesRead) { progress.Update(bytesRead); });
+  std::vector<std::string> notes;
+  const MCBinModel::Recount recount = CountRecords(
+      model, results, names, ChooseWeight(options, model.source), missingTexts, reader,
+      [&](std::uint64_t bytesRead) { progress.Update(bytesRead); }, notes);
   progress.Finish();
-  if (!options.quiet) PrintCounts(recount);
+  if (!options.quiet) {
+    PrintCounts(recount);
+    PrintNotes(notes);
+  }
   MCBinModel::WriteEvaluationReport(model, recount, input.GetName(),
                                     [&](std::string_view text) { out.Write(text); });
   out.Close();

@@ -18,6 +18,7 @@
 #include "cli/terminal/exitguard.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/progressbar.h"
+#include "cli/terminal/refusaltext.h"
 #include "cli/terminal/resultstream.h"
 #include "cli/terminal/terminalstyle.h"
 #include "csv/columnnames.h"
@@ -59,8 +60,8 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
   const InputStream input(options.input, "a CSV file");
   CsvReader reader(input.Get(), input.GetName(), options.delimiter);
   const ColumnNames names = ColumnNames::Read(reader);
-  std::vector<std::string> notes;
-  const std::vector<ColumnRequest> requests = SelectColumns(names, options, notes);
+  std::vector<ColumnNote> notes;
+  const std::vector<ColumnRequest> requests = SelectColumns(names, options.columns, notes);
 
   constexpr double kBytesPerMB = 1e6;
   const MissingTexts missingTexts(options.missingTexts);
@@ -71,7 +72,9 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
   progress.Finish();
   MCBinModel::RunVariables variables =
       MakeInputVariables(input.GetName(), requests, scan, options.rounding, notes);
-  if (!options.quiet) PrintNotes(notes);
+  if (!options.quiet) {
+    for (const ColumnNote& note : notes) PrintNote(NoteText(note));
+  }
 
   MCBinModel::RunControl control{directory.GetPath(), options.jobs, nullptr,
                                  &Interrupt::IsRequested};

@@ -30,7 +30,7 @@ struct RawOptions {
 
 ApplyOptions Finish(RawOptions raw) {
   ApplyOptions& apply = raw.apply;
-  apply.form = ParseBinForm(raw.form);
+  apply.columns.form = ParseBinForm(raw.form);
   if (!raw.delimiter.empty()) apply.delimiter = ParseDelimiter(raw.delimiter);
   if (!raw.missingTexts.empty()) apply.missingTexts = JoinMissingTexts(raw.missingTexts);
   return apply;
@@ -47,11 +47,13 @@ void AddApplyCommand(CLI::App& app, CommandAction& action) {
   AddTargetOfBins(command, apply.target);
   AddBinForm(command, raw->form);
   CLI::Option* const suffix =
-      command.add_option("--suffix", apply.suffix, "of the new columns' names (_bin)")
+      command.add_option("--suffix", apply.columns.suffix, "of the new columns' names (_bin)")
           ->type_name("TEXT");
-  command.add_flag("--replace", apply.replace, "put bins in the attributes' own columns")
+  command.add_flag("--replace", apply.columns.replace, "put bins in the attributes' own columns")
       ->excludes(suffix);
-  command.add_option("--missing-as", apply.missingText, "text for a missing value (empty field)")
+  command
+      .add_option("--missing-as", apply.columns.missingText,
+                  "text for a missing value (empty field)")
       ->type_name("TEXT");
   AddMissingTexts(command, raw->missingTexts);
   AddDelimiter(command, raw->delimiter);

@@ -58,7 +58,8 @@ void AddInputOptions(CLI::App& command, RawOptions& raw) {
           "columns to read as categories; as attributes binned by code");
   AddList(command, "--continuous", raw.continuous, "NAMES",
           "columns to read as numbers; other text is an error");
-  command.add_option("--weight", raw.run.weight, "column of frequency weights")->type_name("NAME");
+  command.add_option("--weight", raw.run.columns.weight, "column of frequency weights")
+      ->type_name("NAME");
   AddChoice(command, "--rounding", raw.rounding, {"closest", "truncate"},
             "how weights become whole numbers (closest)");
   AddList(command, "--na", raw.missingTexts, "TEXTS",
@@ -119,12 +120,13 @@ RunOptions Finish(RawOptions raw) {
   if (raw.color == "always") run.color = ColorChoice::kAlways;
   if (raw.color == "never") run.color = ColorChoice::kNever;
   run.delimiter = ParseDelimiter(raw.delimiter);
-  run.targets = JoinLists(raw.targets);
-  run.attributes = JoinLists(raw.attributes);
-  run.categorical = JoinLists(raw.categorical);
-  run.continuous = JoinLists(raw.continuous);
+  run.columns.targets = JoinLists(raw.targets);
+  run.columns.attributes = JoinLists(raw.attributes);
+  run.columns.categorical = JoinLists(raw.categorical);
+  run.columns.continuous = JoinLists(raw.continuous);
   if (!raw.missingTexts.empty()) run.missingTexts = JoinMissingTexts(raw.missingTexts);
-  for (const std::string& text : raw.missing) run.missing.push_back(ParseMissingOption(text));
+  for (const std::string& text : raw.missing)
+    run.columns.missing.push_back(ParseMissingOption(text));
   return std::move(run);
 }
 

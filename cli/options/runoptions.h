@@ -6,7 +6,7 @@
 
 #include "binmodel/model/binsettings.h"
 #include "cli/terminal/terminalstyle.h"
-#include "csv/missingrequest.h"
+#include "csv/columnselection.h"
 #include "metadata/ibinvariable.h"
 
 namespace MCBin {
@@ -19,14 +19,7 @@ struct RunOptions {
   std::string input = "-";  // "-" is standard input
   char delimiter = ',';
   std::vector<std::string> missingTexts = {"NA"};
-  std::vector<MissingRequest> missing;
-
-  // The columns, by name.
-  std::vector<std::string> targets;
-  std::vector<std::string> attributes;  // empty: every continuous column
-  std::vector<std::string> categorical;
-  std::vector<std::string> continuous;
-  std::optional<std::string> weight;
+  ColumnChoice columns;
   IBINVariable::BINWRoundingOption rounding = IBINVariable::RoundClosest;
 
   // The run.

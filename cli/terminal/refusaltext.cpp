@@ -13,6 +13,35 @@ std::string RefusalText(const MCBinModel::Refusal& refusal) {
   const std::string subject = MCBinModel::QuotedText(refusal.GetSubject());
   const std::string& detail = refusal.GetDetail();
   switch (refusal.GetCode()) {
+    case RefusalCode::kOtherDelimiter:
+      return fmt::format("{}: is --delimiter '{}' missing?", refusal.what(),
+                         MCBinModel::PrintableText(detail));
+    case RefusalCode::kColumnTaken:
+      return fmt::format("{}; choose another --suffix, or --replace the column {}", refusal.what(),
+                         subject);
+    case RefusalCode::kTwoKinds:
+      return fmt::format("column {} is both --categorical and --continuous", subject);
+    case RefusalCode::kMissingTwice:
+      return fmt::format("--missing {}: given twice; join the values with commas", subject);
+    case RefusalCode::kContinuousTarget:
+      return fmt::format("column {}: a target has categories, it cannot be --continuous", subject);
+    case RefusalCode::kCategoricalWeight:
+      return fmt::format("column {}: a weight is a number, it cannot be --categorical", subject);
+    case RefusalCode::kTextAmongNumbers:
+      return refusal.what() + std::string("; use --na for texts that mean missing");
+    case RefusalCode::kTextInNamedColumn:
+      return refusal.what() +
+             std::string(
+                 "; use --na for texts that mean missing, or --categorical to bin the "
+                 "column by the codes of its categories");
+    case RefusalCode::kTextInContinuousColumn:
+      return fmt::format(
+          "{}{} in column {} is not a number, but the column is --continuous; texts that mean "
+          "missing go to --na",
+          place, MCBinModel::QuotedText(detail), subject);
+    case RefusalCode::kInfiniteNumber:
+      return fmt::format("{}; read it as missing with --na {}, or leave the column out",
+                         refusal.what(), MCBinModel::ElideText(detail, 40));
     case RefusalCode::kTooManyThreads:
       return refusal.what() + std::string("; choose fewer with --jobs");
     case RefusalCode::kSeveralTargets:
@@ -53,8 +82,27 @@ std::string RefusalText(const MCBinModel::Refusal& refusal) {
   }
 }
 
+std::string NoteText(const ColumnNote& note) {
+  switch (note.kind) {
+    case ColumnNote::Kind::kNotRead:
+      return fmt::format(
+          "column {} is described by an option but not among --attributes: it is not read",
+          MCBinModel::QuotedText(note.subject));
+    case ColumnNote::Kind::kNotNumeric:
+      return note.text + "; --categorical NAME bins a column by the codes of its categories";
+    case ColumnNote::Kind::kOther:
+      break;
+  }
+  return note.text;
+}
+
 bool IsUsageRefusal(RefusalCode code) {
   switch (code) {
+    case RefusalCode::kTwoKinds:
+    case RefusalCode::kTwoUses:
+    case RefusalCode::kMissingTwice:
+    case RefusalCode::kContinuousTarget:
+    case RefusalCode::kCategoricalWeight:
     case RefusalCode::kMissingNotNumeric:
     case RefusalCode::kMissingInterval:
     case RefusalCode::kMissingNotWhole:

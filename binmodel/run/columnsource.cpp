@@ -1,0 +1,7 @@
+#include "binmodel/run/columnsource.h"
+
+namespace MCBinModel {
+
+ColumnSource::~ColumnSource() = default;
+
+}  // namespace MCBinModel
