@@ -1,12 +1,13 @@
 #pragma once
 
-// All that a host needs to keep, read, apply and measure bins.
+// All that a host needs to make, keep, read, apply, measure, export and show bins.
 
 #include "apply/bincounter.h"
 #include "apply/binvalues.h"
 #include "apply/columnview.h"
 #include "apply/valuecoder.h"
 #include "apply/weightcoder.h"
+#include "export/binexport.h"
 #include "file/binfile.h"
 #include "measure/binstatistics.h"
 #include "measure/evidence.h"
@@ -19,6 +20,7 @@
 #include "model/refusal.h"
 #include "model/resultselection.h"
 #include "model/variableinfo.h"
+#include "report/binreport.h"
 #include "run/binrun.h"
 #include "run/columnsource.h"
 #include "run/memorycolumns.h"

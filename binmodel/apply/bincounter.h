@@ -20,9 +20,9 @@ struct RecountedBins {
 
 // What a pass over other data found.
 struct Recount {
-  std::uint64_t recordCount = 0;  // the dropped ones included
-  DroppedRecords dropped;
-  std::vector<RecountedBins> results;
+  std::uint64_t recordCount = 0;       // the dropped ones included
+  DroppedRecords dropped;              // for their weight
+  std::vector<RecountedBins> results;  // in the order in which they were asked for
 };
 
 // Counts the cases of every bin.
@@ -33,9 +33,10 @@ class MCBINMODEL_API BinCounter {
  public:
   // A variable that takes part. Several results may use one.
   struct Variable {
-    bool isTarget = false;
-    std::size_t index = 0;  // in BinModel::attributes or targets
+    bool isTarget = false;  // of BinModel::targets, else of its attributes
+    std::size_t index = 0;  // in those
 
+    // What the model says of it.
     const VariableInfo& GetInfo(const BinModel& model) const {
       return isTarget ? model.targets[index] : model.attributes[index];
     }

@@ -9,7 +9,7 @@ namespace MCBinModel {
 // Where the values of a column lie in the caller's memory.
 template <typename Value>
 struct ColumnView {
-  const Value* values = nullptr;
+  const Value* values = nullptr;  // the first one
 
   // Bytes from one value to the next; may be negative, as in a reversed view.
   std::ptrdiff_t stride = sizeof(Value);
@@ -19,6 +19,7 @@ struct ColumnView {
   const std::uint8_t* validity = nullptr;
   std::size_t validityOffset = 0;
 
+  // Whether the validity says that there is a value.
   bool IsValid(std::size_t index) const {
     if (validity == nullptr) return true;
     const std::size_t bit = validityOffset + index;

@@ -18,6 +18,7 @@ struct CodedValue {
   double value;            // NaN when there is none
   bool isUnknown = false;  // a category that the variable does not have; there is no value then
 
+  // Whether there is no value.
   bool IsMissing() const { return value != value; }
 };
 

@@ -16,6 +16,7 @@ namespace MCBinModel {
 // Reads the frequency weights of records, and counts the records that they drop.
 class MCBINMODEL_API WeightCoder {
  public:
+  // Copies what it needs.
   explicit WeightCoder(const WeightInfo& weight);
 
   // The rounded weight; nothing, and the record is counted, when it is missing (NaN,

@@ -5,8 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "binmodel/apply/binvalues.h"
-#include "binmodel/model/binmodel.h"
+#include "../apply/binvalues.h"
+#include "../model/binmodel.h"
+#include "../model/binmodelexport.h"
 
 namespace MCBinModel {
 
@@ -24,9 +25,10 @@ namespace MCBinModel {
 // evidence are asked for without a target of two classes, and for a name or a category that the
 // language cannot write.
 
+// How the new columns look.
 struct ExportOptions {
-  BinForm form = BinForm::kIndex;
-  std::string suffix = "_bin";  // the new column's name is that of the attribute and this
+  BinForm form = BinForm::kIndex;  // what they hold
+  std::string suffix = "_bin";     // the new column's name is that of the attribute and this
 
   // What missing values become: a whole number for indexes, a number for weights of evidence, or
   // any text for labels. Unset: what the language has for "no value".
@@ -38,24 +40,27 @@ struct ExportOptions {
 // `table` may have parts (schema.table); a part with a dot or quotes is written in double quotes.
 // Throws Refusal for a table name that is none, a dialect that SqlDialectNames() does not have, and
 // for an infinite weight of evidence in a dialect that has no infinity.
-std::string ExportSql(const BinModel& model, const std::vector<std::size_t>& results,
-                      const ExportOptions& options, const std::string& dialect,
-                      const std::string& table);
+MCBINMODEL_API std::string ExportSql(const BinModel& model, const std::vector<std::size_t>& results,
+                                     const ExportOptions& options, const std::string& dialect,
+                                     const std::string& table);
 
 // The names of the dialects: "ansi" first, then databases.
-std::vector<std::string> SqlDialectNames();
+MCBINMODEL_API std::vector<std::string> SqlDialectNames();
 
 // A PMML 4.4 document whose transformation dictionary derives the bins: Discretize for intervals,
 // MapValues for categories. Without `missingText` a missing value stays missing.
 //
 // `notes` gets a line for each interval of missing values, which PMML cannot say.
-std::string ExportPmml(const BinModel& model, const std::vector<std::size_t>& results,
-                       const ExportOptions& options, std::vector<std::string>& notes);
+MCBINMODEL_API std::string ExportPmml(const BinModel& model,
+                                      const std::vector<std::size_t>& results,
+                                      const ExportOptions& options,
+                                      std::vector<std::string>& notes);
 
 // A Python module with one function, assign_bins, that needs NumPy only: it takes the columns by
 // name and returns the new ones. Without `missingText` a missing value becomes -1 (index), None
 // (label) or NaN (weight of evidence).
-std::string ExportPython(const BinModel& model, const std::vector<std::size_t>& results,
-                         const ExportOptions& options);
+MCBINMODEL_API std::string ExportPython(const BinModel& model,
+                                        const std::vector<std::size_t>& results,
+                                        const ExportOptions& options);
 
 }  // namespace MCBinModel

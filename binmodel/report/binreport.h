@@ -4,7 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "binmodel/model/binmodel.h"
+#include "../model/binmodel.h"
+#include "../model/binmodelexport.h"
 
 namespace MCBinModel {
 
@@ -29,13 +30,14 @@ struct TextStyle {
 // The results as tables: a summary line for each, then a table for each. Those of supervised
 // binning are ordered by information gain, the most informative first; the others come in the
 // order of the model.
-void WriteTextReport(const BinModel& model, const TextStyle& style, const TextSink& write);
+MCBINMODEL_API void WriteTextReport(const BinModel& model, const TextStyle& style,
+                                    const TextSink& write);
 
 // What the model says and what other data say side by side: a summary line for each attribute,
 // then a table for each, in the order of the recount. `dataName` is what the data are called.
 // Requires a recount of this model with at least one result.
-void WriteEvaluationReport(const BinModel& model, const Recount& recount, std::string_view dataName,
-                           const TextSink& write);
+MCBINMODEL_API void WriteEvaluationReport(const BinModel& model, const Recount& recount,
+                                          std::string_view dataName, const TextSink& write);
 
 // The results as one HTML page that needs nothing else: no scripts, no network. It is XML as
 // well. A ranking of the attributes comes first, for each target, then a chart and a table for
@@ -43,6 +45,6 @@ void WriteEvaluationReport(const BinModel& model, const Recount& recount, std::s
 //
 // `adjustment`, a weight from 0 up, is added to both class weights in every bin with weight
 // before weights of evidence are taken; with 0 a bin that lacks a class has an infinite one.
-std::string MakeHtmlReport(const BinModel& model, double adjustment = 0.0);
+MCBINMODEL_API std::string MakeHtmlReport(const BinModel& model, double adjustment = 0.0);
 
 }  // namespace MCBinModel

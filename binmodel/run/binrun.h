@@ -18,11 +18,13 @@ namespace MCBinModel {
 
 // What a run bins, and which column of its source holds what. Variables and columns are parallel.
 struct RunVariables {
+  // The frequency weights.
   struct Weight {
-    WeightInfo info;
-    std::size_t column = 0;
+    WeightInfo info;         // rounding and missing values
+    std::size_t column = 0;  // of the source
   };
 
+  // Of any kind.
   std::vector<VariableInfo> attributes;
   std::vector<std::size_t> attributeColumns;
 
@@ -30,6 +32,7 @@ struct RunVariables {
   std::vector<VariableInfo> targets;
   std::vector<std::size_t> targetColumns;
 
+  // Nothing when every record weighs 1.
   std::optional<Weight> weight;
 };
 

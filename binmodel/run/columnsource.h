@@ -21,6 +21,7 @@ class MCBINMODEL_API ColumnSource {
  public:
   virtual ~ColumnSource();
 
+  // Of all blocks together.
   virtual std::uint64_t GetRecordCount() const = 0;
 
   // From 1.
@@ -31,6 +32,7 @@ class MCBINMODEL_API ColumnSource {
   virtual void Read(std::size_t block, std::size_t column, double* values) const = 0;
 
  protected:
+  // For derived classes.
   ColumnSource() = default;
   ColumnSource(const ColumnSource&) = default;
   ColumnSource& operator=(const ColumnSource&) = default;

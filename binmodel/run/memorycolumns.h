@@ -21,6 +21,7 @@ namespace MCBinModel {
 //   Threads   adding belongs to one thread and ends before the run begins.
 class MCBINMODEL_API MemoryColumns final : public ColumnSource {
  public:
+  // As many records, without a column.
   explicit MemoryColumns(std::size_t recordCount) : fRecordCount(recordCount) {}
 
   // Adds numbers, weights or the codes of categories and answers the column's index. A whole
@@ -37,6 +38,7 @@ class MCBINMODEL_API MemoryColumns final : public ColumnSource {
   std::size_t AddCategories(const ColumnView<double>& view, VariableInfo& variable);
   std::size_t AddCategories(const ColumnView<std::string_view>& view, VariableInfo& variable);
 
+  // As the source of a run.
   std::uint64_t GetRecordCount() const override { return fRecordCount; }
   std::size_t GetRecordsPerBlock() const override;
 

@@ -25,6 +25,7 @@ struct RefusedCode {
 // What happened in the last run of an algorithm object. Counts are of the data pass, which a later
 // run does not repeat. Hosts read it and make none; new fields come last.
 struct RunReport {
+  // How far it came.
   RunPhase phase = RunPhase::kNotStarted;
 
   // Attributes (or pairs) that the run has to bin, and how many of them are done. Refused entries

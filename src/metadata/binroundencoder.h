@@ -21,6 +21,7 @@ class MCBINNING_API BINRoundEncoder : public IBINEncoder {
   BINRoundEncoder(const BINRoundEncoder&) = default;
   BINRoundEncoder& operator=(const BINRoundEncoder&) = default;
 
+  // To which whole number.
   IBINVariable::BINWRoundingOption GetOption() const { return fOption; }
 
   // The rounded weight, or the system-missing value for a weight that is missing, or zero

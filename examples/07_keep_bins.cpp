@@ -1,7 +1,7 @@
 // From a host's own run to what the library of bins can do: labels of bins, and a bin file that the
 // tool `mcbin` reads as well (mcbin apply, report, export).
 //
-//   g++ -std=c++17 06_keep_bins.cpp $(pkg-config --cflags --libs mcbinmodel mcbinning) -o keep_bins
+//   g++ -std=c++17 07_keep_bins.cpp $(pkg-config --cflags --libs mcbinmodel mcbinning) -o keep_bins
 
 #include <mcbinmodel/mcbinmodel.h>
 #include <mcbinning/mcbinning.h>
