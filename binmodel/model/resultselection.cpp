@@ -54,33 +54,33 @@ std::vector<std::size_t> SelectResults(const BinModel& model,
   return selected;
 }
 
-std::vector<std::size_t> FindFailedResults(const BinModel& model,
-                                           const std::vector<std::size_t>& results,
-                                           const std::string& place) {
-  std::vector<std::size_t> failed;
+std::vector<std::size_t> LeaveOutFailedResults(const BinModel& model,
+                                               const std::vector<std::size_t>& results,
+                                               std::vector<std::string>& notes,
+                                               const std::string& place) {
+  constexpr std::size_t kMostNamed = 10;
+  std::vector<std::size_t> usable;
+  std::vector<std::string> failed;
   for (const std::size_t index : results) {
     const AttributeBins& bins = model.results[index];
-    if (bins.status.IsError() && bins.binWeights.empty()) failed.push_back(index);
+    if (bins.status.IsError() && bins.binWeights.empty()) {
+      failed.push_back(fmt::format("{} ({})", QuotedText(model.GetAttribute(bins).name),
+                                   MCBinning::Describe(bins.status)));
+    } else {
+      usable.push_back(index);
+    }
   }
-  if (!failed.empty() && failed.size() == results.size()) {
-    const std::string reason = MCBinning::Describe(model.results[failed.front()].status);
+  if (failed.empty()) return usable;
+  if (usable.empty()) {
+    const std::string reason = MCBinning::Describe(model.results[results.front()].status);
     throw Refusal(RefusalCode::kNoBins, {place, "", reason},
-                  "no attribute has bins, the run ended in an error: " + reason);
+                  "no attribute has bins, as their run ended in an error: " + reason);
   }
-  return failed;
-}
-
-std::string DescribeFailedResults(const BinModel& model, const std::vector<std::size_t>& failed) {
-  constexpr std::size_t kMostNamed = 10;
-  std::vector<std::string> names;
-  for (const std::size_t index : failed) {
-    if (names.size() == kMostNamed) break;
-    const AttributeBins& bins = model.results[index];
-    names.push_back(fmt::format("{} ({})", QuotedText(model.GetAttribute(bins).name),
-                                MCBinning::Describe(bins.status)));
-  }
-  return fmt::format("without bins because of an error: {}{}", JoinNames(names),
-                     failed.size() > names.size() ? " and more" : "");
+  const bool namesAll = failed.size() <= kMostNamed;
+  if (!namesAll) failed.resize(kMostNamed);
+  notes.push_back(fmt::format("without bins because of an error: {}{}", JoinNames(failed),
+                              namesAll ? "" : " and more"));
+  return usable;
 }
 
 }  // namespace MCBinModel

@@ -20,14 +20,11 @@ MCBINMODEL_API std::vector<std::size_t> SelectResults(const BinModel& model,
                                                       const std::optional<std::string>& target,
                                                       const std::string& place = {});
 
-// Of these results, those that ended in an error and have no bins: a value cannot be given a
-// bin, which is something else than a value that is missing. Throws Refusal when all of them did.
-MCBINMODEL_API std::vector<std::size_t> FindFailedResults(const BinModel& model,
-                                                          const std::vector<std::size_t>& results,
-                                                          const std::string& place = {});
-
-// Says so in one line, with the names of the attributes; requires at least one result.
-MCBINMODEL_API std::string DescribeFailedResults(const BinModel& model,
-                                                 const std::vector<std::size_t>& failed);
+// Of these results, those that can be used: without the ones that ended in an error and have no
+// bins, which is something else than a value that is missing. `notes` gets a line that names them.
+// Throws Refusal when all of them ended so.
+MCBINMODEL_API std::vector<std::size_t> LeaveOutFailedResults(
+    const BinModel& model, const std::vector<std::size_t>& results, std::vector<std::string>& notes,
+    const std::string& place = {});
 
 }  // namespace MCBinModel

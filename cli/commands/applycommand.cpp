@@ -1,6 +1,5 @@
 #include <unistd.h>
 
-#include "binmodel/model/resultselection.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/commands/commands.h"
 #include "cli/terminal/exitguard.h"
@@ -31,8 +30,10 @@ int ApplyCommand(const ApplyOptions& options) {
   const bool outputIsTerminal = isatty(STDOUT_FILENO) == 1;
   ResultStream out;
   const MCBinModel::BinModel model = LoadBinFile(options.binFile);
+  std::vector<std::string> notes;
   const std::vector<std::size_t> results =
-      MCBinModel::SelectResults(model, options.target, options.binFile);
+      ChooseResults(model, options.target, options.binFile, notes);
+  if (!options.quiet) PrintNotes(notes);
 
   const InputStream input(options.input, "a CSV file");
   const char delimiter = options.delimiter.value_or(model.source.delimiter);

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "binmodel/file/binfile.h"
+#include "binmodel/model/resultselection.h"
 #include "binmodel/text/displaytext.h"
 #include "cli/options/usageerror.h"
 #include "io/inputstream.h"
@@ -78,6 +79,14 @@ void CheckFiles(const std::vector<CommandInput>& inputs,
 MCBinModel::BinModel LoadBinFile(const std::string& path) {
   const InputText input = ReadAll(path, '{', "a bin file, which mcbin writes with --json");
   return MCBinModel::ParseBinFile(input.text, input.name);
+}
+
+std::vector<std::size_t> ChooseResults(const MCBinModel::BinModel& model,
+                                       const std::optional<std::string>& target,
+                                       const std::string& binFile,
+                                       std::vector<std::string>& notes) {
+  return MCBinModel::LeaveOutFailedResults(model, MCBinModel::SelectResults(model, target, binFile),
+                                           notes, binFile);
 }
 
 void WriteOutput(const std::string& path, std::string_view content, ResultStream& out) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,6 +29,12 @@ void CheckFiles(const std::vector<CommandInput>& inputs, const std::vector<Comma
 
 // Reads a bin file; "-" is standard input. Throws Refusal and Interrupt::Requested.
 MCBinModel::BinModel LoadBinFile(const std::string& path);
+
+// The results of a bin file that a command uses: those of one target, without the ones that an
+// error left without bins; `notes` gets a line about these. Throws Refusal.
+std::vector<std::size_t> ChooseResults(const MCBinModel::BinModel& model,
+                                       const std::optional<std::string>& target,
+                                       const std::string& binFile, std::vector<std::string>& notes);
 
 // Writes a command's only output; "-" is `out`, which is closed. Throws Refusal and
 // Interrupt::Requested.

@@ -5,7 +5,6 @@
 #include <string_view>
 #include <vector>
 
-#include "binmodel/model/resultselection.h"
 #include "binmodel/report/binreport.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/commands/commands.h"
@@ -51,8 +50,10 @@ int EvaluateCommand(const EvaluateOptions& options) {
   CheckFiles({{"the bin file", options.binFile}, {"the data", options.input}}, {});
   ResultStream out;
   const MCBinModel::BinModel model = LoadBinFile(options.binFile);
+  std::vector<std::string> notes;
   const std::vector<std::size_t> results =
-      MCBinModel::SelectResults(model, options.target, options.binFile);
+      ChooseResults(model, options.target, options.binFile, notes);
+  if (!options.quiet) PrintNotes(notes);
 
   const InputStream input(options.input, "a CSV file");
   CsvReader reader(input.Get(), input.GetName(),
@@ -62,14 +63,14 @@ int EvaluateCommand(const EvaluateOptions& options) {
   constexpr double kBytesPerMB = 1e6;
   ProgressBar progress(!options.quiet && input.IsRegularFile());
   progress.Start("counting", input.GetSize(), "MB", kBytesPerMB);
-  std::vector<std::string> notes;
+  std::vector<std::string> countNotes;
   const MCBinModel::Recount recount = CountRecords(
       model, results, names, ChooseWeight(options, model.source), missingTexts, reader,
-      [&](std::uint64_t bytesRead) { progress.Update(bytesRead); }, notes);
+      [&](std::uint64_t bytesRead) { progress.Update(bytesRead); }, countNotes);
   progress.Finish();
   if (!options.quiet) {
     PrintCounts(recount);
-    PrintNotes(notes);
+    PrintNotes(countNotes);
   }
   MCBinModel::WriteEvaluationReport(model, recount, input.GetName(),
                                     [&](std::string_view text) { out.Write(text); });

@@ -2,7 +2,6 @@
 #include <vector>
 
 #include "binmodel/export/binexport.h"
-#include "binmodel/model/resultselection.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/commands/commands.h"
 #include "cli/terminal/exitguard.h"
@@ -16,7 +15,7 @@ namespace {
 std::string MakeText(const ExportOptions& options, std::vector<std::string>& notes) {
   const MCBinModel::BinModel model = LoadBinFile(options.binFile);
   const std::vector<std::size_t> results =
-      MCBinModel::SelectResults(model, options.target, options.binFile);
+      ChooseResults(model, options.target, options.binFile, notes);
   switch (options.format) {
     case ExportFormat::kSql:
       return MCBinModel::ExportSql(model, results, options.columns, options.dialect, options.table);

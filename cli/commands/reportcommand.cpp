@@ -1,9 +1,14 @@
+#include <cstddef>
+#include <numeric>
 #include <string>
+#include <vector>
 
+#include "binmodel/model/resultselection.h"
 #include "binmodel/report/binreport.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/commands/commands.h"
 #include "cli/terminal/exitguard.h"
+#include "cli/terminal/notes.h"
 #include "cli/terminal/resultstream.h"
 
 namespace MCBin {
@@ -11,9 +16,13 @@ namespace MCBin {
 int ReportCommand(const ReportOptions& options) {
   CheckFiles({{"the bin file", options.binFile}}, {{"--output", options.output}});
   ResultStream out;
-  const std::string report =
-      MCBinModel::MakeHtmlReport(LoadBinFile(options.binFile), options.evidenceAdjustment);
-  WriteOutput(options.output, report, out);
+  const MCBinModel::BinModel model = LoadBinFile(options.binFile);
+  std::vector<std::size_t> results(model.results.size());
+  std::iota(results.begin(), results.end(), std::size_t{0});
+  std::vector<std::string> notes;
+  MCBinModel::LeaveOutFailedResults(model, results, notes, options.binFile);
+  WriteOutput(options.output, MCBinModel::MakeHtmlReport(model, options.evidenceAdjustment), out);
+  PrintNotes(notes);
   return kExitDone;
 }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
 
@@ -8,6 +9,8 @@
 #include "support/rowname.h"
 
 namespace {
+
+using nlohmann::json;
 
 struct ApplyExample {
   const char* name;
@@ -62,6 +65,38 @@ TEST(Apply, TellsOfUnknownCategories) {
   EXPECT_EQ(outcome.err,
             "mcbin: column 'c': values that the bin file does not know count as missing: 2, the "
             "first is 'new' in line 3\n");
+}
+
+// Bins of 'c' alone, or of no attribute: the others ended in an error.
+TEST(FailedAttributes, AreNamedAndHaveNoBins) {
+  const auto withFailures = [](std::size_t count) {
+    json bins = json::parse(kHandMadeBins);
+    for (std::size_t i = 0; i < count; ++i) {
+      json& result = bins["results"][i];
+      result["status"] = {{"code", 120021}, {"severity", "error"}, {"text", ""}};
+      for (const char* list : {"cut_points", "bin_weights", "class_weights"}) {
+        result[list] = json::array();
+      }
+    }
+    return bins.dump();
+  };
+  const Program program;
+  program.Write("one.json", withFailures(1));
+  program.Write("none.json", withFailures(2));
+  program.Write("in.csv", "a,c,t\n0,x,yes\n");
+  EXPECT_EQ(program.Run("apply one.json in.csv").out, "a,c,t,c_bin\n0,x,yes,0\n");
+  for (const std::string command : {"apply", "evaluate", "export --format python", "report"}) {
+    const bool readsData = command == "apply" || command == "evaluate";
+    const std::string input = readsData ? " in.csv" : "";
+    const auto one = program.Run(command + " one.json" + input);
+    EXPECT_EQ(one.exitCode, 0) << command;
+    EXPECT_NE(one.err.find("without bins because of an error: 'a' (a temporary"), std::string::npos)
+        << command << one.err;
+    const auto none = program.Run(command + " none.json" + input);
+    EXPECT_EQ(none.exitCode, 1) << command;
+    EXPECT_EQ(none.out, "") << command;
+    EXPECT_NE(none.err.find("none.json: no attribute has bins"), std::string::npos) << none.err;
+  }
 }
 
 // A bin file made by hand, so that every number can be followed.
