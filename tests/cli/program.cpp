@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/ioctl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -69,23 +68,18 @@ pid_t Program::Start(const std::string& command, int input, const Setting& setti
   const auto openAs = [](int number, const std::string& path, int flags) {
     return dup2(open(path.c_str(), flags | O_CLOEXEC, 0600), number) >= 0;
   };
-  const auto openOutput = [&](int number, const std::string& path, const char* own) {
-    return path.empty() ? openAs(number, fOutputs.Path() + "/" + own, O_WRONLY | O_CREAT | O_TRUNC)
-                        : openAs(number, path, O_WRONLY | O_APPEND);
+  const auto capture = [&](int number, const char* name) {
+    return openAs(number, fOutputs.Path() + "/" + name, O_WRONLY | O_CREAT | O_TRUNC);
   };
-  const bool isMute = setting.errors == "closed";
-  const bool ready = chdir(fDirectory.Path().c_str()) == 0 &&
-                     (setting.input.empty() ? dup2(input, STDIN_FILENO) >= 0
-                                            : openAs(STDIN_FILENO, setting.input, O_RDONLY)) &&
-                     openOutput(STDOUT_FILENO, setting.output, "out") &&
-                     openOutput(STDERR_FILENO, isMute ? "" : setting.errors, "err") &&
-                     setenv("TMPDIR", fDirectory.Path().c_str(), 1) == 0 &&
-                     setenv("LC_ALL", "C.UTF-8", 1) == 0;
-  if (isMute) close(STDERR_FILENO);
+  const bool ready =
+      chdir(fDirectory.Path().c_str()) == 0 &&
+      (setting.input.empty() ? dup2(input, STDIN_FILENO) >= 0
+                             : openAs(STDIN_FILENO, setting.input, O_RDONLY)) &&
+      (setting.output.empty() ? capture(STDOUT_FILENO, "out")
+                              : openAs(STDOUT_FILENO, setting.output, O_WRONLY | O_APPEND)) &&
+      capture(STDERR_FILENO, "err") && setenv("TMPDIR", fDirectory.Path().c_str(), 1) == 0 &&
+      setenv("LC_ALL", "C.UTF-8", 1) == 0;
   for (const int number : {SIGINT, SIGTERM}) signal(number, SIG_DFL);
-  const auto mostBytes = static_cast<rlim_t>(setting.mostBytes);
-  const rlimit limit = {mostBytes, mostBytes};
-  if (setting.mostBytes >= 0) setrlimit(RLIMIT_FSIZE, &limit);
   if (ready) execv(MCBIN_PROGRAM, arguments.data());
   _exit(99);
 }
@@ -107,22 +101,6 @@ Program::Outcome Program::Run(const std::string& command, const std::string& inp
 
 Program::Outcome Program::Run(const std::string& command, const Setting& setting) const {
   return Wait(Start(command, STDIN_FILENO, setting));
-}
-
-Program::Outcome Program::RunAndSignal(const std::string& command, int signalNumber) const {
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("cannot make a pipe");
-  const pid_t process = Start(command, ends[0], {});
-  // A pipe takes 64 KiB: when more was written, the program is reading.
-  const std::string chunk(1 << 16, 'a');
-  for (int i = 0; i < 3; ++i) {
-    if (write(ends[1], chunk.data(), chunk.size()) < 0) break;
-  }
-  kill(process, signalNumber);
-  const Outcome outcome = Wait(process);
-  close(ends[0]);
-  close(ends[1]);
-  return outcome;
 }
 
 Program::Outcome Program::RunStalled(const std::string& command, const std::string& input,

@@ -32,17 +32,11 @@ class Program {
   struct Setting {
     std::string input = {};   // standard input instead of a text
     std::string output = {};  // standard output, appended to; empty: captured
-    std::string errors = {};  // the same for standard error; "closed": none
-    long mostBytes = -1;      // that a file may have; -1: any number
   };
 
   // Runs the command; standard input is `input`.
   Outcome Run(const std::string& command, const std::string& input = "") const;
   Outcome Run(const std::string& command, const Setting& setting) const;
-
-  // The same, but standard input stays open and, once the program waits for more of it,
-  // the signal is sent.
-  Outcome RunAndSignal(const std::string& command, int signal) const;
 
   // Runs the command; standard input is the file `input`, standard output the named pipe `pipe`,
   // which nobody reads. Once it is full, the signal is sent; a command that does not end is killed.

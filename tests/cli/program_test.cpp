@@ -217,32 +217,6 @@ TEST(IdColumn, IsLeftOutUnlessItIsAskedFor) {
   EXPECT_NE(asked.err.find(":258: column 'id'"), std::string::npos) << asked.err;
 }
 
-struct Stop {
-  const char* name;
-  int signal;
-  const char* command;
-};
-void PrintTo(const Stop& row, std::ostream* os) { *os << row.name; }
-
-class SignalTest : public testing::TestWithParam<Stop> {};
-
-TEST_P(SignalTest, EndsTheCommandAndLeavesNothing) {
-  const Program program;
-  program.Write("bins.json", kHandMadeBins);
-  const auto outcome = program.RunAndSignal(GetParam().command, GetParam().signal);
-  EXPECT_EQ(outcome.exitCode, 130);
-  EXPECT_EQ(outcome.err, "mcbin: cancelled\n");
-  EXPECT_EQ(program.Files().size(), 1u);
-}
-
-const Stop kStops[] = {
-    {"RunInterrupted", SIGINT, "supervised --target y --json out.json"},
-    {"RunTerminated", SIGTERM, "supervised --target y --json out.json"},
-    {"ApplyTerminated", SIGTERM, "apply bins.json"},
-};
-
-INSTANTIATE_TEST_SUITE_P(Signals, SignalTest, testing::ValuesIn(kStops), RowName);
-
 TEST(StalledReader, TheFirstSignalEndsTheCommand) {
   std::string numbers = "a,c\n";
   for (int i = 0; i < 30'000; ++i) numbers += std::to_string(i) + ",x\n";
@@ -282,13 +256,7 @@ TEST_P(SurroundingsTest, AreDealtWithAndCostNoFile) {
   EXPECT_EQ(program.Read("old.json"), "old");
 }
 
-const std::string kWithANote = "equal-frequency --bins 2";
-const std::string kWithFiles = "equal-frequency --bins 2 --json old.json --report new.html";
-
 const Surroundings kSurroundings[] = {
-    {"FullStandardError", kWithANote, {"in.csv", "", "/dev/full"}, 0, ""},
-    {"ClosedStandardError", kWithANote, {"in.csv", "", "closed"}, 0, ""},
-    {"LimitedFileSize", kWithFiles, {"in.csv", "", "", 1000}, 1, "File too large"},
     {"JsonOverStandardInput",
      "equal-frequency --json in.csv",
      {"in.csv"},

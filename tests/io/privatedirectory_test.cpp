@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,7 +13,6 @@
 #include <vector>
 
 #include "binmodel/model/refusal.h"
-#include "cli/program.h"
 #include "support/rowname.h"
 #include "support/tempdir.h"
 
@@ -157,16 +155,6 @@ TEST_F(PrivateDirectoryTest, RunsSideBySideTakeNothingFromEachOther) {
     for (int i = 0; i < 4; ++i) threads.emplace_back(runMany);
   }
   EXPECT_EQ(parent.FileCount(), 0u);
-}
-
-TEST(KilledProgram, LeavesOneDirectoryForTheNextRunToRemove) {
-  const Program program;
-  const std::string command = "equal-frequency --bins 2 -";
-  EXPECT_EQ(program.RunAndSignal(command, SIGKILL).exitCode, 1000 + SIGKILL);
-  ASSERT_EQ(program.Files().size(), 1u);
-  EXPECT_EQ(program.Files().front().find(fmt::format("mcbin-{}-", geteuid())), 0u);
-  EXPECT_EQ(program.Run(command, "a\n1\n2\n3\n").exitCode, 0);
-  EXPECT_TRUE(program.Files().empty()) << program.Files().front();
 }
 
 }  // namespace

@@ -31,7 +31,6 @@ REMOVING = {"unlink", "unlinkat", "remove", "rmdir"}
 LOOKING = {"statx", "fstat", "fstatat", "getdents64", "openat", "flock"}
 # A directory for temporary files, one of those, or an unfinished output.
 IS_TEMPORARY = re.compile(r"mcbin-[^/]*(/[0-9a-f]+)?$")
-CANCELLED = (130, -signal.SIGTERM)  # by itself, or before it was ready to be
 
 Call = collections.namedtuple("Call", "name errors fault subject")
 Outcome = collections.namedtuple("Outcome", "code out err calls files modes")
@@ -176,10 +175,13 @@ class Subject:
                          if call.name == "write" and call.subject != "standard 2")
         for number, call in enumerate(self.good.calls, 1):
             where = f"call {number}, {call.name} of {call.subject}"
-            outcome = self.run(number=number, signal=signal.SIGTERM)
-            codes = CANCELLED if number <= last_write else (0, *CANCELLED)
-            self.note("SIGTERM", where, outcome,
-                      [*self.faults(outcome, codes), *self.what_stays(outcome, False)])
+            sent = (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)[number % 3]
+            outcome = self.run(number=number, signal=sent)
+            codes = (130, -sent) if number <= last_write else (0, 130, -sent)  # before it is ready
+            faults = [*self.faults(outcome, codes), *self.what_stays(outcome, False)]
+            if outcome.code == 130 and not outcome.err.endswith(b"mcbin: cancelled\n"):
+                faults.append("is cancelled without a word")
+            self.note(sent.name, where, outcome, faults)
             outcome = self.run(number=number, signal=signal.SIGKILL)
             self.note("SIGKILL", where, outcome,
                       [*self.faults(outcome, (-signal.SIGKILL,)), *self.what_stays(outcome, True)])
