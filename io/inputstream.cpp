@@ -32,6 +32,11 @@ char FirstCharacter(std::string_view text) {
   return at == std::string_view::npos ? '\0' : text[at];
 }
 
+[[noreturn]] void RefuseToRead(const std::string& name, const char* what, int error) {
+  throw MCBinModel::Refusal(MCBinModel::RefusalCode::kUnreadable, {name, {}, std::strerror(error)},
+                            fmt::format("{}: {}", what, std::strerror(error)));
+}
+
 }  // namespace
 
 InputStream::InputStream(const std::string& path, const char* expected)
@@ -43,10 +48,11 @@ InputStream::InputStream(const std::string& path, const char* expected)
   } while (!fFile.IsOpen() && errno == EINTR);
   struct stat status = {};
   if (!fFile.IsOpen() || fstat(fFile.Get(), &status) != 0) {
-    throw MCBinModel::Refusal(fmt::format("{}: cannot open it: {}", fName, std::strerror(errno)));
+    RefuseToRead(fName, "cannot open it", errno);
   }
   if (S_ISDIR(status.st_mode)) {
-    throw MCBinModel::Refusal(fmt::format("{}: this is a directory; give {}", fName, expected));
+    throw MCBinModel::Refusal(MCBinModel::RefusalCode::kNotAFile, {fName, {}, {}},
+                              fmt::format("this is a directory; give {}", expected));
   }
   fIsRegularFile = S_ISREG(status.st_mode) && lseek(fFile.Get(), 0, SEEK_CUR) == 0;
   if (fIsRegularFile) fSize = static_cast<std::uint64_t>(status.st_size);
@@ -67,19 +73,19 @@ InputText ReadAll(const std::string& path, char first, const char* expected) {
   std::vector<char> chunk(kChunkBytes);
   for (;;) {
     const ssize_t got = InputStream::Read(input.Get(), chunk.data(), chunk.size());
-    if (got < 0) {
-      throw MCBinModel::Refusal(fmt::format("{}: cannot read: {}", all.name, std::strerror(errno)));
-    }
+    if (got < 0) RefuseToRead(all.name, "cannot read", errno);
     const bool atEnd = got == 0;
     const bool isFirstChunk = all.text.empty();
     all.text.append(chunk.data(), static_cast<std::size_t>(got));
     if ((atEnd || isFirstChunk) && FirstCharacter(all.text) != first) {
-      throw MCBinModel::Refusal(fmt::format("{}: this is not {}", all.name, expected));
+      throw MCBinModel::Refusal(MCBinModel::RefusalCode::kWrongFile, {all.name, {}, expected},
+                                fmt::format("this is not {}", expected));
     }
     if (atEnd) return all;
     if (all.text.size() > kMostBytes) {
       throw MCBinModel::Refusal(
-          fmt::format("{}: larger than {} MiB; give {}", all.name, kMostBytes >> 20, expected));
+          MCBinModel::RefusalCode::kWrongFile, {all.name, {}, expected},
+          fmt::format("larger than {} MiB; give {}", kMostBytes >> 20, expected));
     }
   }
 }

@@ -112,8 +112,9 @@ OutputFile::OutputFile(const std::string& path) : fPath(path) {
   struct stat status = {};
   const bool exists = stat(path.c_str(), &status) == 0;
   if (exists && S_ISDIR(status.st_mode)) {
-    throw MCBinModel::Refusal(
-        fmt::format("{}: this is a directory; give a file name", MCBinModel::QuotedText(path)));
+    throw MCBinModel::Refusal(MCBinModel::RefusalCode::kNotAFile,
+                              {MCBinModel::QuotedText(path), {}, {}},
+                              "this is a directory; give a file name");
   }
   if (exists && !S_ISREG(status.st_mode)) {
     do {  // a named pipe that nobody reads is waited for
@@ -175,8 +176,10 @@ void OutputFile::RemoveTemporary() {
 }
 
 void OutputFile::Fail(const char* what) const {
-  throw MCBinModel::Refusal(
-      fmt::format("{}: {}: {}", MCBinModel::PrintableText(fPath), what, std::strerror(errno)));
+  const char* const why = std::strerror(errno);
+  throw MCBinModel::Refusal(MCBinModel::RefusalCode::kNotWritten,
+                            {MCBinModel::PrintableText(fPath), {}, why},
+                            fmt::format("{}: {}", what, why));
 }
 
 }  // namespace MCBin

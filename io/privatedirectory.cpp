@@ -31,10 +31,10 @@ std::string ChooseParent(const std::optional<std::string>& parent) {
 }
 
 [[noreturn]] void Refuse(const std::string& parent, int error) {
-  throw MCBinModel::Refusal(
-      fmt::format("cannot write temporary files in {}: {}; choose another directory "
-                  "with --temp-dir",
-                  MCBinModel::QuotedText(parent), std::strerror(error)));
+  throw MCBinModel::Refusal(MCBinModel::RefusalCode::kTemporaryFiles,
+                            {{}, parent, std::strerror(error)},
+                            fmt::format("cannot write temporary files in {}: {}",
+                                        MCBinModel::QuotedText(parent), std::strerror(error)));
 }
 
 std::string NamePrefix() { return fmt::format("mcbin-{}-", geteuid()); }

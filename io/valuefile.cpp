@@ -27,6 +27,13 @@ std::size_t ChooseRecordsPerBlock(std::size_t columnCount) {
   return records / kValuesPerLine / 2 * 2 * kValuesPerLine + kValuesPerLine;
 }
 
+[[noreturn]] void RefuseToWrite(const char* what, const std::string& directory) {
+  const char* const why = std::strerror(errno);
+  throw MCBinModel::Refusal(MCBinModel::RefusalCode::kTemporaryFiles, {{}, directory, why},
+                            fmt::format("cannot {} a temporary file in {}: {}", what,
+                                        MCBinModel::QuotedText(directory), why));
+}
+
 }  // namespace
 
 ValueFile::ValueFile(const std::string& directory, std::size_t columnCount)
@@ -38,10 +45,7 @@ ValueFile::ValueFile(const std::string& directory, std::size_t columnCount)
   const std::string path = directory + "/values";
   fFile.Reset(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
   if (!fFile.IsOpen() || unlink(path.c_str()) != 0) {
-    throw MCBinModel::Refusal(
-        fmt::format("cannot make a temporary file in {}: {}; choose another "
-                    "directory with --temp-dir",
-                    MCBinModel::QuotedText(fDirectory), std::strerror(errno)));
+    RefuseToWrite("make", fDirectory);
   }
 }
 
@@ -77,10 +81,7 @@ void ValueFile::Write(std::size_t firstColumn, std::size_t endColumn, std::size_
     const ssize_t written = pwrite(fFile.Get(), bytes, left, static_cast<off_t>(position));
     if (written < 0 && errno == EINTR) continue;
     if (written <= 0) {
-      throw MCBinModel::Refusal(
-          fmt::format("cannot write a temporary file in {}: {}; choose another "
-                      "directory with --temp-dir",
-                      MCBinModel::QuotedText(fDirectory), std::strerror(errno)));
+      RefuseToWrite("write", fDirectory);
     }
     bytes += written;
     left -= static_cast<std::size_t>(written);
@@ -105,9 +106,10 @@ void ValueFile::Read(std::size_t block, std::size_t column, double* values) cons
     const ssize_t got = pread(fFile.Get(), bytes, left, static_cast<off_t>(position));
     if (got < 0 && errno == EINTR) continue;
     if (got <= 0) {
-      throw MCBinModel::Refusal(fmt::format("cannot read back a temporary file in {}: {}",
-                                            MCBinModel::QuotedText(fDirectory),
-                                            got == 0 ? "it ends early" : std::strerror(errno)));
+      const char* const why = got == 0 ? "it ends early" : std::strerror(errno);
+      throw MCBinModel::Refusal(MCBinModel::RefusalCode::kUnreadable, {{}, {}, why},
+                                fmt::format("cannot read back a temporary file in {}: {}",
+                                            MCBinModel::QuotedText(fDirectory), why));
     }
     bytes += got;
     left -= static_cast<std::size_t>(got);

@@ -38,8 +38,14 @@ enum class RefusalCode {
   kCancelled,       // the host asked it to stop
   kTooManyThreads,  // the system does not start them
 
+  // Files. The detail is why, in the system's words; the place is the file.
+  kUnreadable,      // one cannot be opened or read
+  kNotWritten,      // one cannot be written; without a place it is standard output
+  kTemporaryFiles,  // they cannot be written; subject: their directory
+  kNotAFile,        // a directory where a file is meant; no detail
+  kWrongFile,       // not what is read there, or far too large for it; detail: what it should be
+
   // Bin files.
-  kUnreadable,      // a file cannot be opened or read; detail: why, in the system's words
   kBadBinFile,      // no bin file, or one that contradicts itself; the place says where
   kUnknownVersion,  // a bin file of another version of the format; detail: its version
   kUnwritable,      // a number or text that a bin file cannot hold; the place says where

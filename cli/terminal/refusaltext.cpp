@@ -44,6 +44,8 @@ std::string RefusalText(const MCBinModel::Refusal& refusal) {
                          refusal.what(), MCBinModel::ElideText(detail, 40));
     case RefusalCode::kTooManyThreads:
       return refusal.what() + std::string("; choose fewer with --jobs");
+    case RefusalCode::kTemporaryFiles:
+      return refusal.what() + std::string("; choose another directory with --temp-dir");
     case RefusalCode::kSeveralTargets:
       return place + "bins for several targets; choose one with --target: " + detail;
     case RefusalCode::kNoTargets:

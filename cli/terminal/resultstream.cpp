@@ -19,8 +19,9 @@ constexpr std::size_t kBlockBytes = std::size_t{1} << 16;
 constexpr int kFirstOwnDescriptor = 3;
 
 [[noreturn]] void Fail() {
-  throw MCBinModel::Refusal(
-      fmt::format("cannot write to standard output: {}", std::strerror(errno)));
+  const char* const why = std::strerror(errno);
+  throw MCBinModel::Refusal(MCBinModel::RefusalCode::kNotWritten, {{}, {}, why},
+                            fmt::format("cannot write to standard output: {}", why));
 }
 
 }  // namespace
