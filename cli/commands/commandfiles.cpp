@@ -12,7 +12,8 @@
 #include "binmodel/file/binfile.h"
 #include "binmodel/model/resultselection.h"
 #include "binmodel/text/displaytext.h"
-#include "cli/options/usageerror.h"
+#include "cli/terminal/notes.h"
+#include "cli/terminal/usageerror.h"
 #include "io/inputstream.h"
 #include "io/outputfile.h"
 
@@ -56,6 +57,14 @@ void CheckAreTwoFiles(const CommandOutput& first, const CommandOutput& second) {
   }
 }
 
+std::vector<std::size_t> ChooseResultsAloud(const MCBinModel::BinModel& model,
+                                            const DataOptions& options) {
+  std::vector<std::string> notes;
+  std::vector<std::size_t> results = ChooseResults(model, options.target, options.binFile, notes);
+  if (!options.quiet) PrintNotes(notes);
+  return results;
+}
+
 }  // namespace
 
 void CheckFiles(const std::vector<CommandInput>& inputs,
@@ -88,6 +97,15 @@ std::vector<std::size_t> ChooseResults(const MCBinModel::BinModel& model,
   return MCBinModel::LeaveOutFailedResults(model, MCBinModel::SelectResults(model, target, binFile),
                                            notes, binFile);
 }
+
+BinsAndData::BinsAndData(const DataOptions& options)
+    : model(LoadBinFile(options.binFile)),
+      results(ChooseResultsAloud(model, options)),
+      input(options.input, "a CSV file"),
+      delimiter(options.delimiter.value_or(model.source.delimiter)),
+      reader(input.Get(), input.GetName(), delimiter),
+      names(ColumnNames::Read(reader)),
+      missingTexts(options.missingTexts.value_or(model.source.missingTexts)) {}
 
 void WriteOutput(const std::string& path, std::string_view content, ResultStream& out) {
   if (path == "-") {

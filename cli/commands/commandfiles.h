@@ -7,7 +7,12 @@
 #include <vector>
 
 #include "binmodel/model/binmodel.h"
+#include "cli/commands/commands.h"
 #include "cli/terminal/resultstream.h"
+#include "csv/columnnames.h"
+#include "csv/csvreader.h"
+#include "csv/missingtexts.h"
+#include "io/inputstream.h"
 
 namespace MCBin {
 
@@ -35,6 +40,20 @@ MCBinModel::BinModel LoadBinFile(const std::string& path);
 std::vector<std::size_t> ChooseResults(const MCBinModel::BinModel& model,
                                        const std::optional<std::string>& target,
                                        const std::string& binFile, std::vector<std::string>& notes);
+
+// A bin file and data to use its bins on, read up to the header.
+struct BinsAndData {
+  // Throws Refusal, UsageError and Interrupt::Requested. Prints what ChooseResults notes.
+  explicit BinsAndData(const DataOptions& options);
+
+  const MCBinModel::BinModel model;
+  const std::vector<std::size_t> results;  // as ChooseResults says
+  const InputStream input;
+  const char delimiter;
+  CsvReader reader;
+  const ColumnNames names;
+  const MissingTexts missingTexts;
+};
 
 // Writes a command's only output; "-" is `out`, which is closed. Throws Refusal and
 // Interrupt::Requested.

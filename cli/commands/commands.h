@@ -5,8 +5,11 @@
 #include <vector>
 
 #include "binmodel/export/binexport.h"
-#include "cli/options/applyoptions.h"
-#include "cli/options/runoptions.h"
+#include "binmodel/model/binsettings.h"
+#include "cli/terminal/terminalstyle.h"
+#include "csv/binwriter.h"
+#include "csv/columnselection.h"
+#include "metadata/ibinvariable.h"
 
 namespace MCBin {
 
@@ -16,15 +19,43 @@ namespace MCBin {
 // Each returns the exit code. Results go to standard output, messages to standard error; no
 // temporary file stays behind. Each throws Refusal, UsageError and Interrupt::Requested.
 
-struct EvaluateOptions {
+struct RunOptions {
+  MCBinModel::BinSettings settings;
+
+  // The input and how to read it.
+  std::string input = "-";
+  char delimiter = ',';
+  std::vector<std::string> missingTexts = {"NA"};
+  ColumnChoice columns;
+  IBINVariable::BINWRoundingOption rounding = IBINVariable::RoundClosest;
+
+  // The run.
+  std::optional<std::string> tempDir;  // unset: TMPDIR, or /tmp
+  std::optional<std::string> jsonFile;
+  std::optional<std::string> reportFile;
+  ColorChoice color = ColorChoice::kAuto;
+  int jobs = 1;  // 0: one for every core
+  bool quiet = false;
+  bool strict = false;
+};
+
+// Of a command that uses bins on data.
+struct DataOptions {
   std::string binFile;
   std::string input = "-";
   std::optional<std::string> target;
-  std::optional<std::string> weight;  // unset: the bin file's
-  bool unweighted = false;            // every record counts once, whatever the bin file says
-  std::optional<char> delimiter;      // unset: as the bin file says
+  std::optional<char> delimiter;                         // unset: as the bin file says
   std::optional<std::vector<std::string>> missingTexts;  // unset: as the bin file says
   bool quiet = false;
+};
+
+struct ApplyOptions : DataOptions {
+  BinColumns columns;
+};
+
+struct EvaluateOptions : DataOptions {
+  std::optional<std::string> weight;  // unset: the bin file's
+  bool unweighted = false;            // every record counts once, whatever the bin file says
 };
 
 enum class ExportFormat { kSql, kPmml, kPython };

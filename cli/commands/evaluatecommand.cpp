@@ -12,11 +12,7 @@
 #include "cli/terminal/notes.h"
 #include "cli/terminal/progressbar.h"
 #include "cli/terminal/resultstream.h"
-#include "csv/columnnames.h"
-#include "csv/csvreader.h"
-#include "csv/missingtexts.h"
 #include "csv/recordcount.h"
-#include "io/inputstream.h"
 
 namespace MCBin {
 
@@ -49,30 +45,21 @@ void PrintCounts(const MCBinModel::Recount& recount) {
 int EvaluateCommand(const EvaluateOptions& options) {
   CheckFiles({{"the bin file", options.binFile}, {"the data", options.input}}, {});
   ResultStream out;
-  const MCBinModel::BinModel model = LoadBinFile(options.binFile);
-  std::vector<std::string> notes;
-  const std::vector<std::size_t> results =
-      ChooseResults(model, options.target, options.binFile, notes);
-  if (!options.quiet) PrintNotes(notes);
-
-  const InputStream input(options.input, "a CSV file");
-  CsvReader reader(input.Get(), input.GetName(),
-                   options.delimiter.value_or(model.source.delimiter));
-  const ColumnNames names = ColumnNames::Read(reader);
-  const MissingTexts missingTexts(options.missingTexts.value_or(model.source.missingTexts));
+  BinsAndData given(options);
   constexpr double kBytesPerMB = 1e6;
-  ProgressBar progress(!options.quiet && input.IsRegularFile());
-  progress.Start("counting", input.GetSize(), "MB", kBytesPerMB);
+  ProgressBar progress(!options.quiet && given.input.IsRegularFile());
+  progress.Start("counting", given.input.GetSize(), "MB", kBytesPerMB);
   std::vector<std::string> countNotes;
   const MCBinModel::Recount recount = CountRecords(
-      model, results, names, ChooseWeight(options, model.source), missingTexts, reader,
+      given.model, given.results, given.names, ChooseWeight(options, given.model.source),
+      given.missingTexts, given.reader,
       [&](std::uint64_t bytesRead) { progress.Update(bytesRead); }, countNotes);
   progress.Finish();
   if (!options.quiet) {
     PrintCounts(recount);
     PrintNotes(countNotes);
   }
-  MCBinModel::WriteEvaluationReport(model, recount, input.GetName(),
+  MCBinModel::WriteEvaluationReport(given.model, recount, given.input.GetName(),
                                     [&](std::string_view text) { out.Write(text); });
   out.Close();
   return kExitDone;

@@ -1,6 +1,5 @@
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "cli/commands/commands.h"
 #include "cli/options/commandline.h"
@@ -24,16 +23,13 @@ constexpr const char* kFooter =
 struct RawOptions {
   ApplyOptions apply;
   std::string form = "index";
-  std::string delimiter;
-  std::vector<std::string> missingTexts;
+  RawReading reading;
 };
 
 ApplyOptions Finish(RawOptions raw) {
-  ApplyOptions& apply = raw.apply;
-  apply.columns.form = ParseBinForm(raw.form);
-  if (!raw.delimiter.empty()) apply.delimiter = ParseDelimiter(raw.delimiter);
-  if (!raw.missingTexts.empty()) apply.missingTexts = JoinMissingTexts(raw.missingTexts);
-  return apply;
+  raw.apply.columns.form = ParseBinForm(raw.form);
+  ParseReading(raw.reading, raw.apply);
+  return raw.apply;
 }
 
 }  // namespace
@@ -42,9 +38,7 @@ void AddApplyCommand(CLI::App& app, CommandAction& action) {
   const auto raw = std::make_shared<RawOptions>();
   ApplyOptions& apply = raw->apply;
   CLI::App& command = *app.add_subcommand("apply", kHelp);
-  AddBinFile(command, apply.binFile);
-  AddCsvFile(command, apply.input);
-  AddTargetOfBins(command, apply.target);
+  AddBinsAndData(command, apply);
   AddBinForm(command, raw->form);
   CLI::Option* const suffix =
       command.add_option("--suffix", apply.columns.suffix, "of the new columns' names (_bin)")
@@ -55,9 +49,7 @@ void AddApplyCommand(CLI::App& app, CommandAction& action) {
       .add_option("--missing-as", apply.columns.missingText,
                   "text for a missing value (empty field)")
       ->type_name("TEXT");
-  AddMissingTexts(command, raw->missingTexts);
-  AddDelimiter(command, raw->delimiter);
-  command.add_flag("--quiet", apply.quiet, "no progress and no notes on standard error");
+  AddReading(command, raw->reading, apply);
   command.footer(kFooter);
   command.callback(
       [raw, &action] { action = [options = Finish(*raw)] { return ApplyCommand(options); }; });

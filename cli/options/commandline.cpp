@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "binmodel/text/displaytext.h"
-#include "cli/options/usageerror.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/resultstream.h"
+#include "cli/terminal/usageerror.h"
 
 namespace MCBin {
 

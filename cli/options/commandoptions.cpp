@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "cli/options/optionlist.h"
-#include "cli/options/usageerror.h"
+#include "cli/terminal/usageerror.h"
 
 namespace MCBin {
 
@@ -48,6 +48,27 @@ void AddTargetOfBins(CLI::App& command, std::optional<std::string>& target) {
       ->type_name("NAME");
 }
 
+void AddBinsAndData(CLI::App& command, DataOptions& options) {
+  AddBinFile(command, options.binFile);
+  AddCsvFile(command, options.input);
+  AddTargetOfBins(command, options.target);
+}
+
+void AddReading(CLI::App& command, RawReading& raw, DataOptions& options) {
+  AddList(command, "--na", raw.missingTexts, "TEXTS",
+          "texts that mean missing, beside the empty field (as in the bin file)");
+  command
+      .add_option("--delimiter", raw.delimiter,
+                  "field delimiter; tab or '\\t' for a tab (as in the bin file)")
+      ->type_name("CHAR");
+  command.add_flag("--quiet", options.quiet, "no progress and no notes on standard error");
+}
+
+void ParseReading(const RawReading& raw, DataOptions& options) {
+  if (!raw.delimiter.empty()) options.delimiter = ParseDelimiter(raw.delimiter);
+  if (!raw.missingTexts.empty()) options.missingTexts = JoinMissingTexts(raw.missingTexts);
+}
+
 void AddBinForm(CLI::App& command, std::string& form) {
   AddChoice(command, "--as", form, {"index", "label", "woe"},
             "how a bin is written (index); woe: weight of evidence");
@@ -56,18 +77,6 @@ void AddBinForm(CLI::App& command, std::string& form) {
 MCBinModel::BinForm ParseBinForm(const std::string& form) {
   if (form == "label") return MCBinModel::BinForm::kLabel;
   return form == "woe" ? MCBinModel::BinForm::kWeightOfEvidence : MCBinModel::BinForm::kIndex;
-}
-
-void AddMissingTexts(CLI::App& command, std::vector<std::string>& texts) {
-  AddList(command, "--na", texts, "TEXTS",
-          "texts that mean missing, beside the empty field (as in the bin file)");
-}
-
-void AddDelimiter(CLI::App& command, std::string& delimiter) {
-  command
-      .add_option("--delimiter", delimiter,
-                  "field delimiter; tab or '\\t' for a tab (as in the bin file)")
-      ->type_name("CHAR");
 }
 
 char ParseDelimiter(const std::string& text) {

@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "cli/options/applyoptions.h"
+#include "binmodel/apply/binvalues.h"
+#include "cli/commands/commands.h"
 
 namespace MCBin {
 
@@ -29,13 +30,19 @@ void AddCsvFile(CLI::App& command, std::string& path);
 // --target of a command that reads a bin file.
 void AddTargetOfBins(CLI::App& command, std::optional<std::string>& target);
 
+// Of a command that uses bins on data: both files and --target; --na, --delimiter and --quiet,
+// whose values ParseReading takes over. Throws UsageError.
+struct RawReading {
+  std::string delimiter;
+  std::vector<std::string> missingTexts;
+};
+void AddBinsAndData(CLI::App& command, DataOptions& options);
+void AddReading(CLI::App& command, RawReading& raw, DataOptions& options);
+void ParseReading(const RawReading& raw, DataOptions& options);
+
 // --as, and what its value means.
 void AddBinForm(CLI::App& command, std::string& form);
 MCBinModel::BinForm ParseBinForm(const std::string& form);
-
-// --na and --delimiter of a command that takes both from a bin file otherwise.
-void AddMissingTexts(CLI::App& command, std::vector<std::string>& texts);
-void AddDelimiter(CLI::App& command, std::string& delimiter);
 
 // The option's value as a character. Throws UsageError.
 char ParseDelimiter(const std::string& text);

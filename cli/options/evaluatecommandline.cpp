@@ -1,6 +1,5 @@
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "cli/commands/commands.h"
 #include "cli/options/commandline.h"
@@ -22,15 +21,12 @@ constexpr const char* kFooter =
 
 struct RawOptions {
   EvaluateOptions evaluate;
-  std::string delimiter;
-  std::vector<std::string> missingTexts;
+  RawReading reading;
 };
 
 EvaluateOptions Finish(RawOptions raw) {
-  EvaluateOptions& evaluate = raw.evaluate;
-  if (!raw.delimiter.empty()) evaluate.delimiter = ParseDelimiter(raw.delimiter);
-  if (!raw.missingTexts.empty()) evaluate.missingTexts = JoinMissingTexts(raw.missingTexts);
-  return evaluate;
+  ParseReading(raw.reading, raw.evaluate);
+  return raw.evaluate;
 }
 
 }  // namespace
@@ -39,17 +35,13 @@ void AddEvaluateCommand(CLI::App& app, CommandAction& action) {
   const auto raw = std::make_shared<RawOptions>();
   EvaluateOptions& evaluate = raw->evaluate;
   CLI::App& command = *app.add_subcommand("evaluate", kHelp);
-  AddBinFile(command, evaluate.binFile);
-  AddCsvFile(command, evaluate.input);
-  AddTargetOfBins(command, evaluate.target);
+  AddBinsAndData(command, evaluate);
   CLI::Option* const weight =
       command.add_option("--weight", evaluate.weight, "column of weights (as in the bin file)")
           ->type_name("NAME");
   command.add_flag("--unweighted", evaluate.unweighted, "count every record once")
       ->excludes(weight);
-  AddMissingTexts(command, raw->missingTexts);
-  AddDelimiter(command, raw->delimiter);
-  command.add_flag("--quiet", evaluate.quiet, "no progress and no notes on standard error");
+  AddReading(command, raw->reading, evaluate);
   command.footer(kFooter);
   command.callback(
       [raw, &action] { action = [options = Finish(*raw)] { return EvaluateCommand(options); }; });

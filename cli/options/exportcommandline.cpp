@@ -5,7 +5,7 @@
 #include "cli/commands/commands.h"
 #include "cli/options/commandline.h"
 #include "cli/options/commandoptions.h"
-#include "cli/options/usageerror.h"
+#include "cli/terminal/usageerror.h"
 
 namespace MCBin {
 

@@ -10,7 +10,7 @@
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
 #include "cli/options/optionlist.h"
-#include "cli/options/usageerror.h"
+#include "cli/terminal/usageerror.h"
 
 namespace MCBin {
 

@@ -6,7 +6,7 @@
 
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/utf8.h"
-#include "cli/options/usageerror.h"
+#include "cli/terminal/usageerror.h"
 
 namespace MCBin {
 

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "binmodel/model/refusal.h"
-#include "cli/options/usageerror.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/refusaltext.h"
+#include "cli/terminal/usageerror.h"
 #include "io/interrupt.h"
 
 namespace MCBin {

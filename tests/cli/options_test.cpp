@@ -7,7 +7,7 @@
 
 #include "cli/options/missingoption.h"
 #include "cli/options/optionlist.h"
-#include "cli/options/usageerror.h"
+#include "cli/terminal/usageerror.h"
 #include "csv/missingtexts.h"
 #include "support/rowname.h"
 

@@ -22,12 +22,16 @@ function(load shell expected)
   endif()
 endfunction()
 
-# A semicolon would end an argument.
-load(bash "_mcbin mcbin.*--report.*right left" --norc -c
+# A semicolon would end an argument; nothing but a completion may call compopt.
+load(bash "_mcbin mcbin.*--report.*right left.*mcbin.fish" --norc -c
      "source ./mcbin && complete -p mcbin
+      compopt() { true
+      }
       COMP_WORDS=(mcbin supervised --r) COMP_CWORD=2
       _mcbin && echo \${COMPREPLY[@]}
       COMP_WORDS=(mcbin supervised --closed '') COMP_CWORD=3
+      _mcbin && echo \${COMPREPLY[@]}
+      COMP_WORDS=(mcbin export --output mcbin.f) COMP_CWORD=3
       _mcbin && echo \${COMPREPLY[@]}")
 load(zsh ".*" -n _mcbin)
 load(zsh "_mcbin" -fc
