@@ -8,6 +8,7 @@
 
 #include "binmodel/model/binlookup.h"
 #include "binmodel/model/refusal.h"
+#include "binmodel/model/resultselection.h"
 #include "binmodel/model/usermissing.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
@@ -133,7 +134,8 @@ void CheckNames(const BinModel& model, const std::vector<ExportColumn>& columns)
 ExportModel MakeExportModel(const BinModel& model, const std::vector<std::size_t>& results,
                             const ExportOptions& options) {
   ExportModel exported{model.settings.rightClosed, options.form, MakeMissing(options), {}};
-  for (const std::size_t index : results) {
+  std::vector<std::string> notes;
+  for (const std::size_t index : LeaveOutFailedResults(model, results, notes)) {
     exported.columns.push_back(MakeColumn(model, model.results[index], options, exported.missing));
   }
   CheckNames(model, exported.columns);

@@ -2,26 +2,32 @@
 
 #include <cfloat>
 #include <cmath>
+#include <string_view>
 #include <vector>
 
 #include "binmodel/export/exportmodel.h"
+#include "binmodel/model/refusal.h"
+#include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
+#include "binmodel/text/utf8.h"
 
 namespace MCBinModel {
 
 namespace {
 
-std::string PythonText(const std::string& text) {
+// What would not be seen becomes an escape.
+std::string PythonText(std::string_view text) {
+  if (!IsUtf8(text)) throw Refusal(fmt::format("the text {} is not UTF-8", QuotedText(text)));
   std::string literal = "\"";
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '"' || c == '\\') {
-      literal += '\\';
-      literal += c;
-    } else if (byte < 0x20 || byte == 0x7F) {
-      literal += fmt::format("\\x{:02x}", byte);
+  while (!text.empty()) {
+    const CodePoint next = TakeCodePoint(text);
+    if (IsControl(next.value)) {
+      literal += fmt::format("\\x{:02x}", next.value);
+    } else if (IsHidden(next.value)) {
+      literal += fmt::format("\\U{:08x}", next.value);
     } else {
-      literal += c;
+      if (next.value == '"' || next.value == '\\') literal += '\\';
+      literal += next.bytes;
     }
   }
   return literal + "\"";

@@ -7,34 +7,118 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
-#include <stdexcept>
 
 #include "binmodel/export/binexport.h"
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/escape.h"
 #include "binmodel/text/number.h"
+#include "binmodel/text/utf8.h"
 
 namespace MCBinModel {
 
 namespace {
 
+// What a terminal could take for an order. Line feeds and tabs do no harm.
+bool IsUnsafe(std::uint32_t codePoint) {
+  return IsControl(codePoint) && codePoint != '\n' && codePoint != '\t';
+}
+
+bool IsSafe(std::string_view text) {
+  while (!text.empty()) {
+    if (IsUnsafe(TakeCodePoint(text).value)) return false;
+  }
+  return true;
+}
+
+// U&'...' with \HHHH for unsafe characters.
+std::string QuoteUnicode(std::string_view text, char quote) {
+  std::string escaped;
+  while (!text.empty()) {
+    const CodePoint next = TakeCodePoint(text);
+    if (IsUnsafe(next.value)) {
+      escaped += fmt::format("\\{:04X}", next.value);
+    } else {
+      if (next.value == '\\') escaped += '\\';
+      escaped += next.bytes;
+    }
+  }
+  return "U&" + QuoteDoubled(escaped, quote);
+}
+
 std::string QuoteStandard(std::string_view text) { return QuoteDoubled(text, '\''); }
+
+std::string QuoteAnsi(std::string_view text) {
+  return IsSafe(text) ? QuoteStandard(text) : QuoteUnicode(text, '\'');
+}
 
 // Where a backslash begins an escape. Spark reads 'a''b' as two texts, so quotes are escaped too.
 std::string QuoteWithBackslashes(std::string_view text) {
   std::string quoted = "'";
-  for (const char c : text) {
-    if (c == '\'' || c == '\\') quoted += '\\';
-    quoted += c;
+  while (!text.empty()) {
+    const CodePoint next = TakeCodePoint(text);
+    if (IsUnsafe(next.value)) {
+      quoted += fmt::format("\\u{:04X}", next.value);
+    } else {
+      if (next.value == '\'' || next.value == '\\') quoted += '\\';
+      quoted += next.bytes;
+    }
   }
   return quoted + "'";
 }
 
 // An escape string says what a backslash is, whatever standard_conforming_strings is set to.
 std::string QuotePostgresql(std::string_view text) {
-  const bool plain = text.find('\\') == std::string_view::npos;
+  const bool plain = text.find('\\') == std::string_view::npos && IsSafe(text);
   return plain ? QuoteStandard(text) : "E" + QuoteWithBackslashes(text);
+}
+
+// The text in pieces: what is safe in quotes, and a call for each unsafe character.
+template <typename Quote, typename Call>
+std::vector<std::string> QuotePieces(std::string_view text, Quote quote, Call call) {
+  std::vector<std::string> pieces;
+  std::string safe;
+  const auto endSafe = [&] {
+    if (!safe.empty()) pieces.push_back(quote(safe));
+    safe.clear();
+  };
+  while (!text.empty()) {
+    const CodePoint next = TakeCodePoint(text);
+    if (IsUnsafe(next.value)) {
+      endSafe();
+      pieces.push_back(call(next));
+    } else {
+      safe += next.bytes;
+    }
+  }
+  endSafe();
+  return pieces;
+}
+
+std::string Concatenate(std::string_view text, const char* function) {
+  const auto pieces = QuotePieces(text, QuoteStandard, [function](const CodePoint& c) {
+    return fmt::format("{}({})", function, c.value);
+  });
+  return fmt::format("({})", fmt::join(pieces, " || "));
+}
+
+std::string QuoteSqlite(std::string_view text) {
+  return IsSafe(text) ? QuoteStandard(text) : Concatenate(text, "char");
+}
+
+std::string QuoteDuckdb(std::string_view text) {
+  return IsSafe(text) ? QuoteStandard(text) : Concatenate(text, "chr");
+}
+
+// CHAR() takes the bytes of a character as one number.
+std::string QuoteMysql(std::string_view text) {
+  if (IsSafe(text)) return QuoteWithBackslashes(text);
+  const auto pieces = QuotePieces(text, QuoteWithBackslashes, [](const CodePoint& c) {
+    std::uint32_t bytes = 0;
+    for (const char byte : c.bytes) bytes = (bytes << 8) | static_cast<unsigned char>(byte);
+    return fmt::format("CHAR({} USING utf8mb4)", bytes);
+  });
+  return fmt::format("CONCAT({})", fmt::join(pieces, ", "));
 }
 
 // With an exponent a number is approximate (a double), without one it is a decimal.
@@ -87,23 +171,31 @@ std::string FormatSqlite(double value) {
 constexpr const char* kIsNull = "{} IS NULL";
 
 constexpr std::array<SqlDialect, 6> kDialects = {{
-    {"ansi", '"', QuoteStandard, FormatApproximate, nullptr, nullptr, kIsNull, "{0} <> {0}", "{}",
+    {"ansi", '"', true, QuoteAnsi, FormatApproximate, nullptr, nullptr, kIsNull, "{0} <> {0}", "{}",
      "{}"},
     // A text or a blob is above all numbers, and CAST would make 0 of it. Whole numbers beyond
     // 2^53 become doubles first.
-    {"sqlite", '"', QuoteStandard, FormatSqlite, "9e999", "-9e999",
+    {"sqlite", '"', false, QuoteSqlite, FormatSqlite, "9e999", "-9e999",
      "typeof({}) NOT IN ('integer', 'real')", "", "CAST({} AS REAL)",
      "CAST({} AS TEXT) COLLATE BINARY"},
-    {"postgresql", '"', QuotePostgresql, FormatPostgresql, "float8 'Infinity'",
+    {"postgresql", '"', true, QuotePostgresql, FormatPostgresql, "float8 'Infinity'",
      "float8 '-Infinity'", kIsNull, "{} = float8 'NaN'", "{}", "CAST({} AS text) COLLATE \"C\""},
     // Its usual collations ignore letter case and blanks at the end.
-    {"mysql", '`', QuoteWithBackslashes, FormatApproximate, nullptr, nullptr, kIsNull, "", "{}",
+    {"mysql", '`', false, QuoteMysql, FormatApproximate, nullptr, nullptr, kIsNull, "", "{}",
      "CAST(CONVERT({} USING utf8mb4) AS BINARY)"},
-    {"duckdb", '"', QuoteStandard, FormatApproximate, "CAST('inf' AS DOUBLE)",
+    {"duckdb", '"', false, QuoteDuckdb, FormatApproximate, "CAST('inf' AS DOUBLE)",
      "CAST('-inf' AS DOUBLE)", kIsNull, "{} = CAST('nan' AS DOUBLE)", "{}", "CAST({} AS VARCHAR)"},
-    {"spark", '`', QuoteWithBackslashes, FormatApproximate, "double('Infinity')",
+    {"spark", '`', false, QuoteWithBackslashes, FormatApproximate, "double('Infinity')",
      "double('-Infinity')", kIsNull, "isnan({})", "{}", "CAST({} AS STRING)"},
 }};
+
+void CheckText(const char* what, std::string_view text) {
+  if (text.find('\0') != std::string_view::npos) {
+    throw Refusal(fmt::format("the {} {} has a NUL character, which SQL cannot hold", what,
+                              QuotedText(text)));
+  }
+  if (!IsUtf8(text)) throw Refusal(fmt::format("the {} {} is not UTF-8", what, QuotedText(text)));
+}
 
 }  // namespace
 
@@ -125,11 +217,18 @@ const SqlDialect& FindSqlDialect(const std::string& name) {
 }
 
 std::string QuoteIdentifier(const SqlDialect& dialect, std::string_view name) {
-  if (name.find('\0') != std::string_view::npos) {
-    throw Refusal(
-        fmt::format("the name {} has a NUL character, which SQL cannot hold", QuotedText(name)));
-  }
-  return QuoteDoubled(name, dialect.identifierQuote);
+  CheckText("name", name);
+  if (IsSafe(name)) return QuoteDoubled(name, dialect.identifierQuote);
+  if (dialect.hasUnicodeNames) return QuoteUnicode(name, dialect.identifierQuote);
+  throw Refusal(
+      fmt::format("the name {} has a control character, which the SQL dialect {} cannot "
+                  "write; rename the column",
+                  QuotedText(name), dialect.name));
+}
+
+std::string FormatSqlText(const SqlDialect& dialect, std::string_view text) {
+  CheckText("text", text);
+  return dialect.quoteText(text);
 }
 
 std::string FormatSqlNumber(const SqlDialect& dialect, double value) {

@@ -13,9 +13,10 @@ namespace MCBinModel {
 struct SqlDialect {
   const char* name;
   char identifierQuote;
-  std::string (*quoteText)(std::string_view text);
-  std::string (*formatNumber)(double value);  // of a finite value
-  const char* infinity;                       // +infinity; null when there is none
+  bool hasUnicodeNames;                             // U&"..."
+  std::string (*quoteText)(std::string_view text);  // in UTF-8, without a NUL
+  std::string (*formatNumber)(double value);        // of a finite value
+  const char* infinity;                             // +infinity; null when there is none
   const char* minusInfinity;
 
   // Patterns with {} for a column.
@@ -28,9 +29,14 @@ struct SqlDialect {
 // Throws Refusal for a name that SqlDialectNames() does not have.
 const SqlDialect& FindSqlDialect(const std::string& name);
 
-// A table or column name in the dialect's quotes. Throws Refusal for one with a NUL
-// character, which no query can hold.
+// A table or column name in the dialect's quotes. Throws Refusal for one that is not UTF-8, has a
+// NUL, which no query can hold, or another control character in a dialect that has no escape for
+// it; line feeds and tabs stand as they are.
 std::string QuoteIdentifier(const SqlDialect& dialect, std::string_view name);
+
+// A text as a literal, control characters as escapes. Throws Refusal for one with a NUL or not in
+// UTF-8.
+std::string FormatSqlText(const SqlDialect& dialect, std::string_view text);
 
 // A number as a literal. Throws Refusal for an infinite one in a dialect that has none.
 std::string FormatSqlNumber(const SqlDialect& dialect, double value);

@@ -21,21 +21,13 @@ std::string Fill(const char* pattern, const std::string& column) {
   return fmt::format(fmt::runtime(pattern), column);
 }
 
-std::string TextLiteral(const SqlDialect& dialect, const std::string& text) {
-  if (text.find('\0') != std::string::npos) {
-    throw Refusal(
-        fmt::format("the text {} has a NUL character, which SQL cannot hold", QuotedText(text)));
-  }
-  return dialect.quoteText(text);
-}
-
 std::string Literal(const SqlDialect& dialect, const BinValue& value) {
   struct Writer {
     const SqlDialect& dialect;
     std::string operator()(std::monostate) const { return "NULL"; }
     std::string operator()(std::int64_t index) const { return std::to_string(index); }
     std::string operator()(double number) const { return FormatSqlNumber(dialect, number); }
-    std::string operator()(const std::string& text) const { return TextLiteral(dialect, text); }
+    std::string operator()(const std::string& text) const { return FormatSqlText(dialect, text); }
   };
   return std::visit(Writer{dialect}, value);
 }
@@ -81,7 +73,7 @@ class CaseWriter {
     std::vector<std::string> literals;
     if (fIsText) {
       for (const std::string& text : fColumn.attribute->missing.texts) {
-        literals.push_back(TextLiteral(fDialect, text));
+        literals.push_back(FormatSqlText(fDialect, text));
       }
     } else {
       if (*fDialect.isNaN != '\0') conditions.push_back(Fill(fDialect.isNaN, fReference));
@@ -128,7 +120,7 @@ class CaseWriter {
     for (const ExportColumn::CategoryBin& categories : fColumn.categoryBins) {
       std::vector<std::string> literals;
       for (const std::size_t code : categories.codes) {
-        literals.push_back(fIsText ? TextLiteral(fDialect, attribute.texts[code])
+        literals.push_back(fIsText ? FormatSqlText(fDialect, attribute.texts[code])
                                    : FormatSqlNumber(fDialect, attribute.numbers[code]));
       }
       AddBranch(IsIn(literals), fColumn.values[categories.bin]);

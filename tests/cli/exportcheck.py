@@ -30,11 +30,11 @@ def random_doubles(count, low, high):
             for _ in range(count)]
 
 
-def make_attributes(with_intervals):
+def make_attributes(engine):
     """(variable, cut points) with names that need quoting."""
     def continuous(name, cuts, **missing):
         variable = {"name": name, "kind": "continuous"}
-        if missing and (with_intervals or "interval" not in missing):
+        if missing and (engine.has_intervals or "interval" not in missing):
             variable["user_missing"] = {"values": [], **missing}
         return variable, sorted(cuts)
 
@@ -43,6 +43,8 @@ def make_attributes(with_intervals):
                 "user_missing": {"values": missing}}, cuts
 
     texts = ["it's", "a", "A", "a ", "\\n", '"q"', "\u00fcber\n\u2713", "1", "%", "<&>"]
+    if engine.has_controls:
+        texts.append("\x1b[2J\x7f\u009b\u202e")
     return [
         continuous('petal "width"', [0.6, 1.7, 0.1, 5e-5, 8, -2.5, 1e15, 123456.7891]),
         continuous("`it's`", random_doubles(40, -15, 15), values=[-1, 9.5]),
@@ -123,7 +125,7 @@ def same(applied, exported, form, no_value):
 
 
 def check(engine, closed, form, missing, directory):
-    attributes = make_attributes(engine.has_intervals)
+    attributes = make_attributes(engine)
     path = os.path.join(directory, "bins.json")
     with open(path, "w", encoding="utf-8") as file:
         json.dump(make_bins(attributes, closed), file)

@@ -26,6 +26,7 @@ class Engine:
 
     has_nan = True
     has_intervals = True  # of missing values
+    has_controls = True  # control characters in texts
     no_value = None
 
     def __enter__(self):
@@ -171,6 +172,7 @@ class Pmml(Engine):
 
     has_nan = False
     has_intervals = False
+    has_controls = False
 
     def options(self, unused):
         return ["--format", "pmml"]

