@@ -134,15 +134,16 @@ TEST(Export, RefusesWhatCannotBeSaid) {
 
 TEST(Export, WritesNoControlCharacterOfAName) {
   BinModel model = OddBins();
-  model.attributes[1].name = "c\x1B[2J\u0085\u202E";
+  model.attributes[1].name = "c\\\"\x1B[2J\u0085\u202E";
   for (const char* dialect : {"sqlite", "mysql", "duckdb", "spark"}) {
     EXPECT_EQ(CodeOfSql(model, {}, dialect, "x"), RefusalCode::kInput) << dialect;
   }
-  EXPECT_NE(ExportSql(model, {1}, {}, "postgresql", "x").find("U&\"c\\001B[2J\\0085"),
+  EXPECT_NE(ExportSql(model, {1}, {}, "postgresql", "x").find("U&\"c\\\\\"\"\\001B[2J\\0085"),
             std::string::npos);
   std::vector<std::string> notes;
   EXPECT_THROW(ExportPmml(model, {1}, {}, notes), MCBinModel::Refusal);
-  EXPECT_NE(ExportPython(model, {1}, {}).find("\"c\\x1b[2J\\x85\\U0000202e\""), std::string::npos);
+  EXPECT_NE(ExportPython(model, {1}, {}).find("\"c\\\\\\\"\\x1b[2J\\x85\\U0000202e\""),
+            std::string::npos);
 }
 
 TEST(Export, LeavesOutWhatHasNoBinsForAnError) {

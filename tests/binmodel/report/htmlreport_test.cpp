@@ -32,10 +32,12 @@ std::vector<double> NumbersBehind(const std::string& text, const std::string& be
   return numbers;
 }
 
-TEST(HtmlReport, TellsTheShareOfAllThatIsMissing) {
+TEST(HtmlReport, TakesSharesOfTheRightWhole) {
   const std::string page = MakeHtmlReport(SampleBins({"n", "y"}, {{"x", {{20, 10}, {5, 25}}}}));
   EXPECT_EQ(Count(page, "<td>2</td><td>25.0%</td><td class=\"t s\">ok</td>"), 1u);
   EXPECT_EQ(Count(page, "missing: weight 20 (25.0% of all)"), 1u);
+  EXPECT_EQ(Count(page, "<td>30</td><td>50.0%</td><td>10</td><td>33.3%</td><td>20</td>"), 1u);
+  EXPECT_EQ(Count(page, "<td>25.5%</td>"), 1u);  // 0.25 of 0.9799 bits
 }
 
 TEST(HtmlReport, TellsTheDeviationFromTheShareThatWasAskedFor) {
