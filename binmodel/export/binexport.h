@@ -18,7 +18,8 @@ namespace MCBinModel {
 //
 // `results` are indexes into BinModel::results, at most one for each attribute and all for the
 // same target, or all without one: what SelectResults() gives. The rules stand in this order.
-// There are none for an attribute that has no bins because of an error; LeaveOutFailedResults() names them.
+// There are none for an attribute that has no bins because of an error; LeaveOutFailedResults()
+// names them.
 //
 // Text is UTF-8. Control characters in names and categories are written as escapes where the
 // language has them. Every function throws Refusal when a new column would have the name of an

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "binmodel/apply/recount.h"
+#include "binmodel/apply/bincounter.h"
 #include "binmodel/report/binreport.h"
 #include "binmodel/samplebins.h"
 
