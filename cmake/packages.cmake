@@ -87,7 +87,7 @@ if(TARGET mcbinmodel)
     "This package has the headers, a static library, CMake and pkg-config files.")
   set(CPACK_DEBIAN_BINMODEL_DEVELOPMENT_PACKAGE_DEPENDS
       "${binmodelPackage} (= ${debianVersion}), libmcbinning-dev (= ${debianVersion})")
-  set(CPACK_DEBIAN_BINMODEL_DEVELOPMENT_PACKAGE_SUGGESTS libfmt-dev)
+  set(CPACK_DEBIAN_BINMODEL_DEVELOPMENT_PACKAGE_SUGGESTS "libfmt-dev, libutf8proc-dev")
 endif()
 if(MCBINNING_CLI)
   list(APPEND CPACK_COMPONENTS_ALL tool)
