@@ -35,7 +35,9 @@ FOLDERS = {
 }
 
 GENERATED = {"src/host/buildconfig.h"}
-INCLUDE = re.compile(r'#include "([^"]+)"')
+# What public headers of one library name as hosts do, too: <mcbinning/common/mcstatus.h>.
+PUBLISHED = {"mcbinning/": "src/", "mcbinmodel/": "binmodel/"}
+INCLUDE = re.compile(r'#include (?:"([^"]+)"|<((?:mcbinning|mcbinmodel)/[^>]+)>)')
 
 
 def source_files(root):
@@ -99,7 +101,10 @@ def main(root):
                 found = INCLUDE.match(line)
                 if not found:
                     continue
-                used = resolve(found[1], path, files)
+                name = found[1] or found[2]
+                for prefix, folder in PUBLISHED.items():
+                    name = folder + name[len(prefix):] if name.startswith(prefix) else name
+                used = resolve(name, path, files)
                 fault = why_not(path, used) if used else "there is no such file"
                 if fault:
                     faults.append(f"{path}:{number}: {line.strip()}: {fault}")
