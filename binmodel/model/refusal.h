@@ -36,6 +36,7 @@ enum class RefusalCode {
   // A run.
   kNoRecords,       // none is there, or none has a usable weight
   kCancelled,       // the host asked it to stop
+  kTemporaryFile,   // one could not be written or read back
   kTooManyThreads,  // the system does not start them
 
   // Files. The detail is why, in the system's words; the place is the file.

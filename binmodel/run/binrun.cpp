@@ -19,6 +19,7 @@
 #include "binmodel/run/jobs.h"
 #include "binmodel/run/recordblocks.h"
 #include "binmodel/run/resultbins.h"
+#include "binmodel/run/runcheck.h"
 #include "binmodel/run/runprogress.h"
 #include "binmodel/run/runshare.h"
 #include "binmodel/text/displaytext.h"
@@ -77,7 +78,9 @@ class Share {
     fJobs.QueryCancel();
     if (fJobs.IsCancelled()) throw Refusal(RefusalCode::kCancelled, {}, "the run was cancelled");
     if (!status.IsError()) return;
-    throw Refusal(fmt::format("binning failed: {} (status {})", MCBinning::Describe(status),
+    const bool isTemporaryFile = status.GetErrorCode() == 120021;
+    throw Refusal(isTemporaryFile ? RefusalCode::kTemporaryFile : RefusalCode::kInput, {},
+                  fmt::format("binning failed: {} (status {})", MCBinning::Describe(status),
                               status.GetErrorCode()));
   }
 
@@ -159,9 +162,6 @@ std::vector<AttributeBins> RunShares(const Run& run) {
     Share share(run, index, progress, jobs);
     (isSupervised ? RunSupervised : RunEqualFrequency)(run, share, results);
   });
-  for (const AttributeBins& bins : results) {
-    CheckCutPoints(bins.cutPoints, run.variables.attributes[bins.attribute]);
-  }
   return results;
 }
 
@@ -189,16 +189,19 @@ void CheckVariables(const BinSettings& settings, const RunVariables& variables) 
 }  // namespace
 
 BinModel MakeBins(const BinSettings& settings, RunVariables variables, const ColumnSource& columns,
-                  const RunControl& control) {
+                  const RunControl& control, std::vector<std::size_t>* countedAnew) {
   CheckVariables(settings, variables);
   BinModel model;
   model.settings = settings;
   model.source.recordCount = columns.GetRecordCount();
+  model.source.dropped = CheckWeights(variables, columns, control);
   if (variables.weight) model.source.weight = variables.weight->info;
   model.results = RunShares({settings, variables, columns, control,
                              CountShares(control.jobs, variables.attributes.size())});
   model.attributes = std::move(variables.attributes);
   model.targets = std::move(variables.targets);
+  std::vector<std::size_t> anew = CheckResults(model, variables, columns, control);
+  if (countedAnew != nullptr) *countedAnew = std::move(anew);
   return model;
 }
 

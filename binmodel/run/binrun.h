@@ -47,19 +47,24 @@ struct RunControl {
 
   // Told how much of the work is done, in passes over a record: first 0, then ever more. Called by
   // any thread of the run, by one at a time.
-  std::function<void(std::uint64_t done, std::uint64_t total)> progress;
+  std::function<void(std::uint64_t done, std::uint64_t total)> progress = nullptr;
 
   // Asked often whether the run is to stop. Called by any thread of the run, by several at a time.
-  std::function<bool()> cancel;
+  std::function<bool()> cancel = nullptr;
 };
 
 // Bins every attribute against every target, or with equal-frequency binning on its own. The
 // results come target by target, in the order of the attributes; what went wrong with one is in
-// its status. The model's source has the number of records, the weight and nothing else.
+// its status. The model's source has the numbers of records, the weight and nothing else.
+//
+// Bins whose weights do not sum up to that of the valid cases are counted anew for the cut points
+// there are (see the guide: cut points between neighbouring doubles); `countedAnew` gets the
+// indexes of those results.
 //
 // Every thread has ended on return. Throws Refusal when the run as a whole failed or was stopped
 // (RefusalCode::kCancelled), and what a callback or the columns threw.
 MCBINMODEL_API BinModel MakeBins(const BinSettings& settings, RunVariables variables,
-                                 const ColumnSource& columns, const RunControl& control);
+                                 const ColumnSource& columns, const RunControl& control,
+                                 std::vector<std::size_t>* countedAnew = nullptr);
 
 }  // namespace MCBinModel

@@ -1,34 +1,19 @@
 #include "binmodel/run/recordblocks.h"
 
-#include <algorithm>
-#include <utility>
-
 namespace MCBinModel {
 
-RecordBlocks::RecordBlocks(const ColumnSource& source, std::vector<std::size_t> columns)
-    : fSource(source),
-      fRecordCount(fSource.GetRecordCount()),
-      fRecordsPerBlock(static_cast<std::size_t>(
-          std::min<std::uint64_t>(fSource.GetRecordsPerBlock(), fRecordCount))),
-      fColumns(std::move(columns)),
-      fBlock(fColumns.size() * fRecordsPerBlock),
-      fNextInBlock(fRecordsPerBlock),
-      fRecord(fColumns.size()),
-      fRecordValues(&fRecord[0]) {}
-
 bool RecordBlocks::HasMore() {
-  fIsAtEnd = fRecordsRead == fRecordCount;
+  fIsAtEnd = fRecordsRead == fBlocks.GetRecordCount();
   return !fIsAtEnd;
 }
 
 const MCCommon::Record* RecordBlocks::Next() {
   if (!HasMore()) return nullptr;
-  if (fNextInBlock == fRecordsPerBlock) ReadBlock();
+  if (fNextInBlock == fBlockSize) ReadBlock();
 
-  const double* from = fBlock.data() + fNextInBlock;
-  for (std::size_t i = 0; i < fColumns.size(); ++i, from += fRecordsPerBlock) {
-    fRecordValues[i] = *from;
-  }
+  const std::size_t stride = fBlocks.GetStride();
+  const double* from = fBlocks.GetValues(0) + fNextInBlock;
+  for (std::size_t i = 0; i < fRecord.Size(); ++i, from += stride) fRecordValues[i] = *from;
   ++fNextInBlock;
   ++fRecordsRead;
   return &fRecord;
@@ -36,14 +21,11 @@ const MCCommon::Record* RecordBlocks::Next() {
 
 void RecordBlocks::ReadBlock() {
   try {
-    for (std::size_t i = 0; i < fColumns.size(); ++i) {
-      fSource.Read(fBlocksRead, fColumns[i], fBlock.data() + i * fRecordsPerBlock);
-    }
+    fBlockSize = fBlocks.ReadNext();
   } catch (...) {
     fFailure = std::current_exception();
     throw;
   }
-  ++fBlocksRead;
   fNextInBlock = 0;
 }
 

@@ -5,7 +5,7 @@
 #include <exception>
 #include <vector>
 
-#include "binmodel/run/columnsource.h"
+#include "binmodel/run/columnblocks.h"
 #include "host/record.h"
 #include "host/recorditerator.h"
 
@@ -18,7 +18,8 @@ namespace MCBinModel {
 class RecordBlocks final : public MCCommon::RecordIterator {
  public:
   // Position i of a record holds the value of columns[i]. Borrows the source.
-  RecordBlocks(const ColumnSource& source, std::vector<std::size_t> columns);
+  RecordBlocks(const ColumnSource& source, const std::vector<SourceColumn>& columns)
+      : fBlocks(source, columns), fRecord(columns.size()), fRecordValues(&fRecord[0]) {}
 
   RecordBlocks(const RecordBlocks&) = delete;
   RecordBlocks& operator=(const RecordBlocks&) = delete;
@@ -29,7 +30,7 @@ class RecordBlocks final : public MCCommon::RecordIterator {
   // HasMore() has answered that there is no other record.
   bool IsAtEnd() const { return fIsAtEnd; }
 
-  std::uint64_t GetRecordCount() const { return fRecordCount; }
+  std::uint64_t GetRecordCount() const { return fBlocks.GetRecordCount(); }
   std::uint64_t GetRecordsRead() const { return fRecordsRead; }
 
   void RethrowFailure() const;
@@ -37,13 +38,9 @@ class RecordBlocks final : public MCCommon::RecordIterator {
  private:
   void ReadBlock();
 
-  const ColumnSource& fSource;
-  const std::uint64_t fRecordCount;
-  const std::size_t fRecordsPerBlock;
-  const std::vector<std::size_t> fColumns;
-  std::vector<double> fBlock;  // column by column
-  std::size_t fBlocksRead = 0;
-  std::size_t fNextInBlock;
+  ColumnBlocks fBlocks;
+  std::size_t fBlockSize = 0;
+  std::size_t fNextInBlock = 0;
   std::uint64_t fRecordsRead = 0;
   bool fIsAtEnd = false;
   MCCommon::Record fRecord;

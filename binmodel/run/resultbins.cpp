@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <optional>
 
 #include "binmodel/measure/binstatistics.h"
@@ -74,11 +75,14 @@ void AddUnseenCategories(AttributeBins& bins, const VariableInfo& target) {
 void CheckCutPoints(const std::vector<double>& cutPoints, const VariableInfo& attribute) {
   const bool finite = std::all_of(cutPoints.begin(), cutPoints.end(),
                                   [](double cutPoint) { return std::isfinite(cutPoint); });
-  if (finite) return;
+  const bool ascend = std::adjacent_find(cutPoints.begin(), cutPoints.end(),
+                                         std::greater_equal<>()) == cutPoints.end();
+  if (finite && ascend) return;
   throw Refusal(
-      fmt::format("column {}: a cut point is beyond the largest double; divide the "
-                  "values, for example by 1000",
-                  QuotedText(attribute.name)));
+      RefusalCode::kInput, {{}, attribute.name, {}},
+      fmt::format(
+          "column {}: {}; divide the values, for example by 1000", QuotedText(attribute.name),
+          finite ? "the cut points do not ascend" : "a cut point is beyond the largest double"));
 }
 
 }  // namespace MCBinModel

@@ -16,8 +16,8 @@ AttributeBins TakeResults(const BINAttributeResults& results);
 // Weight 0, in every bin, for the categories of the target that no case has shown.
 void AddUnseenCategories(AttributeBins& bins, const VariableInfo& target);
 
-// Throws Refusal for a cut point that is not finite: the midpoint of two values beyond half the
-// largest double is infinite.
+// Throws Refusal for a cut point that is not finite (the midpoint of two values beyond half the
+// largest double is infinite) and for cut points that do not ascend.
 void CheckCutPoints(const std::vector<double>& cutPoints, const VariableInfo& attribute);
 
 }  // namespace MCBinModel

@@ -50,20 +50,20 @@ ShareVariables MakeShareVariables(const RunVariables& variables, std::size_t sha
   for (std::size_t i = 0; i < variables.targets.size(); ++i) {
     const auto role = i == 0 ? IBINVariable::RoleTarget : IBINVariable::RoleAttribute;
     result.targetIndexes.push_back(AddVariable(result.list, variables.targets[i], role));
-    result.columns.push_back(variables.targetColumns[i]);
+    result.columns.push_back({variables.targetColumns[i], &variables.targets[i]});
   }
   if (variables.weight) {
     const RunVariables::Weight& weight = *variables.weight;
     const int index = result.list.AddWeightVar(weight.info.name, "", weight.info.rounding);
     SetNumericMissing(result.list, index, weight.info.missing);
-    result.columns.push_back(weight.column);
+    result.columns.push_back({weight.column, nullptr});
   }
   for (std::size_t i = 0; i < variables.attributes.size(); ++i) {
     if (ShareOf(i, shareCount) != share) continue;
     result.attributes.push_back(i);
     result.attributeIndexes.push_back(
         AddVariable(result.list, variables.attributes[i], IBINVariable::RoleAttribute));
-    result.columns.push_back(variables.attributeColumns[i]);
+    result.columns.push_back({variables.attributeColumns[i], &variables.attributes[i]});
   }
   return result;
 }

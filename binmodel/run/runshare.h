@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "binmodel/run/binrun.h"
+#include "binmodel/run/columnblocks.h"
 #include "metadata/binvarlist.h"
 
 namespace MCBinModel {
@@ -11,7 +12,7 @@ namespace MCBinModel {
 // What one algorithm object bins: all targets, the weight, and its share of the attributes.
 struct ShareVariables {
   BINVarList list;
-  std::vector<std::size_t> columns;  // of the source, by variable index
+  std::vector<SourceColumn> columns;  // by variable index
 
   // Its attributes and all targets as indexes into the list.
   std::vector<int> attributeIndexes;

@@ -1,4 +1,5 @@
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,6 +13,7 @@
 #include "binmodel/model/binmodel.h"
 #include "binmodel/report/binreport.h"
 #include "binmodel/run/binrun.h"
+#include "binmodel/text/displaytext.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/commands/commands.h"
 #include "cli/terminal/exitguard.h"
@@ -45,6 +47,19 @@ void PrintCounts(const MCBinModel::BinModel& model) {
   PrintNote(note);
 }
 
+void PrintCountedAnew(const MCBinModel::BinModel& model, const std::vector<std::size_t>& results) {
+  constexpr std::size_t kMostNamed = 10;
+  std::vector<std::string> names;
+  for (const std::size_t index : results) {
+    if (names.size() == kMostNamed) break;
+    names.push_back(MCBinModel::QuotedText(model.GetAttribute(model.results[index]).name));
+  }
+  PrintNote(fmt::format(
+      "a cut point between two neighbouring numbers rounds onto one of them; the cases are counted "
+      "anew for the cut points there are: {}{}",
+      fmt::join(names, ", "), results.size() > names.size() ? " and more" : ""));
+}
+
 auto ShowProgress(ProgressBar& progress) {
   return [&progress](std::uint64_t done, std::uint64_t total) {
     constexpr double kRecordsPerUnit = 1e6;
@@ -76,12 +91,14 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
     for (const ColumnNote& note : notes) PrintNote(NoteText(note));
   }
 
+  std::vector<std::size_t> countedAnew;
   MCBinModel::RunControl control{directory.GetPath(), options.jobs, nullptr,
                                  &Interrupt::IsRequested};
   if (progress.IsVisible()) control.progress = ShowProgress(progress);
-  MCBinModel::BinModel model =
-      MCBinModel::MakeBins(options.settings, std::move(variables), *scan.values, control);
+  MCBinModel::BinModel model = MCBinModel::MakeBins(options.settings, std::move(variables),
+                                                    *scan.values, control, &countedAnew);
   progress.Finish();
+  if (!options.quiet && !countedAnew.empty()) PrintCountedAnew(model, countedAnew);
   model.source.name = input.GetName();
   model.source.delimiter = options.delimiter;
   model.source.missingTexts = options.missingTexts;

@@ -43,7 +43,9 @@ TEST(ValueFile, GivesBackTheColumnsAskedForInRecordOrder) {
     Write(file, recordCount);
     for (const std::vector<std::size_t>& columns :
          {std::vector<std::size_t>{4, 0, 3}, std::vector<std::size_t>{1}}) {
-      RecordBlocks records(file, columns);
+      std::vector<MCBinModel::SourceColumn> asked;
+      for (const std::size_t column : columns) asked.push_back({column, nullptr});
+      RecordBlocks records(file, asked);
       std::size_t record = 0;
       for (; records.HasMore(); ++record) {
         const MCCommon::Record& values = *records.Next();

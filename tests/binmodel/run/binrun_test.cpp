@@ -1,0 +1,398 @@
+#include "binmodel/run/binrun.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <limits>
+#include <numeric>
+#include <ostream>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "binmodel/apply/bincounter.h"
+#include "binmodel/file/binfile.h"
+#include "binmodel/model/refusal.h"
+#include "binmodel/run/memorycolumns.h"
+#include "support/rowname.h"
+#include "support/tempdir.h"
+
+namespace {
+
+using MCBinModel::BinModel;
+using MCBinModel::BinSettings;
+using MCBinModel::MemoryColumns;
+using MCBinModel::Refusal;
+using MCBinModel::RefusalCode;
+using MCBinModel::RunControl;
+using MCBinModel::RunVariables;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+std::mt19937 SeededRandom() {
+  const char* const given = std::getenv("MCBINNING_TEST_SEED");
+  return std::mt19937(given != nullptr ? static_cast<unsigned>(std::stoul(given)) : 20240611u);
+}
+
+// Columns in memory and the run over them.
+class Data {
+ public:
+  explicit Data(std::size_t recordCount) : fColumns(recordCount) {}
+
+  void AddAttribute(const std::string& name, std::vector<double> values) {
+    fRun.attributes.emplace_back().name = name;
+    fRun.attributeColumns.push_back(Add(std::move(values)));
+  }
+
+  // Of the classes 0, 1, ... .
+  void AddTarget(const std::string& name, int classCount, std::vector<double> values) {
+    MCBinModel::VariableInfo& target = fRun.targets.emplace_back();
+    target.name = name;
+    target.kind = MCBinModel::VariableKind::kNumericCategorical;
+    for (int code = 0; code < classCount; ++code) target.numbers.push_back(code);
+    fRun.targetColumns.push_back(Add(std::move(values)));
+  }
+
+  void SetWeight(std::vector<double> values) {
+    fRun.weight = {{"w", IBINVariable::RoundClosest, {}}, Add(std::move(values))};
+  }
+
+  // Supervised with a target.
+  BinModel MakeBins(BinSettings settings = {}, const RunControl& control = {},
+                    std::vector<std::size_t>* countedAnew = nullptr) const {
+    using MCBinModel::Algorithm;
+    settings.algorithm = fRun.targets.empty() ? Algorithm::kEqualFrequency : Algorithm::kSupervised;
+    return MCBinModel::MakeBins(settings, fRun, fColumns, control, countedAnew);
+  }
+
+  // The model's results, counted from the columns one record at a time.
+  std::vector<MCBinModel::RecountedBins> CountAgain(const BinModel& model) const {
+    std::vector<std::size_t> results(model.results.size());
+    std::iota(results.begin(), results.end(), std::size_t{0});
+    MCBinModel::BinCounter counter(model, results);
+    std::vector<double> values;
+    for (std::size_t record = 0; record < fColumns.GetRecordCount(); ++record) {
+      values.clear();
+      for (const auto& variable : counter.GetVariables()) {
+        const auto& places = variable.isTarget ? fRun.targetColumns : fRun.attributeColumns;
+        const double value = fValues[places[variable.index]][record];
+        values.push_back(variable.isTarget && value < 0.0 ? kNaN : value);
+      }
+      const double weight = fRun.weight ? fValues[fRun.weight->column][record] : 1.0;
+      if (weight >= 0.5) counter.Add(values.data(), std::floor(weight + 0.5));
+    }
+    return counter.Finish();
+  }
+
+ private:
+  std::size_t Add(std::vector<double> values) {
+    fValues.push_back(std::move(values));
+    return fColumns.Add(MCBinModel::ColumnView<double>{.values = fValues.back().data()});
+  }
+
+  std::vector<std::vector<double>> fValues;  // by column
+  MemoryColumns fColumns;
+  RunVariables fRun;
+};
+
+// Two targets, weights that drop records, missing values; over several blocks.
+Data MakeManyRecords() {
+  constexpr std::size_t kCount = 10000;
+  Data data(kCount);
+  const auto column = [&](auto valueOf) {
+    std::vector<double> values(kCount);
+    for (std::size_t i = 0; i < kCount; ++i) values[i] = valueOf(i);
+    return values;
+  };
+  const auto number = [](std::size_t i) { return static_cast<double>(i); };
+  for (std::size_t step = 1; step <= 5; ++step) {
+    data.AddAttribute("a" + std::to_string(step), column([=](std::size_t i) {
+                        return i % 11 == 0 ? kNaN : number(i * 7919 * step % 1013) / 8.0;
+                      }));
+  }
+  data.AddTarget("t", 2, column([=](std::size_t i) { return number(i * 7919 % 1013 / 600); }));
+  data.AddTarget("u", 3, column([=](std::size_t i) { return number(i % 4) - 1.0; }));
+  data.SetWeight(column([=](std::size_t i) { return i % 13 == 0 ? kNaN : number(i % 5) / 2.0; }));
+  return data;
+}
+
+TEST(BinRun, TheNumberOfJobsMakesNoDifference) {
+  const Data data = MakeManyRecords();
+  const auto run = [&](int jobs) {
+    RunControl control;
+    control.jobs = jobs;
+    return data.MakeBins({.prebinAbove = 50, .prebins = 20, .smallBins = 0.2}, control);
+  };
+  const std::string one = MCBinModel::WriteBinFile(run(1));
+  for (const int jobs : {2, 3, 7, 0}) EXPECT_EQ(MCBinModel::WriteBinFile(run(jobs)), one) << jobs;
+}
+
+TEST(BinRun, CountsWhatItReadsAndDrops) {
+  const BinModel model = MakeManyRecords().MakeBins();
+  EXPECT_EQ(model.source.recordCount, 10000u);
+  EXPECT_EQ(model.source.dropped.missing, 770u);
+  EXPECT_EQ(model.source.dropped.zero, 1846u);
+  ASSERT_EQ(model.results.size(), 10u);
+  EXPECT_EQ(model.results[7].attribute, 2u);
+  EXPECT_EQ(model.results[7].target, 1u);
+}
+
+// In passes over a record: one for every job, one for every result.
+TEST(BinRun, TellsItsProgressInRecords) {
+  for (const int jobs : {1, 3}) {
+    std::vector<std::uint64_t> steps;
+    RunControl control;
+    control.jobs = jobs;
+    control.progress = [&](std::uint64_t done, std::uint64_t total) {
+      EXPECT_EQ(total, 10000u * (static_cast<std::uint64_t>(jobs) + 10));
+      steps.push_back(done);
+    };
+    MakeManyRecords().MakeBins({}, control);
+    EXPECT_TRUE(std::is_sorted(steps.begin(), steps.end()));
+    ASSERT_GT(steps.size(), 100u);
+    EXPECT_EQ(steps.front(), 0u);
+    EXPECT_EQ(steps[1], 50u);
+    EXPECT_EQ(steps.back(), 10000u * (static_cast<std::uint64_t>(jobs) + 10));
+  }
+}
+
+TEST(BinRun, StopsWhenTheHostSaysSo) {
+  const Data data = MakeManyRecords();
+  for (const int jobs : {1, 3}) {
+    for (const int last : {0, 1, 5000, 9999, 10005}) {
+      std::atomic<int> asked{0};
+      RunControl control;
+      control.jobs = jobs;
+      control.cancel = [&] { return asked++ >= last; };
+      try {
+        data.MakeBins({}, control);
+        ADD_FAILURE() << "not stopped at " << last;
+      } catch (const Refusal& refusal) {
+        EXPECT_EQ(refusal.GetCode(), RefusalCode::kCancelled) << refusal.what();
+      }
+    }
+  }
+}
+
+// Throws in the middle of the second block.
+class FailingColumns final : public MCBinModel::ColumnSource {
+ public:
+  std::uint64_t GetRecordCount() const override { return 5000; }
+  std::size_t GetRecordsPerBlock() const override { return 3000; }
+  void Read(std::size_t block, std::size_t /*column*/, double* values) const override {
+    if (block == 1) throw std::logic_error("the host's own");
+    std::iota(values, values + 3000, 0.0);
+  }
+};
+
+TEST(BinRun, ThrowsWhatTheHostsObjectsThrow) {
+  const auto fail = [] { throw std::logic_error("the host's own"); };
+  const Data data = MakeManyRecords();
+  const TempDir directory;
+  RunControl progress{.tempDir = directory.Path(), .jobs = 2};
+  progress.progress = [&](std::uint64_t done, std::uint64_t) { done > 5000 ? fail() : void(); };
+  RunControl cancel{.tempDir = directory.Path(), .jobs = 2};
+  std::atomic<int> asked{0};
+  cancel.cancel = [&] { return ++asked > 5000 ? (fail(), true) : false; };
+  RunVariables variables;
+  variables.attributes.emplace_back().name = "a";
+  variables.attributeColumns = {0};
+  const std::function<void()> runs[] = {
+      [&] { data.MakeBins({}, progress); }, [&] { data.MakeBins({}, cancel); },
+      [&] {
+        MCBinModel::MakeBins({.algorithm = MCBinModel::Algorithm::kEqualFrequency}, variables,
+                             FailingColumns(), {.tempDir = directory.Path()});
+      }};
+  for (const std::function<void()>& run : runs) {
+    try {
+      run();
+      ADD_FAILURE() << "nothing thrown";
+    } catch (const std::logic_error& error) {
+      EXPECT_STREQ(error.what(), "the host's own");
+    }
+  }
+  EXPECT_EQ(directory.FileCount(), 0u);
+}
+
+struct LostCut {
+  const char* name;
+  bool rightClosed;
+  double neighbours[2];  // the midpoint rounds onto the one at the end, and its cut is dropped
+  double other;
+};
+void PrintTo(const LostCut& row, std::ostream* os) { *os << row.name; }
+
+class LostCutTest : public testing::TestWithParam<LostCut> {};
+
+TEST_P(LostCutTest, LeavesNoCaseOutOfTheBins) {
+  const LostCut& row = GetParam();
+  std::vector<double> values;
+  for (int i = 0; i < 30; ++i) {
+    values.insert(values.end(), {row.other, row.neighbours[0], row.neighbours[1]});
+  }
+  for (const bool isSupervised : {false, true}) {
+    Data data(values.size());
+    data.AddAttribute("unaffected", std::vector<double>(values.size(), 1.0));
+    data.AddAttribute("v", values);
+    if (isSupervised) {
+      std::vector<double> classes(values.size());
+      for (std::size_t i = 0; i < values.size(); ++i) classes[i] = values[i] == row.other ? 1 : 0;
+      data.AddTarget("t", 2, classes);
+    }
+    std::vector<std::size_t> countedAnew;
+    const BinModel model =
+        data.MakeBins({.rightClosed = row.rightClosed, .prebinAbove = 2, .prebins = 3, .bins = 3},
+                      {}, &countedAnew);
+    const MCBinModel::AttributeBins& bins = model.results[1];
+    EXPECT_TRUE(MCBinModel::HasSameCounts(bins, data.CountAgain(model)[1].counts));
+    EXPECT_EQ(std::accumulate(bins.binWeights.begin(), bins.binWeights.end(), 0.0), 90.0);
+    if (!isSupervised) {
+      EXPECT_EQ(countedAnew, std::vector<std::size_t>{1});
+    }
+  }
+}
+
+const LostCut kLostCuts[] = {
+    {"UpperEnd", true, {0.3, 0.1 + 0.2}, 0.1},
+    {"LowerEnd", false, {1.0, std::nextafter(1.0, 2.0)}, 3.0},
+};
+
+INSTANTIATE_TEST_SUITE_P(Ends, LostCutTest, testing::ValuesIn(kLostCuts), RowName);
+
+// Neighbouring doubles of equal weight beside a third value: a percentile between them is their
+// midpoint.
+TEST(BinRun, PutsEveryCaseIntoOneBin) {
+  std::mt19937 random = SeededRandom();
+  const auto below = [&](unsigned bound) { return static_cast<unsigned>(random() % bound); };
+  int countedAnewRuns = 0;
+  for (int round = 0; round < 300 && !HasFailure(); ++round) {
+    SCOPED_TRACE(round);
+    const std::size_t count = 3 * (1 + below(60));
+    const bool atUpperEnd = below(2) == 0;
+    const double base = std::ldexp(1.0, static_cast<int>(below(20)) - 10);
+    const double low = atUpperEnd ? std::nextafter(base, 2.0 * base) : base;
+    const double places[] = {low, std::nextafter(low, 2.0 * base), atUpperEnd ? 0.0 : 3.0 * base};
+    std::vector<double> values(count), classes(count), weights(count);
+    for (std::size_t i = 0; i < count; ++i) {
+      const bool isMissing = i % 3 == 0 ? below(10) == 0 : std::isnan(values[i - i % 3]);
+      values[i] = isMissing ? kNaN : places[i % 3];
+      classes[i] = static_cast<double>(below(4)) - 1.0;
+      weights[i] = i % 3 == 0 ? below(8) / 2.0 : weights[i - 1];
+    }
+    weights[0] = 1.0;
+    Data data(count);
+    data.AddAttribute("v", values);
+    if (below(2) == 0) data.AddTarget("t", 3, classes);
+    if (below(2) == 0) data.SetWeight(weights);
+    const int bins = 2 + static_cast<int>(below(3));
+    std::vector<std::size_t> countedAnew;
+    const BinModel model = data.MakeBins(
+        {.rightClosed = below(2) == 0, .prebinAbove = 1, .prebins = bins, .bins = bins}, {},
+        &countedAnew);
+    countedAnewRuns += countedAnew.empty() ? 0 : 1;
+    const MCBinModel::RecountedBins again = data.CountAgain(model)[0];
+    const MCBinModel::AttributeBins& found = model.results[0];
+    EXPECT_EQ(found.validWeight, again.counts.validWeight);
+    EXPECT_EQ(found.weightWithMissing, again.counts.weightWithMissing);
+    EXPECT_EQ(std::accumulate(found.binWeights.begin(), found.binWeights.end(), 0.0),
+              found.binWeights.empty() ? 0.0 : found.validWeight);
+    if (!countedAnew.empty()) {
+      EXPECT_TRUE(MCBinModel::HasSameCounts(found, again.counts));
+    }
+  }
+  EXPECT_GT(countedAnewRuns, 5) << "the data do not try what they are for";
+}
+
+struct Refused {
+  const char* name;
+  std::function<void(Data&)> add;
+  RefusalCode code;
+  const char* what;  // a part of it
+  RunControl control = {};
+};
+void PrintTo(const Refused& row, std::ostream* os) { *os << row.name; }
+
+class RefusedRunTest : public testing::TestWithParam<Refused> {};
+
+TEST_P(RefusedRunTest, SaysWhy) {
+  Data data(4);
+  GetParam().add(data);
+  try {
+    data.MakeBins({.bins = 2}, GetParam().control);
+    ADD_FAILURE() << "not refused";
+  } catch (const Refusal& refusal) {
+    EXPECT_EQ(refusal.GetCode(), GetParam().code);
+    EXPECT_NE(std::string(refusal.what()).find(GetParam().what), std::string::npos)
+        << refusal.what();
+  }
+}
+
+const auto kAdd = [](Data& data) { data.AddAttribute("a", {1, 2, 3, 4}); };
+const Refused kRefused[] = {
+    {"NoAttribute", [](Data&) {}, RefusalCode::kInput, "no attribute"},
+    {"OneClass",
+     [](Data& data) {
+       kAdd(data), data.AddTarget("t", 1, {0, 0, 0, 0});
+     },
+     RefusalCode::kInput, "at least two categories"},
+    {"Infinity",
+     [](Data& data) {
+       data.AddAttribute("a", {1, kNaN, -kInfinity, 4});
+     },
+     RefusalCode::kInfiniteNumber, "record 3: the number -inf in column 'a' is infinite"},
+    {"NegativeWeight",
+     [](Data& data) {
+       kAdd(data), data.SetWeight({1, 2, -3, 4});
+     },
+     RefusalCode::kBadWeight, "the weight -3 in column 'w' is negative"},
+    {"InfiniteWeight",
+     [](Data& data) {
+       kAdd(data), data.SetWeight({1, kInfinity, 1, 1});
+     },
+     RefusalCode::kBadWeight, "infinite"},
+    {"NoWeight",
+     [](Data& data) {
+       kAdd(data), data.SetWeight({0, kNaN, 0.2, 0});
+     },
+     RefusalCode::kNoRecords, "1 missing, 2 zero, 1 rounded to zero"},
+    {"HugeWeights",
+     [](Data& data) {
+       kAdd(data), data.SetWeight({6e305, 6e305, 6e305, 6e305});
+     },
+     RefusalCode::kInput, "a hundredth of the largest double"},
+    {"SumOfWeights",
+     [](Data& data) {
+       kAdd(data), data.SetWeight({1e308, 1e308, 1, 1});
+     },
+     RefusalCode::kInput, "more than the largest double"},
+    {"HugeValues",
+     [](Data& data) {
+       data.AddAttribute("a", {1.5e308, 1.6e308, 1.5e308, 1.6e308});
+     },
+     RefusalCode::kInput, "a cut point is beyond the largest double"},
+    // Answered as if no record had a value.
+    {"NoDirectory",
+     kAdd,
+     RefusalCode::kTemporaryFile,
+     "a temporary file could not be written",
+     {.tempDir = "/nowhere"}},
+};
+
+INSTANTIATE_TEST_SUITE_P(Runs, RefusedRunTest, testing::ValuesIn(kRefused), RowName);
+
+TEST(BinRun, AColumnWithoutValuesIsNoFailure) {
+  Data data(3);
+  data.AddAttribute("empty", {kNaN, kNaN, kNaN});
+  data.AddAttribute("full", {1, 2, 3});
+  const BinModel model = data.MakeBins({.bins = 2});
+  EXPECT_EQ(model.results[0].status.GetErrorCode(), 120015);
+  EXPECT_EQ(model.results[1].binWeights, (std::vector<double>{2, 1}));
+}
+
+}  // namespace
