@@ -5,8 +5,9 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <utility>
 
-#include "binmodel/model/binlookup.h"
+#include "binmodel/model/bincodes.h"
 #include "binmodel/model/refusal.h"
 #include "binmodel/model/resultselection.h"
 #include "binmodel/model/usermissing.h"
@@ -92,11 +93,10 @@ std::vector<ExportColumn::CategoryBin> MakeCategoryBins(const VariableInfo& attr
                                                         const AttributeBins& bins,
                                                         bool rightClosed) {
   std::vector<ExportColumn::CategoryBin> categoryBins;
-  for (std::size_t code = 0; code < attribute.GetCategoryCount(); ++code) {
-    if (IsMissingCategory(attribute, code)) continue;
-    const std::size_t bin = FindBin(bins.cutPoints, static_cast<double>(code), rightClosed);
-    if (categoryBins.empty() || categoryBins.back().bin != bin) categoryBins.push_back({bin, {}});
-    categoryBins.back().codes.push_back(code);
+  for (std::size_t bin = 0; bin <= bins.cutPoints.size(); ++bin) {
+    std::vector<std::size_t> codes = CodesInBin(attribute, bins.cutPoints, bin, rightClosed);
+    std::erase_if(codes, [&](std::size_t code) { return IsMissingCategory(attribute, code); });
+    if (!codes.empty()) categoryBins.push_back({bin, std::move(codes)});
   }
   return categoryBins;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "binmodel/model/bincodes.h"
 #include "binmodel/model/intervaltext.h"
 #include "binmodel/text/escape.h"
 
@@ -27,8 +28,7 @@ std::string BinLabel(const VariableInfo& attribute, const std::vector<double>& c
                      std::size_t bin, bool rightClosed) {
   if (!attribute.IsCategorical()) return IntervalText(cutPoints, bin, rightClosed);
   std::string categories;
-  for (std::size_t code = 0; code < attribute.GetCategoryCount(); ++code) {
-    if (FindBin(cutPoints, static_cast<double>(code), rightClosed) != bin) continue;
+  for (const std::size_t code : CodesInBin(attribute, cutPoints, bin, rightClosed)) {
     categories += (categories.empty() ? "" : ", ") + CategoryText(attribute.GetLabel(code));
   }
   return "{" + categories + "}";

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "binmodel/measure/binstatistics.h"
-#include "binmodel/model/binlookup.h"
+#include "binmodel/model/bincodes.h"
 #include "binmodel/model/intervaltext.h"
 #include "binmodel/model/resultorder.h"
 #include "binmodel/report/binreport.h"
@@ -41,8 +41,7 @@ std::string CategoriesCell(const VariableInfo& attribute, const AttributeBins& b
                            std::size_t bin, bool rightClosed) {
   constexpr std::size_t kCategoriesWidth = 60;
   std::string text;
-  for (std::size_t code = 0; code < attribute.GetCategoryCount(); ++code) {
-    if (FindBin(bins.cutPoints, static_cast<double>(code), rightClosed) != bin) continue;
+  for (const std::size_t code : CodesInBin(attribute, bins.cutPoints, bin, rightClosed)) {
     text += (text.empty() ? "" : ", ") + attribute.GetLabel(code);
   }
   return ElideText(text, kCategoriesWidth);
