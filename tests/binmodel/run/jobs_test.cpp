@@ -2,13 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <ostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "binmodel/run/binrun.h"
+#include "binmodel/run/memorycolumns.h"
 #include "cli/program.h"
 #include "support/rowname.h"
 
@@ -51,6 +55,35 @@ TEST(Jobs, TheHostStopsAllOfThem) {
     while (!jobs.QueryCancel()) continue;
   });
   EXPECT_TRUE(jobs.IsCancelled());
+}
+
+// Whatever pieces the work is reported in, it adds up to the whole.
+TEST(Progress, EndsWhenAllIsDone) {
+  std::vector<double> values(30'000);
+  for (std::size_t i = 0; i < values.size(); ++i) values[i] = static_cast<double>(i % 1000);
+  MCBinModel::MemoryColumns columns(values.size());
+  MCBinModel::RunVariables variables;
+  for (const char* name : {"a", "b", "c", "d", "e"}) {
+    variables.attributes.emplace_back().name = name;
+    variables.attributeColumns.push_back(columns.Add({values.data()}));
+  }
+  MCBinModel::BinSettings settings;
+  settings.algorithm = MCBinModel::Algorithm::kEqualFrequency;
+  for (const int jobs : {1, 2}) {
+    std::vector<std::uint64_t> steps;
+    std::uint64_t whole = 0;
+    MCBinModel::RunControl control;
+    control.jobs = jobs;
+    control.progress = [&](std::uint64_t done, std::uint64_t total) {
+      steps.push_back(done);
+      whole = total;
+    };
+    MCBinModel::MakeBins(settings, variables, columns, control);
+    ASSERT_GT(steps.size(), 10u) << jobs;
+    EXPECT_TRUE(std::is_sorted(steps.begin(), steps.end())) << jobs;
+    EXPECT_EQ(steps.front(), 0u) << jobs;
+    EXPECT_EQ(steps.back(), whole) << jobs;
+  }
 }
 
 // A run with everything that goes to a file or a stream.
