@@ -19,7 +19,14 @@ namespace MCBin {
 // Each returns the exit code. Results go to standard output, messages to standard error; no
 // temporary file stays behind. Each throws Refusal, UsageError and Interrupt::Requested.
 
-struct RunOptions {
+// Of a command that makes bins.
+struct ModelOutputOptions {
+  std::optional<std::string> jsonFile;
+  std::optional<std::string> reportFile;
+  ColorChoice color = ColorChoice::kAuto;
+};
+
+struct RunOptions : ModelOutputOptions {
   MCBinModel::BinSettings settings;
 
   // The input and how to read it.
@@ -31,10 +38,7 @@ struct RunOptions {
 
   // The run.
   std::optional<std::string> tempDir;  // unset: TMPDIR, or /tmp
-  std::optional<std::string> jsonFile;
-  std::optional<std::string> reportFile;
-  ColorChoice color = ColorChoice::kAuto;
-  int jobs = 1;  // 0: one for every core
+  int jobs = 1;                        // 0: one for every core
   bool quiet = false;
   bool strict = false;
 };

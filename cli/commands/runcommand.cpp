@@ -5,24 +5,18 @@
 #include <algorithm>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
-#include "binmodel/file/binfile.h"
 #include "binmodel/model/binmodel.h"
-#include "binmodel/report/binreport.h"
 #include "binmodel/run/binrun.h"
 #include "binmodel/text/displaytext.h"
-#include "cli/commands/commandfiles.h"
 #include "cli/commands/commands.h"
+#include "cli/commands/modeloutput.h"
 #include "cli/terminal/exitguard.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/progressbar.h"
 #include "cli/terminal/refusaltext.h"
-#include "cli/terminal/resultstream.h"
-#include "cli/terminal/terminalstyle.h"
-#include "cli/terminal/usageerror.h"
 #include "csv/columnnames.h"
 #include "csv/columnselection.h"
 #include "csv/csvreader.h"
@@ -30,7 +24,6 @@
 #include "csv/inputvariables.h"
 #include "io/inputstream.h"
 #include "io/interrupt.h"
-#include "io/outputfile.h"
 #include "io/privatedirectory.h"
 
 namespace MCBin {
@@ -107,44 +100,9 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
   return model;
 }
 
-// What a run writes; the files are made before its work, so that it does not fail after it.
-class RunOutput {
- public:
-  explicit RunOutput(const RunOptions& options)
-      : fStyle(ChooseTextStyle(options.color)), fJsonOnly(options.jsonFile == "-") {
-    if (options.jsonFile && *options.jsonFile != "-") fJsonFile.emplace(*options.jsonFile);
-    if (options.reportFile) fReportFile.emplace(*options.reportFile);
-  }
-
-  // Both files are whole before either of them replaces another.
-  void Write(const MCBinModel::BinModel& model) {
-    if (fReportFile) fReportFile->Write(MCBinModel::MakeHtmlReport(model));
-    if (fJsonFile) fJsonFile->Write(MCBinModel::WriteBinFile(model));
-    if (fReportFile) fReportFile->Commit();
-    if (fJsonFile) fJsonFile->Commit();
-    if (fJsonOnly) {
-      fOut.WriteContent(MCBinModel::WriteBinFile(model));
-    } else {
-      MCBinModel::WriteTextReport(model, fStyle, [&](std::string_view text) { fOut.Write(text); });
-    }
-    fOut.Close();
-  }
-
- private:
-  const MCBinModel::TextStyle fStyle;  // before standard output is taken
-  const bool fJsonOnly;
-  ResultStream fOut;
-  std::optional<OutputFile> fJsonFile;
-  std::optional<OutputFile> fReportFile;
-};
-
 // What would surprise the user before anything is read.
 void CheckBeforeReading(const RunOptions& options) {
-  if (options.reportFile == "-") {
-    throw UsageError("--report: give a file; 'mcbin report' writes to standard output");
-  }
-  CheckFiles({{"the input", options.input}},
-             {{"--json", options.jsonFile}, {"--report", options.reportFile}});
+  CheckModelOutput({"the input", options.input}, options);
   if (options.input == "-" && isatty(STDIN_FILENO) == 1 && !options.quiet) {
     PrintNote("reading CSV text from the terminal; end it with Ctrl-D");
   }
@@ -154,7 +112,7 @@ void CheckBeforeReading(const RunOptions& options) {
 
 int RunCommand(const RunOptions& options) {
   CheckBeforeReading(options);
-  RunOutput output(options);
+  ModelOutput output(options);
   const MCBinModel::BinModel model = MakeBins(options);
   if (!options.quiet) PrintCounts(model);
   output.Write(model);

@@ -1,0 +1,37 @@
+#include "cli/commands/modeloutput.h"
+
+#include <string_view>
+
+#include "binmodel/file/binfile.h"
+#include "cli/terminal/terminalstyle.h"
+#include "cli/terminal/usageerror.h"
+
+namespace MCBin {
+
+ModelOutput::ModelOutput(const ModelOutputOptions& options)
+    : fStyle(ChooseTextStyle(options.color)), fJsonOnly(options.jsonFile == "-") {
+  if (options.jsonFile && *options.jsonFile != "-") fJsonFile.emplace(*options.jsonFile);
+  if (options.reportFile) fReportFile.emplace(*options.reportFile);
+}
+
+void ModelOutput::Write(const MCBinModel::BinModel& model) {
+  if (fReportFile) fReportFile->Write(MCBinModel::MakeHtmlReport(model));
+  if (fJsonFile) fJsonFile->Write(MCBinModel::WriteBinFile(model));
+  if (fReportFile) fReportFile->Commit();
+  if (fJsonFile) fJsonFile->Commit();
+  if (fJsonOnly) {
+    fOut.WriteContent(MCBinModel::WriteBinFile(model));
+  } else {
+    MCBinModel::WriteTextReport(model, fStyle, [&](std::string_view text) { fOut.Write(text); });
+  }
+  fOut.Close();
+}
+
+void CheckModelOutput(const CommandInput& input, const ModelOutputOptions& options) {
+  if (options.reportFile == "-") {
+    throw UsageError("--report: give a file; 'mcbin report' writes to standard output");
+  }
+  CheckFiles({input}, {{"--json", options.jsonFile}, {"--report", options.reportFile}});
+}
+
+}  // namespace MCBin
