@@ -98,6 +98,13 @@ bool ValueCoder::IsUserMissing(double number) const {
 
 std::size_t ValueCoder::Code(const ColumnView<double>& view, std::size_t count,
                              double* codes) const {
+  if (!fVariable.IsCategorical() && fVariable.missing.IsEmpty() && view.validity == nullptr) {
+    for (std::size_t i = 0; i < count; ++i) {
+      const double number = view[i];
+      codes[i] = MCMV::IsMissing(number) ? kMissing.value : number;
+    }
+    return 0;
+  }
   return CodeColumn(*this, view, count, codes);
 }
 

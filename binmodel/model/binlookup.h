@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,11 @@ namespace MCBinModel {
 // is not missing, and ascending cut points.
 MCBINMODEL_API std::size_t FindBin(const std::vector<double>& cutPoints, double value,
                                    bool rightClosed);
+
+// The bins of many values, as FindBin() finds them, and -1 for NaN. Takes some nanoseconds a value,
+// whatever order they come in.
+MCBINMODEL_API void FindBins(const std::vector<double>& cutPoints, const double* values,
+                             std::size_t count, bool rightClosed, std::int32_t* bins);
 
 // How a bin is named in data: its interval, such as "(4.3, 5.4]", with numbers that read back
 // as the same doubles; of a categorical attribute its categories, such as "{low, high}". No

@@ -75,8 +75,8 @@ std::size_t MemoryColumns::Add(const ColumnView<std::int64_t>& view) {
   return AddColumn(ReadNumbers(view));
 }
 
-std::size_t MemoryColumns::AddColumn(ReadValues column) {
-  fColumns.push_back(std::move(column));
+std::size_t MemoryColumns::AddColumn(ReadValues read) {
+  fColumns.push_back(std::move(read));
   return fColumns.size() - 1;
 }
 

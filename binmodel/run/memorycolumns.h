@@ -31,6 +31,12 @@ class MCBINMODEL_API MemoryColumns final : public ColumnSource {
   std::size_t Add(const ColumnView<std::int32_t>& view);
   std::size_t Add(const ColumnView<std::int64_t>& view);
 
+  // Adds any other column, such as one that lies in pieces, and answers its index. `read` writes
+  // the values of the records [first, first + count), as ColumnSource has them; several threads may
+  // call it at the same time.
+  using ReadValues = std::function<void(std::size_t first, std::size_t count, double* values)>;
+  std::size_t AddColumn(ReadValues read);
+
   // Codes a column of categories and answers its index. The variable becomes categorical: the
   // categories that it has keep their codes, others follow in the order of their first record.
   // What its definition says is missing is no category. Throws Refusal when there are more than
@@ -46,10 +52,6 @@ class MCBINMODEL_API MemoryColumns final : public ColumnSource {
   void Read(std::size_t block, std::size_t column, double* values) const override;
 
  private:
-  using ReadValues = std::function<void(std::size_t first, std::size_t count, double* values)>;
-
-  std::size_t AddColumn(ReadValues column);
-
   const std::size_t fRecordCount;
   std::vector<ReadValues> fColumns;
 };

@@ -4,12 +4,14 @@
 
 #include <cfloat>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "binmodel/apply/bincounter.h"
+#include "binmodel/model/binlookup.h"
 #include "binmodel/model/refusal.h"
 #include "common/missing.h"
 #include "support/rowname.h"
@@ -157,6 +159,30 @@ TEST(BinCounter, CountsColumnsAsItDoesRecords) {
     EXPECT_EQ(counted[0].cutWeights, (std::vector<double>{1, 2}));
     EXPECT_EQ(counted[1].counts.validWeight, 123.0);
     EXPECT_EQ(counted[1].counts.binWeights, (std::vector<double>{97, 26}));
+  }
+}
+
+// For every number of cut points up to two powers of two, at the cut points and on both sides.
+TEST(FindBins, AgreesWithFindBin) {
+  for (int cutCount = 0; cutCount <= 17; ++cutCount) {
+    std::vector<double> cutPoints;
+    std::vector<double> values = {-kInfinity, kInfinity, 0.5, std::nan("")};
+    for (int i = 1; i <= cutCount; ++i) {
+      cutPoints.push_back(i);
+      for (const double side : {-kInfinity, kInfinity}) values.push_back(std::nextafter(i, side));
+      values.insert(values.begin(), 3, i);
+    }
+    for (const bool rightClosed : {true, false}) {
+      std::vector<std::int32_t> bins(values.size());
+      MCBinModel::FindBins(cutPoints, values.data(), values.size(), rightClosed, bins.data());
+      for (std::size_t i = 0; i < values.size(); ++i) {
+        const std::int32_t bin =
+            std::isnan(values[i])
+                ? -1
+                : static_cast<std::int32_t>(MCBinModel::FindBin(cutPoints, values[i], rightClosed));
+        EXPECT_EQ(bins[i], bin) << values[i] << " among " << cutCount;
+      }
+    }
   }
 }
 
