@@ -32,6 +32,7 @@
 #include "metadata/binstringusermissing.h"
 #include "metadata/binvarlist.h"
 #include "metadata/binweightvar.h"
+#include "metadata/columnrecorditerator.h"
 #include "metadata/describe.h"
 #include "metadata/ibinencoder.h"
 #include "metadata/ibinusermissing.h"

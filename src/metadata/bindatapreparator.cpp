@@ -3,28 +3,32 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <new>
 #include <utility>
 
 #include "common/bincancelinfo.h"
-#include "common/binprogressreporter.h"
 #include "common/displayframe.h"
 #include "common/exactarithmetic.h"
 #include "common/guard.h"
-#include "common/progresslistener.h"
 #include "common/runreport.h"
 #include "common/statuscodes.h"
-#include "common/stopwatch.h"
 #include "metadata/binroundencoder.h"
 #include "metadata/binvarlist.h"
+#include "metadata/columnrecorditerator.h"
+#include "metadata/pass/passprogress.h"
 #include "metadata/pass/recordbuffer.h"
 #include "metadata/pass/recordpreparer.h"
 #include "metadata/pass/tempfiles.h"
 
+using MCBinning::BlockPart;
+using MCBinning::ColumnRecordIterator;
 using MCBinning::Error;
 using MCBinning::Guard;
 using MCBinning::MCStatus;
+using MCBinning::PassProgress;
+using MCBinning::RecordBlock;
 using MCBinning::RecordBuffer;
 using MCBinning::RecordPreparer;
 using MCBinning::RunReport;
@@ -43,6 +47,15 @@ void RequireFileForEachVariable(bool holds) {
                "src/metadata/bindatapreparator: Assertion `fOrigRecSize <= fProcRecSize' "
                "failed: a variable of the list has no role, or two have the same one.\n");
   std::abort();
+}
+
+// The same object, when it hands out columns. Before the table of a class's virtual functions
+// stands where its type is described, and nothing there when it was compiled with -fno-rtti:
+// dynamic_cast would follow that.
+ColumnRecordIterator* AsColumns(MCCommon::RecordIterator& source) {
+  const void* const* virtualTable = nullptr;
+  std::memcpy(&virtualTable, static_cast<const void*>(&source), sizeof virtualTable);
+  return virtualTable[-1] != nullptr ? dynamic_cast<ColumnRecordIterator*>(&source) : nullptr;
 }
 
 }  // namespace
@@ -144,7 +157,11 @@ MCStatus BINDataPreparator::ProcessSource(MCCommon::RecordIterator& source) {
     fStatus = Guard(setUp, fReport);
     if (!fStatus.IsOK()) return fStatus;
 
-    ReadRecords(source);
+    if (ColumnRecordIterator* const columns = AsColumns(source)) {
+      ReadBlocks(*columns);
+    } else {
+      ReadRecords(source);
+    }
     fIsComplete = FinishLastTransfer();
     fBuffer->Release();
     if (fStoredRecords == 0) return Error(StatusCode::kNoData);
@@ -156,10 +173,7 @@ MCStatus BINDataPreparator::ProcessSource(MCCommon::RecordIterator& source) {
 }
 
 void BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
-  BINProgressReporter reporter;
-  const MCBinning::Stopwatch stopwatch;
-  unsigned int recordsRead = 0;
-  auto countdown = static_cast<unsigned int>(fProgressInterval);
+  PassProgress progress(fProgressListener, fProgressInterval);
   MCStatus warning;  // its lasting effect is that the variable is not usable
   const MCCommon::Record* lastSeen = nullptr;
 
@@ -169,31 +183,55 @@ void BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
     if (record == nullptr) {
       ++fReport->nullRecords;
     } else {
-      ++recordsRead;
       // A record keeps its size, and most iterators have one record.
-      if (record != lastSeen) RequireWhole(*record);
+      if (record != lastSeen) RequireWhole(record->Size());
       lastSeen = record;
       fSkipRecord = !fPreparer->Prepare(*record, fBuffer->GetNextSlots(), warning);
-      if (!fSkipRecord) {
-        fBuffer->Store();
-        if (fBuffer->IsFull()) fBuffer->Transfer(*fFiles);
-        fReport->recordsStored = ++fStoredRecords;
-      }
+      if (!fSkipRecord) StorePrepared(1);
     }
-    if (fProgressListener != nullptr && --countdown == 0) {
-      reporter.SetValues(recordsRead, stopwatch.GetSeconds());
-      fProgressListener->ReportProgress(reporter);
-      countdown = static_cast<unsigned int>(fProgressInterval);
+    progress.Add(1, record != nullptr ? 1 : 0);
+  }
+}
+
+// A block goes in parts, which end where the buffer is full, where a report is due and where there
+// is something to say about a record: that record is a part of its own. So all of that happens as
+// if the records had come one by one.
+void BINDataPreparator::ReadBlocks(ColumnRecordIterator& source) {
+  PassProgress progress(fProgressListener, fProgressInterval);
+  while (source.HasMore() && !fCancel.IsCancel()) {
+    const RecordBlock block = source.TakeBlock();
+    ++fReport->recordsRead;  // for the answer to a block that has too few columns
+    RequireWhole(block.columnCount);
+    --fReport->recordsRead;
+    std::size_t partSize = 0;
+    for (std::size_t first = 0; first < block.recordCount; first += partSize) {
+      partSize = std::min(block.recordCount - first, fBuffer->GetRoom());
+      if (progress.GetRecordsLeft() > 0) partSize = std::min(partSize, progress.GetRecordsLeft());
+      const BlockPart most{block.columns, first, partSize};
+      partSize = std::max<std::size_t>(fPreparer->CountUnremarkable(most), 1);
+      fReport->recordsRead += partSize;
+      StorePrepared(fPreparer->Prepare({block.columns, first, partSize}, fBuffer->GetNextSlots()));
+      progress.Add(partSize, partSize);
     }
   }
 }
 
+// Keeps the records in the next slots of the buffer. The last one is stored when it could be
+// written.
+void BINDataPreparator::StorePrepared(std::size_t count) {
+  if (count == 0) return;
+  fBuffer->Store(count);
+  fReport->recordsStored = fStoredRecords += count - 1;
+  if (fBuffer->IsFull()) fBuffer->Transfer(*fFiles);
+  fReport->recordsStored = ++fStoredRecords;
+}
+
 // Datum 1 is the first variable that the record has no value for.
-void BINDataPreparator::RequireWhole(const MCCommon::Record& record) {
-  if (record.Size() >= fOrigRecSize) return;
+void BINDataPreparator::RequireWhole(std::size_t valueCount) {
+  if (valueCount >= fOrigRecSize) return;
   fReport->shortRecord = fReport->recordsRead;
   MCStatus status = Error(StatusCode::kInvalidVariableList);
-  status.SetDiscreteDatum(1, static_cast<long>(record.Size()));
+  status.SetDiscreteDatum(1, static_cast<long>(valueCount));
   throw StatusError(status);
 }
 

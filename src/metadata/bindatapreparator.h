@@ -21,6 +21,7 @@ class ProgressListener;
 
 namespace MCBinning {
 class BinaryRecordIterator;
+class ColumnRecordIterator;
 class RecordBuffer;
 class RecordPreparer;
 struct RunReport;
@@ -38,6 +39,7 @@ class TempFiles;
 //   Records    one whose weight is missing, or zero or less once rounded, is dropped; so is a
 //              null record. Nothing else drops a whole record.
 //   Memory     10000 values per file, as they fill, until the pass is over.
+//   Columns    of a ColumnRecordIterator are taken block by block, to the same effect.
 //
 // The variable list needs a role for each variable, at most one target and at most one
 // weight: SetUpTempFiles() stops the process when there are more variables than files.
@@ -128,7 +130,9 @@ class MCBINNING_API BINDataPreparator {
   void NameFiles();
   void SizeBuffer();
   void ReadRecords(MCCommon::RecordIterator& source);
-  void RequireWhole(const MCCommon::Record& record);
+  void ReadBlocks(MCBinning::ColumnRecordIterator& source);
+  void StorePrepared(std::size_t count);
+  void RequireWhole(std::size_t valueCount);
   bool FinishLastTransfer();
   void MarkUndeclaredCategories();
 

@@ -4,9 +4,11 @@
 #include <malloc.h>
 
 #include <filesystem>
+#include <memory>
 #include <new>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "algorithm/binalgorithm.h"
@@ -14,6 +16,7 @@
 #include "metadata/binstringencoder.h"
 #include "reliability/countedmemory.h"
 #include "support/agreement.h"
+#include "support/scenarioblocks.h"
 #include "support/tempdir.h"
 #include "support/wholerun.h"
 
@@ -65,6 +68,11 @@ bool FailAllocationOfRun(WholeRun& run, MCCommon::RecordIterator& records, std::
 }
 
 TEST_P(Allocation, FailingAnywhereInARunIsStatus3AndTheObjectWorksAgain) {
+  // From the first one, by record or by column.
+  const auto makeRecords = [this](bool byColumn) -> std::unique_ptr<MCCommon::RecordIterator> {
+    if (byColumn) return std::make_unique<ScenarioBlocks>(scenario, 3, 15);
+    return std::make_unique<MCCommon::InMemoryRecordIterator>(scenario.Records());
+  };
   std::string expected;
   std::size_t resultCount = 0;
   {
@@ -73,7 +81,9 @@ TEST_P(Allocation, FailingAnywhereInARunIsStatus3AndTheObjectWorksAgain) {
     expected = run.Text();
     resultCount = run.GetResults().size();
   }
-  for (const Failure failure : {Failure::kOnce, Failure::kForGood}) {
+  for (const auto& [failure, byColumn] :
+       {std::pair(Failure::kOnce, false), std::pair(Failure::kForGood, false),
+        std::pair(Failure::kOnce, true), std::pair(Failure::kForGood, true)}) {
     bool hasFailed = true;
     std::size_t count = 0;
     for (; hasFailed; ++count) {
@@ -81,11 +91,9 @@ TEST_P(Allocation, FailingAnywhereInARunIsStatus3AndTheObjectWorksAgain) {
       const std::size_t live = counted_memory::Live();
       {
         WholeRun run(GetParam(), scenario.options, variables, directory.Path());
-        records.Rewind();
-        hasFailed = FailAllocationOfRun(run, records, count, failure, expected);
+        hasFailed = FailAllocationOfRun(run, *makeRecords(byColumn), count, failure, expected);
         if (hasFailed) {
-          records.Rewind();
-          EXPECT_FALSE(run.CreateBins(records).IsError());
+          EXPECT_FALSE(run.CreateBins(*makeRecords(byColumn)).IsError());
         }
         EXPECT_EQ(run.Text(resultCount), expected);
       }

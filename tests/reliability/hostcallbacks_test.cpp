@@ -3,13 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "support/agreement.h"
 #include "support/hostdoubles.h"
 #include "support/rowname.h"
+#include "support/scenarioblocks.h"
 #include "support/tempdir.h"
 #include "support/wholerun.h"
 
@@ -46,12 +49,27 @@ class TellingIterator : public MCCommon::InMemoryRecordIterator {
   std::function<void()> onCall;
 };
 
+// The same by column or one by one, with a hook in all that the library calls.
+std::unique_ptr<MCCommon::RecordIterator> MakeTelling(const Scenario& scenario, bool byColumn,
+                                                      const std::function<void()>& onCall) {
+  if (byColumn) {
+    auto blocks = std::make_unique<ScenarioBlocks>(scenario, 3, 5);
+    blocks->onBlock = onCall;
+    return blocks;
+  }
+  auto records = std::make_unique<TellingIterator>(scenario.Records());
+  records->onCall = onCall;
+  return records;
+}
+
 class ThrowingHost : public testing::TestWithParam<Thrown> {};
 
 TEST_P(ThrowingHost, EndsTheRunAndTheObjectWorksAgain) {
   const Scenario scenario = MixedScenario(12);
   const TempDir directory;
-  for (const Driver driver : kDrivers) {
+  for (const auto& [driver, byColumn] :
+       {std::pair(Driver::kSupervised, false), std::pair(Driver::kSupervised, true),
+        std::pair(Driver::kEqualFrequency, false), std::pair(Driver::kEqualFrequency, true)}) {
     BINVarList variables = scenario.VarList();
     std::string expected;
     bool hasThrown = true;
@@ -66,20 +84,18 @@ TEST_P(ThrowingHost, EndsTheRunAndTheObjectWorksAgain) {
       };
       RecordingListener listener;
       CountingCancel query;
-      TellingIterator records(scenario.Records());
-      listener.onReport = query.onPoll = records.onCall = onCall;
+      listener.onReport = query.onPoll = onCall;
       {
         WholeRun run(driver, scenario.options, variables, directory.Path(), {&listener, &query});
         if (!run.GetCreated().IsOK()) {
           EXPECT_EQ(Text(run.GetCreated()), GetParam().status);
           continue;
         }
-        const std::string status = Text(run.CreateBins(records));
+        const std::string status = Text(run.CreateBins(*MakeTelling(scenario, byColumn, onCall)));
         EXPECT_TRUE(!hasThrown || status == GetParam().status) << status;
         if (callToFail == 0) expected = run.Text();
         if (hasThrown) {
-          records.Rewind();
-          EXPECT_FALSE(run.CreateBins(records).IsError());
+          EXPECT_FALSE(run.CreateBins(*MakeTelling(scenario, byColumn, onCall)).IsError());
         }
         EXPECT_EQ(run.Text(scenario.variables.size() - 2 + (driver != Driver::kSupervised)),
                   expected);

@@ -7,6 +7,7 @@
 #include "algorithm/binsettings.h"
 #include "algorithm/efbinfactory.h"
 #include "algorithm/efbinsettings.h"
+#include "algorithm/runreport.h"
 #include "output/binoutput.h"
 #include "output/efbinoutput.h"
 #include "support/agreement.h"
@@ -88,6 +89,11 @@ MCBinning::MCStatus WholeRun::CreateBins(MCCommon::RecordIterator& records,
 
 MCBinning::MCStatus WholeRun::GetStatus() {
   return fSupervised ? fSupervised->GetStatus() : fEqualFrequency->GetStatus();
+}
+
+MCBinning::RunReport WholeRun::GetReport() const {
+  return fSupervised ? MCBinning::GetRunReport(*fSupervised)
+                     : MCBinning::GetRunReport(*fEqualFrequency);
 }
 
 void WholeRun::Cancel() { fSupervised ? fSupervised->Cancel() : fEqualFrequency->Cancel(); }

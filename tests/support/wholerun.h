@@ -11,6 +11,7 @@
 #include "common/mcquerycancel.h"
 #include "common/mcstatus.h"
 #include "common/progresslistener.h"
+#include "common/runreport.h"
 #include "host/recorditerator.h"
 #include "metadata/binvarlist.h"
 #include "support/scenario.h"
@@ -49,6 +50,7 @@ class WholeRun {
                                  const std::vector<int>* attributes = nullptr,
                                  const std::vector<int>* targets = nullptr);
   MCBinning::MCStatus GetStatus();
+  MCBinning::RunReport GetReport() const;
   void Cancel();
   void SetCancelPtr(MCQueryCancel* query);
   void SetProgressListener(ProgressListener* listener);

@@ -33,10 +33,13 @@ class RecordBuffer {
     return {fFirstSlot + fNextColumn, static_cast<std::size_t>(fCache.GetNCols())};
   }
 
-  // Keeps the record that was written to the next slots.
-  void Store() {
-    if (!fOpenFiles.empty()) ++fNextColumn;
+  // Keeps the records that were written to the next slots, one after the other.
+  void Store(std::size_t count = 1) {
+    if (!fOpenFiles.empty()) fNextColumn += static_cast<int>(count);
   }
+
+  // How many records it takes until it is full.
+  std::size_t GetRoom() const { return static_cast<std::size_t>(fCache.GetNCols() - fNextColumn); }
 
   bool IsFull() const { return fNextColumn == fCache.GetNCols(); }
 

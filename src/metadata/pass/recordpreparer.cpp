@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <utility>
 
 #include "common/guard.h"
@@ -12,6 +13,7 @@
 #include "metadata/binroundencoder.h"
 #include "metadata/binvarlist.h"
 #include "metadata/pass/categorycode.h"
+#include "metadata/pass/columnvalues.h"
 
 namespace MCBinning {
 
@@ -49,32 +51,130 @@ void RecordPreparer::AddAttribute(std::size_t variable, std::size_t file,
 // much as preparing it.
 bool RecordPreparer::Prepare(const MCCommon::Record& in, const RecordSlots& out,
                              MCStatus& warning) {
-  if (fWeightEncoder != nullptr) {
-    const double rawWeight = in[fWeightVariable];
-    const double weight = fWeightEncoder->Encode(rawWeight);
-    if (MCMV::IsMissing(weight)) {
-      NoteDropped(rawWeight);
-      return false;
-    }
-    if (std::isnan(weight)) ++fReport->nanWeights;
-    out[fWeightFile] = weight;
+  if (fWeightEncoder != nullptr && !PrepareWeight(in[fWeightVariable], out[fWeightFile])) {
+    return false;
   }
   if (fHasTarget && !PrepareTarget(in[fTargetVariable], out[0])) RefuseTarget(warning);
   for (const Attribute& attribute : fAttributes) {
-    const double value = in[attribute.variable];
-    double& slot = out[attribute.file];
-    if (attribute.isContinuous) {
-      const bool isMissing = attribute.missing != nullptr && attribute.missing->Contains(value);
-      slot = isMissing ? MCMV::Missing() : value;
-    } else if (MCMV::IsMissing(value) || value == -1.0) {
-      slot = MCMV::Missing();
-    } else if (!StoreCategory(value, ToCategoryCode(value), {attribute.variable, attribute.file},
-                              slot)) {
+    if (!PrepareAttribute(attribute, in[attribute.variable], out[attribute.file])) {
       warning =
           With(Warning(StatusCode::kCategoryCodeOutOfRange), static_cast<long>(attribute.file));
     }
   }
   return true;
+}
+
+// Column by column, the same rules. Values are first brought to their slots, whatever their column
+// looks like in the host's memory.
+std::size_t RecordPreparer::Prepare(const BlockPart& in, const RecordSlots& out) {
+  const std::size_t count = PrepareWeights(in, out);
+  if (count == 0) return 0;
+  if (fHasTarget) {
+    double* const slots = Gather(in, fTargetVariable, &out[0]);
+    MCStatus warning;
+    for (std::size_t i = 0; i < count; ++i) {
+      if (!PrepareTarget(slots[i], slots[i])) RefuseTarget(warning);
+    }
+  }
+  for (const Attribute& attribute : fAttributes) {
+    double* const slots = Gather(in, attribute.variable, &out[attribute.file]);
+    if (attribute.isContinuous && attribute.missing == nullptr) continue;
+    for (std::size_t i = 0; i < count; ++i) PrepareAttribute(attribute, slots[i], slots[i]);
+  }
+  return count;
+}
+
+std::size_t RecordPreparer::PrepareWeights(const BlockPart& in, const RecordSlots& out) {
+  fKept.clear();
+  if (fWeightEncoder == nullptr) return in.count;
+  double* const slots = Gather(in, fWeightVariable, &out[fWeightFile]);
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < in.count; ++i) {
+    const bool isKept = PrepareWeight(slots[i], slots[count]);
+    if (!isKept && fKept.empty()) {
+      fKept.resize(in.count);
+      std::iota(fKept.begin(), fKept.end(), std::size_t{0});
+    }
+    if (!isKept) continue;
+    if (!fKept.empty()) fKept[count] = i;
+    ++count;
+  }
+  if (!fKept.empty()) fKept.resize(count);
+  return count;
+}
+
+// The values of the records that are kept, once it is known which are.
+double* RecordPreparer::Gather(const BlockPart& in, std::size_t variable, double* slots) const {
+  UseValues(in.columns[variable], in.first, [&](const auto& valueAt) {
+    if (fKept.empty()) {
+      for (std::size_t i = 0; i < in.count; ++i) slots[i] = valueAt(i);
+    } else {
+      for (std::size_t i = 0; i < fKept.size(); ++i) slots[i] = valueAt(fKept[i]);
+    }
+  });
+  return slots;
+}
+
+std::size_t RecordPreparer::CountUnremarkable(const BlockPart& in) const {
+  BlockPart part = in;
+  if (fHasTarget) part.count = CountUnremarkable(part, {fTargetVariable, 0}, true);
+  for (const Attribute& attribute : fAttributes) {
+    if (attribute.isContinuous) continue;
+    part.count = CountUnremarkable(part, {attribute.variable, attribute.file}, false);
+  }
+  return part.count;
+}
+
+std::size_t RecordPreparer::CountUnremarkable(const BlockPart& in, const Place& place,
+                                              bool isTarget) const {
+  if (!fUsable[place.file]) return in.count;
+  constexpr int kEnd = kLargestCategoryCode + 1;
+  const IBINVariable& variable = *fVariables.GetVarAt(static_cast<int>(place.variable));
+  const int declared = IsNoted(place.variable) ? kEnd : variable.GetNumberOfCategories();
+  const int end = std::clamp(declared, fLargestCodes[place.file] + 1, kEnd);
+  return UseValues(in.columns[place.variable], in.first, [&](const auto& valueAt) {
+    for (std::size_t i = 0; i < in.count; ++i) {
+      const double value = valueAt(i);
+      const int code = ToCategoryCode(value);
+      const bool isNone = MCMV::IsMissing(value) || (isTarget ? code == -1 : value == -1.0);
+      const bool isRemarkable = !isNone && (code < 0 || code >= end);
+      if (isRemarkable && !IsDropped(in, i)) return i;
+    }
+    return in.count;
+  });
+}
+
+bool RecordPreparer::IsDropped(const BlockPart& in, std::size_t index) const {
+  return fWeightEncoder != nullptr &&
+         UseValues(in.columns[fWeightVariable], in.first + index, [&](const auto& valueAt) {
+           return MCMV::IsMissing(fWeightEncoder->Encode(valueAt(0)));
+         });
+}
+
+// False when the record is to be dropped.
+bool RecordPreparer::PrepareWeight(double rawWeight, double& slot) {
+  const double weight = fWeightEncoder->Encode(rawWeight);
+  if (MCMV::IsMissing(weight)) {
+    NoteDropped(rawWeight);
+    return false;
+  }
+  if (std::isnan(weight)) ++fReport->nanWeights;
+  slot = weight;
+  return true;
+}
+
+// False at the first code of the file that is out of range.
+bool RecordPreparer::PrepareAttribute(const Attribute& attribute, double value, double& slot) {
+  if (attribute.isContinuous) {
+    const bool isMissing = attribute.missing != nullptr && attribute.missing->Contains(value);
+    slot = isMissing ? MCMV::Missing() : value;
+    return true;
+  }
+  if (MCMV::IsMissing(value) || value == -1.0) {
+    slot = MCMV::Missing();
+    return true;
+  }
+  return StoreCategory(value, ToCategoryCode(value), {attribute.variable, attribute.file}, slot);
 }
 
 void RecordPreparer::RefuseTarget(MCStatus& warning) const {
@@ -125,12 +225,15 @@ void RecordPreparer::NoteDropped(double rawWeight) {
 }
 
 void RecordPreparer::NoteRefused(double code, std::size_t variable) {
-  const int index = static_cast<int>(variable);
-  std::vector<RefusedCode>& codes = fReport->refusedCodes;
-  const bool isKnown = std::any_of(codes.begin(), codes.end(), [&](const RefusedCode& refused) {
-    return refused.variable == index;
+  if (IsNoted(variable)) return;
+  fReport->refusedCodes.push_back({static_cast<int>(variable), code, fReport->recordsRead});
+}
+
+bool RecordPreparer::IsNoted(std::size_t variable) const {
+  const std::vector<RefusedCode>& codes = fReport->refusedCodes;
+  return std::any_of(codes.begin(), codes.end(), [&](const RefusedCode& refused) {
+    return refused.variable == static_cast<int>(variable);
   });
-  if (!isKnown) codes.push_back({index, code, fReport->recordsRead});
 }
 
 }  // namespace MCBinning

@@ -5,6 +5,7 @@
 
 #include "common/mcstatus.h"
 #include "host/record.h"
+#include "metadata/columnrecorditerator.h"
 #include "metadata/pass/recordbuffer.h"
 
 class BINNumericUserMissing;
@@ -15,6 +16,13 @@ class IBINVariable;
 namespace MCBinning {
 
 struct RunReport;
+
+// Some records of a block, by column.
+struct BlockPart {
+  const BlockColumn* columns;
+  std::size_t first;
+  std::size_t count;
+};
 
 // Makes of a record the values that go to the files: the weight rounded, the system-missing value
 // in place of user-missing ones and of no category, category codes checked.
@@ -39,6 +47,15 @@ class RecordPreparer {
   // is categorical.
   bool Prepare(const MCCommon::Record& in, const RecordSlots& out, MCStatus& warning);
 
+  // The same of several records, which go to the slots one after the other. Answers how many there
+  // are, the dropped ones left out. Requires that CountUnremarkable() answers no fewer, or a single
+  // record: so whatever happens, happens in the order of the records.
+  std::size_t Prepare(const BlockPart& in, const RecordSlots& out);
+
+  // How many records there are before the first that has a code that is to be refused or noted in
+  // the report.
+  std::size_t CountUnremarkable(const BlockPart& in) const;
+
   // Whether the values of the file stop at a code out of range.
   bool HasStopped(std::size_t file) const { return fHasStopped[file]; }
 
@@ -55,10 +72,17 @@ class RecordPreparer {
     const BINNumericUserMissing* missing;  // null where there is none that fits
   };
 
+  bool PrepareWeight(double rawWeight, double& slot);
   bool PrepareTarget(double value, double& slot);
+  bool PrepareAttribute(const Attribute& attribute, double value, double& slot);
+  std::size_t PrepareWeights(const BlockPart& in, const RecordSlots& out);
+  bool IsDropped(const BlockPart& in, std::size_t index) const;
+  double* Gather(const BlockPart& in, std::size_t variable, double* slots) const;
+  std::size_t CountUnremarkable(const BlockPart& in, const Place& place, bool isTarget) const;
   bool StoreCategory(double value, int code, const Place& place, double& slot);
   void NoteDropped(double rawWeight);
   void NoteRefused(double code, std::size_t variable);
+  bool IsNoted(std::size_t variable) const;
   void RefuseTarget(MCStatus& warning) const;
 
   const BINVarList& fVariables;
@@ -74,6 +98,7 @@ class RecordPreparer {
   std::size_t fWeightVariable = 0;
   std::size_t fWeightFile = 0;
   std::vector<Attribute> fAttributes;  // in file order
+  std::vector<std::size_t> fKept;      // of a part that has dropped records, the others; else none
 };
 
 }  // namespace MCBinning
