@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "binmodel/model/refusal.h"
-#include "binmodel/text/displaytext.h"
 #include "io/interrupt.h"
+#include "io/pathtext.h"
 
 namespace MCBin {
 
@@ -40,7 +40,7 @@ char FirstCharacter(std::string_view text) {
 }  // namespace
 
 InputStream::InputStream(const std::string& path, const char* expected)
-    : fName(path == "-" ? "standard input" : MCBinModel::PrintableText(path)) {
+    : fName(path == "-" ? "standard input" : PathText(path)) {
   do {  // a named pipe that nobody writes to is waited for
     Interrupt::ThrowIfRequested();
     fFile.Reset(path == "-" ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)

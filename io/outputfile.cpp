@@ -19,6 +19,7 @@
 #include "binmodel/text/displaytext.h"
 #include "io/interrupt.h"
 #include "io/leftovers.h"
+#include "io/pathtext.h"
 
 namespace MCBin {
 
@@ -177,8 +178,7 @@ void OutputFile::RemoveTemporary() {
 
 void OutputFile::Fail(const char* what) const {
   const char* const why = std::strerror(errno);
-  throw MCBinModel::Refusal(MCBinModel::RefusalCode::kNotWritten,
-                            {MCBinModel::PrintableText(fPath), {}, why},
+  throw MCBinModel::Refusal(MCBinModel::RefusalCode::kNotWritten, {PathText(fPath), {}, why},
                             fmt::format("{}: {}", what, why));
 }
 

@@ -41,19 +41,6 @@ double ParseReal(const std::string& text) {
   return number.value;
 }
 
-BinValue MakeMissing(const ExportOptions& options) {
-  if (!options.missingText) return {};
-  switch (options.form) {
-    case BinForm::kIndex:
-      return ParseWhole(*options.missingText);
-    case BinForm::kWeightOfEvidence:
-      return ParseReal(*options.missingText);
-    case BinForm::kLabel:
-      break;
-  }
-  return *options.missingText;
-}
-
 void AddNumber(std::vector<double>& numbers, double number) {
   const bool known = std::find(numbers.begin(), numbers.end(), number) != numbers.end();
   if (!known) numbers.push_back(number);
@@ -131,9 +118,22 @@ void CheckNames(const BinModel& model, const std::vector<ExportColumn>& columns)
 
 }  // namespace
 
+BinValue MissingValueOf(const ExportOptions& options) {
+  if (!options.missingText) return {};
+  switch (options.form) {
+    case BinForm::kIndex:
+      return ParseWhole(*options.missingText);
+    case BinForm::kWeightOfEvidence:
+      return ParseReal(*options.missingText);
+    case BinForm::kLabel:
+      break;
+  }
+  return *options.missingText;
+}
+
 ExportModel MakeExportModel(const BinModel& model, const std::vector<std::size_t>& results,
                             const ExportOptions& options) {
-  ExportModel exported{model.settings.rightClosed, options.form, MakeMissing(options), {}};
+  ExportModel exported{model.settings.rightClosed, options.form, MissingValueOf(options), {}};
   std::vector<std::string> notes;
   for (const std::size_t index : LeaveOutFailedResults(model, results, notes)) {
     exported.columns.push_back(MakeColumn(model, model.results[index], options, exported.missing));

@@ -32,6 +32,10 @@ struct ExportModel {
   std::vector<ExportColumn> columns;
 };
 
+// What missing values become. Throws Refusal when `missingText` is not of the type of the new
+// columns.
+BinValue MissingValueOf(const ExportOptions& options);
+
 // The bins of some results, ready to be written. Borrows `model`. Throws Refusal as the functions
 // of binexport.h do, but for what a language cannot write.
 ExportModel MakeExportModel(const BinModel& model, const std::vector<std::size_t>& results,

@@ -216,6 +216,28 @@ const SqlDialect& FindSqlDialect(const std::string& name) {
   return *found;
 }
 
+std::vector<std::string> SplitTableName(const std::string& table) {
+  std::vector<std::string> parts(1);
+  bool quoted = false;
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    if (table[i] == '"' && quoted && i + 1 < table.size() && table[i + 1] == '"') {
+      parts.back() += table[i++];
+    } else if (table[i] == '"') {
+      quoted = !quoted;
+    } else if (table[i] == '.' && !quoted) {
+      parts.emplace_back();
+    } else {
+      parts.back() += table[i];
+    }
+  }
+  for (const std::string& part : parts) {
+    if (!quoted && !part.empty()) continue;
+    throw Refusal(RefusalCode::kTableName, {{}, table, {}},
+                  fmt::format("{} is no name of a table", QuotedText(table)));
+  }
+  return parts;
+}
+
 std::string QuoteIdentifier(const SqlDialect& dialect, std::string_view name) {
   CheckText("name", name);
   if (IsSafe(name)) return QuoteDoubled(name, dialect.identifierQuote);

@@ -29,6 +29,10 @@ struct SqlDialect {
 // Throws Refusal for a name that SqlDialectNames() does not have.
 const SqlDialect& FindSqlDialect(const std::string& name);
 
+// The parts of a table's name (schema.table), of which any may be in double quotes. Throws Refusal
+// for a text that is no name.
+std::vector<std::string> SplitTableName(const std::string& table);
+
 // A table or column name in the dialect's quotes. Throws Refusal for one that is not UTF-8, has a
 // NUL, which no query can hold, or another control character in a dialect that has no escape for
 // it; line feeds and tabs stand as they are.

@@ -136,29 +136,6 @@ class CaseWriter {
   std::string fBranches;
 };
 
-// The parts of schema.table, of which any may be in double quotes.
-std::vector<std::string> SplitTableName(const std::string& table) {
-  std::vector<std::string> parts(1);
-  bool quoted = false;
-  for (std::size_t i = 0; i < table.size(); ++i) {
-    if (table[i] == '"' && quoted && i + 1 < table.size() && table[i + 1] == '"') {
-      parts.back() += table[i++];
-    } else if (table[i] == '"') {
-      quoted = !quoted;
-    } else if (table[i] == '.' && !quoted) {
-      parts.emplace_back();
-    } else {
-      parts.back() += table[i];
-    }
-  }
-  for (const std::string& part : parts) {
-    if (!quoted && !part.empty()) continue;
-    throw Refusal(RefusalCode::kTableName, {{}, table, {}},
-                  fmt::format("{} is no name of a table", QuotedText(table)));
-  }
-  return parts;
-}
-
 }  // namespace
 
 std::string ExportSql(const BinModel& bins, const std::vector<std::size_t>& results,

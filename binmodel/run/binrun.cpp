@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <string>
 #include <thread>
 #include <utility>
 
@@ -30,6 +31,8 @@
 namespace MCBinModel {
 
 namespace {
+
+constexpr int kOutOfMemory = 3;
 
 // What all shares of a run have in common.
 struct Run {
@@ -79,12 +82,21 @@ class Share {
     if (fJobs.IsCancelled()) throw Refusal(RefusalCode::kCancelled, {}, "the run was cancelled");
     if (!status.IsError()) return;
     const bool isTemporaryFile = status.GetErrorCode() == 120021;
-    throw Refusal(isTemporaryFile ? RefusalCode::kTemporaryFile : RefusalCode::kInput, {},
-                  fmt::format("binning failed: {} (status {})", MCBinning::Describe(status),
-                              status.GetErrorCode()));
+    throw Refusal(
+        isTemporaryFile ? RefusalCode::kTemporaryFile : RefusalCode::kInput, {},
+        fmt::format("binning failed: {}{} (status {})", MCBinning::Describe(status),
+                    status.GetErrorCode() == kOutOfMemory ? Extent() : "", status.GetErrorCode()));
   }
 
  private:
+  // What may be too much of.
+  std::string Extent() const {
+    const RunVariables& variables = fRun.variables;
+    return fmt::format(" for {} variables of {} records; bin fewer at a time",
+                       variables.attributes.size() + variables.targets.size(),
+                       fRun.columns.GetRecordCount());
+  }
+
   const Run& fRun;
   ShareVariables fVariables;
   RecordBlocks fRecords;

@@ -2,6 +2,8 @@
 #include <vector>
 
 #include "binmodel/export/binexport.h"
+#include "binmodel/export/exportmodel.h"
+#include "binmodel/export/sqldialect.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/commands/commands.h"
 #include "cli/terminal/exitguard.h"
@@ -11,6 +13,12 @@
 namespace MCBin {
 
 namespace {
+
+// An option that makes no sense shows as such, whatever is in the bin file.
+void CheckOptions(const ExportOptions& options) {
+  MCBinModel::MissingValueOf(options.columns);
+  if (options.format == ExportFormat::kSql) MCBinModel::SplitTableName(options.table);
+}
 
 std::string MakeText(const ExportOptions& options, std::vector<std::string>& notes) {
   const MCBinModel::BinModel model = LoadBinFile(options.binFile);
@@ -31,6 +39,7 @@ std::string MakeText(const ExportOptions& options, std::vector<std::string>& not
 
 int ExportCommand(const ExportOptions& options) {
   CheckFiles({{"the bin file", options.binFile}}, {{"--output", options.output}});
+  CheckOptions(options);
   ResultStream out;
   std::vector<std::string> notes;
   const std::string text = MakeText(options, notes);

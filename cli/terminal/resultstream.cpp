@@ -30,10 +30,10 @@ ResultStream::ResultStream()
     : fOutput(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, kFirstOwnDescriptor)),
       fIsTerminal(isatty(STDOUT_FILENO) == 1) {
   // A standard descriptor that is closed is taken, so that no other file becomes it.
-  int number = open("/dev/null", O_RDWR);
-  while (number >= 0 && number < kFirstOwnDescriptor) number = open("/dev/null", O_RDWR);
-  if (number >= 0) close(number);
-  dup2(STDERR_FILENO, STDOUT_FILENO);
+  int nowhere = open("/dev/null", O_RDWR);
+  while (nowhere >= 0 && nowhere < kFirstOwnDescriptor) nowhere = open("/dev/null", O_RDWR);
+  dup2(nowhere >= 0 ? nowhere : STDERR_FILENO, STDOUT_FILENO);
+  if (nowhere >= 0) close(nowhere);
 }
 
 ResultStream::~ResultStream() {

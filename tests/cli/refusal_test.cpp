@@ -74,6 +74,10 @@ const Refusal kOfInput[] = {
     {"JsonDirectory", "supervised --target y --json /nowhere/out.json in.csv", kGood, 1,
      "/nowhere/out.json: cannot write it"},
 
+    {"JsonWithoutName", "supervised --target y --json '' in.csv", kGood, 1,
+     "error: '': cannot write it: No such file"},
+    {"InputWithoutName", "supervised --target y ''", "", 1, "error: '': cannot open it: No such"},
+
     {"ApplyMissingColumn", kApply, "a,cc\n1,x\n", 1,
      "in.csv: there is no column 'c'; did you mean 'a', 'cc'?"},
     {"ApplyNoNumber", kApply, "a,c\n1,x\none,x\n", 1,
@@ -132,6 +136,9 @@ const Refusal kOfUsage[] = {
     {"ExportTableName", kExport + "sql --table s.", "", 2, "write NAME or SCHEMA.NAME"},
     {"ExportTextAmongIndexes", kExport + "python --missing-as ?", "", 2, "such as -1"},
     {"ExportTextAmongNumbers", kExport + "python --as woe --missing-as ?", "", 2, "such as 0"},
+    {"ExportTextBeforeBinFile", "export no.json --format python --missing-as ?", "", 2,
+     "such as -1"},
+    {"ExportTableBeforeBinFile", "export no.json --format sql --table s.", "", 2, "--table 's.'"},
     {"ExportOverBinFile", kExport + "python -o ./bins.json", "", 2, "overwritten"},
 };
 

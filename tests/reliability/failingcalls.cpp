@@ -12,6 +12,8 @@
 //                            half of its work, as on a disk that fills up
 //   FAILING_CALLS_SIGNAL=S   instead of failing, the call comes after this signal
 //
+// A close that fails loses half of a file that was written and not flushed.
+//
 // It knows the calls that the library and the tool make; a new kind goes into the list at the end.
 // Those that the C library makes itself (a buffered write) are not seen, what leads there is.
 
@@ -23,6 +25,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -75,6 +78,7 @@ struct Plan {
 std::atomic<bool> gIsCounting = true;
 std::atomic<long> gCallCount = 0;
 std::atomic<int> gErrorForGood = kNone;
+std::atomic<ino_t> gFlushed = 0;  // the file that was flushed last
 
 const Plan& GetPlan() {
   static const Plan plan;
@@ -136,6 +140,31 @@ int FaultOf(const char* name, Subject subject, Errors errors) {
   return fault;
 }
 
+// The inode of a regular file, 0 for anything else.
+ino_t InodeOf(int file, off_t* size = nullptr) {
+  struct stat status = {};
+  if (syscall(SYS_fstat, file, &status) != 0 || !S_ISREG(status.st_mode)) return 0;
+  if (size != nullptr) *size = status.st_size;
+  return status.st_ino;
+}
+
+// What a disk that fails late does to a file that was written and not flushed: its second half
+// holds zeros.
+void LoseHalf(int file) {
+  static constexpr char kZeros[4096] = {};
+  off_t size = 0;
+  const ino_t inode = InodeOf(file, &size);
+  const long flags = syscall(SYS_fcntl, file, F_GETFL);
+  const bool isWritten = flags >= 0 && (flags & O_ACCMODE) != O_RDONLY;
+  if (!isWritten || inode == 0 || inode == gFlushed) return;
+  syscall(SYS_fcntl, file, F_SETFL, flags & ~O_APPEND);
+  long written = 1;
+  for (off_t at = size / 2; at < size && written > 0; at += written) {
+    const auto left = static_cast<std::size_t>(size - at);
+    written = syscall(SYS_pwrite64, file, kZeros, std::min(left, sizeof kZeros), at);
+  }
+}
+
 Subject About(int descriptor, const char* path = nullptr) { return {descriptor, path}; }
 Subject About(const char* path) { return {-1, path}; }
 Subject About(FILE* stream) { return {fileno(stream), nullptr}; }
@@ -179,6 +208,7 @@ extern "C" __attribute__((visibility("default"))) void CountCalls(bool on) { gIs
 #define ENDING(name, parameters, arguments, subject, failure) \
   IN_PLACE_OF(int, name, parameters) {                        \
     const int fault = FaultOf(#name, subject, kClosing);      \
+    if (fault != kNone) LoseHalf(subject.descriptor);         \
     const int result = Real_##name() arguments;               \
     if (fault == kNone) return result;                        \
     errno = fault;                                            \
@@ -252,7 +282,13 @@ FAILING(ssize_t, readlink, (const char* path, char* to, std::size_t size), (path
 FAILING(ssize_t, getdents64, (int file, void* to, std::size_t size), (file, to, size), About(file),
         kSeeking, -1)
 
-FAILING(int, fsync, (int file), (file), About(file), kFlushing, -1)
+IN_PLACE_OF(int, fsync, (int file)) {
+  if (FaultOf("fsync", About(file), kFlushing) != kNone) return -1;
+  const int result = Real_fsync()(file);
+  if (const ino_t inode = InodeOf(file); result == 0 && inode != 0) gFlushed = inode;
+  return result;
+}
+
 FAILING(off_t, lseek, (int file, off_t to, int from), (file, to, from), About(file), kSeeking, -1)
 FAILING(int, fseek, (FILE * stream, long to, int from), (stream, to, from), About(stream), kSeeking,
         -1)

@@ -61,9 +61,12 @@ class Subject:
         names = [name for name in os.listdir(self.work) if name != "tmp"]
         return names + ["tmp/" + name for name in os.listdir(os.path.join(self.work, "tmp"))]
 
-    def run(self, cleared=True, preloaded=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-            prepare=None, **plan):
-        """`plan` is what the environment tells the library; `prepare` runs before the program."""
+    def run(self, cleared=True, preloaded=True, stdout=None, stderr=subprocess.PIPE, prepare=None,
+            **plan):
+        """`plan` is what the environment tells the library; `prepare` runs before the program.
+
+        Standard output is a file, but a pipe where standard input is.
+        """
         if cleared:
             self.clear()
         if os.path.exists(self.log):
@@ -74,13 +77,18 @@ class Subject:
         environment.update({f"FAILING_CALLS_{key.upper()}": str(int(value))
                             for key, value in plan.items()})
         self.runs += 1
-        try:
-            done = subprocess.run([PROGRAM, *self.words], input=self.text, stdout=stdout,
-                                  stderr=stderr, env=environment, cwd=self.work, timeout=SECONDS,
-                                  preexec_fn=prepare)
-            code, out, err = done.returncode, done.stdout, done.stderr
-        except subprocess.TimeoutExpired:
-            code, out, err = None, b"", b""
+        with open(os.path.join(self.directory, "out"), "w+b") as file:
+            try:
+                done = subprocess.run(
+                    [PROGRAM, *self.words], input=self.text, timeout=SECONDS, env=environment,
+                    stdout=stdout or (subprocess.PIPE if self.text else file), stderr=stderr,
+                    cwd=self.work, preexec_fn=prepare)
+                code, out, err = done.returncode, done.stdout, done.stderr
+            except subprocess.TimeoutExpired:
+                code, out, err = None, b"", b""
+            if stdout is None and out is None:
+                file.seek(0)
+                out = file.read()
         files, modes = {}, {}
         for name in self.files():
             path = os.path.join(self.work, name)
@@ -139,6 +147,9 @@ class Subject:
         told = any(call.subject == "standard 2" for call in outcome.calls)
         if outcome.code == 1 and outcome.err == b"" and not told:
             yield "fails without a word"
+        has_null = all(call.subject != "/dev/null" for call in outcome.calls)
+        if has_null and GROUP != "library" and b"BinaryRecordIterator" in (outcome.err or b""):
+            yield "shows what the library prints"
         yield from self.wrong_outputs(outcome)
 
     def what_stays(self, outcome, excused):

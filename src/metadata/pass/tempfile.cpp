@@ -36,7 +36,8 @@ TempFile::TempFile(std::string name) : fName(std::move(name)) {}
 TempFile::TempFile(TempFile&& other) noexcept
     : fName(std::move(other.fName)),
       fIdentity(std::exchange(other.fIdentity, Identity())),
-      fSize(std::exchange(other.fSize, 0)) {}
+      fSize(std::exchange(other.fSize, 0)),
+      fIsDamaged(other.fIsDamaged) {}
 
 // What someone else has written to the file, or cut off it, is removed with it.
 TempFile::~TempFile() {
@@ -63,8 +64,11 @@ TempFile::AppendResult TempFile::Append(const double* values, std::size_t count)
     fSize += written;
     ok = written == byteCount;
   }
-  // A full disk may show only at the close.
-  ok = file.Close() && ok;
+  // A full disk may show only at the close; then nobody knows what the file holds.
+  if (!file.Close()) {
+    fIsDamaged = true;
+    ok = false;
+  }
   return ok ? AppendResult::kOk : AppendResult::kFailed;
 }
 
@@ -81,7 +85,7 @@ bool TempFile::IsWhole(int descriptor, std::uint64_t valueCount) const {
 
 bool TempFile::IsUntouched(int descriptor) const {
   const Found found = Look(descriptor, "");
-  return IsBegun() && found.identity == fIdentity && found.size == fSize;
+  return IsBegun() && !fIsDamaged && found.identity == fIdentity && found.size == fSize;
 }
 
 TempFile::Found TempFile::Look(int descriptor, const char* name) {

@@ -63,12 +63,14 @@ class TempFile {
   // The open file, or the file `name` when `descriptor` is AT_FDCWD; all 0 when there is none.
   static Found Look(int descriptor, const char* name);
 
-  // Whether the open file is this one, of the size that it was left with.
+  // Whether the open file is this one, of the size that it was left with, and holds what was
+  // written to it.
   bool IsUntouched(int descriptor) const;
 
   std::string fName;
   Identity fIdentity;
   std::uint64_t fSize = 0;  // in bytes
+  bool fIsDamaged = false;  // an append failed at its end
 };
 
 }  // namespace MCBinning

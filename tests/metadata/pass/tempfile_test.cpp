@@ -78,9 +78,15 @@ TEST_F(TempFileTest, LeavesATakenNameAlone) {
   }
 }
 
-TEST_F(TempFileTest, FailsWhenTheCloseDoes) {
-  const libraryfaults::Failing failing(libraryfaults::Call::kClose, 0, ENOSPC);
-  EXPECT_EQ(Append({1}), Result::kFailed);
+TEST_F(TempFileTest, HoldsNoValuesThatItsCloseMayHaveLost) {
+  {
+    const libraryfaults::Failing failing(libraryfaults::Call::kClose, 0, ENOSPC);
+    EXPECT_EQ(Append({1}), Result::kFailed);
+  }
+  EXPECT_FALSE(IsWhole(1));
+  EXPECT_EQ(Append({2}), Result::kFailed);
+  file.reset();
+  EXPECT_FALSE(fs::exists(path));
 }
 
 // What someone else does to a file that was begun with the value 1.
