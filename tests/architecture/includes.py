@@ -1,6 +1,7 @@
-"""Usage: includes.py ROOT
+"""Usage: includes.py [ROOT]
 
-Reads the #include lines of everything below ROOT and lists those that point upwards or in a circle.
+Reads the #include lines of everything below ROOT, the project it stands in unless told otherwise, and
+lists those that point upwards or in a circle: python3 tests/architecture/includes.py
 docs/architecture.md shows the house; here stand its rules, and a new folder gets its line below.
 """
 
@@ -118,4 +119,5 @@ def main(root):
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1]))
+    HERE = os.path.dirname(os.path.abspath(__file__))
+    sys.exit(main(sys.argv[1] if len(sys.argv) > 1 else os.path.join(HERE, "..", "..")))
