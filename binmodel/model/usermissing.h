@@ -8,7 +8,7 @@
 
 namespace MCBinModel {
 
-// The definition as the component's own objects: its numbers and interval, and its texts.
+// The definition as objects of libmcbinning: its numbers and interval, and its texts.
 std::unique_ptr<BINNumericUserMissing> MakeNumericUserMissing(const MissingDefinition& missing);
 std::unique_ptr<BINStringUserMissing> MakeStringUserMissing(const MissingDefinition& missing);
 

@@ -24,15 +24,13 @@
 #include "binmodel/run/runprogress.h"
 #include "binmodel/run/runshare.h"
 #include "binmodel/text/displaytext.h"
-#include "metadata/describe.h"
+#include "common/statuscodes.h"
 #include "output/binoutput.h"
 #include "output/efbinoutput.h"
 
 namespace MCBinModel {
 
 namespace {
-
-constexpr int kOutOfMemory = 3;
 
 // What all shares of a run have in common.
 struct Run {
@@ -79,13 +77,10 @@ class Share {
   void CheckStatus(const MCBinning::MCStatus& status) const {
     fRecords.RethrowFailure();
     fJobs.QueryCancel();
-    if (fJobs.IsCancelled()) throw Refusal(RefusalCode::kCancelled, {}, "the run was cancelled");
+    if (fJobs.IsCancelled()) throw CancelledRun();
     if (!status.IsError()) return;
-    const bool isTemporaryFile = status.GetErrorCode() == 120021;
-    throw Refusal(
-        isTemporaryFile ? RefusalCode::kTemporaryFile : RefusalCode::kInput, {},
-        fmt::format("binning failed: {}{} (status {})", MCBinning::Describe(status),
-                    status.GetErrorCode() == kOutOfMemory ? Extent() : "", status.GetErrorCode()));
+    const bool isMemory = HasCode(status, MCBinning::StatusCode::kOutOfMemory);
+    throw FailedRun(status, isMemory ? Extent() : "");
   }
 
  private:

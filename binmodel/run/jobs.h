@@ -10,7 +10,7 @@
 
 namespace MCBinModel {
 
-// Runs jobs side by side, each in a thread of its own. It is the cancel query of the component
+// Runs jobs side by side, each in a thread of its own. It is the cancel query of the algorithm
 // in every one of them: the host's cancellation and the failure of one job end all.
 class Jobs : public MCQueryCancel {
  public:

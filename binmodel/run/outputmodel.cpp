@@ -1,6 +1,7 @@
 #include "binmodel/run/outputmodel.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <string>
 #include <utility>
@@ -11,6 +12,7 @@
 #include "algorithm/runreport.h"
 #include "binmodel/model/refusal.h"
 #include "binmodel/run/resultbins.h"
+#include "common/statuscodes.h"
 #include "metadata/bincatnumencoder.h"
 #include "metadata/binnumericusermissing.h"
 #include "metadata/binroundencoder.h"
@@ -18,6 +20,8 @@
 #include "metadata/binstringusermissing.h"
 
 namespace MCBinModel {
+
+using MCBinning::StatusCode;
 
 namespace {
 
@@ -82,9 +86,11 @@ int TargetOf(const BINAttributeResults& /*results*/) { return -1; }
 
 // Entries of an index list that were refused: no such variable, the wrong kind, the weight.
 bool IsRefused(const MCBinning::MCStatus& status) {
-  const long refusals[] = {120005, 120006, 120011, 120013};
-  return std::find(std::begin(refusals), std::end(refusals), status.GetErrorCode()) !=
-         std::end(refusals);
+  constexpr std::array kRefusals = {StatusCode::kIsWeightOrTarget,
+                                    StatusCode::kTargetNotCategorical, StatusCode::kNoSuchAttribute,
+                                    StatusCode::kNoSuchVariable};
+  return std::any_of(kRefusals.begin(), kRefusals.end(),
+                     [&](StatusCode code) { return HasCode(status, code); });
 }
 
 template <typename Results, typename Output>

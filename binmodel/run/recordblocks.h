@@ -11,9 +11,9 @@
 
 namespace MCBinModel {
 
-// Hands some columns of a source to the component, one record at a time.
+// Hands some columns of a source to an algorithm, one record at a time.
 //
-// A failure (the source cannot be read) is thrown at the component, which ends the run with an
+// A failure (the source cannot be read) is thrown at the algorithm, which ends the run with an
 // error of its own; RethrowFailure() then tells what really happened.
 class RecordBlocks final : public MCCommon::RecordIterator {
  public:

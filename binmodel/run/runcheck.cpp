@@ -12,29 +12,21 @@
 #include "binmodel/apply/bincounter.h"
 #include "binmodel/apply/valuecoder.h"
 #include "binmodel/apply/weightcoder.h"
-#include "binmodel/model/refusal.h"
 #include "binmodel/run/columnblocks.h"
 #include "binmodel/run/resultbins.h"
+#include "common/statuscodes.h"
 #include "metadata/describe.h"
 
 namespace MCBinModel {
 
+using MCBinning::StatusCode;
+
 namespace {
 
-constexpr int kNoValidCase = 120015;
-constexpr int kTemporaryFile = 120021;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 void CheckCancelled(const RunControl& control) {
-  if (!control.cancel || !control.cancel()) return;
-  throw Refusal(RefusalCode::kCancelled, {}, "the run was cancelled");
-}
-
-[[noreturn]] void RefuseTemporaryFile(const MCBinning::MCStatus& status) {
-  const MCBinning::MCStatus failure(kTemporaryFile, false);
-  throw Refusal(RefusalCode::kTemporaryFile, {},
-                fmt::format("binning failed: {} (status {})", MCBinning::Describe(failure),
-                            status.GetErrorCode()));
+  if (control.cancel && control.cancel()) throw CancelledRun();
 }
 
 // The cases of some results, counted anew from the columns.
@@ -130,6 +122,16 @@ void CheckPercentiles(const BinSettings& settings, const AttributeBins& bins) {
 
 }  // namespace
 
+Refusal FailedRun(const MCBinning::MCStatus& error, const std::string& extent) {
+  const bool isTemporaryFile = HasCode(error, StatusCode::kTempFileFailed);
+  return {isTemporaryFile ? RefusalCode::kTemporaryFile : RefusalCode::kInput,
+          {},
+          fmt::format("binning failed: {}{} (status {})", MCBinning::Describe(error), extent,
+                      error.GetErrorCode())};
+}
+
+Refusal CancelledRun() { return {RefusalCode::kCancelled, {}, "the run was cancelled"}; }
+
 DroppedRecords CheckWeights(const RunVariables& variables, const ColumnSource& columns,
                             const RunControl& control) {
   if (columns.GetRecordCount() == 0) {
@@ -152,11 +154,11 @@ std::vector<std::size_t> CheckResults(BinModel& model, const RunVariables& varia
   std::vector<std::size_t> doubtful;
   for (std::size_t i = 0; i < model.results.size(); ++i) {
     const AttributeBins& bins = model.results[i];
-    const auto code = bins.status.GetErrorCode();
-    if (code == kTemporaryFile) RefuseTemporaryFile(bins.status);
+    if (HasCode(bins.status, StatusCode::kTempFileFailed)) throw FailedRun(bins.status);
     CheckPercentiles(model.settings, bins);
     CheckCutPoints(bins.cutPoints, model.GetAttribute(bins));
-    if (code == kNoValidCase || !AddsUp(bins, recordCount)) doubtful.push_back(i);
+    const bool isEmpty = HasCode(bins.status, StatusCode::kNoValidCase);
+    if (isEmpty || !AddsUp(bins, recordCount)) doubtful.push_back(i);
   }
   if (doubtful.empty()) return {};
 
@@ -165,9 +167,10 @@ std::vector<std::size_t> CheckResults(BinModel& model, const RunVariables& varia
     AttributeBins& bins = model.results[recounted.result];
     AttributeBins& counts = recounted.counts;
     if (!IsSameWeight(counts.validWeight, bins.validWeight, recordCount)) {
-      RefuseTemporaryFile(bins.status);
+      throw FailedRun(Error(StatusCode::kTempFileFailed));
     }
-    if (bins.status.GetErrorCode() == kNoValidCase || HasSameCounts(bins, counts)) continue;
+    const bool isEmpty = HasCode(bins.status, StatusCode::kNoValidCase);
+    if (isEmpty || HasSameCounts(bins, counts)) continue;
     bins.binWeights = std::move(counts.binWeights);
     bins.classWeights = std::move(counts.classWeights);
     bins.modelEntropy = counts.modelEntropy;

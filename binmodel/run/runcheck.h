@@ -1,13 +1,21 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "binmodel/model/binmodel.h"
+#include "binmodel/model/refusal.h"
 #include "binmodel/run/binrun.h"
 #include "binmodel/run/columnsource.h"
+#include "common/mcstatus.h"
 
 namespace MCBinModel {
+
+// What is thrown when a run ended with an error, and when the host stopped it. `extent` follows the
+// words for the error.
+Refusal FailedRun(const MCBinning::MCStatus& error, const std::string& extent = {});
+Refusal CancelledRun();
 
 // Reads the weights before a run and answers which records they drop. Throws Refusal for a weight
 // that cannot be used, and when no record is left.

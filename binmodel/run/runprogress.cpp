@@ -20,7 +20,7 @@ void RunProgress::Add(std::uint64_t count) {
   fListener(fDone, fTotal);
 }
 
-// The component reports records and results alike.
+// An algorithm reports records and results alike.
 void JobProgress::ReportProgress(ProgressReport& /*report*/) {
   const std::uint64_t recordsRead = fRecords.GetRecordsRead();
   const bool isResult = fRecords.IsAtEnd();

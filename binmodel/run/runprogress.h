@@ -35,7 +35,7 @@ class RunProgress {
   std::uint64_t fDone = 0;
 };
 
-// Adds what the component reports to one job.
+// Adds what the algorithm of one job reports.
 class JobProgress : public ProgressListener {
  public:
   // Borrows all three.

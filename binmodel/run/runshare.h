@@ -23,7 +23,7 @@ struct ShareVariables {
 };
 
 // The variables of share `share` of `shareCount`. The first target has the target role, further
-// ones are categorical attributes to the component. Category codes are the same in every share.
+// ones are categorical attributes to the algorithm. Category codes are the same in every share.
 ShareVariables MakeShareVariables(const RunVariables& variables, std::size_t share,
                                   std::size_t shareCount);
 
