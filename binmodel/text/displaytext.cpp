@@ -48,6 +48,7 @@ std::string_view Beginning(std::string_view text, std::size_t bytes) {
 }  // namespace
 
 std::string PrintableText(std::string_view text) {
+  if (IsPlain(text)) return std::string(text);
   std::string printable;
   printable.reserve(text.size());
   while (!text.empty()) {
@@ -84,6 +85,7 @@ std::string ElideText(std::string_view text, std::size_t width) {
 std::string QuotedText(std::string_view text) { return "'" + ElideText(text, 60) + "'"; }
 
 std::size_t DisplayWidth(std::string_view text) {
+  if (IsPlain(text)) return text.size();
   std::size_t width = 0;
   while (!text.empty()) {
     const CodePoint next = TakeCodePoint(text);

@@ -9,6 +9,9 @@ namespace MCBinModel {
 
 namespace {
 
+constexpr const char* kHtmlMarkup = "&<>\"'";
+
+// Of one of these.
 const char* HtmlEntity(char c) {
   switch (c) {
     case '&':
@@ -19,10 +22,8 @@ const char* HtmlEntity(char c) {
       return "&gt;";
     case '"':
       return "&quot;";
-    case '\'':
-      return "&#39;";
     default:
-      return nullptr;
+      return "&#39;";
   }
 }
 
@@ -47,16 +48,16 @@ std::string QuoteDoubled(std::string_view text, char quote) {
 }
 
 std::string HtmlText(std::string_view text) {
+  const std::string printable = PrintableText(text);
   std::string escaped;
-  for (const char c : PrintableText(text)) {
-    const char* const entity = HtmlEntity(c);
-    if (entity != nullptr) {
-      escaped += entity;
-    } else {
-      escaped += c;
-    }
+  std::size_t from = 0;
+  for (;;) {
+    const std::size_t markup = printable.find_first_of(kHtmlMarkup, from);
+    escaped.append(printable, from, markup - from);
+    if (markup == std::string::npos) return escaped;
+    escaped += HtmlEntity(printable[markup]);
+    from = markup + 1;
   }
-  return escaped;
 }
 
 std::optional<std::string> XmlText(std::string_view text) {

@@ -37,10 +37,15 @@ CodePoint TakeCodePoint(std::string_view& text) {
 }
 
 bool IsUtf8(std::string_view text) {
+  if (IsPlain(text)) return true;
   while (!text.empty()) {
     if (!TakeCodePoint(text).isUtf8) return false;
   }
   return true;
+}
+
+bool IsPlain(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return c >= 0x20 && c < 0x7F; });
 }
 
 bool IsControl(std::uint32_t codePoint) {

@@ -18,6 +18,10 @@ CodePoint TakeCodePoint(std::string_view& text);
 // Whether the bytes are well-formed UTF-8.
 bool IsUtf8(std::string_view text);
 
+// Whether it is ASCII without control characters, as most texts are: each byte is a code point that
+// shows in one column.
+bool IsPlain(std::string_view text);
+
 // Whether a terminal may take it for an order: U+0000 to U+001F and U+007F to U+009F.
 bool IsControl(std::uint32_t codePoint);
 
