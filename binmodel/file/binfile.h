@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,10 @@ namespace MCBinModel {
 // What a bin file says it is, and the version of its format, which docs/bin-file.md describes.
 constexpr const char* kBinFileFormat = "mcbin-bins";
 constexpr int kBinFileVersion = 1;
+
+// What it calls the kinds of variables, in the order of VariableKind.
+constexpr std::array<const char*, 3> kKindNames = {"continuous", "numeric-categorical",
+                                                   "string-categorical"};
 
 // The text of the bin file: one JSON object, of which every number reads back as the same double.
 //

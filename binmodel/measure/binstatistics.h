@@ -9,8 +9,8 @@
 
 namespace MCBinModel {
 
-// Measures computed from the component's results; docs/statistics.md has the formulas and their
-// sources. An empty cell is not smoothed: what it makes infinite is infinite.
+// Measures of bins; docs/statistics.md has the formulas and their sources. An empty cell is not
+// smoothed: what it makes infinite is infinite.
 
 // The target's weights over all bins, by category code.
 MCBINMODEL_API std::vector<double> SumClassWeights(const AttributeBins& bins);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -12,10 +11,6 @@ namespace MCBinModel {
 
 // What the values of a variable are: numbers to be cut, or categories that are numbers or texts.
 enum class VariableKind { kContinuous, kNumericCategorical, kStringCategorical };
-
-// The kinds in bin files, in the order of VariableKind.
-constexpr std::array<const char*, 3> kKindNames = {"continuous", "numeric-categorical",
-                                                   "string-categorical"};
 
 // A categorical variable has no more categories than this.
 constexpr std::size_t kMostCategories = 256;

@@ -6,7 +6,6 @@
 
 #include "binmodel/measure/binstatistics.h"
 #include "binmodel/measure/evidence.h"
-#include "binmodel/model/resultorder.h"
 #include "binmodel/report/binreport.h"
 #include "binmodel/report/htmlresult.h"
 #include "binmodel/report/htmlstyle.h"

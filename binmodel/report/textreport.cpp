@@ -7,7 +7,6 @@
 #include "binmodel/measure/binstatistics.h"
 #include "binmodel/model/bincodes.h"
 #include "binmodel/model/intervaltext.h"
-#include "binmodel/model/resultorder.h"
 #include "binmodel/report/binreport.h"
 #include "binmodel/report/reportcells.h"
 #include "binmodel/report/texttable.h"
