@@ -42,21 +42,24 @@ std::size_t EditDistance(const std::string& a, const std::string& b) {
   return row.back();
 }
 
+[[noreturn]] void Refuse(const std::string& place, const std::string& subject,
+                         const std::string& reason) {
+  throw MCBinModel::Refusal(RefusalCode::kInput, {place, subject, {}}, reason);
+}
+
 }  // namespace
 
 ColumnNames::ColumnNames(const CsvReader& header) : fFileName(header.GetName()) {
   for (const CsvField& field : header.GetFields()) {
     if (std::any_of(field.text.begin(), field.text.end(), IsBinary)) {
-      throw MCBinModel::Refusal(
-          fmt::format("{}: control characters in the header; this is a binary file, "
-                      "not CSV text",
-                      header.Where()));
+      Refuse(header.Where(), {},
+             "control characters in the header; this is a binary file, not CSV text");
     }
     if (!MCBinModel::IsUtf8(field.text)) {
-      throw MCBinModel::Refusal(
-          fmt::format("{}: the name of column {} is not UTF-8 text: {}; convert the "
-                      "file first, for example: iconv -f LATIN1 -t UTF-8",
-                      header.Where(), fNames.size() + 1, MCBinModel::QuotedText(field.text)));
+      Refuse(header.Where(), std::string(field.text),
+             fmt::format("the name of column {} is not UTF-8 text: {}; convert the file first, for "
+                         "example: iconv -f LATIN1 -t UTF-8",
+                         fNames.size() + 1, MCBinModel::QuotedText(field.text)));
     }
     fNames.emplace_back(field.text);
   }
@@ -65,8 +68,7 @@ ColumnNames::ColumnNames(const CsvReader& header) : fFileName(header.GetName()) 
 
 ColumnNames ColumnNames::Read(CsvReader& reader) {
   if (!reader.Next()) {
-    throw MCBinModel::Refusal(
-        fmt::format("{}: the file is empty; there is no header row", reader.GetName()));
+    Refuse(reader.GetName(), {}, "the file is empty; there is no header row");
   }
   return ColumnNames(reader);
 }
@@ -83,9 +85,9 @@ void ColumnNames::CheckDuplicates(const std::string& where) const {
   for (std::size_t i = 1; i < byName.size(); ++i) {
     const std::string& name = fNames[byName[i]];
     if (name.empty() || name != fNames[byName[i - 1]]) continue;
-    throw MCBinModel::Refusal(fmt::format("{}: columns {} and {} have the same name {}; rename one",
-                                          where, byName[i - 1] + 1, byName[i] + 1,
-                                          MCBinModel::QuotedText(name)));
+    Refuse(where, name,
+           fmt::format("columns {} and {} have the same name {}; rename one", byName[i - 1] + 1,
+                       byName[i] + 1, MCBinModel::QuotedText(name)));
   }
 }
 

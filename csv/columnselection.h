@@ -7,7 +7,6 @@
 #include "csv/columnnames.h"
 #include "csv/columnnote.h"
 #include "csv/columnrequest.h"
-#include "csv/missingrequest.h"
 
 namespace MCBin {
 

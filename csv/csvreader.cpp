@@ -3,8 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <utility>
 
 #include "binmodel/model/refusal.h"
@@ -18,6 +16,10 @@ namespace {
 constexpr std::size_t kChunkBytes = std::size_t{1} << 20;
 
 std::size_t IndexOf(char c) { return static_cast<unsigned char>(c); }
+
+[[noreturn]] void Refuse(std::string place, const std::string& reason) {
+  throw MCBinModel::Refusal(MCBinModel::RefusalCode::kInput, {std::move(place), {}, {}}, reason);
+}
 
 }  // namespace
 
@@ -43,8 +45,8 @@ bool CsvReader::Next() {
     const std::uint64_t blankLine = fLine;
     while (NextRecord()) {
       if (IsBlankLine()) continue;
-      throw MCBinModel::Refusal(fmt::format("{}: blank line in a file of {} columns; remove it",
-                                            Where(blankLine), fFieldCount));
+      Refuse(Where(blankLine),
+             fmt::format("blank line in a file of {} columns; remove it", fFieldCount));
     }
     return false;
   }
@@ -67,10 +69,9 @@ bool CsvReader::IsBlankLine() const {
 
 void CsvReader::CheckShape() const {
   if (fFields.size() == fFieldCount) return;
-  throw MCBinModel::Refusal(
-      fmt::format("{}: {} fields found, {} expected as in the header; check the "
-                  "delimiters and quotes of this line",
-                  Where(), fFields.size(), fFieldCount));
+  Refuse(Where(), fmt::format("{} fields found, {} expected as in the header; check the delimiters "
+                              "and quotes of this line",
+                              fFields.size(), fFieldCount));
 }
 
 // Parses from fBegin. When the data end within the record, nothing but the fields has
@@ -132,10 +133,8 @@ const char* CsvReader::ParseQuoted(const char* open) {
           continue;
         }
         if (at + 1 != fEnd && !fIsSpecial[IndexOf(at[1])]) {
-          throw MCBinModel::Refusal(
-              fmt::format("{}: text after a closing quote; a quote inside a quoted "
-                          "field is written twice",
-                          Where(fNextLine + fLinesInRecord)));
+          Refuse(Where(fNextLine + fLinesInRecord),
+                 "text after a closing quote; a quote inside a quoted field is written twice");
         }
         if (doubled) fWithDoubledQuotes.push_back(fFields.size());
         AddField(begin, at, true);
@@ -149,8 +148,7 @@ const char* CsvReader::ParseQuoted(const char* open) {
       case '\0':
         if (at != fEnd) RefuseNul();
         if (!fAtFileEnd) return nullptr;
-        throw MCBinModel::Refusal(
-            fmt::format("{}: the quote opened here is never closed", Where(lineOfQuote)));
+        Refuse(Where(lineOfQuote), "the quote opened here is never closed");
       default:
         continue;
     }
@@ -188,12 +186,10 @@ void CsvReader::Refill() {
   MakeRoom();
   const std::size_t room = fCapacity - static_cast<std::size_t>(fEnd - fBuffer.get());
   const bool atStart = fBytesRead == 0;
-  const ssize_t got = InputStream::Read(fFile, fEnd, room);
-  if (got < 0)
-    throw MCBinModel::Refusal(fmt::format("{}: cannot read: {}", fName, std::strerror(errno)));
+  const std::size_t got = InputStream::Read(fFile, fName, fEnd, room);
 
   fAtFileEnd = got == 0;
-  fBytesRead += static_cast<std::uint64_t>(got);
+  fBytesRead += got;
   fEnd += got;
   *fEnd = '\0';
   if (atStart) {
@@ -209,10 +205,9 @@ void CsvReader::Refill() {
 void CsvReader::MakeRoom() {
   const auto pending = static_cast<std::size_t>(fEnd - fBegin);
   if (pending >= kMaxRecordBytes) {
-    throw MCBinModel::Refusal(
-        fmt::format("{}: this record is longer than {} MiB; is a closing quote "
-                    "missing, or is this not a CSV file?",
-                    Where(fNextLine), kMaxRecordBytes >> 20));
+    Refuse(Where(fNextLine), fmt::format("this record is longer than {} MiB; is a closing quote "
+                                         "missing, or is this not a CSV file?",
+                                         kMaxRecordBytes >> 20));
   }
   if (pending * 2 > fCapacity) {
     const std::size_t capacity = fCapacity * 2;
@@ -234,10 +229,7 @@ void CsvReader::CheckFileKind() const {
     return start.substr(0, magic.size()) == magic;
   };
   if (startsWith("\xFF\xFE") || startsWith("\xFE\xFF")) {
-    throw MCBinModel::Refusal(
-        fmt::format("{}: this is UTF-16 text; convert it first: iconv -f UTF-16 "
-                    "-t UTF-8",
-                    fName));
+    Refuse(fName, "this is UTF-16 text; convert it first: iconv -f UTF-16 -t UTF-8");
   }
   const bool packed = startsWith("\x1F\x8B") || startsWith("PK\x03\x04") || startsWith("BZh91AY") ||
                       startsWith(
@@ -245,16 +237,14 @@ void CsvReader::CheckFileKind() const {
                           "7zXZ") ||
                       startsWith("\x28\xB5\x2F\xFD");
   if (packed) {
-    throw MCBinModel::Refusal(
-        fmt::format("{}: this is a packed file or a spreadsheet, not CSV text; "
-                    "unpack it (gzip -dc FILE | mcbin ...) or export it as CSV first",
-                    fName));
+    Refuse(fName,
+           "this is a packed file or a spreadsheet, not CSV text; unpack it (gzip -dc FILE | mcbin "
+           "...) or export it as CSV first");
   }
 }
 
 void CsvReader::RefuseNul() const {
-  throw MCBinModel::Refusal(fmt::format("{}: a NUL byte; this is a binary file, not CSV text",
-                                        Where(fNextLine + fLinesInRecord)));
+  Refuse(Where(fNextLine + fLinesInRecord), "a NUL byte; this is a binary file, not CSV text");
 }
 
 }  // namespace MCBin

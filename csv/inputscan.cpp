@@ -92,7 +92,7 @@ InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& request
   if (weight != requests.end()) {
     weightInfo = {weight->name, rounding, weight->missing.ForEitherKind()};
     weights.emplace(weightInfo, weight->position, missingTexts);
-  };
+  }
 
   RecordScan record(reader, requests, missingTexts, scan);
   RecordPass pass(reader, progress);

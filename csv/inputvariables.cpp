@@ -40,14 +40,17 @@ class Builder {
                         "left out because they are not numeric: " + fNotNumeric});
     }
     if (fVariables.attributes.empty()) {
-      throw MCBinModel::Refusal(
-          fmt::format("{}: no column can be binned{}{}", fFileName,
-                      fNotNumeric.empty() ? "" : "; not numeric: ", fNotNumeric));
+      Refuse({}, fmt::format("no column can be binned{}{}",
+                             fNotNumeric.empty() ? "" : "; not numeric: ", fNotNumeric));
     }
     return std::move(fVariables);
   }
 
  private:
+  [[noreturn]] void Refuse(const std::string& column, const std::string& reason) const {
+    throw MCBinModel::Refusal(RefusalCode::kInput, {fFileName, column, {}}, reason);
+  }
+
   MCBinModel::Refusal::About About(const ColumnRequest& request,
                                    const ColumnScan::Sighting& sighting) const {
     return {fmt::format("{}:{}", fFileName, sighting.line), request.name, sighting.text};
@@ -57,11 +60,10 @@ class Builder {
     CheckCategories(request, scan, "a target has");
     if (scan.GetCategoryCount() < 2) {
       const bool none = scan.GetCategoryCount() == 0;
-      throw MCBinModel::Refusal(
-          fmt::format("{}: the target {} has {}; at least two different values are "
-                      "needed",
-                      fFileName, MCBinModel::QuotedText(request.name),
-                      none ? "no value" : "a single value in all records"));
+      Refuse(request.name,
+             fmt::format("the target {} has {}; at least two different values are needed",
+                         MCBinModel::QuotedText(request.name),
+                         none ? "no value" : "a single value in all records"));
     }
     fVariables.targets.push_back(MakeCategorical(request, scan));
     fVariables.targetColumns.push_back(column);
@@ -159,10 +161,10 @@ class Builder {
 
   void CheckUtf8(const ColumnRequest& request, const std::string& text) const {
     if (MCBinModel::IsUtf8(text)) return;
-    throw MCBinModel::Refusal(
-        fmt::format("{}: the value {} in column {} is not UTF-8 text; convert the "
-                    "file first, for example: iconv -f LATIN1 -t UTF-8",
-                    fFileName, MCBinModel::QuotedText(text), MCBinModel::QuotedText(request.name)));
+    Refuse(request.name,
+           fmt::format("the value {} in column {} is not UTF-8 text; convert the file first, for "
+                       "example: iconv -f LATIN1 -t UTF-8",
+                       MCBinModel::QuotedText(text), MCBinModel::QuotedText(request.name)));
   }
 
   const std::string& fFileName;

@@ -25,7 +25,7 @@ std::optional<double> WeightCheck::Check(const CsvReader& reader) {
     case NumberKind::kNumber:
       try {
         return fCoder.Code(number.value);
-      } catch (const MCBinModel::Refusal&) {
+      } catch (const MCBinModel::Refusal&) {  // of a finite number: it is negative
         break;
       }
     case NumberKind::kInfinite:

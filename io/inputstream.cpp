@@ -58,13 +58,14 @@ InputStream::InputStream(const std::string& path, const char* expected)
   if (fIsRegularFile) fSize = static_cast<std::uint64_t>(status.st_size);
 }
 
-ssize_t InputStream::Read(int file, char* to, std::size_t room) {
+std::size_t InputStream::Read(int file, const std::string& name, char* to, std::size_t room) {
   ssize_t got = -1;
   do {
     Interrupt::WaitFor(file, POLLIN);
     got = read(file, to, room);
   } while (got < 0 && (errno == EINTR || errno == EAGAIN));
-  return got;
+  if (got < 0) RefuseToRead(name, "cannot read", errno);
+  return static_cast<std::size_t>(got);
 }
 
 InputText ReadAll(const std::string& path, char first, const char* expected) {
@@ -72,11 +73,10 @@ InputText ReadAll(const std::string& path, char first, const char* expected) {
   InputText all{input.GetName(), {}};
   std::vector<char> chunk(kChunkBytes);
   for (;;) {
-    const ssize_t got = InputStream::Read(input.Get(), chunk.data(), chunk.size());
-    if (got < 0) RefuseToRead(all.name, "cannot read", errno);
+    const std::size_t got = InputStream::Read(input.Get(), all.name, chunk.data(), chunk.size());
     const bool atEnd = got == 0;
     const bool isFirstChunk = all.text.empty();
-    all.text.append(chunk.data(), static_cast<std::size_t>(got));
+    all.text.append(chunk.data(), got);
     if ((atEnd || isFirstChunk) && FirstCharacter(all.text) != first) {
       throw MCBinModel::Refusal(MCBinModel::RefusalCode::kWrongFile, {all.name, {}, expected},
                                 fmt::format("this is not {}", expected));

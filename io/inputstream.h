@@ -1,7 +1,5 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -26,9 +24,9 @@ class InputStream {
   bool IsRegularFile() const { return fIsRegularFile; }
   std::uint64_t GetSize() const { return fSize; }
 
-  // Reads what there is, at least a byte, and waits for it; 0 at the end, -1 with errno set when
-  // that fails. Throws Interrupt::Requested.
-  static ssize_t Read(int file, char* to, std::size_t room);
+  // Reads what there is of an open file, at least a byte, and waits for it; 0 at the end. `name` is
+  // for messages. Throws Refusal when that fails, and Interrupt::Requested.
+  static std::size_t Read(int file, const std::string& name, char* to, std::size_t room);
 
  private:
   std::string fName;

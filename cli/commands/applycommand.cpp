@@ -30,9 +30,8 @@ int ApplyCommand(const ApplyOptions& options) {
   BinWriter writer(given.model, given.results, options.columns, given.names, given.missingTexts,
                    given.delimiter);
 
-  constexpr double kBytesPerMB = 1e6;
   ProgressBar progress(!options.quiet && !outputIsTerminal && given.input.IsRegularFile());
-  progress.Start("applying", given.input.GetSize(), "MB", kBytesPerMB);
+  progress.StartBytes("applying", given.input.GetSize());
   out.Write(writer.WriteHeader(given.reader));
   CopyRecords(given.reader, writer, out, progress);
   progress.Finish();

@@ -29,15 +29,11 @@ std::optional<MCBinModel::WeightInfo> ChooseWeight(const EvaluateOptions& option
   return weight;
 }
 
-void PrintCounts(const MCBinModel::Recount& recount) {
+void PrintDropped(const MCBinModel::Recount& recount) {
   const MCBinModel::DroppedRecords& dropped = recount.dropped;
-  if (dropped.GetTotal() > 0) {
-    PrintNote(
-        fmt::format("{} of {} records dropped for their weight ({} missing, {} zero, {} rounded "
-                    "to zero)",
-                    dropped.GetTotal(), recount.recordCount, dropped.missing, dropped.zero,
-                    dropped.roundedToZero));
-  }
+  if (dropped.GetTotal() == 0) return;
+  PrintNote(fmt::format("{} of {} records {}", dropped.GetTotal(), recount.recordCount,
+                        DroppedText(dropped)));
 }
 
 }  // namespace
@@ -46,9 +42,8 @@ int EvaluateCommand(const EvaluateOptions& options) {
   CheckFiles({{"the bin file", options.binFile}, {"the data", options.input}}, {});
   ResultStream out;
   BinsAndData given(options);
-  constexpr double kBytesPerMB = 1e6;
   ProgressBar progress(!options.quiet && given.input.IsRegularFile());
-  progress.Start("counting", given.input.GetSize(), "MB", kBytesPerMB);
+  progress.StartBytes("counting", given.input.GetSize());
   std::vector<std::string> countNotes;
   const MCBinModel::Recount recount = CountRecords(
       given.model, given.results, given.names, ChooseWeight(options, given.model.source),
@@ -56,7 +51,7 @@ int EvaluateCommand(const EvaluateOptions& options) {
       [&](std::uint64_t bytesRead) { progress.Update(bytesRead); }, countNotes);
   progress.Finish();
   if (!options.quiet) {
-    PrintCounts(recount);
+    PrintDropped(recount);
     PrintNotes(countNotes);
   }
   MCBinModel::WriteEvaluationReport(given.model, recount, given.input.GetName(),

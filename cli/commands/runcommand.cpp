@@ -34,8 +34,7 @@ void PrintCounts(const MCBinModel::BinModel& model) {
   const MCBinModel::DroppedRecords& dropped = model.source.dropped;
   std::string note = fmt::format("{} records read", model.source.recordCount);
   if (dropped.GetTotal() > 0) {
-    note += fmt::format(", {} dropped for their weight ({} missing, {} zero, {} rounded to zero)",
-                        dropped.GetTotal(), dropped.missing, dropped.zero, dropped.roundedToZero);
+    note += fmt::format(", {} {}", dropped.GetTotal(), DroppedText(dropped));
   }
   PrintNote(note);
 }
@@ -61,8 +60,7 @@ auto ShowProgress(ProgressBar& progress) {
   };
 }
 
-// The pass over the file and the component's run. All temporary files are gone when it
-// returns.
+// Reads the file once, then bins its columns. All temporary files are gone when it returns.
 MCBinModel::BinModel MakeBins(const RunOptions& options) {
   const PrivateDirectory directory(options.tempDir);
   const InputStream input(options.input, "a CSV file");
@@ -71,10 +69,9 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
   std::vector<ColumnNote> notes;
   const std::vector<ColumnRequest> requests = SelectColumns(names, options.columns, notes);
 
-  constexpr double kBytesPerMB = 1e6;
   const MissingTexts missingTexts(options.missingTexts);
   ProgressBar progress(!options.quiet);
-  progress.Start("scanning", input.GetSize(), "MB", kBytesPerMB);
+  progress.StartBytes("scanning", input.GetSize());
   InputScan scan = ScanInput(reader, requests, options.rounding, missingTexts, directory.GetPath(),
                              [&](std::uint64_t bytesRead) { progress.Update(bytesRead); });
   progress.Finish();

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "csv/missingrequest.h"
+#include "csv/columnrequest.h"
 
 namespace MCBin {
 

@@ -15,4 +15,9 @@ void PrintNotes(const std::vector<std::string>& notes) {
   for (const std::string& note : notes) PrintNote(note);
 }
 
+std::string DroppedText(const MCBinModel::DroppedRecords& dropped) {
+  return fmt::format("dropped for their weight ({} missing, {} zero, {} rounded to zero)",
+                     dropped.missing, dropped.zero, dropped.roundedToZero);
+}
+
 }  // namespace MCBin

@@ -42,6 +42,11 @@ void ProgressBar::Start(std::string step, std::uint64_t total, std::string unit,
   fLastDraw = fStart;
 }
 
+void ProgressBar::StartBytes(std::string step, std::uint64_t total) {
+  constexpr double kBytesPerMB = 1e6;
+  Start(std::move(step), total, "MB", kBytesPerMB);
+}
+
 void ProgressBar::Update(std::uint64_t done) {
   if (!fVisible) return;
   const auto now = Clock::now();

@@ -18,9 +18,12 @@ class ProgressBar {
 
   bool IsVisible() const { return fVisible; }
 
-  // Begins a step of `total` units, 0 if that is unknown. `scale` units are shown as one
-  // `unit`: bytes as MB.
-  void Start(std::string step, std::uint64_t total, std::string unit, double scale = 1.0);
+  // Begins a step of `total` things, 0 if that is unknown. `scale` of them are shown as one
+  // `unit`.
+  void Start(std::string step, std::uint64_t total, std::string unit, double scale);
+
+  // The same of a step that reads so many bytes.
+  void StartBytes(std::string step, std::uint64_t total);
   void Update(std::uint64_t done);
   void Finish();
 

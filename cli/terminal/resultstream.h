@@ -9,9 +9,9 @@ namespace MCBin {
 
 // Standard output, for results only.
 //
-// While it lives, whatever else is written to descriptor 1 is dropped, such as the component's
-// line about a temporary file that cannot be read, which the tool tells in its own words. A reader
-// that went away (a closed pipe) is no error: the rest is dropped.
+// While it lives, whatever else is written to descriptor 1 is dropped, such as the line of
+// libmcbinning about a temporary file that cannot be read, which the tool tells in its own words. A
+// reader that went away (a closed pipe) is no error: the rest is dropped.
 class ResultStream {
  public:
   ResultStream();

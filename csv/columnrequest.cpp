@@ -1,4 +1,4 @@
-#include "csv/missingrequest.h"
+#include "csv/columnrequest.h"
 
 #include <fmt/format.h>
 
