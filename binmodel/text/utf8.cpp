@@ -3,7 +3,7 @@
 #include <utf8proc.h>
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 
 namespace MCBinModel {
 
@@ -14,14 +14,21 @@ struct Range {
   std::uint32_t last;
 };
 
-constexpr std::array<Range, 8> kHidden = {{{0x061C, 0x061C},      // Arabic letter mark
-                                           {0x180E, 0x180E},      // Mongolian vowel separator
-                                           {0x200B, 0x200F},      // zero width; direction marks
-                                           {0x2028, 0x202E},      // separators; embedding, override
-                                           {0x2060, 0x206F},      // joiners; isolates
-                                           {0xFEFF, 0xFEFF},      // byte-order mark
-                                           {0xFFF9, 0xFFFB},      // annotations
-                                           {0xE0000, 0xE007F}}};  // tags
+constexpr Range kHidden[] = {{0x034F, 0x034F},     // joiner of letters
+                             {0x061C, 0x061C},     // Arabic letter mark
+                             {0x115F, 0x1160},     // fillers of Korean syllables
+                             {0x17B4, 0x17B5},     // vowels that are not written
+                             {0x180E, 0x180E},     // Mongolian vowel separator
+                             {0x200B, 0x200F},     // zero width; direction marks
+                             {0x2028, 0x202E},     // separators; embedding, override
+                             {0x2060, 0x206F},     // joiners; isolates
+                             {0x3164, 0x3164},     // a filler
+                             {0xFEFF, 0xFEFF},     // byte-order mark
+                             {0xFFA0, 0xFFA0},     // a filler
+                             {0xFFF9, 0xFFFB},     // annotations
+                             {0x1BCA0, 0x1BCA3},   // of shorthand
+                             {0x1D173, 0x1D17A},   // of musical notes
+                             {0xE0000, 0xE007F}};  // tags
 
 }  // namespace
 
@@ -53,7 +60,7 @@ bool IsControl(std::uint32_t codePoint) {
 }
 
 bool IsHidden(std::uint32_t codePoint) {
-  return std::any_of(kHidden.begin(), kHidden.end(), [codePoint](const Range& range) {
+  return std::any_of(std::begin(kHidden), std::end(kHidden), [codePoint](const Range& range) {
     return codePoint >= range.first && codePoint <= range.last;
   });
 }

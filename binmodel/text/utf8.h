@@ -26,7 +26,8 @@ bool IsPlain(std::string_view text);
 bool IsControl(std::uint32_t codePoint);
 
 // Whether it shows nothing and may change how the text around it reads: controls of the writing
-// direction, characters without width, line separators.
+// direction, characters without width, fillers, line separators. Not those that choose the form of
+// the character before them.
 bool IsHidden(std::uint32_t codePoint);
 
 }  // namespace MCBinModel

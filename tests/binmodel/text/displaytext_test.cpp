@@ -20,8 +20,9 @@ using MCBinModel::XmlText;
 TEST(DisplayText, KeepsDataFromMovingTheCursorOrTurningTheText) {
   EXPECT_EQ(PrintableText("a\n\r\t\x1B[2J\x7F\u009B\xFF"),
             "a\\n\\r\\t\\x1B[2J\\x7F\\xC2\\x9B\\xFF");
-  for (const std::uint32_t c : {0x202AU, 0x202EU, 0x2066U, 0x2069U, 0x200EU, 0x200FU, 0x061CU,
-                                0x200BU, 0x200DU, 0xFEFFU, 0x2060U, 0x2028U, 0x2029U}) {
+  for (const std::uint32_t c :
+       {0x202AU, 0x202EU, 0x2066U, 0x2069U, 0x200EU, 0x200FU, 0x061CU, 0x200BU, 0x200DU, 0xFEFFU,
+        0x2060U, 0x2028U, 0x2029U, 0x034FU, 0x1160U, 0x3164U, 0xFFA0U, 0x1D173U}) {
     EXPECT_TRUE(MCBinModel::IsHidden(c)) << c;
   }
   EXPECT_EQ(PrintableText("a\u202Eb\u2069\uFEFF\U000E0041"), "a\\u202Eb\\u2069\\uFEFF\\uE0041");
