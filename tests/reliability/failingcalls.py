@@ -283,6 +283,8 @@ def trials():
 
 
 def main():
+    for number in (signal.SIGINT, signal.SIGHUP):  # which a job in the background may ignore
+        signal.signal(number, signal.default_int_handler)
     os.symlink(os.path.join(EXAMPLES, "iris.csv"), os.path.join(BASE, "iris.csv"))
     many_records(os.path.join(BASE, "many.csv"))
     few_records(os.path.join(BASE, "few.csv"))
