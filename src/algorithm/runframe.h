@@ -38,6 +38,8 @@ class RunFrame {
     report.attributeCount = report.attributesDone = 0;
     report.isHostException = false;
     report.exceptionText.clear();
+    report.tempFile.clear();
+    report.systemError = 0;
     const auto wholeRun = [&]() -> MCStatus {
       algorithm.fNumberOfBins = algorithm.fSettings.GetNumberOfBins();
       if (algorithm.fNumberOfBins <= 0) return Error(StatusCode::kNumberOfBinsNotSet);

@@ -48,7 +48,9 @@ struct RunReport {
   // with error 120003.
   unsigned long shortRecord = 0;
 
-  // For 120021: the file, and the system's error (errno), 0 when the file was changed by someone.
+  // The first temporary file that could not be written or read back, and the system's error
+  // (errno), 0 when the file was changed by someone. Behind 120021, and 120015 where no file could
+  // be made.
   std::string tempFile;
   int systemError = 0;
 

@@ -326,11 +326,15 @@ bool BINDataPreparator::HasStopped(int file) const {
 bool BINDataPreparator::HasAnyFile() const { return fFiles && fFiles->HasAny(); }
 
 std::unique_ptr<MCBinning::BinaryRecordIterator> BINDataPreparator::OpenWhole(int file) const {
-  return fFiles->OpenWhole(static_cast<std::size_t>(file), fStoredRecords);
+  auto values = fFiles->OpenWhole(static_cast<std::size_t>(file), fStoredRecords);
+  if (!values && !HasStopped(file)) fFiles->NoteFailed(static_cast<std::size_t>(file));
+  return values;
 }
 
 bool BINDataPreparator::IsWhole(int file, int descriptor) const {
-  return fFiles->IsWhole(static_cast<std::size_t>(file), descriptor, fStoredRecords);
+  const bool isWhole = fFiles->IsWhole(static_cast<std::size_t>(file), descriptor, fStoredRecords);
+  if (!isWhole && !HasStopped(file)) fFiles->NoteFailed(static_cast<std::size_t>(file));
+  return isWhole;
 }
 
 std::ostream& BINDataPreparator::Display(std::ostream& os) const {

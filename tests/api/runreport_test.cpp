@@ -1,9 +1,11 @@
 #include "algorithm/runreport.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <cerrno>
 #include <cmath>
+#include <csignal>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -157,6 +159,26 @@ TEST_F(RunReportTest, NamesTheFileAndTheSystemsErrorWhenAFileCannotBeMade) {
   EXPECT_EQ(fStatus.GetErrorCode(), 120021);
   EXPECT_EQ(report.tempFile.substr(0, directory.size()), directory);
   EXPECT_EQ(report.systemError, ENOENT);
+}
+
+// The limit stands for a full disk, which a short pass notices at its end.
+TEST_F(RunReportTest, KeepsTheFirstErrorWhenAFileThatCouldNotBeWrittenIsRead) {
+  const std::vector<std::vector<double>> rows(100, {1, 0, 0, 1});
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit small{1, before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  const RunReport& report = Run(Rows(rows));
+  setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_EQ(fStatus.GetErrorCode(), 120018);
+  EXPECT_EQ(report.systemError, EFBIG);
+}
+
+TEST_F(RunReportTest, ARefusedCodeIsNoFailureOfAFile) {
+  EXPECT_EQ(Run(Rows({{1, 0, 0, 1}, {2, 256, 1, 1}})).tempFile, "");
+  EXPECT_EQ(fStatus.GetErrorCode(), 120010);
 }
 
 // A listener that asks for the phase need not guess what the index counts.

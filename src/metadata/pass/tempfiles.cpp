@@ -76,20 +76,18 @@ void TempFiles::Append(std::size_t file, const double* values, std::size_t count
 std::unique_ptr<BinaryRecordIterator> TempFiles::OpenWhole(std::size_t file,
                                                            std::uint64_t valueCount) const {
   errno = 0;
-  auto values = fFiles[file].OpenWhole(valueCount);
-  if (!values) NoteFailed(file);
-  return values;
+  return fFiles[file].OpenWhole(valueCount);
 }
 
 bool TempFiles::IsWhole(std::size_t file, int descriptor, std::uint64_t valueCount) const {
   errno = 0;
-  const bool isWhole = fFiles[file].IsWhole(descriptor, valueCount);
-  if (!isWhole) NoteFailed(file);
-  return isWhole;
+  return fFiles[file].IsWhole(descriptor, valueCount);
 }
 
+// What failed first tells why: a file that could not be written cannot be read either.
 void TempFiles::NoteFailed(std::size_t file) const {
   const int systemError = errno;
+  if (!fReport.tempFile.empty()) return;
   fReport.tempFile = fNames[file];
   fReport.systemError = systemError;
 }

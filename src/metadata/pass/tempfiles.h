@@ -19,9 +19,9 @@ struct RunReport;
 class TempFiles {
  public:
   // Gives the first `count` of the names each a name that is free in the directory; the names,
-  // `cancel` and `report` stay the caller's, and a file that fails is noted in the report. Throws
-  // StatusError (1 when cancelled while a name is sought, 120021 for a directory whose name no
-  // file's can begin with) and std::bad_alloc.
+  // `cancel` and `report` stay the caller's, and an append that fails is noted in the report.
+  // Throws StatusError (1 when cancelled while a name is sought, 120021 for a directory whose name
+  // no file's can begin with) and std::bad_alloc.
   TempFiles(std::string directory, std::vector<std::string>& names, std::size_t count,
             BINCancelInfo& cancel, RunReport& report);
 
@@ -34,13 +34,15 @@ class TempFiles {
   // Whether any file was made.
   bool HasAny() const;
 
-  // See TempFile.
+  // See TempFile. What fails is not noted: only the caller knows whether the file is to be short.
   std::unique_ptr<BinaryRecordIterator> OpenWhole(std::size_t file, std::uint64_t valueCount) const;
   bool IsWhole(std::size_t file, int descriptor, std::uint64_t valueCount) const;
 
+  // Notes the file and the system's error (errno) in the report, unless it has one already.
+  void NoteFailed(std::size_t file) const;
+
  private:
   std::string SeekFreeName();
-  void NoteFailed(std::size_t file) const;
 
   const std::string fDirectory;
   std::vector<std::string>& fNames;
