@@ -7,7 +7,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
+#include <unordered_set>
 #include <utility>
 
 #include "algorithm/binfactory.h"
@@ -178,7 +180,25 @@ void CheckCategories(const VariableInfo& variable, const char* use) {
                 fmt::format("{} {} needs at least two categories", use, QuotedText(variable.name)));
 }
 
+// A name stands for one variable: in the run, in the bin file and in what is made of it.
+void CheckNames(const RunVariables& variables) {
+  std::unordered_set<std::string_view> names;
+  const auto check = [&](const std::string& name) {
+    if (!name.empty() && names.insert(name).second) return;
+    throw Refusal(RefusalCode::kInput, {.place = {}, .subject = name, .detail = {}},
+                  name.empty() ? "there is a variable without a name"
+                               : fmt::format("there are two variables {}", QuotedText(name)));
+  };
+  for (const VariableInfo& target : variables.targets) check(target.name);
+  if (variables.weight) names.insert(variables.weight->info.name);
+  for (const VariableInfo& attribute : variables.attributes) check(attribute.name);
+}
+
 void CheckVariables(const BinSettings& settings, const RunVariables& variables) {
+  if (variables.attributes.size() != variables.attributeColumns.size() ||
+      variables.targets.size() != variables.targetColumns.size()) {
+    throw Refusal("there must be a column for every variable");
+  }
   const bool isSupervised = settings.algorithm == Algorithm::kSupervised;
   if (variables.attributes.empty()) throw Refusal("there is no attribute to bin");
   if (isSupervised && variables.targets.empty()) {
@@ -187,6 +207,7 @@ void CheckVariables(const BinSettings& settings, const RunVariables& variables) 
   if (!isSupervised && !variables.targets.empty()) {
     throw Refusal("equal-frequency binning takes no target");
   }
+  CheckNames(variables);
   for (const VariableInfo& target : variables.targets) CheckCategories(target, "the target");
   for (const VariableInfo& attribute : variables.attributes) {
     if (attribute.IsCategorical()) CheckCategories(attribute, "the categorical attribute");

@@ -24,7 +24,7 @@ struct RunVariables {
     std::size_t column = 0;  // of the source
   };
 
-  // Of any kind.
+  // Of any kind. Every variable has a name of its own.
   std::vector<VariableInfo> attributes;
   std::vector<std::size_t> attributeColumns;
 

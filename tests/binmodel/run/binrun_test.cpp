@@ -336,6 +336,17 @@ TEST_P(RefusedRunTest, SaysWhy) {
 const auto kAdd = [](Data& data) { data.AddAttribute("a", {1, 2, 3, 4}); };
 const Refused kRefused[] = {
     {"NoAttribute", [](Data&) {}, RefusalCode::kInput, "no attribute"},
+    {"NoName",
+     [](Data& data) {
+       data.AddAttribute("", {1, 2, 3, 4});
+     },
+     RefusalCode::kInput, "without a name"},
+    {"NameTwice", [](Data& data) { kAdd(data), kAdd(data); }, RefusalCode::kInput, "two variables"},
+    {"NameOfTheWeight",
+     [](Data& data) {
+       data.AddAttribute("w", {1, 2, 3, 4}), data.SetWeight({1, 2, 3, 4});
+     },
+     RefusalCode::kInput, "two variables"},
     {"OneClass",
      [](Data& data) {
        kAdd(data), data.AddTarget("t", 1, {0, 0, 0, 0});
