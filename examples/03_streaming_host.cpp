@@ -104,6 +104,8 @@ BINVarList Variables() {
     variables.AddContVar("x" + std::to_string(i), "", IBINVariable::RoleAttribute);
   }
   variables.AddCatVar("class", "", std::vector<std::string>{"no", "yes"}, IBINVariable::RoleTarget);
+  // With such a list a run would end the program.
+  if (variables.FindRoleConflict() >= 0) throw std::logic_error("a variable has a wrong role");
   return variables;
 }
 

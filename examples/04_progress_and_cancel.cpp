@@ -13,6 +13,7 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <stdexcept>
 #include <vector>
 
 #include "workdirectory.h"
@@ -104,6 +105,8 @@ void Run(ConsoleProgress& progress, StopButton& stop) {
   for (const char* name : kNames) variables.AddContVar(name, "", IBINVariable::RoleAttribute);
   const int target =
       variables.AddCatVar("class", "", std::vector<double>{0.0, 1.0}, IBINVariable::RoleTarget);
+  // With such a list a run would end the program.
+  if (variables.FindRoleConflict() >= 0) throw std::logic_error("a variable has a wrong role");
   MCCommon::InMemoryRecordIterator records;
   for (int i = 0; i < kRecordCount; ++i) {
     records.Add({1.0 * i, i % 100 * 1.0, i % 7 * 1.0, i < 2000 ? 0.0 : 1.0});

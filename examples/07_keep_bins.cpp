@@ -22,6 +22,7 @@ std::unique_ptr<IBINAlgorithm> Bin() {
   BINVarList variables;
   variables.AddContVar("age", "", IBINVariable::RoleAttribute);
   variables.AddCatVar("buys", "", std::vector<std::string>{"no", "yes"}, IBINVariable::RoleTarget);
+  if (variables.FindRoleConflict() >= 0) return nullptr;  // a run would end the program
   MCCommon::InMemoryRecordIterator records;
   for (int i = 18; i < 78; ++i) records.Add({1.0 * i, i >= 30 && i < 46 ? 1.0 : 0.0});
 

@@ -22,7 +22,7 @@ namespace MCBinModel {
 class MCBINMODEL_API MemoryColumns final : public ColumnSource {
  public:
   // As many records, without a column.
-  explicit MemoryColumns(std::size_t recordCount) : fRecordCount(recordCount) {}
+  explicit MemoryColumns(std::size_t recordCount) : fRecordCount(recordCount), fColumns() {}
 
   // Adds numbers, weights or the codes of categories and answers the column's index. A whole
   // number beyond 2^53 is rounded to a double.

@@ -1,8 +1,8 @@
 # cmake -D CXX=... -D CXX_FLAGS=... -D GENERATOR=... -D NM=... -D SOURCE=... -D STAGE=...
 #       -D LIBDIR=... -D DIRECTORY=... -P check.cmake
 # One process with several of us: a host on the shared library in STAGE, a plug-in on a later one
-# with another SONAME and classes of another size, a plug-in that has the static library in it. And a
-# program without any shared library.
+# with another SONAME and classes of another size, a plug-in that has the static library in it, one
+# that has the records in it as well. And a program without any shared library.
 cmake_minimum_required(VERSION 3.25)
 
 function(run)
@@ -43,16 +43,20 @@ run(${compile} -rdynamic ${here}/host.cpp -o ${DIRECTORY}/host ${fromStage} -lmc
 set(archive ${STAGE}/${LIBDIR}/libmcbinning.a)
 run(${compile} ${shared} -fno-rtti -fno-exceptions -DMCBINNING_STATIC ${here}/plugin.cpp -o ${DIRECTORY}/static.so ${fromStage}
     ${archive} -lmcrecords)
-run(${DIRECTORY}/host ${DIRECTORY}/build/later.so ${DIRECTORY}/static.so)
+run(${compile} ${shared} -DMCBINNING_STATIC -DMCRECORDS_STATIC ${here}/plugin.cpp -o
+    ${DIRECTORY}/standalone.so ${fromStage} ${archive} ${STAGE}/${LIBDIR}/libmcrecords.a)
+run(${DIRECTORY}/host ${DIRECTORY}/build/later.so ${DIRECTORY}/static.so ${DIRECTORY}/standalone.so)
 
-# Names of ours that the plug-in offers to others.
-execute_process(COMMAND ${NM} --dynamic --defined-only --demangle ${DIRECTORY}/static.so
-                OUTPUT_VARIABLE names COMMAND_ERROR_IS_FATAL ANY)
-string(REGEX MATCHALL "[^\n]*(BIN|MCQuery|MCStatus|Progress)[^\n]*" leaked "${names}")
-if(leaked)
-  list(JOIN leaked "\n" leaked)
-  message(FATAL_ERROR "A plug-in with the static library exports\n${leaked}")
-endif()
+# Names of ours that the plug-ins offer to others.
+foreach(plugin static standalone)
+  execute_process(COMMAND ${NM} --dynamic --defined-only --demangle ${DIRECTORY}/${plugin}.so
+                  OUTPUT_VARIABLE names COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX MATCHALL "[^\n]*(BIN|MCCommon|MCMV|MCQuery|MCStatus|Progress)[^\n]*" leaked "${names}")
+  if(leaked)
+    list(JOIN leaked "\n" leaked)
+    message(FATAL_ERROR "The plug-in ${plugin}.so exports\n${leaked}")
+  endif()
+endforeach()
 
 set(ENV{PKG_CONFIG_PATH} ${STAGE}/${LIBDIR}/pkgconfig)
 execute_process(COMMAND pkg-config --static --cflags --libs mcbinning
