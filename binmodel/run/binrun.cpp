@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -40,26 +41,31 @@ struct Run {
   const RunVariables& variables;
   const ColumnSource& columns;
   const RunControl& control;
-  std::size_t shareCount;
 };
 
-std::size_t CountShares(int jobs, std::size_t attributeCount) {
+std::size_t CountThreads(int jobs, std::size_t attributeCount) {
   const auto cores = static_cast<std::size_t>(std::thread::hardware_concurrency());
   const auto asked = static_cast<std::size_t>(jobs);
   return std::clamp<std::size_t>(asked == 0 ? cores : asked, 1, attributeCount);
 }
 
+void RequireNotCancelled(const Jobs& jobs) {
+  if (jobs.IsCancelled()) throw CancelledRun();
+}
+
 // One algorithm object's share of a run: its variables, its records, and what it calls.
 class Share {
  public:
-  Share(const Run& run, std::size_t index, RunProgress& progress, Jobs& jobs)
+  Share(const Run& run, const AttributeShare& attributes, RunProgress& progress, Jobs& jobs)
       : fRun(run),
-        fVariables(MakeShareVariables(run.variables, index, run.shareCount)),
+        fAttributes(attributes),
+        fVariables(MakeShareVariables(run.variables, attributes)),
         fRecords(run.columns, fVariables.columns),
         fProgress(progress),
         fJobs(jobs),
         fJobProgress(progress, fRecords, jobs) {}
 
+  const AttributeShare& GetAttributes() const { return fAttributes; }
   ShareVariables& GetVariables() { return fVariables; }
   RecordBlocks& GetRecords() { return fRecords; }
 
@@ -79,7 +85,7 @@ class Share {
   void CheckStatus(const MCBinning::MCStatus& status) const {
     fRecords.RethrowFailure();
     fJobs.QueryCancel();
-    if (fJobs.IsCancelled()) throw CancelledRun();
+    RequireNotCancelled(fJobs);
     if (!status.IsError()) return;
     const bool isMemory = HasCode(status, MCBinning::StatusCode::kOutOfMemory);
     throw FailedRun(status, isMemory ? Extent() : "");
@@ -95,6 +101,7 @@ class Share {
   }
 
   const Run& fRun;
+  const AttributeShare& fAttributes;
   ShareVariables fVariables;
   RecordBlocks fRecords;
   RunProgress& fProgress;
@@ -126,8 +133,8 @@ void RunSupervised(const Run& run, Share& share, std::vector<AttributeBins>& res
   share.CheckStatus(algorithm->CreateBins(share.GetRecords(), &attributes, &targets));
 
   for (std::size_t i = 0; i < attributes.size(); ++i) {
-    const std::size_t attribute = variables.attributes[i % variables.attributes.size()];
-    const std::size_t target = i / variables.attributes.size();
+    const std::size_t attribute = share.GetAttributes()[i % share.GetAttributes().size()];
+    const std::size_t target = i / share.GetAttributes().size();
     BINAttributeTargetResults found;
     algorithm->GetBinningResults().GetAttributeTargetCutPoints(attributes[i], targets[i], found);
     AttributeBins& bins = results[target * run.variables.attributes.size() + attribute];
@@ -150,12 +157,12 @@ void RunEqualFrequency(const Run& run, Share& share, std::vector<AttributeBins>&
   share.CheckStatus(factory.GetStatus());
   share.CheckStatus(algorithm->CreateBins(share.GetRecords(), &variables.attributeIndexes));
 
-  for (std::size_t i = 0; i < variables.attributes.size(); ++i) {
+  for (std::size_t i = 0; i < share.GetAttributes().size(); ++i) {
     BINAttributeResults found;
     algorithm->GetBinningResults().GetAttributeCutPoints(variables.attributeIndexes[i], found);
-    AttributeBins& bins = results[variables.attributes[i]];
+    AttributeBins& bins = results[share.GetAttributes()[i]];
     bins = TakeResults(found);
-    bins.attribute = variables.attributes[i];
+    bins.attribute = share.GetAttributes()[i];
   }
 }
 
@@ -163,14 +170,18 @@ std::vector<AttributeBins> RunShares(const Run& run) {
   const bool isSupervised = run.settings.algorithm == Algorithm::kSupervised;
   const std::size_t resultCount =
       run.variables.attributes.size() * (isSupervised ? run.variables.targets.size() : 1);
+  const std::size_t threadCount = CountThreads(run.control.jobs, run.variables.attributes.size());
+  const std::vector<AttributeShare> shares = ShareOut(run.variables, threadCount);
   RunProgress progress(run.control.progress,
-                       run.columns.GetRecordCount() * (run.shareCount + resultCount));
+                       run.columns.GetRecordCount() * (shares.size() + resultCount));
   std::vector<AttributeBins> results(resultCount);
-  Jobs jobs(run.control.cancel);
-  jobs.Run(run.shareCount, [&](std::size_t index) {
-    Share share(run, index, progress, jobs);
+  Jobs jobs({run.control.cancel,
+             progress.HasListener() ? std::function<void()>([&] { progress.Tell(); }) : nullptr});
+  jobs.Run(threadCount, shares.size(), [&](std::size_t index) {
+    Share share(run, shares[index], progress, jobs);
     (isSupervised ? RunSupervised : RunEqualFrequency)(run, share, results);
   });
+  RequireNotCancelled(jobs);
   return results;
 }
 
@@ -224,8 +235,7 @@ BinModel MakeBins(const BinSettings& settings, RunVariables variables, const Col
   model.source.recordCount = columns.GetRecordCount();
   model.source.dropped = CheckWeights(variables, columns, control);
   if (variables.weight) model.source.weight = variables.weight->info;
-  model.results = RunShares({settings, variables, columns, control,
-                             CountShares(control.jobs, variables.attributes.size())});
+  model.results = RunShares({settings, variables, columns, control});
   model.attributes = std::move(variables.attributes);
   model.targets = std::move(variables.targets);
   std::vector<std::size_t> anew = CheckResults(model, variables, columns, control);

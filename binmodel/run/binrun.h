@@ -42,14 +42,16 @@ struct RunControl {
   std::string tempDir = "/tmp";
 
   // How many threads share the attributes; 0 is one for every core. The bins are the same for any
-  // number.
+  // number. Each thread has one attribute in memory, up to 64 bytes a record. With one, all is done
+  // by the thread that calls MakeBins(); with more, that one makes the calls below alone.
   int jobs = 1;
 
   // Told how much of the work is done, in passes over a record: first 0, then ever more. Called by
-  // any thread of the run, by one at a time.
+  // the thread that calls MakeBins().
   std::function<void(std::uint64_t done, std::uint64_t total)> progress = nullptr;
 
-  // Asked often whether the run is to stop. Called by any thread of the run, by several at a time.
+  // Asked often whether the run is to stop: for every block of records and every attribute, and,
+  // when several threads ask at a time, for all of them at once. Called by the same thread.
   std::function<bool()> cancel = nullptr;
 };
 

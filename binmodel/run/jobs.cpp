@@ -11,32 +11,111 @@
 
 namespace MCBinModel {
 
-void Jobs::Run(std::size_t count, const std::function<void(std::size_t)>& job) {
-  {
-    std::vector<std::jthread> threads;  // joined at the end of this block, whatever happens
-    try {
-      threads.reserve(count - 1);
-      for (std::size_t index = 1; index < count; ++index) {
-        threads.emplace_back([this, index, &job] { Guard([&] { job(index); }); });
-      }
-    } catch (const std::system_error& error) {
-      Fail(std::make_exception_ptr(
-          Refusal(RefusalCode::kTooManyThreads, {},
-                  fmt::format("cannot start {} threads: {}", count - 1, error.code().message()))));
-    } catch (...) {
-      Fail(std::current_exception());
+template <typename Action>
+void Jobs::Guard(const Action& action) noexcept {
+  try {
+    action();
+  } catch (...) {
+    Fail(std::current_exception());
+  }
+}
+
+void Jobs::Run(std::size_t threadCount, std::size_t jobCount,
+               const std::function<void(std::size_t)>& job) {
+  std::atomic<std::size_t> next{0};
+  const auto work = [&] {
+    while (!fHasFailed) {
+      const std::size_t index = next++;
+      if (index >= jobCount) return;
+      Guard([&] { job(index); });
     }
-    if (!fHasFailed) Guard([&] { job(0); });
+  };
+  fHasThreads = threadCount > 1;
+  if (fHasThreads) {
+    RunThreads(threadCount, work);
+  } else {
+    work();
   }
   if (fFailure) std::rethrow_exception(fFailure);
 }
 
-void Jobs::Guard(const std::function<void()>& callback) noexcept {
-  try {
-    callback();
-  } catch (...) {
-    Fail(std::current_exception());
+void Jobs::RunThreads(std::size_t threadCount, const std::function<void()>& work) {
+  const auto enter = [this] {
+    const std::lock_guard lock(fMutex);
+    ++fThreadsWorking;
+  };
+  const auto leave = [this] {
+    const std::lock_guard lock(fMutex);
+    --fThreadsWorking;
+    fIsWanted.notify_one();
+  };
+  std::vector<std::jthread> threads;  // joined at the end, whatever happens
+  Guard([&] {
+    threads.reserve(threadCount);
+    while (threads.size() < threadCount) {
+      enter();
+      try {
+        threads.emplace_back([&] {
+          work();
+          leave();
+        });
+      } catch (const std::system_error& error) {
+        leave();
+        throw Refusal(
+            RefusalCode::kTooManyThreads, {},
+            fmt::format("cannot start {} threads: {}", threadCount, error.code().message()));
+      } catch (...) {
+        leave();
+        throw;
+      }
+    }
+  });
+  AnswerCalls();
+}
+
+// Until no thread is left that could call; what is told last is the end.
+void Jobs::AnswerCalls() {
+  std::unique_lock lock(fMutex);
+  for (bool isWorking = true; isWorking;) {
+    fIsWanted.wait(lock, [this] { return fHasCalls[0] || fHasCalls[1] || fThreadsWorking == 0; });
+    isWorking = fThreadsWorking > 0;
+    for (const Call call : {Call::kCancel, Call::kTell}) {
+      if (!std::exchange(fHasCalls[static_cast<std::size_t>(call)], false)) continue;
+      lock.unlock();
+      Make(call);
+      lock.lock();
+    }
   }
+}
+
+bool Jobs::QueryCancel() {
+  if (fHost.cancel) Have(Call::kCancel);
+  return fHasFailed || fIsCancelled;
+}
+
+void Jobs::Tell() {
+  if (fHost.tell) Have(Call::kTell);
+}
+
+void Jobs::Have(Call call) {
+  if (!fHasThreads) {
+    Make(call);
+    return;
+  }
+  const std::lock_guard lock(fMutex);
+  if (!std::exchange(fHasCalls[static_cast<std::size_t>(call)], true)) fIsWanted.notify_one();
+}
+
+// A run that has failed, or that the host has stopped, has nothing more to ask or tell.
+void Jobs::Make(Call call) {
+  if (fHasFailed || fIsCancelled) return;
+  Guard([&] {
+    if (call == Call::kTell) {
+      fHost.tell();
+    } else if (fHost.cancel()) {
+      fIsCancelled = true;
+    }
+  });
 }
 
 // What follows the first failure is its consequence.
@@ -44,13 +123,6 @@ void Jobs::Fail(std::exception_ptr failure) {
   const std::lock_guard lock(fMutex);
   if (!fFailure) fFailure = std::move(failure);
   fHasFailed = true;
-}
-
-bool Jobs::QueryCancel() {
-  Guard([&] {
-    if (fCancel && !fIsCancelled && fCancel()) fIsCancelled = true;
-  });
-  return fHasFailed || fIsCancelled;
 }
 
 }  // namespace MCBinModel

@@ -1,40 +1,68 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <cstddef>
 #include <exception>
 #include <functional>
 #include <mutex>
+#include <utility>
 
 #include "common/mcquerycancel.h"
 
 namespace MCBinModel {
 
-// Runs jobs side by side, each in a thread of its own. It is the cancel query of the algorithm
-// in every one of them: the host's cancellation and the failure of one job end all.
+// Runs jobs side by side in threads of their own, and makes the calls to the host in the thread
+// that asked for them, which does nothing else meanwhile. With one thread that one does the jobs,
+// too.
+//
+// It is the cancel query of the algorithm in every job: the host's cancellation and the failure of
+// one job end all.
 class Jobs : public MCQueryCancel {
  public:
-  // Borrows `cancel`, which may be empty.
-  explicit Jobs(const std::function<bool()>& cancel) : fCancel(cancel) {}
+  // What is asked and told in the calling thread; either may be empty.
+  struct Host {
+    std::function<bool()> cancel;  // whether the run is to stop
+    std::function<void()> tell;    // how far the run is
+  };
 
-  // Calls job(0) to job(count - 1) and returns when all have ended; job 0 runs in this thread,
-  // so a single job needs no other. Rethrows what a job threw, of several the first; throws
-  // Refusal when the threads cannot be started. Requires count > 0.
-  void Run(std::size_t count, const std::function<void(std::size_t)>& job);
+  explicit Jobs(Host host) : fHost(std::move(host)) {}
 
-  // What the host's callbacks throw ends the run, here and below.
+  // Calls job(0) to job(jobCount - 1) and returns when all have ended; a thread takes the next one
+  // when it is done with one. Rethrows what a job or the host threw, of several the first; throws
+  // Refusal when the threads cannot be started. Requires threads.
+  void Run(std::size_t threadCount, std::size_t jobCount,
+           const std::function<void(std::size_t)>& job);
+
+  // For jobs: has the host asked, and answers whether to stop as far as is known.
   bool QueryCancel() override;
-  void Guard(const std::function<void()>& callback) noexcept;
+
+  // For jobs: has the host told.
+  void Tell();
 
   // The host has said that the run is to stop.
   bool IsCancelled() const { return fIsCancelled; }
 
  private:
+  enum class Call { kCancel, kTell };
+
+  void RunThreads(std::size_t threadCount, const std::function<void()>& work);
+  void AnswerCalls();
+  void Have(Call call);
+  void Make(Call call);
+  template <typename Action>
+  void Guard(const Action& action) noexcept;
   void Fail(std::exception_ptr failure);
 
-  const std::function<bool()>& fCancel;
-  std::mutex fMutex;  // of fFailure
+  const Host fHost;
+  bool fHasThreads = false;
+
+  std::mutex fMutex;  // of what follows
+  std::condition_variable fIsWanted;
+  bool fHasCalls[2] = {false, false};  // by Call
+  std::size_t fThreadsWorking = 0;
   std::exception_ptr fFailure;
+
   std::atomic<bool> fHasFailed{false};
   std::atomic<bool> fIsCancelled{false};
 };

@@ -2,31 +2,22 @@
 
 namespace MCBinModel {
 
-bool RecordBlocks::HasMore() {
-  fIsAtEnd = fRecordsRead == fBlocks.GetRecordCount();
-  return !fIsAtEnd;
+RecordBlocks::RecordBlocks(const ColumnSource& source, const std::vector<SourceColumn>& columns)
+    : fBlocks(source, columns) {
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    fColumns.push_back({fBlocks.GetValues(i), 1, nullptr, 0});
+  }
 }
 
-const MCCommon::Record* RecordBlocks::Next() {
-  if (!HasMore()) return nullptr;
-  if (fNextInBlock == fBlockSize) ReadBlock();
-
-  const std::size_t stride = fBlocks.GetStride();
-  const double* from = fBlocks.GetValues(0) + fNextInBlock;
-  for (std::size_t i = 0; i < fRecord.Size(); ++i, from += stride) fRecordValues[i] = *from;
-  ++fNextInBlock;
-  ++fRecordsRead;
-  return &fRecord;
-}
-
-void RecordBlocks::ReadBlock() {
+MCBinning::RecordBlock RecordBlocks::NextBlock() {
   try {
-    fBlockSize = fBlocks.ReadNext();
+    const std::size_t recordCount = fBlocks.ReadNext();
+    fIsAtEnd = recordCount == 0;
+    return {recordCount, fColumns.data(), fColumns.size()};
   } catch (...) {
     fFailure = std::current_exception();
     throw;
   }
-  fNextInBlock = 0;
 }
 
 void RecordBlocks::RethrowFailure() const {

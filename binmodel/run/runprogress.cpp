@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "common/progressreport.h"
+
 namespace MCBinModel {
 
 RunProgress::RunProgress(const Listener& listener, std::uint64_t total)
@@ -14,19 +16,15 @@ int RunProgress::RecordsPerReport(std::uint64_t recordCount) {
   return static_cast<int>(std::clamp<std::uint64_t>(recordCount / 200, 1, kMostRecords));
 }
 
-void RunProgress::Add(std::uint64_t count) {
-  const std::lock_guard lock(fMutex);
-  fDone += count;
-  fListener(fDone, fTotal);
-}
-
-// An algorithm reports records and results alike.
-void JobProgress::ReportProgress(ProgressReport& /*report*/) {
-  const std::uint64_t recordsRead = fRecords.GetRecordsRead();
+// An algorithm reports records and results alike; its index counts records while it reads them.
+void JobProgress::ReportProgress(ProgressReport& report) {
   const bool isResult = fRecords.IsAtEnd();
-  const std::uint64_t passes = recordsRead - fRecordsTold + (isResult ? recordsRead : 0);
+  const std::uint64_t recordsRead =
+      isResult ? fRecords.GetRecordCount()
+               : static_cast<std::uint64_t>(report.DiscreteMeasure("IndexVar"));
+  fRun.Add(recordsRead - fRecordsTold + (isResult ? recordsRead : 0));
   fRecordsTold = recordsRead;
-  fJobs.Guard([&] { fRun.Add(passes); });
+  fJobs.Tell();
 }
 
 }  // namespace MCBinModel

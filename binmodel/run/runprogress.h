@@ -1,8 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
-#include <mutex>
 
 #include "binmodel/run/jobs.h"
 #include "binmodel/run/recordblocks.h"
@@ -26,13 +26,15 @@ class RunProgress {
   static int RecordsPerReport(std::uint64_t recordCount);
 
   // So many more passes are done. From any thread.
-  void Add(std::uint64_t count);
+  void Add(std::uint64_t count) { fDone += count; }
+
+  // Tells the listener what has been done by now. Requires one; from one thread.
+  void Tell() { fListener(fDone, fTotal); }
 
  private:
-  std::mutex fMutex;
   const Listener& fListener;
   const std::uint64_t fTotal;
-  std::uint64_t fDone = 0;
+  std::atomic<std::uint64_t> fDone{0};
 };
 
 // Adds what the algorithm of one job reports.

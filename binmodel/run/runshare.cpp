@@ -1,5 +1,7 @@
 #include "binmodel/run/runshare.h"
 
+#include <algorithm>
+#include <numeric>
 #include <string>
 
 namespace MCBinModel {
@@ -34,18 +36,46 @@ int AddVariable(BINVarList& list, const VariableInfo& variable, IBINVariable::Va
   return index;
 }
 
-// Deals out forwards and backwards in turn, 0 1 2 2 1 0 0 1 2: if every second attribute takes
-// longer, they do not all go to the same share.
-std::size_t ShareOf(std::size_t attribute, std::size_t shareCount) {
-  const bool forwards = attribute / shareCount % 2 == 0;
-  const std::size_t place = attribute % shareCount;
-  return forwards ? place : shareCount - 1 - place;
-}
+// An attribute of a few hundred distinct values takes about half the time of one where nearly all
+// are distinct.
+double CostOf(const VariableInfo& attribute) { return attribute.IsCategorical() ? 1.0 : 2.0; }
 
 }  // namespace
 
-ShareVariables MakeShareVariables(const RunVariables& variables, std::size_t share,
-                                  std::size_t shareCount) {
+std::vector<AttributeShare> ShareOut(const RunVariables& variables, std::size_t threadCount) {
+  AttributeShare left(variables.attributes.size());
+  std::iota(left.begin(), left.end(), std::size_t{0});
+  if (threadCount == 1) return {left};
+
+  const auto costOf = [&](std::size_t attribute) {
+    return CostOf(variables.attributes[attribute]);
+  };
+  std::stable_sort(left.begin(), left.end(),
+                   [&](std::size_t a, std::size_t b) { return costOf(a) > costOf(b); });
+  double costLeft = 0.0;
+  for (const std::size_t attribute : left) costLeft += costOf(attribute);
+
+  // In rounds of a share for every thread, three quarters of what is left in each.
+  std::vector<AttributeShare> shares;
+  double shareCost = 0.0;
+  double cost = 0.0;
+  for (const std::size_t attribute : left) {
+    const bool isFull = cost > 0.0 && cost + costOf(attribute) / 2 > shareCost;
+    if (shares.empty() || isFull) {
+      costLeft -= cost;
+      cost = 0.0;
+      if (shares.size() % threadCount == 0) {
+        shareCost = 0.75 * costLeft / static_cast<double>(threadCount);
+      }
+      shares.emplace_back();
+    }
+    shares.back().push_back(attribute);
+    cost += costOf(attribute);
+  }
+  return shares;
+}
+
+ShareVariables MakeShareVariables(const RunVariables& variables, const AttributeShare& share) {
   ShareVariables result;
   for (std::size_t i = 0; i < variables.targets.size(); ++i) {
     const auto role = i == 0 ? IBINVariable::RoleTarget : IBINVariable::RoleAttribute;
@@ -58,9 +88,7 @@ ShareVariables MakeShareVariables(const RunVariables& variables, std::size_t sha
     SetNumericMissing(result.list, index, weight.info.missing);
     result.columns.push_back({weight.column, nullptr});
   }
-  for (std::size_t i = 0; i < variables.attributes.size(); ++i) {
-    if (ShareOf(i, shareCount) != share) continue;
-    result.attributes.push_back(i);
+  for (const std::size_t i : share) {
     result.attributeIndexes.push_back(
         AddVariable(result.list, variables.attributes[i], IBINVariable::RoleAttribute));
     result.columns.push_back({variables.attributeColumns[i], &variables.attributes[i]});

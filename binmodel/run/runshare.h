@@ -17,14 +17,18 @@ struct ShareVariables {
   // Its attributes and all targets as indexes into the list.
   std::vector<int> attributeIndexes;
   std::vector<int> targetIndexes;
-
-  // Its attributes as indexes into RunVariables::attributes; parallel.
-  std::vector<std::size_t> attributes;
 };
 
-// The variables of share `share` of `shareCount`. The first target has the target role, further
-// ones are categorical attributes to the algorithm. Category codes are the same in every share.
-ShareVariables MakeShareVariables(const RunVariables& variables, std::size_t share,
-                                  std::size_t shareCount);
+// Attributes as indexes into RunVariables::attributes.
+using AttributeShare = std::vector<std::size_t>;
+
+// Shares out all attributes, the costly ones first, in shares that become smaller: threads that
+// take the next one when they are done with one end at about the same time. Each share reads
+// targets and weights anew, so there are few; one for a single thread.
+std::vector<AttributeShare> ShareOut(const RunVariables& variables, std::size_t threadCount);
+
+// The variables of a share. The first target has the target role, further ones are categorical
+// attributes to the algorithm. Category codes are the same in every share.
+ShareVariables MakeShareVariables(const RunVariables& variables, const AttributeShare& share);
 
 }  // namespace MCBinModel

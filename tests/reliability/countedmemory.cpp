@@ -12,19 +12,19 @@ namespace {
 constexpr std::size_t kNever = std::numeric_limits<std::size_t>::max();
 
 std::atomic<std::size_t> gLive = 0;
-std::size_t gLeft = kNever;  // allocations that still succeed
-bool gForGood = false;
-bool gHasFailed = false;
+std::atomic<std::size_t> gLeft = kNever;  // allocations that still succeed
+std::atomic<bool> gForGood = false;
+std::atomic<bool> gHasFailed = false;
 
+// Of several threads' allocations, one takes each that is left.
 bool Fails() {
-  if (gLeft == kNever) return false;
-  if (gLeft > 0) {
-    --gLeft;
-    return false;
+  std::size_t left = gLeft;
+  while (left != kNever && left > 0) {
+    if (gLeft.compare_exchange_weak(left, left - 1)) return false;
   }
-  const bool fails = gForGood || !gHasFailed;
-  gHasFailed = true;
-  return fails;
+  if (left == kNever) return false;
+  const bool isFirst = !gHasFailed.exchange(true);
+  return isFirst || gForGood;
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <ostream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "binmodel/run/binrun.h"
@@ -20,10 +21,8 @@ namespace {
 
 using MCBinModel::Jobs;
 
-const std::function<bool()> kNever;
-
 TEST(Jobs, OneThatFailsStopsTheOthersAndIsToldAbout) {
-  Jobs jobs(kNever);
+  Jobs jobs({});
   std::atomic<int> begun{0};
   std::atomic<int> stopped{0};
   const auto job = [&](std::size_t index) {
@@ -37,7 +36,7 @@ TEST(Jobs, OneThatFailsStopsTheOthersAndIsToldAbout) {
     throw std::runtime_error("a consequence");
   };
   try {
-    jobs.Run(4, job);
+    jobs.Run(4, 4, job);
     ADD_FAILURE() << "nothing thrown";
   } catch (const std::runtime_error& failure) {
     EXPECT_STREQ(failure.what(), "the first failure");
@@ -45,16 +44,39 @@ TEST(Jobs, OneThatFailsStopsTheOthersAndIsToldAbout) {
   EXPECT_EQ(stopped, 3);
 }
 
-// A host's flag that is seen by one query alone still stops the others.
-TEST(Jobs, TheHostStopsAllOfThem) {
-  std::atomic<bool> flag{false};
-  const std::function<bool()> cancel = [&] { return flag.exchange(false); };
-  Jobs jobs(cancel);
-  jobs.Run(3, [&](std::size_t index) {
-    if (index == 2) flag = true;
-    while (!jobs.QueryCancel()) continue;
+// A host's flag that is seen by one query alone still stops the others, and those to come.
+TEST(Jobs, TheHostIsAskedInItsOwnThreadAndStopsAllOfThem) {
+  const auto caller = std::this_thread::get_id();
+  for (const std::size_t threadCount : {std::size_t{1}, std::size_t{3}}) {
+    std::atomic<bool> flag{false};
+    int told = 0;
+    Jobs jobs({[&] {
+                 EXPECT_EQ(std::this_thread::get_id(), caller);
+                 return flag.exchange(false);
+               },
+               [&] {
+                 EXPECT_EQ(std::this_thread::get_id(), caller);
+                 ++told;
+               }});
+    jobs.Run(threadCount, 5, [&](std::size_t index) {
+      jobs.Tell();
+      if (index + 1 == threadCount) flag = true;
+      while (!jobs.QueryCancel()) continue;
+    });
+    EXPECT_TRUE(jobs.IsCancelled());
+    EXPECT_GE(told, 1);
+  }
+}
+
+// A thread that is done takes what is left.
+TEST(Jobs, WaitForNoThread) {
+  Jobs jobs({});
+  std::atomic<int> done{0};
+  jobs.Run(2, 10, [&](std::size_t index) {
+    while (index == 0 && done < 9) continue;
+    ++done;
   });
-  EXPECT_TRUE(jobs.IsCancelled());
+  EXPECT_EQ(done, 10);
 }
 
 // Whatever pieces the work is reported in, it adds up to the whole.
@@ -79,7 +101,7 @@ TEST(Progress, EndsWhenAllIsDone) {
       whole = total;
     };
     MCBinModel::MakeBins(settings, variables, columns, control);
-    ASSERT_GT(steps.size(), 10u) << jobs;
+    ASSERT_GT(steps.size(), jobs == 1 ? 10u : 1u) << jobs;
     EXPECT_TRUE(std::is_sorted(steps.begin(), steps.end())) << jobs;
     EXPECT_EQ(steps.front(), 0u) << jobs;
     EXPECT_EQ(steps.back(), whole) << jobs;
