@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "algorithm/efbinalgorithm.h"
 #include "support/agreement.h"
-#include "support/displaytext.h"
 #include "support/scenario.h"
 #include "support/tempdir.h"
 
@@ -100,21 +98,6 @@ TEST(BINAlgorithm, CannotPartitionBeforeARun) {
   EXPECT_EQ(Text(BINAlgorithm(settings, list).MDLP(&tuples, cuts, counts, modelEntropy)),
             "120002/-1[0 0 0]");
   EXPECT_EQ(modelEntropy, -1);
-}
-
-TEST_F(Partitioning, DisplaysFrameAndParts) {
-  Run(true);
-  const std::string text = DisplayText(*algorithm);
-  EXPECT_EQ(text.rfind("\nStart of BINAlgorithm display\n", 0), 0u);
-  EXPECT_TRUE(text.ends_with("\nEnd of BINAlgorithm display\n"));
-  for (const char* const part : {"BINSettings", "BINDataPreparator", "BINDataSet", "BINOutput"}) {
-    EXPECT_NE(text.find("\nEnd of " + std::string(part) + " display\n"), std::string::npos) << part;
-  }
-  EFBINSettings settings;
-  BINVarList list;
-  const std::string unused = DisplayText(EFBINAlgorithm(settings, list));
-  EXPECT_EQ(unused.rfind("\nStart of EFBINAlgorithm display\n", 0), 0u);
-  EXPECT_TRUE(unused.ends_with("\nEnd of EFBINAlgorithm display\n"));
 }
 
 }  // namespace

@@ -11,29 +11,14 @@ TEST(BINEFPreProcess, RefusesWhatCannotBeCut) {
   Doubles binWeights{2};
   std::vector<EFBINDataTuple> none;
   std::vector<EFBINDataTuple> one{{1, 1}};
+  const auto cut = [&](int bins, auto* cases, double totalWeight) {
+    return BINEFPreProcess(bins, true)
+        .EFCreatePercentileCutPts(cases, cutPoints, binWeights, totalWeight);
+  };
   EXPECT_FALSE(BINEFPreProcess(2, true).FindCutPts(cutPoints, binWeights, 1)) << "no cases given";
-  BINEFPreProcess preProcess(2, true);
-  EXPECT_FALSE(preProcess.EFCreatePercentileCutPts(&none, cutPoints, binWeights, 1));
-  for (const double totalWeight : {0.0, -1.0}) {
-    EXPECT_FALSE(preProcess.EFCreatePercentileCutPts(&one, cutPoints, binWeights, totalWeight));
-  }
-  BINEFPreProcess noBins(0, true);
-  EXPECT_FALSE(noBins.EFCreatePercentileCutPts(&one, cutPoints, binWeights, 1));
+  EXPECT_FALSE(cut(2, &none, 1) || cut(2, &one, 0) || cut(2, &one, -1) || cut(0, &one, 1));
   EXPECT_EQ(cutPoints, Doubles{1});
   EXPECT_EQ(binWeights, Doubles{2});
-}
-
-// Which no settings ask for.
-TEST(BINEFPreProcess, OneBinHoldsEverything) {
-  std::vector<EFBINDataTuple> cases{{1, 2}, {2, 3}, {4, 0.5}};
-  for (const bool rightBorderClosed : {true, false}) {
-    BINEFPreProcess preProcess(1, rightBorderClosed);
-    Doubles cutPoints;
-    Doubles binWeights;
-    EXPECT_TRUE(preProcess.EFCreatePercentileCutPts(&cases, cutPoints, binWeights, 5.5));
-    EXPECT_EQ(cutPoints, Doubles());
-    EXPECT_EQ(binWeights, Doubles{5.5});
-  }
 }
 
 // The last case's weight is lost in the sum of both: a host that reads the weight above the last

@@ -8,9 +8,9 @@
 #include <csignal>
 #include <limits>
 #include <memory>
-#include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "algorithm/binfactory.h"
@@ -21,9 +21,9 @@
 #include "algorithm/iefbinalgorithm.h"
 #include "common/missing.h"
 #include "common/progresslistener.h"
-#include "host/recorditerator.h"
 #include "metadata/binvarlist.h"
 #include "metadata/describe.h"
+#include "support/hostdoubles.h"
 #include "support/tempdir.h"
 
 namespace {
@@ -31,33 +31,6 @@ namespace {
 using MCBinning::MCStatus;
 using MCBinning::RunPhase;
 using MCBinning::RunReport;
-
-// Hands over rows of any length; an empty one is a null record. Throws after the last when it has a
-// text for that.
-class Rows : public MCCommon::RecordIterator {
- public:
-  explicit Rows(std::vector<std::vector<double>> rows, std::optional<std::string> complaint = {})
-      : fRows(std::move(rows)), fComplaint(std::move(complaint)) {}
-
-  bool HasMore() override {
-    if (fNext == fRows.size() && fComplaint) throw std::runtime_error(*fComplaint);
-    return fNext < fRows.size();
-  }
-
-  const MCCommon::Record* Next() override {
-    const std::vector<double>& row = fRows[fNext++];
-    if (row.empty()) return nullptr;
-    fRecord = std::make_unique<MCCommon::Record>(row.size());
-    for (std::size_t i = 0; i < row.size(); ++i) (*fRecord)[i] = row[i];
-    return fRecord.get();
-  }
-
- private:
-  std::vector<std::vector<double>> fRows;
-  std::optional<std::string> fComplaint;
-  std::size_t fNext = 0;
-  std::unique_ptr<MCCommon::Record> fRecord;
-};
 
 // x, a target with two categories, another categorical variable and a weight.
 class RunReportTest : public testing::Test {
@@ -73,7 +46,7 @@ class RunReportTest : public testing::Test {
     fSettings.SetTempDirName(fDirectory.Path());
   }
 
-  const RunReport& Run(Rows rows) {
+  const RunReport& Run(RowIterator rows) {
     BINFactory factory;
     fBinning.reset(factory.CreateBINAlgorithm(fSettings, fVariables));
     fStatus = fBinning->CreateBins(rows, nullptr, nullptr);
@@ -91,14 +64,14 @@ TEST_F(RunReportTest, CountsWhatBecameOfTheRecords) {
   const double missing = MCMV::Missing();
   const double nan = std::numeric_limits<double>::quiet_NaN();
   fVariables.AddDiscreteUserMissing(3, 99.0, "");
-  const RunReport& report = Run(Rows({{1, 0, 0, 1},
-                                      {},
-                                      {2, 1, 1, 2},
-                                      {3, 1, 1, missing},
-                                      {4, 1, 1, 99},
-                                      {5, 1, 1, 0.25},
-                                      {6, 1, 1, -1},
-                                      {7, 0, 2, nan}}));
+  const RunReport& report = Run(RowIterator({{1, 0, 0, 1},
+                                             {},
+                                             {2, 1, 1, 2},
+                                             {3, 1, 1, missing},
+                                             {4, 1, 1, 99},
+                                             {5, 1, 1, 0.25},
+                                             {6, 1, 1, -1},
+                                             {7, 0, 2, nan}}));
   EXPECT_EQ(report.phase, RunPhase::kFinished);
   EXPECT_EQ(report.recordsRead, 8U);
   EXPECT_EQ(report.recordsStored, 3U);
@@ -113,8 +86,8 @@ TEST_F(RunReportTest, CountsWhatBecameOfTheRecords) {
 }
 
 TEST_F(RunReportTest, NamesTheFirstRecordWithACodeThatItsVariableCannotHave) {
-  const RunReport& report =
-      Run(Rows({{1, 0, 0, 1}, {}, {2, 5, 1, 1}, {3, 7, 1, 1}, {4, 1, 300, 1}, {5, 1, -7, 1}}));
+  const RunReport& report = Run(
+      RowIterator({{1, 0, 0, 1}, {}, {2, 5, 1, 1}, {3, 7, 1, 1}, {4, 1, 300, 1}, {5, 1, -7, 1}}));
   EXPECT_EQ(fStatus.GetErrorCode(), 120010);
   ASSERT_EQ(report.refusedCodes.size(), 2U);
   EXPECT_EQ(report.refusedCodes[0].variable, 1);
@@ -126,7 +99,7 @@ TEST_F(RunReportTest, NamesTheFirstRecordWithACodeThatItsVariableCannotHave) {
 }
 
 TEST_F(RunReportTest, ARecordShorterThanTheListEndsTheRun) {
-  const RunReport& report = Run(Rows({{1, 0, 0, 1}, {2, 1, 1, 1}, {3, 1}}));
+  const RunReport& report = Run(RowIterator({{1, 0, 0, 1}, {2, 1, 1, 1}, {3, 1}}));
   EXPECT_EQ(fStatus.GetErrorCode(), 120003);
   EXPECT_EQ(fStatus.GetDiscreteDatum(1), 2);
   EXPECT_EQ(report.phase, RunPhase::kReading);
@@ -135,14 +108,16 @@ TEST_F(RunReportTest, ARecordShorterThanTheListEndsTheRun) {
 
 TEST_F(RunReportTest, TellsAnExceptionOfTheHostFromACancellation) {
   {
-    const RunReport& report = Run(Rows({{1, 0, 0, 1}}, "the tape is torn"));
+    RowIterator torn({{1, 0, 0, 1}});
+    torn.onNext = [] { throw std::runtime_error("the tape is torn"); };
+    const RunReport& report = Run(std::move(torn));
     EXPECT_EQ(fStatus.GetErrorCode(), 1);
     EXPECT_TRUE(report.isHostException);
     EXPECT_FALSE(report.isCancelled);
     EXPECT_EQ(report.exceptionText, "the tape is torn");
     EXPECT_EQ(report.phase, RunPhase::kReading);
   }
-  Rows rows({{1, 0, 0, 1}, {2, 1, 0, 1}});
+  RowIterator rows({{1, 0, 0, 1}, {2, 1, 0, 1}});
   EXPECT_FALSE(fBinning->CreateBins(rows, nullptr, nullptr).IsError());
   EXPECT_FALSE(MCBinning::GetRunReport(*fBinning).isHostException);
   fBinning->Cancel();
@@ -155,7 +130,7 @@ TEST_F(RunReportTest, NamesTheFileAndTheSystemsErrorWhenAFileCannotBeMade) {
   const std::string directory = fDirectory.Path() + "/missing";
   fSettings.SetTempDirName(directory);
   const std::vector<std::vector<double>> rows(10000, {1, 0, 0, 1});
-  const RunReport& report = Run(Rows(rows));
+  const RunReport& report = Run(RowIterator(rows));
   EXPECT_EQ(fStatus.GetErrorCode(), 120021);
   EXPECT_EQ(report.tempFile.substr(0, directory.size()), directory);
   EXPECT_EQ(report.systemError, ENOENT);
@@ -169,7 +144,7 @@ TEST_F(RunReportTest, KeepsTheFirstErrorWhenAFileThatCouldNotBeWrittenIsRead) {
   const auto handler = std::signal(SIGXFSZ, SIG_IGN);
   const rlimit small{1, before.rlim_max};
   setrlimit(RLIMIT_FSIZE, &small);
-  const RunReport& report = Run(Rows(rows));
+  const RunReport& report = Run(RowIterator(rows));
   setrlimit(RLIMIT_FSIZE, &before);
   std::signal(SIGXFSZ, handler);
   EXPECT_EQ(fStatus.GetErrorCode(), 120018);
@@ -177,7 +152,7 @@ TEST_F(RunReportTest, KeepsTheFirstErrorWhenAFileThatCouldNotBeWrittenIsRead) {
 }
 
 TEST_F(RunReportTest, ARefusedCodeIsNoFailureOfAFile) {
-  EXPECT_EQ(Run(Rows({{1, 0, 0, 1}, {2, 256, 1, 1}})).tempFile, "");
+  EXPECT_EQ(Run(RowIterator({{1, 0, 0, 1}, {2, 256, 1, 1}})).tempFile, "");
   EXPECT_EQ(fStatus.GetErrorCode(), 120010);
 }
 
@@ -205,7 +180,7 @@ TEST(RunReport, AListenerSeesThePhaseAndHowManyAttributesAreDone) {
   const std::unique_ptr<IEFBINAlgorithm> binning(factory.CreateEFBINAlgorithm(settings, variables));
   phases.binning = binning.get();
   binning->SetProgressListener(&phases);
-  Rows rows({{1, 2}, {2, 3}, {3, 4}, {4, 5}});
+  RowIterator rows({{1, 2}, {2, 3}, {3, 4}, {4, 5}});
   EXPECT_FALSE(binning->CreateBins(rows, nullptr).IsError());
   EXPECT_EQ(phases.seen, "reading 2/0 reading 4/0 binning 1/2 binning 2/2 ");
   const std::vector<int> list{1, 9, 0};
@@ -241,14 +216,15 @@ TEST_F(RunReportTest, AStatusIsDescribedWithItsVariableAndWhatToDo) {
             "no cut point separates the classes");
   EXPECT_EQ(MCBinning::Describe(with(120014, 0, 2), fVariables),
             "a single distinct value (variable \"colour\"): leave the attribute out");
-  const std::vector<std::pair<MCStatus, std::string>> named{
-      {with(120003, 1, 1), "class"}, {with(120010, 0, 0), "class"}, {with(120012, 0, 3), "colour"},
-      {with(120012, 0, 0), "class"}, {with(120016, 0, 1), "class"}, {with(120012, 0, 2), "x"},
-      {with(120012, 0, 1), "weight"}};
-  for (const auto& [status, name] : named) {
-    EXPECT_NE(MCBinning::Describe(status, fVariables).find(" (variable \"" + name + "\"): "),
-              std::string::npos)
-        << MCBinning::Describe(status, fVariables);
+  for (const auto& [status, name] : {std::pair(with(120003, 1, 1), "class"),
+                                     {with(120010, 0, 0), "class"},
+                                     {with(120012, 0, 3), "colour"},
+                                     {with(120012, 0, 0), "class"},
+                                     {with(120016, 0, 1), "class"},
+                                     {with(120012, 0, 2), "x"},
+                                     {with(120012, 0, 1), "weight"}}) {
+    const std::string text = MCBinning::Describe(status, fVariables);
+    EXPECT_NE(text.find(std::string(" (variable \"") + name + "\"): "), text.npos) << text;
   }
 }
 

@@ -5,7 +5,6 @@
 
 #include "support/agreement.h"
 #include "support/hostdoubles.h"
-#include "support/rowname.h"
 #include "support/scenario.h"
 #include "support/tempdir.h"
 #include "support/wholerun.h"
@@ -234,123 +233,81 @@ Scenario EveryEnd() {
   return scenario;
 }
 
+const std::string kOk = "0/0[0 0 0]";
+const std::string kSomePairsNotOk = "120018/1[0 0 0]";
+
 struct Request {
   const char* name;
-  Driver driver;
   std::optional<Indices> attributes;
   std::optional<Indices> targets;
   std::string status;
   std::vector<std::string> results;
 };
 
-void PrintTo(const Request& request, std::ostream* os) { *os << request.name; }
+const Request kSupervised[] = {
+    {"EveryVariable",
+     {},
+     {},
+     kSomePairsNotOk,
+     {"0:0/0[0 0 0]", "2:120014/1[2 0 0]", "3:120015/1[0 0 0]", "4:120017/1[0 0 0]",
+      "5:120014/1[5 0 0]", "6:0/0[0 0 0]", "7:120012/-1[8 0 0]", "8:120002/1[0 0 0]",
+      "9:120002/1[0 0 0]", "10:120017/1[0 0 0]"}},
+    {"TargetOfOneCategory",
+     Indices{kGood, kConstant},
+     Indices{kOneCategory, kOneCategory},
+     kSomePairsNotOk,
+     {"0:120016/1[5 0 0]", "2:120016/1[5 0 0]"}},
+    {"UnusableTargets",
+     Indices{kGood, kGood},
+     Indices{kMoreCodesThanDeclared, kCodeTooLarge},
+     kSomePairsNotOk,
+     {"0:120010/-1[0 0 0]", "0:120010/-1[0 0 0]"}},
+    {"RefusedPairsBesideAGoodOne",
+     Indices{kWeight, kOutOfRange, kGood, kGood, kGood, kTarget, -1},
+     Indices{kTarget, kTarget, kConstant, kOutOfRange, kTarget, kTarget, kTarget},
+     kOk,
+     {"11:120005/-1[0 0 0]", "12:120013/-1[0 0 0]", "0:120006/-1[0 0 0]", "0:120013/-1[0 0 0]",
+      "0:0/0[0 0 0]"}},
+    {"RefusedAttributesOnly",
+     Indices{kOutOfRange, kWeight, kTarget, -1},
+     {},
+     kOk,
+     {"12:120011/-1[0 0 0]", "11:120005/-1[0 0 0]"}},
+    {"NoUsablePair", Indices{kTarget}, Indices{kTarget}, "120008/-1[0 0 0]", {}},
+    {"NoAttribute", Indices{}, {}, "120008/-1[0 0 0]", {}},
+    {"MorePairsThanTargets", Indices{kGood, kUnrelated}, Indices{kTarget}, "120008/-1[0 0 0]", {}},
+    {"TargetsAlone", {}, Indices{kTarget}, "120008/-1[0 0 0]", {}}};
 
-class RequestTest : public DriverTest, public testing::WithParamInterface<Request> {
- protected:
-  RequestTest() : DriverTest(GetParam().driver) {}
-};
+const Request kEqualFrequency[] = {
+    {"EveryVariable",
+     {},
+     {},
+     kSomePairsNotOk,
+     {"0:0/0[0 0 0]", "1:0/0[0 0 0]", "2:120014/1[2 0 0]", "3:120015/1[0 0 0]", "4:0/0[0 0 0]",
+      "5:120014/1[5 0 0]", "6:0/0[0 0 0]", "7:120012/-1[8 0 0]", "8:0/0[0 0 0]", "9:0/0[0 0 0]",
+      "10:120019/1[10 0 0]"}},
+    {"RefusedBesideAGoodOne",
+     Indices{kWeight, kOutOfRange, kGood, -1},
+     {},
+     kOk,
+     {"11:120005/-1[0 0 0]", "12:120011/-1[0 0 0]", "0:0/0[0 0 0]"}},
+    {"RefusedOnly", Indices{kWeight, kOutOfRange}, {}, "120011/-1[0 0 0]", {}},
+    {"NoAttribute", Indices{}, {}, "120011/-1[0 0 0]", {}}};
 
-TEST_P(RequestTest, EndsWith) {
-  const Request& request = GetParam();
-  Create(EveryEnd().VarList());
-  MCCommon::InMemoryRecordIterator records = EveryEnd().Records();
-  EXPECT_EQ(CreateBins(records, request.attributes ? &*request.attributes : nullptr,
-                       request.targets ? &*request.targets : nullptr),
-            request.status);
-  EXPECT_EQ(ResultStatuses(), request.results);
+TEST_P(BothDrivers, EndEveryRequestWithItsStatus) {
+  const auto end = [this](const auto& requests) {
+    for (const auto& [name, attributes, targets, status, results] : requests) {
+      SCOPED_TRACE(name);
+      Create(EveryEnd().VarList());
+      MCCommon::InMemoryRecordIterator records = EveryEnd().Records();
+      EXPECT_EQ(
+          CreateBins(records, attributes ? &*attributes : nullptr, targets ? &*targets : nullptr),
+          status);
+      EXPECT_EQ(ResultStatuses(), results);
+    }
+  };
+  driver == Driver::kSupervised ? end(kSupervised) : end(kEqualFrequency);
 }
-
-const std::string kOk = "0/0[0 0 0]";
-const std::string kSomePairsNotOk = "120018/1[0 0 0]";
-
-INSTANTIATE_TEST_SUITE_P(
-    Supervised, RequestTest,
-    testing::Values(
-        Request{"EveryVariable",
-                Driver::kSupervised,
-                std::nullopt,
-                std::nullopt,
-                kSomePairsNotOk,
-                {"0:0/0[0 0 0]", "2:120014/1[2 0 0]", "3:120015/1[0 0 0]", "4:120017/1[0 0 0]",
-                 "5:120014/1[5 0 0]", "6:0/0[0 0 0]", "7:120012/-1[8 0 0]", "8:120002/1[0 0 0]",
-                 "9:120002/1[0 0 0]", "10:120017/1[0 0 0]"}},
-        Request{"TargetOfOneCategory",
-                Driver::kSupervised,
-                Indices{kGood, kConstant},
-                Indices{kOneCategory, kOneCategory},
-                kSomePairsNotOk,
-                {"0:120016/1[5 0 0]", "2:120016/1[5 0 0]"}},
-        Request{"UnusableTargets",
-                Driver::kSupervised,
-                Indices{kGood, kGood},
-                Indices{kMoreCodesThanDeclared, kCodeTooLarge},
-                kSomePairsNotOk,
-                {"0:120010/-1[0 0 0]", "0:120010/-1[0 0 0]"}},
-        Request{"RefusedPairsBesideAGoodOne",
-                Driver::kSupervised,
-                Indices{kWeight, kOutOfRange, kGood, kGood, kGood, kTarget, -1},
-                Indices{kTarget, kTarget, kConstant, kOutOfRange, kTarget, kTarget, kTarget},
-                kOk,
-                {"11:120005/-1[0 0 0]", "12:120013/-1[0 0 0]", "0:120006/-1[0 0 0]",
-                 "0:120013/-1[0 0 0]", "0:0/0[0 0 0]"}},
-        Request{"RefusedAttributesOnly",
-                Driver::kSupervised,
-                Indices{kOutOfRange, kWeight, kTarget, -1},
-                std::nullopt,
-                kOk,
-                {"12:120011/-1[0 0 0]", "11:120005/-1[0 0 0]"}},
-        Request{"NoUsablePair",
-                Driver::kSupervised,
-                Indices{kTarget},
-                Indices{kTarget},
-                "120008/-1[0 0 0]",
-                {}},
-        Request{
-            "NoAttribute", Driver::kSupervised, Indices{}, std::nullopt, "120008/-1[0 0 0]", {}},
-        Request{"MorePairsThanTargets",
-                Driver::kSupervised,
-                Indices{kGood, kUnrelated},
-                Indices{kTarget},
-                "120008/-1[0 0 0]",
-                {}},
-        Request{"TargetsAlone",
-                Driver::kSupervised,
-                std::nullopt,
-                Indices{kTarget},
-                "120008/-1[0 0 0]",
-                {}}),
-    RowName);
-
-INSTANTIATE_TEST_SUITE_P(
-    EqualFrequency, RequestTest,
-    testing::Values(Request{"EveryVariable",
-                            Driver::kEqualFrequency,
-                            std::nullopt,
-                            std::nullopt,
-                            kSomePairsNotOk,
-                            {"0:0/0[0 0 0]", "1:0/0[0 0 0]", "2:120014/1[2 0 0]",
-                             "3:120015/1[0 0 0]", "4:0/0[0 0 0]", "5:120014/1[5 0 0]",
-                             "6:0/0[0 0 0]", "7:120012/-1[8 0 0]", "8:0/0[0 0 0]", "9:0/0[0 0 0]",
-                             "10:120019/1[10 0 0]"}},
-                    Request{"RefusedBesideAGoodOne",
-                            Driver::kEqualFrequency,
-                            Indices{kWeight, kOutOfRange, kGood, -1},
-                            std::nullopt,
-                            kOk,
-                            {"11:120005/-1[0 0 0]", "12:120011/-1[0 0 0]", "0:0/0[0 0 0]"}},
-                    Request{"RefusedOnly",
-                            Driver::kEqualFrequency,
-                            Indices{kWeight, kOutOfRange},
-                            std::nullopt,
-                            "120011/-1[0 0 0]",
-                            {}},
-                    Request{"NoAttribute",
-                            Driver::kEqualFrequency,
-                            Indices{},
-                            std::nullopt,
-                            "120011/-1[0 0 0]",
-                            {}}),
-    RowName);
 
 class SupervisedDriver : public DriverTest {
  protected:

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cfloat>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -9,46 +8,38 @@
 #include "cli/options/optionlist.h"
 #include "cli/terminal/usageerror.h"
 #include "csv/missingtexts.h"
-#include "support/rowname.h"
 
 namespace {
 
 using MCBin::ParseMissingOption;
 using MCBin::UsageError;
 
-struct MissingExample {
-  const char* name;
-  const char* text;
-  const char* column;
-  std::vector<std::string> values;
-  std::vector<double> interval;  // low and high, or nothing
-};
-void PrintTo(const MissingExample& row, std::ostream* os) { *os << row.name; }
-
-class MissingOptionTest : public testing::TestWithParam<MissingExample> {};
-
-TEST_P(MissingOptionTest, IsRead) {
-  const MCBin::MissingRequest definition = ParseMissingOption(GetParam().text);
-  EXPECT_EQ(definition.column, GetParam().column);
-  EXPECT_EQ(definition.values, GetParam().values);
-  std::vector<double> interval;
-  if (definition.interval) interval = {definition.interval->low, definition.interval->high};
-  EXPECT_EQ(interval, GetParam().interval);
+TEST(MissingOption, IsRead) {
+  struct Example {
+    const char* text;
+    const char* column;
+    std::vector<std::string> values;
+    std::vector<double> interval;  // low and high, or nothing
+  };
+  for (const auto& [text, column, values, interval] :
+       {Example{"age=-1,99", "age", {"-1", "99"}, {}},
+        {"age=99:120", "age", {}, {99, 120}},
+        {"age=-1,99:120", "age", {"-1"}, {99, 120}},
+        {"x=:0", "x", {}, {-DBL_MAX, 0}},
+        {"x=1e6:", "x", {}, {1e6, DBL_MAX}},
+        {"t=ab:cd,:", "t", {"ab:cd", ":"}, {}},
+        {"t=\"10:30\",\"a,b\"", "t", {"10:30", "a,b"}, {}},
+        {"x=a=b", "x", {"a=b"}, {}},
+        {"\"a=b\"=1", "a=b", {"1"}, {}}}) {
+    SCOPED_TRACE(text);
+    const MCBin::MissingRequest definition = ParseMissingOption(text);
+    EXPECT_EQ(definition.column, column);
+    EXPECT_EQ(definition.values, values);
+    std::vector<double> read;
+    if (definition.interval) read = {definition.interval->low, definition.interval->high};
+    EXPECT_EQ(read, interval);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Examples, MissingOptionTest,
-    testing::Values(MissingExample{"Values", "age=-1,99", "age", {"-1", "99"}, {}},
-                    MissingExample{"Interval", "age=99:120", "age", {}, {99, 120}},
-                    MissingExample{"Both", "age=-1,99:120", "age", {"-1"}, {99, 120}},
-                    MissingExample{"OpenBelow", "x=:0", "x", {}, {-DBL_MAX, 0}},
-                    MissingExample{"OpenAbove", "x=1e6:", "x", {}, {1e6, DBL_MAX}},
-                    MissingExample{"TimeIsNoInterval", "t=ab:cd,:", "t", {"ab:cd", ":"}, {}},
-                    MissingExample{
-                        "QuotedIsText", "t=\"10:30\",\"a,b\"", "t", {"10:30", "a,b"}, {}},
-                    MissingExample{"EqualsSignInValue", "x=a=b", "x", {"a=b"}, {}},
-                    MissingExample{"QuotedName", "\"a=b\"=1", "a=b", {"1"}, {}}),
-    RowName);
 
 TEST(MissingOption, RefusesWhatMakesNoSense) {
   for (const char* text :

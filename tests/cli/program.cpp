@@ -2,8 +2,6 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <sys/ioctl.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -101,28 +99,4 @@ Program::Outcome Program::Run(const std::string& command, const std::string& inp
 
 Program::Outcome Program::Run(const std::string& command, const Setting& setting) const {
   return Wait(Start(command, STDIN_FILENO, setting));
-}
-
-Program::Outcome Program::RunStalled(const std::string& command, const std::string& input,
-                                     int signalNumber) const {
-  const std::string path = fDirectory.Path() + "/pipe";
-  if (mkfifo(path.c_str(), 0600) != 0) throw std::runtime_error("cannot make a named pipe");
-  const int reader = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  const pid_t process = Start(command, STDIN_FILENO, {input, "pipe"});
-
-  constexpr int kCapacity = 1 << 16;
-  constexpr int kMostSteps = 2000;  // of 10 ms
-  int waiting = 0;
-  int steps = 0;
-  const auto step = [&steps] { return usleep(10'000) == 0 && ++steps < kMostSteps; };
-  while (waiting < kCapacity && ioctl(reader, FIONREAD, &waiting) == 0 && step()) continue;
-  kill(process, signalNumber);
-  siginfo_t ended = {};
-  do {
-    waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOHANG | WNOWAIT);
-  } while (ended.si_pid == 0 && step());
-  kill(process, SIGKILL);
-  const Outcome outcome = Wait(process);
-  close(reader);
-  return outcome;
 }

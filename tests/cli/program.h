@@ -38,10 +38,6 @@ class Program {
   Outcome Run(const std::string& command, const std::string& input = "") const;
   Outcome Run(const std::string& command, const Setting& setting) const;
 
-  // Runs the command; standard input is the file `input`, standard output the named pipe `pipe`,
-  // which nobody reads. Once it is full, the signal is sent; a command that does not end is killed.
-  Outcome RunStalled(const std::string& command, const std::string& input, int signal) const;
-
   // The names of all files in the directory, hidden ones included, in order; without the two
   // ways to the data sets.
   std::vector<std::string> Files() const;

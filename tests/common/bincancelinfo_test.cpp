@@ -6,19 +6,6 @@
 
 namespace {
 
-TEST(BINCancelInfo, AsksUntilTheFirstYes) {
-  CountingCancel query(3);
-  BINCancelInfo info(&query);
-  EXPECT_FALSE(info.IsCancel());
-  EXPECT_FALSE(info.IsCancel());
-  EXPECT_TRUE(info.IsCancel());
-  info.SetCancelPtr(nullptr);
-  EXPECT_TRUE(info.IsCancel()) << "for good";
-  info.SetCancelPtr(&query);
-  EXPECT_TRUE(info.IsCancel());
-  EXPECT_EQ(query.polls, 3);
-}
-
 TEST(BINCancelInfo, KeepsACancelThatComesWhileTheHostSaysNo) {
   CountingCancel query;
   BINCancelInfo info(&query);

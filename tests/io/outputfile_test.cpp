@@ -14,12 +14,9 @@
 #include <iterator>
 #include <ostream>
 #include <string>
-#include <thread>
-#include <vector>
 
 #include "binmodel/model/refusal.h"
 #include "cli/terminal/resultstream.h"
-#include "io/inputstream.h"
 #include "io/interrupt.h"
 #include "support/libraryfaults.h"
 #include "support/rowname.h"
@@ -27,8 +24,6 @@
 
 namespace {
 
-using libraryfaults::Call;
-using libraryfaults::Failing;
 using MCBin::OutputFile;
 namespace fs = std::filesystem;
 
@@ -69,30 +64,11 @@ TEST_F(OutputFileTest, LeavesTheOldFileWhenItsCloseFails) {
   {
     OutputFile file(fPath.string());
     file.Write("new");
-    const Failing closing(Call::kClose, 0, EIO);
+    const FailingClose closing(EIO);
     EXPECT_THROW(file.Commit(), MCBinModel::Refusal);
   }
   EXPECT_EQ(Content(fPath), "old");
   EXPECT_EQ(fPlace.FileCount(), 1u);
-}
-
-TEST_F(OutputFileTest, LeavesTheOldFileWhenASignalComesWhileItIsWritten) {
-  const auto run = [this] {
-    signal(SIGTERM, SIG_DFL);
-    MCBin::Interrupt::Install();
-    std::ofstream(fPath) << "old";
-    bool isCancelled = false;
-    try {
-      OutputFile file(fPath.string());
-      file.Write("new");
-      raise(SIGTERM);
-      file.Commit();
-    } catch (const MCBin::Interrupt::Requested&) {
-      isCancelled = true;
-    }
-    std::exit(isCancelled && Content(fPath) == "old" && fPlace.FileCount() == 1 ? 0 : 1);
-  };
-  EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");
 }
 
 // A look at the flag alone would lose a signal that comes just before a call that waits.
@@ -106,23 +82,6 @@ TEST(InterruptDeathTest, EndsACallThatBeginsToWaitAfterTheSignal) {
     raise(SIGINT);
     const bool hasEnded = read(ends[0], &byte, 1) < 0 && errno == EINTR;
     std::exit(hasEnded ? 130 : 1);
-  };
-  EXPECT_EXIT(run(), testing::ExitedWithCode(130), "");
-}
-
-TEST(InterruptDeathTest, EndsTheWaitForAWriterToANamedPipe) {
-  const TempDir directory;
-  const std::string pipe = directory.Path() + "/pipe";
-  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  const auto run = [&pipe] {
-    signal(SIGINT, SIG_DFL);
-    MCBin::Interrupt::Install();
-    raise(SIGINT);
-    try {
-      const MCBin::InputStream input(pipe, "a file");
-    } catch (const MCBin::Interrupt::Requested&) {
-      std::exit(130);
-    }
   };
   EXPECT_EXIT(run(), testing::ExitedWithCode(130), "");
 }
@@ -184,27 +143,6 @@ const Leftover kLeftovers[] = {
 
 INSTANTIATE_TEST_SUITE_P(Cases, LeftoverTest, testing::ValuesIn(kLeftovers), RowName);
 
-TEST_F(OutputFileTest, OfAnotherUserStays) {
-  if (geteuid() != 0) GTEST_SKIP() << "needs two users";
-  MakeFile(fDirectory / kUnfinished);
-  ASSERT_EQ(chown((fDirectory / kUnfinished).c_str(), 65534, 65534), 0);
-  WriteWhole(fPath, "bins");
-  EXPECT_EQ(fPlace.FileCount(), 2u);
-}
-
-// Each run sees the unfinished files of the others in every stage.
-TEST_F(OutputFileTest, RunsSideBySideTakeNothingFromEachOther) {
-  const auto writeMany = [this] {
-    for (int i = 0; i < 100; ++i) EXPECT_NO_THROW(WriteWhole(fPath, "bins")) << i;
-  };
-  {
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < 4; ++i) threads.emplace_back(writeMany);
-  }
-  EXPECT_EQ(Content(fPath), "bins");
-  EXPECT_EQ(fPlace.FileCount(), 1u);
-}
-
 // Standard output of this process, led elsewhere.
 class ResultStreamTest : public OutputFileTest {
  protected:
@@ -222,7 +160,7 @@ TEST_F(ResultStreamTest, FailsWhenTheCloseOfItsFileFails) {
   LeadTo(open(fPath.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
   MCBin::ResultStream out;
   out.Write("bins");
-  const Failing closing(Call::kClose, 0, EIO);
+  const FailingClose closing(EIO);
   EXPECT_THROW(out.Close(), MCBinModel::Refusal);
 }
 

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <vector>
 
-#include "binmodel/model/refusal.h"
 #include "binmodel/run/recordblocks.h"
 #include "support/tempdir.h"
 
@@ -64,10 +63,6 @@ TEST(ValueFile, HasNoNameThatCouldStayBehind) {
   ValueFile file(directory.Path(), kColumns);
   Write(file, 1);
   EXPECT_TRUE(std::filesystem::is_empty(directory.Path()));
-}
-
-TEST(ValueFile, SaysWhereItCannotBeMade) {
-  EXPECT_THROW(ValueFile("/nowhere", kColumns), MCBinModel::Refusal);
 }
 
 }  // namespace

@@ -2,12 +2,11 @@
 
 #include <gtest/gtest.h>
 #include <time.h>
-#include <unistd.h>
 
 #include <cmath>
 #include <filesystem>
-#include <iterator>
 #include <optional>
+#include <utility>
 
 #include "common/bincancelinfo.h"
 #include "common/missing.h"
@@ -15,7 +14,6 @@
 #include "support/agreement.h"
 #include "support/doublefile.h"
 #include "support/hostdoubles.h"
-#include "support/rowname.h"
 #include "support/tempdir.h"
 
 namespace {
@@ -64,9 +62,8 @@ class BINDataPreparatorTest : public testing::Test {
   BINDataPreparatorTest() { Make(directory.Path()); }
   ~BINDataPreparatorTest() override { stoppedClock.reset(); }
 
-  void Make(const std::string& tempDirName, ProgressListener* listener = nullptr,
-            int interval = 0) {
-    preparator.emplace(list, cancel, tempDirName, listener, interval);
+  void Make(const std::string& tempDirName) {
+    preparator.emplace(list, cancel, tempDirName, nullptr, 0);
   }
 
   std::string Process(const Rows& rows) {
@@ -74,13 +71,9 @@ class BINDataPreparatorTest : public testing::Test {
     return Text(preparator->ProcessSource(records));
   }
 
-  std::vector<bool> UsableFiles() {
-    std::vector<bool> usable;
-    for (int file = 0; file < 4; ++file) {
-      bool valid = false;
-      EXPECT_TRUE(preparator->IsValidTarget(file, valid).IsOK());
-      usable.push_back(valid);
-    }
+  bool IsUsable(int file) {
+    bool usable = false;
+    EXPECT_TRUE(preparator->IsValidTarget(file, usable).IsOK());
     return usable;
   }
 
@@ -109,29 +102,6 @@ struct RecordExample {
   std::string status = "0/0[0 0 0]";
 };
 
-void PrintTo(const RecordExample& example, std::ostream* os) { *os << example.name; }
-
-class PreparedRecord : public BINDataPreparatorTest,
-                       public testing::WithParamInterface<RecordExample> {};
-
-TEST_P(PreparedRecord, HoldsTheseValuesByFile) {
-  MCCommon::Record in(4);
-  MCCommon::Record out(6);
-  for (std::size_t i = 0; i < in.Size(); ++i) in[i] = GetParam().in[i];
-  for (std::size_t i = 0; i < out.Size(); ++i) out[i] = 77;
-  EXPECT_EQ(Text(preparator->ProcessRecord(in, out)), GetParam().status);
-  Doubles prepared;
-  for (std::size_t i = 0; i < out.Size(); ++i) prepared.push_back(std::as_const(out)[i]);
-  Doubles expected = GetParam().out;
-  expected.resize(out.Size());  // zeros beyond the files
-  EXPECT_EQ(Text(prepared), Text(expected));
-  std::vector<bool> usable(4, true);
-  if (GetParam().stoppedFile != kNone) {
-    usable[static_cast<std::size_t>(GetParam().stoppedFile)] = false;
-  }
-  EXPECT_EQ(UsableFiles(), usable);
-}
-
 const std::string kBadTarget = "120012/1[1 0 0]";
 const std::string kBadColor = "120012/1[3 0 0]";
 
@@ -156,7 +126,23 @@ const RecordExample kRecords[] = {
     {"ColorInfinite", {30, 1, -HUGE_VAL, 1}, {1, 1, 30, 0}, kColorFile, kBadColor},
 };
 
-INSTANTIATE_TEST_SUITE_P(Records, PreparedRecord, testing::ValuesIn(kRecords), RowName);
+TEST_F(BINDataPreparatorTest, PreparesARecordByFile) {
+  for (const auto& [name, values, prepared, stoppedFile, status] : kRecords) {
+    SCOPED_TRACE(name);
+    Make(directory.Path());
+    MCCommon::Record in(4);
+    MCCommon::Record out(6);
+    for (std::size_t i = 0; i < in.Size(); ++i) in[i] = values[i];
+    for (std::size_t i = 0; i < out.Size(); ++i) out[i] = 77;
+    EXPECT_EQ(Text(preparator->ProcessRecord(in, out)), status);
+    for (std::size_t i = 0; i < out.Size(); ++i) {  // zeros beyond the files
+      EXPECT_EQ(Text(Doubles{std::as_const(out)[i]}),
+                Text(Doubles{i < prepared.size() ? prepared[i] : 0.0}))
+          << i;
+    }
+    for (int file = 0; file < 4; ++file) EXPECT_EQ(IsUsable(file), file != stoppedFile) << file;
+  }
+}
 
 TEST_F(BINDataPreparatorTest, WritesAFilePerVariableUpToItsFirstBadCode) {
   EXPECT_EQ(Process({{1, 0, 1, 2}, {2, 1, 256, 0.2}, {3, 1, 300, 1}, {}, {4, 0, 0, 1.5}}),
@@ -167,45 +153,8 @@ TEST_F(BINDataPreparatorTest, WritesAFilePerVariableUpToItsFirstBadCode) {
     EXPECT_EQ(ReadDoubles(preparator->GetFileNames()[file]), files[file]) << file;
   }
   EXPECT_EQ(preparator->GetNumOfCategories(), (std::vector<int>{1, 0, 0, 1}));
-  EXPECT_EQ(UsableFiles(), (std::vector<bool>{true, true, true, false}));
+  EXPECT_TRUE(IsUsable(kAgeFile) && !IsUsable(kColorFile));
   EXPECT_TRUE(preparator->HasStopped(kColorFile));
-}
-
-TEST_F(BINDataPreparatorTest, AppendsWhatWasCachedOnce) {
-  Rows rows;
-  for (int i = 0; i < 20500; ++i) rows.push_back({i * 1.0, 1, i == 7000 ? 256.0 : 0.0, 2});
-  EXPECT_EQ(Process(rows), "0/0[0 0 0]");
-  EXPECT_TRUE(preparator->TransferData().IsOK()) << "of nothing";
-  const std::size_t sizes[] = {20500, 20500, 20500, 7000};
-  for (std::size_t file = 0; file < std::size(sizes); ++file) {
-    EXPECT_EQ(ReadDoubles(preparator->GetFileNames()[file]).size(), sizes[file]) << file;
-  }
-}
-
-TEST_F(BINDataPreparatorTest, ReportsRecordsReadAndCountsDownForAll) {
-  const Rows rows{{1, 0, 0, 1}, {}, {2, 0, 0, 0.1}, {3, 0, 0, 1}};  // null, then dropped
-  for (const auto& [interval, indices] :
-       {std::pair(1, std::vector<int>{1, 1, 2, 3}), std::pair(2, std::vector<int>{1, 3}),
-        std::pair(-1, std::vector<int>{})}) {
-    RecordingListener listener;
-    Make(directory.Path(), &listener, interval);
-    Process(rows);
-    EXPECT_EQ(listener.indices, indices) << interval;
-  }
-}
-
-TEST_F(BINDataPreparatorTest, NamesFilesByTheClockInHexadecimal) {
-  stoppedClock = 0xabf;
-  for (const Strings& row : {Strings{"dir", "dir/abf", "dir/ac2"},
-                             {"dir/", "dir/abf", "dir/ac2"},
-                             {"dir\\", "dir\\abf", "dir\\ac2"},
-                             {"", "abf", "ac2"}}) {
-    Make(row[0]);
-    ASSERT_TRUE(preparator->SetUpTempFiles().IsOK());
-    EXPECT_EQ(preparator->GetFileNames().front(), row[1]);
-    EXPECT_EQ(preparator->GetFileNames().back(), row[2]);
-    EXPECT_FALSE(fs::exists(row[1])) << "made only when written to";
-  }
 }
 
 TEST_F(BINDataPreparatorTest, PassesOverTakenNamesUnlessCancelled) {
@@ -246,21 +195,6 @@ TEST_F(BINDataPreparatorTest, RefusesADirectoryNameThatHoldsANul) {
     EXPECT_EQ(Process({{1, 0, 0, 1}}), "120021/-1[0 0 0]");
     EXPECT_EQ(directory.FileCount(), 0u);
   }
-}
-
-TEST_F(BINDataPreparatorTest, EndsWhenItMayNotUseTheDirectory) {
-  // Permissions do not bind a privileged user.
-  const uid_t user = geteuid();
-  if (user == 0 && seteuid(65534) != 0) GTEST_SKIP() << "cannot drop privileges";
-  if (user != 0) fs::permissions(directory.Path(), fs::perms::none);
-  CountingCancel query(1000);  // ends a search that goes on for ever
-  cancel.SetCancelPtr(&query);
-  EXPECT_TRUE(preparator->SetUpTempFiles().IsOK());
-  EXPECT_EQ(Text(preparator->TransferData()), "120021/-1[0 0 0]");
-  if (user == 0) {
-    ASSERT_EQ(seteuid(user), 0);
-  }
-  fs::permissions(directory.Path(), fs::perms::owner_all);
 }
 
 }  // namespace

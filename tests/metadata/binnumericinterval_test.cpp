@@ -31,12 +31,4 @@ TEST(BINNumericInterval, ContainsAndShowsItsValues) {
   }
 }
 
-TEST(BINNumericInterval, SettingAnEndTellsWhetherAnythingIsLeft) {
-  BINNumericInterval interval(1.0, 2.0);
-  EXPECT_TRUE(interval.SetLeftEnd(2.0));
-  EXPECT_FALSE(interval.SetRightEnd(1.5));
-  EXPECT_EQ(interval, BINNumericInterval(2.0, 1.5));
-  EXPECT_FALSE(interval == BINNumericInterval(2.0, 2.0));
-}
-
 }  // namespace

@@ -30,14 +30,4 @@ TEST(BINStringInterval, ContainsAndShowsItsValues) {
   }
 }
 
-TEST(BINStringInterval, TakesEndsAsTheyComeAndTellsWhenItIsEmpty) {
-  BINStringInterval interval;
-  EXPECT_EQ(DisplayText(interval), "BINStringInterval: [ ., . ]\n");
-  EXPECT_TRUE(interval.SetRightEnd("m", false));
-  EXPECT_FALSE(interval.SetLeftEnd("m", true)) << "stored all the same";
-  EXPECT_EQ(DisplayText(interval), "BINStringInterval: [ m, m )\n");
-  EXPECT_TRUE(interval.SetRightEnd("m", true));
-  EXPECT_EQ(interval, BINStringInterval("m", true, "m", true));
-}
-
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <memory>
 #include <string>
@@ -101,6 +102,18 @@ TYPED_TEST(CategoryEncoders, LabelsFillUpToTheCategories) {
   this->encoder.SetValueLabels({"first"});
   this->encoder.SetValueLabel(99, "lengthens the list all the same");
   EXPECT_EQ(*this->encoder.GetValueLabels(), (Labels{"first", "", ""}));
+}
+
+TEST(BINCatNumEncoder, GivesNoCodeToMissingValuesAndOneToBothZeros) {
+  const double nan = std::nan("");
+  BINCatNumEncoder encoder({nan, -0.0, MCMV::Missing(), 0.0, -nan, 3});
+  for (const double missing : {MCMV::Missing(), nan, -nan}) {
+    EXPECT_EQ(encoder.Encode(missing), -1.0) << missing;
+    EXPECT_EQ(encoder.EncodeConst(missing), -1.0) << missing;
+  }
+  EXPECT_EQ(encoder.GetNumberOfCategories(), 2);
+  EXPECT_EQ(encoder.Encode(3), 1.0) << "no code went to a missing value";
+  EXPECT_TRUE(std::signbit(encoder.Decode(0))) << "the one seen first";
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <limits>
+#include <memory>
 #include <vector>
 
 #include "common/mcquerycancel.h"
@@ -56,9 +57,9 @@ class RowIterator : public MCCommon::RecordIterator {
     if (onNext) onNext();
     const std::vector<double>& row = fRows[fNext++];
     if (row.empty()) return nullptr;
-    fRecord = MCCommon::Record(row.size());
-    for (std::size_t i = 0; i < row.size(); ++i) fRecord[i] = row[i];
-    return &fRecord;
+    fRecord = std::make_unique<MCCommon::Record>(row.size());
+    for (std::size_t i = 0; i < row.size(); ++i) (*fRecord)[i] = row[i];
+    return fRecord.get();
   }
 
   int calls = 0;  // of HasMore
@@ -67,5 +68,5 @@ class RowIterator : public MCCommon::RecordIterator {
  private:
   std::vector<std::vector<double>> fRows;
   std::size_t fNext = 0;
-  MCCommon::Record fRecord{0};
+  std::unique_ptr<MCCommon::Record> fRecord;
 };

@@ -1,20 +1,11 @@
 #pragma once
 
-// Calls of the C library that fail when told to, in a program that links libraryfaults.cpp.
-namespace libraryfaults {
-
-enum class Call { kClose, kFdopen, kFread, kOpen };
-
-// While the object lives, the call fails once, with `error` in errno, after `count` that succeed.
-class Failing {
+// In a program that links libraryfaults.cpp, the next close() fails while the object lives, once,
+// with `error` in errno. The descriptor is closed all the same.
+class FailingClose {
  public:
-  Failing(Call call, int count, int error);
-  ~Failing();
-  Failing(const Failing&) = delete;
-  Failing& operator=(const Failing&) = delete;
-
-  // Whether it has failed.
-  bool HasFailed() const;
+  explicit FailingClose(int error);
+  ~FailingClose();
+  FailingClose(const FailingClose&) = delete;
+  FailingClose& operator=(const FailingClose&) = delete;
 };
-
-}  // namespace libraryfaults

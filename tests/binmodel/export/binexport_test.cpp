@@ -146,15 +146,6 @@ TEST(Export, WritesNoControlCharacterOfAName) {
             std::string::npos);
 }
 
-TEST(Export, LeavesOutWhatHasNoBinsForAnError) {
-  BinModel model = SampleBins({"n", "y"}, {{"a", {{1, 2}, {2, 1}}}, {"b", {}}});
-  model.results[1].status = MCBinning::MCStatus(120021, false);
-  const std::string module = ExportPython(model, kBoth, {});
-  EXPECT_NE(module.find("\"a_bin\""), std::string::npos);
-  EXPECT_EQ(module.find("\"b"), std::string::npos);
-  EXPECT_THROW(ExportPython(model, {1}, {}), MCBinModel::Refusal);
-}
-
 TEST(Export, TellsOfWhatPmmlCannotSay) {
   std::vector<std::string> notes;
   BinModel model = OddBins();

@@ -5,12 +5,10 @@
 #include <cmath>
 #include <limits>
 #include <optional>
-#include <ostream>
 #include <vector>
 
 #include "binmodel/model/binlookup.h"
 #include "binmodel/model/refusal.h"
-#include "support/rowname.h"
 
 namespace {
 
@@ -29,59 +27,47 @@ AttributeBins BinsOf(const std::vector<std::vector<double>>& classWeights) {
   return bins;
 }
 
-struct EvidenceExample {
-  const char* name;
-  std::vector<std::vector<double>> classWeights;
-  std::vector<std::optional<double>> evidence;
-  std::optional<double> informationValue;
-};
-void PrintTo(const EvidenceExample& row, std::ostream* os) { *os << row.name; }
-
-class EvidenceTest : public testing::TestWithParam<EvidenceExample> {};
-
 void ExpectNear(const std::optional<double>& actual, const std::optional<double>& expected) {
   ASSERT_EQ(actual.has_value(), expected.has_value());
   if (!expected || *actual == *expected) return;
   EXPECT_NEAR(*actual, *expected, 1e-12);
 }
 
-TEST_P(EvidenceTest, FollowsTheFormula) {
-  const AttributeBins bins = BinsOf(GetParam().classWeights);
-  const auto evidence = MCBinModel::WeightsOfEvidence(bins, kEvent);
-  ASSERT_EQ(evidence.size(), GetParam().evidence.size());
-  for (std::size_t bin = 0; bin < evidence.size(); ++bin) {
-    SCOPED_TRACE(bin);
-    ExpectNear(evidence[bin], GetParam().evidence[bin]);
-  }
-  ExpectNear(MCBinModel::InformationValue(bins, kEvent), GetParam().informationValue);
-}
-
 const double kLn3 = std::log(3.0);
 
-INSTANTIATE_TEST_SUITE_P(
-    Examples, EvidenceTest,
-    testing::Values(
-        // Shares of the events 1/4 and 3/4, of the others 3/4 and 1/4.
-        EvidenceExample{"PositiveWhereEventsAre", {{30, 1}, {10, 3}}, {-kLn3, kLn3}, kLn3},
-        EvidenceExample{"NothingKnown", {{2, 1}, {4, 2}}, {0.0, 0.0}, 0.0},
-        EvidenceExample{
-            "EmptyCells", {{5, 0}, {0, 2}, {5, 2}}, {-kInfinity, kInfinity, 0.0}, kInfinity},
-        EvidenceExample{"EmptyBin", {{30, 1}, {0, 0}, {10, 3}}, {-kLn3, std::nullopt, kLn3}, kLn3},
-        EvidenceExample{"OneClass", {{3, 0}, {2, 0}}, {std::nullopt, std::nullopt}, std::nullopt}),
-    RowName);
+TEST(BinStatistics, WeightsOfEvidenceFollowTheFormula) {
+  struct Example {
+    std::vector<std::vector<double>> classWeights;
+    std::vector<std::optional<double>> evidence;
+    std::optional<double> informationValue;
+  };
+  const Example examples[] = {// Shares of the events 1/4 and 3/4, of the others 3/4 and 1/4.
+                              {{{30, 1}, {10, 3}}, {-kLn3, kLn3}, kLn3},
+                              {{{2, 1}, {4, 2}}, {0.0, 0.0}, 0.0},
+                              {{{5, 0}, {0, 2}, {5, 2}}, {-kInfinity, kInfinity, 0.0}, kInfinity},
+                              {{{30, 1}, {0, 0}, {10, 3}}, {-kLn3, std::nullopt, kLn3}, kLn3},
+                              {{{3, 0}, {2, 0}}, {std::nullopt, std::nullopt}, std::nullopt}};
+  for (const auto& [classWeights, expected, informationValue] : examples) {
+    SCOPED_TRACE(testing::PrintToString(classWeights));
+    const AttributeBins bins = BinsOf(classWeights);
+    const auto evidence = MCBinModel::WeightsOfEvidence(bins, kEvent);
+    ASSERT_EQ(evidence.size(), expected.size());
+    for (std::size_t bin = 0; bin < evidence.size(); ++bin)
+      ExpectNear(evidence[bin], expected[bin]);
+    ExpectNear(MCBinModel::InformationValue(bins, kEvent), informationValue);
+  }
+}
 
 TEST(BinStatistics, TheEventDoesNotDependOnTheOrderOfTheCategories) {
-  EXPECT_EQ(
-      MCBinModel::EventCategory({"y", VariableKind::kStringCategorical, {}, {}, {"no", "yes"}}),
-      1u);
-  EXPECT_EQ(
-      MCBinModel::EventCategory({"y", VariableKind::kStringCategorical, {}, {}, {"yes", "no"}}),
-      0u);
-  EXPECT_EQ(MCBinModel::EventCategory({"y", VariableKind::kNumericCategorical, {}, {10, 9}, {}}),
-            0u);
-  EXPECT_THROW(
-      MCBinModel::EventCategory({"y", VariableKind::kNumericCategorical, {}, {1, 2, 3}, {}}),
-      MCBinModel::Refusal);
+  const auto eventOf = [](std::vector<double> numbers, std::vector<std::string> texts) {
+    const auto kind =
+        texts.empty() ? VariableKind::kNumericCategorical : VariableKind::kStringCategorical;
+    return MCBinModel::EventCategory({"y", kind, {}, std::move(numbers), std::move(texts)});
+  };
+  EXPECT_EQ(eventOf({}, {"no", "yes"}), 1u);
+  EXPECT_EQ(eventOf({}, {"yes", "no"}), 0u);
+  EXPECT_EQ(eventOf({10, 9}, {}), 0u);
+  EXPECT_THROW(eventOf({1, 2, 3}, {}), MCBinModel::Refusal);
 }
 
 TEST(BinStatistics, StabilityIndexComparesShares) {

@@ -78,24 +78,4 @@ TEST(SelectResults, RefusesWhatLeavesNoChoice) {
   }
 }
 
-// A missing value is no error: only results with the severity "error" are left out.
-TEST(FailedResults, AreThoseThatAnErrorLeftWithoutBins) {
-  BinModel model = ModelOf({"y"});
-  for (AttributeBins& bins : model.results) {
-    bins.binWeights.clear();
-    bins.status = MCBinning::MCStatus(120015, true);
-  }
-  std::vector<std::string> notes;
-  EXPECT_EQ(LeaveOutFailedResults(model, {0, 1}, notes), (Indexes{0, 1}));
-  EXPECT_TRUE(notes.empty());
-  model.results[1].status = MCBinning::MCStatus(120021, false);
-  EXPECT_EQ(LeaveOutFailedResults(model, {0, 1}, notes), Indexes{0});
-  ASSERT_EQ(notes.size(), 1u);
-  EXPECT_EQ(notes[0].substr(0, 50), "without bins because of an error: 'b' (a temporary");
-
-  const Refusal refusal = RefusalOf([&] { LeaveOutFailedResults(model, {1}, notes, "f.json"); });
-  EXPECT_EQ(refusal.GetCode(), RefusalCode::kNoBins);
-  EXPECT_EQ(refusal.GetDetail().substr(0, 16), "a temporary file");
-}
-
 }  // namespace

@@ -55,13 +55,6 @@ TEST(HtmlReport, MakesAnEmptyCellInfiniteUnlessAdjusted) {
   EXPECT_EQ(Count(adjusted, "<td>2.5337</td>"), 1u);  // ln((4.5 / 7.5) / (0.5 / 10.5))
 }
 
-TEST(HtmlReport, GivesTheLargestClassesAColour) {
-  const std::string page = MakeHtmlReport(SampleBins({"a", "b", "c", "d", "e", "f", "g", "h", "i"},
-                                                     {{"x", {{1, 2, 3, 4, 5, 6, 7, 8, 9}}}}));
-  EXPECT_EQ(Count(page, "<li><i class=\"k0\"></i>i</li><li><i class=\"k1\"></i>h</li>"), 1u);
-  EXPECT_EQ(Count(page, "<i class=\"k6\"></i>c</li><li><i class=\"k7\"></i>2 others</li>"), 1u);
-}
-
 TEST(HtmlReport, ShowsWhatWouldNotBeSeen) {
   const BinModel model =
       SampleBins({"a\u202Eb", "\u200B"}, {{"n\u2066\x1B\u2028", {{3, 1}, {1, 3}}}});

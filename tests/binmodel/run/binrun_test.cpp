@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <functional>
 #include <limits>
 #include <numeric>
@@ -20,6 +19,7 @@
 #include "binmodel/model/refusal.h"
 #include "binmodel/run/memorycolumns.h"
 #include "support/rowname.h"
+#include "support/scenario.h"
 #include "support/tempdir.h"
 
 namespace {
@@ -34,11 +34,6 @@ using MCBinModel::RunVariables;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-std::mt19937 SeededRandom() {
-  const char* const given = std::getenv("MCBINNING_TEST_SEED");
-  return std::mt19937(given != nullptr ? static_cast<unsigned>(std::stoul(given)) : 20240611u);
-}
 
 // Columns in memory and the run over them.
 class Data {
@@ -134,13 +129,18 @@ TEST(BinRun, TheNumberOfJobsMakesNoDifference) {
 }
 
 TEST(BinRun, CountsWhatItReadsAndDrops) {
-  const BinModel model = MakeManyRecords().MakeBins();
+  const Data data = MakeManyRecords();
+  const BinModel model = data.MakeBins();
   EXPECT_EQ(model.source.recordCount, 10000u);
   EXPECT_EQ(model.source.dropped.missing, 770u);
   EXPECT_EQ(model.source.dropped.zero, 1846u);
   ASSERT_EQ(model.results.size(), 10u);
   EXPECT_EQ(model.results[7].attribute, 2u);
   EXPECT_EQ(model.results[7].target, 1u);
+  const auto again = data.CountAgain(model);
+  for (std::size_t i = 0; i < again.size(); ++i) {
+    EXPECT_TRUE(MCBinModel::HasSameCounts(model.results[i], again[i].counts)) << i;
+  }
 }
 
 // In passes over a record: one for every share of the attributes, one for every result.
@@ -209,75 +209,21 @@ TEST(BinRun, ThrowsWhatTheHostsObjectsThrow) {
   RunControl cancel{.tempDir = directory.Path(), .jobs = 2};
   int asked = 0;
   cancel.cancel = [&] { return ++asked > 4 ? (fail(), true) : false; };
+  EXPECT_THROW(data.MakeBins({}, progress), std::logic_error);
+  EXPECT_THROW(data.MakeBins({}, cancel), std::logic_error);
   RunVariables variables;
   variables.attributes.emplace_back().name = "a";
   variables.attributeColumns = {0};
-  const std::function<void()> runs[] = {
-      [&] { data.MakeBins({}, progress); }, [&] { data.MakeBins({}, cancel); },
-      [&] {
-        MCBinModel::MakeBins({.algorithm = MCBinModel::Algorithm::kEqualFrequency}, variables,
-                             FailingColumns(), {.tempDir = directory.Path()});
-      }};
-  for (const std::function<void()>& run : runs) {
-    try {
-      run();
-      ADD_FAILURE() << "nothing thrown";
-    } catch (const std::logic_error& error) {
-      EXPECT_STREQ(error.what(), "the host's own");
-    }
-  }
+  EXPECT_THROW(MCBinModel::MakeBins({.algorithm = MCBinModel::Algorithm::kEqualFrequency},
+                                    variables, FailingColumns(), {.tempDir = directory.Path()}),
+               std::logic_error);
   EXPECT_EQ(directory.FileCount(), 0u);
 }
-
-struct LostCut {
-  const char* name;
-  bool rightClosed;
-  double neighbours[2];  // the midpoint rounds onto the one at the end, and its cut is dropped
-  double other;
-};
-void PrintTo(const LostCut& row, std::ostream* os) { *os << row.name; }
-
-class LostCutTest : public testing::TestWithParam<LostCut> {};
-
-TEST_P(LostCutTest, LeavesNoCaseOutOfTheBins) {
-  const LostCut& row = GetParam();
-  std::vector<double> values;
-  for (int i = 0; i < 30; ++i) {
-    values.insert(values.end(), {row.other, row.neighbours[0], row.neighbours[1]});
-  }
-  for (const bool isSupervised : {false, true}) {
-    Data data(values.size());
-    data.AddAttribute("unaffected", std::vector<double>(values.size(), 1.0));
-    data.AddAttribute("v", values);
-    if (isSupervised) {
-      std::vector<double> classes(values.size());
-      for (std::size_t i = 0; i < values.size(); ++i) classes[i] = values[i] == row.other ? 1 : 0;
-      data.AddTarget("t", 2, classes);
-    }
-    std::vector<std::size_t> countedAnew;
-    const BinModel model =
-        data.MakeBins({.rightClosed = row.rightClosed, .prebinAbove = 2, .prebins = 3, .bins = 3},
-                      {}, &countedAnew);
-    const MCBinModel::AttributeBins& bins = model.results[1];
-    EXPECT_TRUE(MCBinModel::HasSameCounts(bins, data.CountAgain(model)[1].counts));
-    EXPECT_EQ(std::accumulate(bins.binWeights.begin(), bins.binWeights.end(), 0.0), 90.0);
-    if (!isSupervised) {
-      EXPECT_EQ(countedAnew, std::vector<std::size_t>{1});
-    }
-  }
-}
-
-const LostCut kLostCuts[] = {
-    {"UpperEnd", true, {0.3, 0.1 + 0.2}, 0.1},
-    {"LowerEnd", false, {1.0, std::nextafter(1.0, 2.0)}, 3.0},
-};
-
-INSTANTIATE_TEST_SUITE_P(Ends, LostCutTest, testing::ValuesIn(kLostCuts), RowName);
 
 // Neighbouring doubles of equal weight beside a third value: a percentile between them is their
 // midpoint.
 TEST(BinRun, PutsEveryCaseIntoOneBin) {
-  std::mt19937 random = SeededRandom();
+  std::mt19937_64 random(TestSeed());
   const auto below = [&](unsigned bound) { return static_cast<unsigned>(random() % bound); };
   int countedAnewRuns = 0;
   for (int round = 0; round < 300 && !HasFailure(); ++round) {
@@ -320,10 +266,12 @@ TEST(BinRun, PutsEveryCaseIntoOneBin) {
 
 struct Refused {
   const char* name;
-  std::function<void(Data&)> add;
+  std::vector<double> values;
+  std::vector<double> weights;  // none: no weight variable
   RefusalCode code;
   const char* what;  // a part of it
   RunControl control = {};
+  int classes = 0;  // of a target whose records are all of the first; 0: without
 };
 void PrintTo(const Refused& row, std::ostream* os) { *os << row.name; }
 
@@ -331,80 +279,75 @@ class RefusedRunTest : public testing::TestWithParam<Refused> {};
 
 TEST_P(RefusedRunTest, SaysWhy) {
   Data data(4);
-  GetParam().add(data);
+  const Refused& row = GetParam();
+  if (!row.values.empty()) data.AddAttribute("a", row.values);
+  if (!row.weights.empty()) data.SetWeight(row.weights);
+  if (row.classes > 0) data.AddTarget("t", row.classes, {0, 0, 0, 0});
   try {
-    data.MakeBins({.bins = 2}, GetParam().control);
+    data.MakeBins({.bins = 2}, row.control);
     ADD_FAILURE() << "not refused";
   } catch (const Refusal& refusal) {
-    EXPECT_EQ(refusal.GetCode(), GetParam().code);
-    EXPECT_NE(std::string(refusal.what()).find(GetParam().what), std::string::npos)
-        << refusal.what();
+    EXPECT_EQ(refusal.GetCode(), row.code);
+    EXPECT_NE(std::string(refusal.what()).find(row.what), std::string::npos) << refusal.what();
   }
 }
 
-const auto kAdd = [](Data& data) { data.AddAttribute("a", {1, 2, 3, 4}); };
+const std::vector<double> kGood = {1, 2, 3, 4};
+
 const Refused kRefused[] = {
-    {"NoAttribute", [](Data&) {}, RefusalCode::kInput, "no attribute"},
-    {"NoName",
-     [](Data& data) {
-       data.AddAttribute("", {1, 2, 3, 4});
-     },
-     RefusalCode::kInput, "without a name"},
-    {"NameTwice", [](Data& data) { kAdd(data), kAdd(data); }, RefusalCode::kInput, "two variables"},
-    {"NameOfTheWeight",
-     [](Data& data) {
-       data.AddAttribute("w", {1, 2, 3, 4}), data.SetWeight({1, 2, 3, 4});
-     },
-     RefusalCode::kInput, "two variables"},
-    {"OneClass",
-     [](Data& data) {
-       kAdd(data), data.AddTarget("t", 1, {0, 0, 0, 0});
-     },
-     RefusalCode::kInput, "at least two categories"},
+    {"NoAttribute", {}, {}, RefusalCode::kInput, "no attribute"},
+    {"OneClass", kGood, {}, RefusalCode::kInput, "at least two categories", {}, 1},
     {"Infinity",
-     [](Data& data) {
-       data.AddAttribute("a", {1, kNaN, -kInfinity, 4});
-     },
-     RefusalCode::kInfiniteNumber, "record 3: the number -inf in column 'a' is infinite"},
+     {1, kNaN, -kInfinity, 4},
+     {},
+     RefusalCode::kInfiniteNumber,
+     "record 3: the number -inf in column 'a' is infinite"},
     {"NegativeWeight",
-     [](Data& data) {
-       kAdd(data), data.SetWeight({1, 2, -3, 4});
-     },
-     RefusalCode::kBadWeight, "the weight -3 in column 'w' is negative"},
-    {"InfiniteWeight",
-     [](Data& data) {
-       kAdd(data), data.SetWeight({1, kInfinity, 1, 1});
-     },
-     RefusalCode::kBadWeight, "infinite"},
+     kGood,
+     {1, 2, -3, 4},
+     RefusalCode::kBadWeight,
+     "the weight -3 in column 'w' is negative"},
+    {"InfiniteWeight", kGood, {1, kInfinity, 1, 1}, RefusalCode::kBadWeight, "infinite"},
     {"NoWeight",
-     [](Data& data) {
-       kAdd(data), data.SetWeight({0, kNaN, 0.2, 0});
-     },
-     RefusalCode::kNoRecords, "1 missing, 2 zero, 1 rounded to zero"},
+     kGood,
+     {0, kNaN, 0.2, 0},
+     RefusalCode::kNoRecords,
+     "1 missing, 2 zero, 1 rounded to zero"},
     {"HugeWeights",
-     [](Data& data) {
-       kAdd(data), data.SetWeight({6e305, 6e305, 6e305, 6e305});
-     },
-     RefusalCode::kInput, "a hundredth of the largest double"},
+     kGood,
+     {6e305, 6e305, 6e305, 6e305},
+     RefusalCode::kInput,
+     "a hundredth of the largest double"},
     {"SumOfWeights",
-     [](Data& data) {
-       kAdd(data), data.SetWeight({1e308, 1e308, 1, 1});
-     },
-     RefusalCode::kInput, "more than the largest double"},
+     kGood,
+     {1e308, 1e308, 1, 1},
+     RefusalCode::kInput,
+     "more than the largest double"},
     {"HugeValues",
-     [](Data& data) {
-       data.AddAttribute("a", {1.5e308, 1.6e308, 1.5e308, 1.6e308});
-     },
-     RefusalCode::kInput, "a cut point is beyond the largest double"},
+     {1.5e308, 1.6e308, 1.5e308, 1.6e308},
+     {},
+     RefusalCode::kInput,
+     "a cut point is beyond the largest double"},
     // Answered as if no record had a value.
     {"NoDirectory",
-     kAdd,
+     kGood,
+     {},
      RefusalCode::kTemporaryFile,
      "a temporary file could not be written",
      {.tempDir = "/nowhere"}},
 };
 
 INSTANTIATE_TEST_SUITE_P(Runs, RefusedRunTest, testing::ValuesIn(kRefused), RowName);
+
+TEST(BinRun, RefusesVariablesThatNoNameTellsApart) {
+  for (const std::vector<std::string>& names :
+       {std::vector<std::string>{""}, {"a", "a"}, {"w"}}) {  // the weight's
+    Data data(4);
+    for (const std::string& name : names) data.AddAttribute(name, kGood);
+    data.SetWeight(kGood);
+    EXPECT_THROW(data.MakeBins({.bins = 2}), Refusal) << testing::PrintToString(names);
+  }
+}
 
 TEST(BinRun, AColumnWithoutValuesIsNoFailure) {
   Data data(3);

@@ -63,17 +63,6 @@ TEST(MemoryColumns, FindsValuesWhereverTheyLie) {
   EXPECT_THROW(columns.Read(0, 3, &value), std::out_of_range);
 }
 
-TEST(MemoryColumns, HandsOutEveryBlock) {
-  const std::size_t perBlock = MemoryColumns(0).GetRecordsPerBlock();
-  for (const std::size_t count : {perBlock - 1, perBlock, 2 * perBlock + 1}) {
-    std::vector<std::int32_t> values(count);
-    for (std::size_t i = 0; i < count; ++i) values[i] = static_cast<std::int32_t>(i);
-    MemoryColumns columns(count);
-    columns.Add(ColumnView<std::int32_t>{values.data()});
-    EXPECT_EQ(Read(columns, 0), Values(values.begin(), values.end()));
-  }
-}
-
 TEST(MemoryColumns, CodesCategoriesAsTheyCome) {
   const std::vector<std::string_view> texts = {"b", "", "a", "?", "b", "x"};
   const std::vector<double> numbers = {7, std::numeric_limits<double>::quiet_NaN(), -0.0, 99, 0, 7};

@@ -80,7 +80,7 @@ TEST_F(TempFileTest, LeavesATakenNameAlone) {
 
 TEST_F(TempFileTest, HoldsNoValuesThatItsCloseMayHaveLost) {
   {
-    const libraryfaults::Failing failing(libraryfaults::Call::kClose, 0, ENOSPC);
+    const FailingClose failing(ENOSPC);
     EXPECT_EQ(Append({1}), Result::kFailed);
   }
   EXPECT_FALSE(IsWhole(1));
