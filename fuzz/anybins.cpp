@@ -21,6 +21,7 @@
 #include "binmodel/model/refusal.h"
 #include "binmodel/model/resultselection.h"
 #include "binmodel/report/binreport.h"
+#include "binmodel/text/utf8.h"
 #include "csv/binwriter.h"
 #include "csv/columnnames.h"
 #include "csv/csvreader.h"
@@ -51,11 +52,25 @@ auto UnlessRefused(const Make& make) -> std::optional<decltype(make())> {
   }
 }
 
+// Nothing that a reader would not see, or a terminal take for an order.
+void RequireVisible(std::string_view text, const std::string& what) {
+  const auto isPlain = [](char c) { return (c >= ' ' && c <= '~') || c == '\n'; };
+  for (;;) {
+    const auto odd = std::find_if_not(text.begin(), text.end(), isPlain);
+    text.remove_prefix(static_cast<std::size_t>(odd - text.begin()));
+    if (text.empty()) return;
+    const MCBinModel::CodePoint c = MCBinModel::TakeCodePoint(text);
+    const bool isVisible = !MCBinModel::IsControl(c.value) && !MCBinModel::IsHidden(c.value);
+    Require(c.isUtf8 && isVisible, what + " shows all that it says");
+  }
+}
+
 void RequireXml(const std::string& text, const std::string& what) {
   const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(
       XML_ParserCreate(nullptr), XML_ParserFree);
   const auto outcome = XML_Parse(parser.get(), text.data(), static_cast<int>(text.size()), 1);
   Require(outcome == XML_STATUS_OK, what + " is XML");
+  RequireVisible(text, what);
 }
 
 // How a language writes texts and names, beside (), [] and {}.
@@ -116,29 +131,24 @@ void CheckExports(const BinModel& model, const std::vector<std::size_t>& results
   if (pmml) RequireXml(*pmml, "PMML");
   const auto python =
       UnlessRefused([&] { return MCBinModel::ExportPython(model, results, options); });
-  if (python) RequireClosed(*python, {"\"'", "\"'", false}, "Python");
+  if (!python) return;
+  RequireClosed(*python, {"\"'", "\"'", false}, "Python");
+  RequireVisible(*python, "Python");
 }
 
-class ReportText {
- public:
+struct ReportText {
+  std::string text;
+
   MCBinModel::TextSink Sink() {
-    return [this](std::string_view piece) { fText += piece; };
+    return [this](std::string_view piece) { text += piece; };
   }
-
-  void RequirePlain(const std::string& what) const {
-    const auto isControl = [](unsigned char c) { return (c < ' ' && c != '\n') || c == 0x7f; };
-    Require(std::none_of(fText.begin(), fText.end(), isControl), what + " is plain text");
-  }
-
- private:
-  std::string fText;
 };
 
 void CheckReports(const BinModel& model, double adjustment) {
   RequireXml(MCBinModel::MakeHtmlReport(model, adjustment), "the page");
-  ReportText text;
-  MCBinModel::WriteTextReport(model, {true, false}, text.Sink());
-  text.RequirePlain("the report");
+  ReportText report;
+  MCBinModel::WriteTextReport(model, {true, false}, report.Sink());
+  RequireVisible(report.text, "the report");
 }
 
 // A CSV file in memory that is read from its beginning.
@@ -232,7 +242,7 @@ void CheckCounts(const BinModel& model, const std::vector<std::size_t>& results,
   }
   ReportText report;
   MCBinModel::WriteEvaluationReport(model, *evaluated, "data", report.Sink());
-  report.RequirePlain("the evaluation");
+  RequireVisible(report.text, "the evaluation");
 }
 
 }  // namespace
