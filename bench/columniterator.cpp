@@ -1,5 +1,7 @@
 #include "columniterator.h"
 
+#include <algorithm>
+
 namespace bench {
 
 ColumnIterator::ColumnIterator(const Columns& columns)
@@ -16,6 +18,23 @@ const MCCommon::Record* ColumnIterator::Next() {
   for (const double* const column : fColumns) *value++ = column[fNext];
   ++fNext;
   return &fRecord;
+}
+
+BlockIterator::BlockIterator(const Columns& columns) : fCasesLeft(columns.GetCaseCount()) {
+  const auto add = [this](const Column& column) {
+    fBlock.push_back({column.data(), 1, nullptr, 0});
+  };
+  add(columns.target);
+  for (const Column& attribute : columns.attributes) add(attribute);
+  if (!columns.weights.empty()) add(columns.weights);
+}
+
+MCBinning::RecordBlock BlockIterator::NextBlock() {
+  constexpr std::size_t kBlockCases = 10000;
+  for (MCBinning::BlockColumn& column : fBlock) column.values += fTaken;
+  fTaken = std::min(fCasesLeft, kBlockCases);
+  fCasesLeft -= fTaken;
+  return {fTaken, fBlock.data(), fBlock.size()};
 }
 
 }  // namespace bench

@@ -6,6 +6,7 @@
 #include "columns.h"
 #include "host/record.h"
 #include "host/recorditerator.h"
+#include "metadata/columnrecorditerator.h"
 
 namespace bench {
 
@@ -25,6 +26,21 @@ class ColumnIterator : public MCCommon::RecordIterator {
   double* fValues;  // of the record, which keeps them in one piece
   std::size_t fNext = 0;
   std::size_t fCaseCount;
+};
+
+// Hands out the same columns in blocks.
+class BlockIterator : public MCBinning::ColumnRecordIterator {
+ public:
+  // The columns must outlive the iterator.
+  explicit BlockIterator(const Columns& columns);
+
+ protected:
+  MCBinning::RecordBlock NextBlock() override;
+
+ private:
+  std::vector<MCBinning::BlockColumn> fBlock;
+  std::size_t fTaken = 0;
+  std::size_t fCasesLeft;
 };
 
 }  // namespace bench

@@ -38,6 +38,12 @@ CutPoints CollectCutPoints(const Output& output) {
   return cutPoints;
 }
 
+std::unique_ptr<MCCommon::RecordIterator> MakeRecords(const Columns& columns,
+                                                      const RunOptions& options) {
+  if (options.isByColumn) return std::make_unique<BlockIterator>(columns);
+  return std::make_unique<ColumnIterator>(columns);
+}
+
 }  // namespace
 
 BINVarList DescribeColumns(const Columns& columns) {
@@ -68,14 +74,15 @@ CutPoints RunSupervised(MCCommon::RecordIterator& records, BINVarList variables,
 
 CutPoints RunSupervised(const Columns& columns, const std::string& directory,
                         const RunOptions& options) {
-  ColumnIterator records(columns);
-  return RunSupervised(records, DescribeColumns(columns), directory, options);
+  return RunSupervised(*MakeRecords(columns, options), DescribeColumns(columns), directory,
+                       options);
 }
 
-CutPoints RunEqualFrequency(const Columns& columns, const std::string& directory, int binCount) {
+CutPoints RunEqualFrequency(const Columns& columns, const std::string& directory,
+                            const RunOptions& options) {
   EFBINSettings settings;
   settings.SetTempDirName(directory);
-  settings.SetNumberOfBins(binCount);
+  settings.SetNumberOfBins(options.binCount);
   BINVarList variables = DescribeColumns(columns);
   EFBINFactory factory;
   const std::unique_ptr<IEFBINAlgorithm> algorithm(
@@ -83,8 +90,7 @@ CutPoints RunEqualFrequency(const Columns& columns, const std::string& directory
   Require(factory.GetStatus(), "CreateEFBINAlgorithm");
   std::vector<int> attributes(columns.attributes.size());
   std::iota(attributes.begin(), attributes.end(), 1);
-  ColumnIterator records(columns);
-  Require(algorithm->CreateBins(records, &attributes), "CreateBins");
+  Require(algorithm->CreateBins(*MakeRecords(columns, options), &attributes), "CreateBins");
   return CollectCutPoints<BINAttributeResults>(algorithm->GetBinningResults());
 }
 

@@ -25,6 +25,7 @@ BINVarList DescribeColumns(const Columns& columns);
 struct RunOptions {
   int distinctThreshold = -1;  // as BINSettings: no pre-bins
   int binCount = 1000;
+  bool isByColumn = false;  // records are handed in by column
 };
 
 using CutPoints = std::vector<std::vector<double>>;  // by attribute
@@ -34,7 +35,8 @@ CutPoints RunSupervised(MCCommon::RecordIterator& records, BINVarList variables,
                         const std::string& directory, const RunOptions& options);
 CutPoints RunSupervised(const Columns& columns, const std::string& directory,
                         const RunOptions& options);
-CutPoints RunEqualFrequency(const Columns& columns, const std::string& directory, int binCount);
+CutPoints RunEqualFrequency(const Columns& columns, const std::string& directory,
+                            const RunOptions& options);
 
 // The data pass over columns, and what can be asked after it.
 class DataPass {

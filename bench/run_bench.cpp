@@ -101,7 +101,7 @@ BENCHMARK(BM_PreBinnedRunPlain)->Apply(SetArguments);
 
 void BM_EqualFrequencyRun(benchmark::State& state) {
   MeasureRun(state, [](const bench::Columns& columns, const std::string& directory) {
-    return bench::RunEqualFrequency(columns, directory, 20);
+    return bench::RunEqualFrequency(columns, directory, {-1, 20});
   });
 }
 BENCHMARK(BM_EqualFrequencyRun)->Apply(SetArguments)->Args({1000000, 10});
