@@ -19,6 +19,7 @@
 #include "model/missingdefinition.h"
 #include "model/refusal.h"
 #include "model/resultselection.h"
+#include "model/targetclasses.h"
 #include "model/variableinfo.h"
 #include "report/binreport.h"
 #include "run/binrun.h"

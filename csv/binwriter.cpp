@@ -44,24 +44,42 @@ void BinWriter::AddColumn(const MCBinModel::BinModel& model, const MCBinModel::A
         fmt::format("there is a column {} already", MCBinModel::QuotedText(header)));
   }
   fColumnAt[position] = fColumns.size();
-  fColumns.push_back({FieldCoder(attribute, position, missingTexts), bins.cutPoints, Ready(header),
-                      MakeCells(model, bins)});
+  const std::vector<MCBinModel::BinValue> values = MakeValues(model, bins);
+  fColumns.push_back({FieldCoder(attribute, position, missingTexts),
+                      bins.cutPoints,
+                      Ready(header),
+                      MakeCells(values),
+                      {}});
+  for (const MCBinModel::BinValue& value : values) {
+    const double* const number = std::get_if<double>(&value);
+    fColumns.back().isInfinite.push_back(number != nullptr && std::isinf(*number));
+  }
 }
 
-std::vector<std::string> BinWriter::MakeCells(const MCBinModel::BinModel& model,
-                                              const MCBinModel::AttributeBins& bins) const {
+// By bin, then that of a missing value.
+std::vector<MCBinModel::BinValue> BinWriter::MakeValues(
+    const MCBinModel::BinModel& model, const MCBinModel::AttributeBins& bins) const {
+  std::vector<MCBinModel::BinValue> values = MCBinModel::MakeBinValues(model, bins, fOptions.form);
+  values.push_back(fOptions.missingText ? MCBinModel::BinValue(*fOptions.missingText)
+                                        : MCBinModel::MakeMissingValue(model, bins, fOptions.form));
+  return values;
+}
+
+std::vector<std::string> BinWriter::MakeCells(
+    const std::vector<MCBinModel::BinValue>& values) const {
   struct Writer {
-    const std::string& missingText;
+    const std::string missingText;
     std::string operator()(std::monostate) const { return missingText; }
     std::string operator()(std::int64_t index) const { return std::to_string(index); }
     std::string operator()(double number) const { return MCBinModel::FormatNumber(number); }
     std::string operator()(const std::string& text) const { return text; }
   };
+  const Writer writer{fOptions.missingText.value_or("")};
   std::vector<std::string> cells;
-  for (const MCBinModel::BinValue& value : MCBinModel::MakeBinValues(model, bins, fOptions.form)) {
-    cells.push_back(Ready(std::visit(Writer{fOptions.missingText}, value)));
+  cells.reserve(values.size());
+  for (const MCBinModel::BinValue& value : values) {
+    cells.push_back(Ready(std::visit(writer, value)));
   }
-  cells.push_back(Ready(fOptions.missingText));
   return cells;
 }
 
@@ -73,8 +91,11 @@ std::string BinWriter::Ready(const std::string& text) const {
 
 const std::string& BinWriter::CellOf(Column& column, const CsvReader& reader) const {
   const double value = column.coder.Code(reader);
-  if (std::isnan(value)) return column.cells.back();
-  return column.cells[MCBinModel::FindBin(column.cutPoints, value, fRightClosed)];
+  const std::size_t cell = std::isnan(value)
+                               ? column.cells.size() - 1
+                               : MCBinModel::FindBin(column.cutPoints, value, fRightClosed);
+  column.infiniteCount += column.isInfinite[cell] ? 1U : 0U;
+  return column.cells[cell];
 }
 
 template <typename CellText>
@@ -111,6 +132,21 @@ std::vector<std::string> BinWriter::GetNotes() const {
     if (unknown) notes.push_back(*std::move(unknown));
   }
   return notes;
+}
+
+std::optional<std::string> BinWriter::DescribeInfinite() const {
+  constexpr std::size_t kMostNamed = 10;
+  std::vector<std::string> counts;
+  for (const Column& column : fColumns) {
+    if (column.infiniteCount == 0) continue;
+    counts.push_back(fmt::format("{} records in {}", column.infiniteCount,
+                                 MCBinModel::PrintableText(column.header)));
+  }
+  if (counts.empty()) return std::nullopt;
+  const bool namesAll = counts.size() <= kMostNamed;
+  if (!namesAll) counts.resize(kMostNamed);
+  return fmt::format("an infinite weight of evidence, as the bin lacks a class: {}{}",
+                     fmt::join(counts, ", "), namesAll ? "" : " and more");
 }
 
 }  // namespace MCBin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,9 +19,9 @@ namespace MCBin {
 // What the columns of bins hold, and what they are called.
 struct BinColumns {
   MCBinModel::BinForm form = MCBinModel::BinForm::kIndex;
-  std::string suffix = "_bin";  // of a new column's name
-  bool replace = false;         // the attribute's own column, instead of a new one
-  std::string missingText;
+  std::string suffix = "_bin";             // of a new column's name
+  bool replace = false;                    // the attribute's own column, instead of a new one
+  std::optional<std::string> missingText;  // unset: what MakeMissingValue() says, or nothing
 };
 
 // Turns the records of a CSV file into records with bins: a column behind the others for
@@ -43,18 +44,24 @@ class BinWriter {
   // What the user should know about values that were unknown categories.
   std::vector<std::string> GetNotes() const;
 
+  // How many records got an infinite weight of evidence in which columns; nothing when none did.
+  std::optional<std::string> DescribeInfinite() const;
+
  private:
   struct Column {
     FieldCoder coder;
     const std::vector<double>& cutPoints;
     std::string header;              // ready to be written, as the cells
     std::vector<std::string> cells;  // by bin, then the one for missing
+    std::vector<bool> isInfinite;    // by cell
+    std::uint64_t infiniteCount = 0;
   };
 
   void AddColumn(const MCBinModel::BinModel& model, const MCBinModel::AttributeBins& bins,
                  const ColumnNames& names, const MissingTexts& missingTexts);
-  std::vector<std::string> MakeCells(const MCBinModel::BinModel& model,
-                                     const MCBinModel::AttributeBins& bins) const;
+  std::vector<MCBinModel::BinValue> MakeValues(const MCBinModel::BinModel& model,
+                                               const MCBinModel::AttributeBins& bins) const;
+  std::vector<std::string> MakeCells(const std::vector<MCBinModel::BinValue>& values) const;
   std::string Ready(const std::string& text) const;
   const std::string& CellOf(Column& column, const CsvReader& reader) const;
   template <typename CellText>

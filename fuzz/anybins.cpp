@@ -144,8 +144,9 @@ struct ReportText {
   }
 };
 
-void CheckReports(const BinModel& model, double adjustment) {
-  RequireXml(MCBinModel::MakeHtmlReport(model, adjustment), "the page");
+void CheckReports(BinModel model, double adjustment) {
+  model.settings.evidenceAdjustment = adjustment;
+  RequireXml(MCBinModel::MakeHtmlReport(model), "the page");
   ReportText report;
   MCBinModel::WriteTextReport(model, {true, false}, report.Sink());
   RequireVisible(report.text, "the report");

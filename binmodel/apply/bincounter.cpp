@@ -48,11 +48,13 @@ void BinCounter::AddResult(std::size_t index) {
   row.bins.counts.target = bins.target;
   row.bins.counts.cutPoints = bins.cutPoints;
   row.bins.counts.binWeights.assign(binCount, 0.0);
+  row.bins.counts.missing.emplace();
   row.attribute = PlaceOf({false, bins.attribute});
   if (bins.target) {
     row.target = PlaceOf({true, *bins.target});
-    row.bins.counts.classWeights.assign(
-        binCount, std::vector<double>(fModel.GetTarget(bins)->GetCategoryCount(), 0.0));
+    const std::vector<double> noWeights(fModel.GetTarget(bins)->GetCategoryCount(), 0.0);
+    row.bins.counts.classWeights.assign(binCount, noWeights);
+    row.bins.counts.missing->classWeights = noWeights;
   }
   fRows.push_back(std::move(row));
 }
@@ -78,13 +80,19 @@ void BinCounter::AddCase(Row& row, double value, double category, double weight)
   counts.weightWithMissing += weight;
   const std::size_t classCount = counts.target ? counts.classWeights.front().size() : 0;
   const bool hasClass = category >= 0.0 && category < static_cast<double>(classCount);
-  if (std::isnan(value) || (counts.target && !hasClass)) return;
+  if (counts.target && !hasClass) return;
+  const auto code = static_cast<std::size_t>(counts.target ? category : 0.0);
+  if (std::isnan(value)) {
+    counts.missing->weight += weight;
+    if (counts.target) counts.missing->classWeights[code] += weight;
+    return;
+  }
 
   const bool rightClosed = fModel.settings.rightClosed;
   const std::size_t bin = FindBin(counts.cutPoints, value, rightClosed);
   counts.validWeight += weight;
   counts.binWeights[bin] += weight;
-  if (counts.target) counts.classWeights[bin][static_cast<std::size_t>(category)] += weight;
+  if (counts.target) counts.classWeights[bin][code] += weight;
   AddToRange(counts, value);
   const std::size_t cut = rightClosed ? bin : bin - 1;  // the only one that can be equal
   if (cut < counts.cutPoints.size() && counts.cutPoints[cut] == value) {
@@ -110,7 +118,11 @@ std::vector<RecountedBins> BinCounter::Finish() {
 }
 
 bool HasSameCounts(const AttributeBins& bins, const AttributeBins& others) {
-  return bins.binWeights == others.binWeights && bins.classWeights == others.classWeights;
+  const bool sameMissing = !bins.missing || !others.missing ||
+                           (bins.missing->weight == others.missing->weight &&
+                            bins.missing->classWeights == others.missing->classWeights);
+  return bins.binWeights == others.binWeights && bins.classWeights == others.classWeights &&
+         sameMissing;
 }
 
 // The weight of the cases at a cut point is the most that can be on its other side. Going up

@@ -28,7 +28,8 @@ struct Recount {
 // Counts the cases of every bin.
 //
 // A case counts for a result when it has a value and, where there is one, a target: as in the run
-// that made the bins, so the same data give the same weights.
+// that made the bins, so the same data give the same weights. Without a value it is one of the
+// missing cases.
 class MCBINMODEL_API BinCounter {
  public:
   // A variable that takes part. Several results may use one.
@@ -77,7 +78,8 @@ class MCBINMODEL_API BinCounter {
   std::vector<Row> fRows;
 };
 
-// Whether the counts are those of the model: the weights of all bins, and of all classes.
+// Whether the counts are those of the model: the weights of all bins, and of all classes; of the
+// missing cases where both have counted them.
 MCBINMODEL_API bool HasSameCounts(const AttributeBins& bins, const AttributeBins& others);
 
 // The cut points of equal-frequency bins that explain why the data they were made from count

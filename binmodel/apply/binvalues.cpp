@@ -1,42 +1,45 @@
 #include "binmodel/apply/binvalues.h"
 
-#include "binmodel/measure/binstatistics.h"
+#include "binmodel/measure/evidence.h"
 #include "binmodel/model/binlookup.h"
-#include "binmodel/model/refusal.h"
 
 namespace MCBinModel {
 
 namespace {
 
-std::vector<BinValue> EvidenceValues(const BinModel& model, const AttributeBins& bins) {
-  const VariableInfo* const target = model.GetTarget(bins);
-  if (target == nullptr) {
-    throw Refusal(RefusalCode::kEvidenceNeedsTarget, {},
-                  "weight of evidence needs a target, and equal-frequency bins have none");
-  }
-  std::vector<BinValue> values(bins.cutPoints.size() + 1);
-  const auto evidence = WeightsOfEvidence(bins, EventCategory(*target));
-  for (std::size_t bin = 0; bin < evidence.size(); ++bin) {
-    if (evidence[bin]) values[bin] = *evidence[bin];
-  }
-  return values;
+BinValue ValueOf(const std::optional<double>& weight) {
+  return weight ? BinValue(*weight) : BinValue();
 }
 
 }  // namespace
 
 std::vector<BinValue> MakeBinValues(const BinModel& model, const AttributeBins& bins,
                                     BinForm form) {
-  if (form == BinForm::kWeightOfEvidence) return EvidenceValues(model, bins);
-  std::vector<BinValue> values;
-  for (std::size_t bin = 0; bin <= bins.cutPoints.size(); ++bin) {
+  std::vector<BinValue> values(bins.cutPoints.size() + 1);
+  if (form == BinForm::kWeightOfEvidence) {
+    const Evidence evidence = MeasureEvidence(model, bins);
+    for (std::size_t bin = 0; bin < evidence.weights.size(); ++bin) {
+      values[bin] = ValueOf(evidence.weights[bin]);
+    }
+    return values;
+  }
+  for (std::size_t bin = 0; bin < values.size(); ++bin) {
     if (form == BinForm::kIndex) {
-      values.emplace_back(static_cast<std::int64_t>(bin));
+      values[bin] = static_cast<std::int64_t>(bin);
     } else {
-      values.emplace_back(
-          BinLabel(model.GetAttribute(bins), bins.cutPoints, bin, model.settings.rightClosed));
+      values[bin] =
+          BinLabel(model.GetAttribute(bins), bins.cutPoints, bin, model.settings.rightClosed);
     }
   }
   return values;
+}
+
+BinValue MakeMissingValue(const BinModel& model, const AttributeBins& bins, BinForm form) {
+  if (form == BinForm::kWeightOfEvidence) {
+    return ValueOf(MeasureEvidence(model, bins).missingWeight);
+  }
+  const bool hasLabel = form == BinForm::kLabel && bins.missing;
+  return hasLabel ? BinValue(kMissingLabel) : BinValue();
 }
 
 }  // namespace MCBinModel

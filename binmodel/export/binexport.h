@@ -33,7 +33,8 @@ struct ExportOptions {
   std::string suffix = "_bin";     // the new column's name is that of the attribute and this
 
   // What missing values become: a whole number for indexes, a number for weights of evidence, or
-  // any text for labels. Unset: what the language has for "no value".
+  // any text for labels. Unset: what MakeMissingValue() says, or else what the language has for "no
+  // value".
   std::optional<std::string> missingText;
 };
 
@@ -50,7 +51,7 @@ MCBINMODEL_API std::string ExportSql(const BinModel& model, const std::vector<st
 MCBINMODEL_API std::vector<std::string> SqlDialectNames();
 
 // A PMML 4.4 document whose transformation dictionary derives the bins: Discretize for intervals,
-// MapValues for categories. Without `missingText` a missing value stays missing.
+// MapValues for categories. Without a value for it a missing value stays missing.
 //
 // `notes` gets a line for each interval of missing values, which PMML cannot say.
 MCBINMODEL_API std::string ExportPmml(const BinModel& model,
@@ -59,7 +60,7 @@ MCBINMODEL_API std::string ExportPmml(const BinModel& model,
                                       std::vector<std::string>& notes);
 
 // A Python module with one function, assign_bins, that needs NumPy only: it takes the columns by
-// name and returns the new ones. Without `missingText` a missing value becomes -1 (index), None
+// name and returns the new ones. Without a value for it a missing value becomes -1 (index), None
 // (label) or NaN (weight of evidence).
 MCBINMODEL_API std::string ExportPython(const BinModel& model,
                                         const std::vector<std::size_t>& results,

@@ -89,16 +89,17 @@ std::vector<ExportColumn::CategoryBin> MakeCategoryBins(const VariableInfo& attr
 }
 
 ExportColumn MakeColumn(const BinModel& model, const AttributeBins& bins,
-                        const ExportOptions& options, const BinValue& missing) {
+                        const ExportOptions& options, const BinValue& noValue) {
   const VariableInfo& attribute = model.GetAttribute(bins);
   ExportColumn column{&attribute,
                       &bins.cutPoints,
                       attribute.name + options.suffix,
                       MakeBinValues(model, bins, options.form),
                       MakeCategoryBins(attribute, bins, model.settings.rightClosed),
-                      MissingNumbers(attribute, model.source)};
+                      MissingNumbers(attribute, model.source),
+                      options.missingText ? noValue : MakeMissingValue(model, bins, options.form)};
   for (BinValue& value : column.values) {
-    if (std::holds_alternative<std::monostate>(value)) value = missing;
+    if (std::holds_alternative<std::monostate>(value)) value = noValue;
   }
   return column;
 }
@@ -133,10 +134,11 @@ BinValue MissingValueOf(const ExportOptions& options) {
 
 ExportModel MakeExportModel(const BinModel& model, const std::vector<std::size_t>& results,
                             const ExportOptions& options) {
-  ExportModel exported{model.settings.rightClosed, options.form, MissingValueOf(options), {}};
+  ExportModel exported{model.settings.rightClosed, options.form, {}};
+  const BinValue noValue = MissingValueOf(options);
   std::vector<std::string> notes;
   for (const std::size_t index : LeaveOutFailedResults(model, results, notes)) {
-    exported.columns.push_back(MakeColumn(model, model.results[index], options, exported.missing));
+    exported.columns.push_back(MakeColumn(model, model.results[index], options, noValue));
   }
   CheckNames(model, exported.columns);
   return exported;

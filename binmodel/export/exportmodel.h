@@ -23,16 +23,17 @@ struct ExportColumn {
   std::vector<BinValue> values;           // by bin
   std::vector<CategoryBin> categoryBins;  // those with a category; of categorical attributes only
   std::vector<double> missingNumbers;     // of numeric attributes; may hold an infinity
+  BinValue missing;                       // of a missing value
 };
 
 struct ExportModel {
   bool rightClosed;
   BinForm form;
-  BinValue missing;
   std::vector<ExportColumn> columns;
 };
 
-// What missing values become. Throws Refusal when `missingText` is not of the type of the new
+// What the options say that missing values become, which a bin without a value gets, too; nothing
+// where they do not say it. Throws Refusal when `missingText` is not of the type of the new
 // columns.
 BinValue MissingValueOf(const ExportOptions& options);
 

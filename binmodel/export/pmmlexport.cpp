@@ -81,7 +81,7 @@ std::string Interval(const ExportColumn& column, std::size_t bin, bool rightClos
 std::string Discretize(const ExportModel& model, const ExportColumn& column) {
   const std::string start =
       fmt::format("      <Discretize field=\"{}\"{}", PmmlText(column.attribute->name),
-                  XmlAttribute("mapMissingTo", model.missing));
+                  XmlAttribute("mapMissingTo", column.missing));
   if (column.cutPoints->empty()) {
     return start + XmlAttribute("defaultValue", column.values.front()) + "/>\n";
   }
@@ -95,21 +95,22 @@ std::string Discretize(const ExportModel& model, const ExportColumn& column) {
   return expression + "      </Discretize>\n";
 }
 
-// A category that is not in the table counts as missing.
-std::string MapValues(const ExportModel& model, const ExportColumn& column) {
+// A category that is not in the table counts as missing; one without a cell in it has no value.
+std::string MapValues(const ExportColumn& column) {
   const VariableInfo& attribute = *column.attribute;
   std::string expression = fmt::format(
       "      <MapValues outputColumn=\"bin\"{}{}>\n"
       "        <FieldColumnPair field=\"{}\" column=\"category\"/>\n"
       "        <InlineTable>\n",
-      XmlAttribute("mapMissingTo", model.missing), XmlAttribute("defaultValue", model.missing),
+      XmlAttribute("mapMissingTo", column.missing), XmlAttribute("defaultValue", column.missing),
       PmmlText(attribute.name));
   for (const ExportColumn::CategoryBin& categories : column.categoryBins) {
     const BinValue& value = column.values[categories.bin];
-    if (std::holds_alternative<std::monostate>(value)) continue;
+    const bool hasValue = !std::holds_alternative<std::monostate>(value);
+    const std::string cell = hasValue ? fmt::format("<bin>{}</bin>", XmlValue(value)) : "";
     for (const std::size_t code : categories.codes) {
-      expression += fmt::format("          <row><category>{}</category><bin>{}</bin></row>\n",
-                                PmmlText(attribute.GetLabel(code)), XmlValue(value));
+      expression += fmt::format("          <row><category>{}</category>{}</row>\n",
+                                PmmlText(attribute.GetLabel(code)), cell);
     }
   }
   return expression + "        </InlineTable>\n      </MapValues>\n";
@@ -131,7 +132,7 @@ std::string DerivedField(const ExportModel& model, const ExportColumn& column) {
   const bool categorical = column.attribute->IsCategorical();
   return fmt::format("    <DerivedField name=\"{}\" {}>\n{}    </DerivedField>\n",
                      PmmlText(column.name), TypeOf(model.form),
-                     categorical ? MapValues(model, column) : Discretize(model, column));
+                     categorical ? MapValues(column) : Discretize(model, column));
 }
 
 void NoteInterval(const VariableInfo& attribute, std::vector<std::string>& notes) {

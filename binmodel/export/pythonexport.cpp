@@ -73,7 +73,7 @@ std::string PythonList(const Values& values, Format format) {
 // By bin, and for a missing value at the end.
 std::string Results(const ExportModel& model, const ExportColumn& column) {
   std::vector<BinValue> values = column.values;
-  values.push_back(model.missing);
+  values.push_back(column.missing);
   return PythonList(values, [&](const BinValue& value) { return PythonValue(value, model.form); });
 }
 

@@ -45,7 +45,7 @@ class CaseWriter {
         fOperand(Fill(fIsText ? dialect.textOperand : dialect.numberOperand, fReference)) {}
 
   std::string Write() {
-    AddBranch(fmt::format("{}", fmt::join(MissingConditions(), "\n      OR ")), fModel.missing);
+    AddBranch(fmt::format("{}", fmt::join(MissingConditions(), "\n      OR ")), fColumn.missing);
     const bool categorical = fColumn.attribute->IsCategorical();
     if (categorical) {
       AddCategoryBranches();
@@ -53,7 +53,7 @@ class CaseWriter {
       AddIntervalBranches();
     }
     return fmt::format("  CASE\n{}    ELSE {}\n  END AS {}", fBranches,
-                       Literal(fDialect, categorical ? fModel.missing : fColumn.values.back()),
+                       Literal(fDialect, categorical ? fColumn.missing : fColumn.values.back()),
                        QuoteIdentifier(fDialect, fColumn.name));
   }
 

@@ -32,6 +32,7 @@ ordered_json MakeSettings(const BinSettings& settings, const std::optional<Weigh
     object["prebin_above"] = settings.prebinAbove;
     object["prebins"] = settings.prebins;
     object["small_bins"] = settings.smallBins;
+    object["woe_adjust"] = settings.evidenceAdjustment;
   } else {
     object["bins"] = settings.bins;
   }
@@ -54,7 +55,13 @@ ordered_json MakeSource(const BinSource& source) {
             {"weight_rounded_to_zero", source.dropped.roundedToZero}}}};
 }
 
-ordered_json MakeVariables(const std::vector<VariableInfo>& variables) {
+ordered_json MakeCategory(const VariableInfo& variable, std::size_t code) {
+  if (variable.kind == VariableKind::kNumericCategorical) return variable.numbers[code];
+  return variable.texts[code];
+}
+
+// The event is written where there is one, chosen or not: a reader need not know which it would be.
+ordered_json MakeVariables(const std::vector<VariableInfo>& variables, bool areTargets) {
   ordered_json list = ordered_json::array();
   for (const VariableInfo& variable : variables) {
     ordered_json object = {{"name", variable.name},
@@ -63,6 +70,9 @@ ordered_json MakeVariables(const std::vector<VariableInfo>& variables) {
       object["categories"] = variable.numbers;
     } else if (variable.kind == VariableKind::kStringCategorical) {
       object["categories"] = variable.texts;
+    }
+    if (areTargets && variable.GetCategoryCount() == 2) {
+      object["event"] = MakeCategory(variable, variable.GetEvent());
     }
     AddMissing(object, "user_missing", variable.missing,
                variable.kind == VariableKind::kStringCategorical);
@@ -80,6 +90,10 @@ ordered_json MakeResult(const BinModel& model, const AttributeBins& bins) {
   object["cut_points"] = bins.cutPoints;
   object["bin_weights"] = bins.binWeights;
   if (bins.target) object["class_weights"] = bins.classWeights;
+  if (bins.missing) {
+    object["missing"]["weight"] = bins.missing->weight;
+    if (bins.target) object["missing"]["class_weights"] = bins.missing->classWeights;
+  }
   object["valid_weight"] = bins.validWeight;
   object["weight_with_missing"] = bins.weightWithMissing;
   object["distinct_values"] = bins.distinctValues;
@@ -104,8 +118,8 @@ std::string WriteBinFile(const BinModel& model) {
                        {"closed", model.settings.rightClosed ? "right" : "left"},
                        {"settings", MakeSettings(model.settings, model.source.weight)},
                        {"source", MakeSource(model.source)},
-                       {"attributes", MakeVariables(model.attributes)}};
-  if (supervised) file["targets"] = MakeVariables(model.targets);
+                       {"attributes", MakeVariables(model.attributes, false)}};
+  if (supervised) file["targets"] = MakeVariables(model.targets, true);
   ordered_json& results = file["results"] = ordered_json::array();
   for (const AttributeBins& bins : model.results) results.push_back(MakeResult(model, bins));
   return PrintJson(file);

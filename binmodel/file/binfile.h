@@ -11,7 +11,7 @@ namespace MCBinModel {
 
 // What a bin file says it is, and the version of its format, which docs/bin-file.md describes.
 constexpr const char* kBinFileFormat = "mcbin-bins";
-constexpr int kBinFileVersion = 1;
+constexpr int kBinFileVersion = 2;
 
 // What it calls the kinds of variables, in the order of VariableKind.
 constexpr std::array<const char*, 3> kKindNames = {"continuous", "numeric-categorical",
@@ -24,7 +24,8 @@ constexpr std::array<const char*, 3> kKindNames = {"continuous", "numeric-catego
 // UTF-8. Requires a model whose lists fit together as those of a run do.
 MCBINMODEL_API std::string WriteBinFile(const BinModel& model);
 
-// Reads the text of a bin file; `name` says in a refusal where it is from.
+// Reads the text of a bin file of this version or an earlier one; `name` says in a refusal where it
+// is from. A file of version 1 does not know the missing cases of its attributes.
 //
 // Cut points may have been edited by hand and are taken as they are. Throws Refusal, with
 // the name, the place (a line, or a JSON pointer such as /results/0/cut_points) and the

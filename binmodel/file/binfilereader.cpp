@@ -30,10 +30,10 @@ void CheckFormat(const JsonNode& file) {
   }
   const JsonNode version = file.GetMember("version");
   const int number = version.GetInteger(0, INT_MAX);
-  if (number != kBinFileVersion) {
+  if (number < 1 || number > kBinFileVersion) {
     throw Refusal(RefusalCode::kUnknownVersion, {version.GetPlace(), "", std::to_string(number)},
                   fmt::format("version {} of the format is unknown to this program, it reads "
-                              "version {}; use the program that wrote the file",
+                              "versions 1 to {}; use the program that wrote the file",
                               number, kBinFileVersion));
   }
 }
@@ -108,12 +108,29 @@ std::vector<VariableInfo> ReadVariables(const JsonNode& list, std::set<std::stri
   return variables;
 }
 
+std::size_t ReadEvent(const JsonNode& node, const VariableInfo& target) {
+  std::size_t code = 0;
+  if (target.kind == VariableKind::kNumericCategorical) {
+    const auto& numbers = target.numbers;
+    code = static_cast<std::size_t>(std::find(numbers.begin(), numbers.end(), node.GetNumber()) -
+                                    numbers.begin());
+  } else {
+    const auto& texts = target.texts;
+    code = static_cast<std::size_t>(std::find(texts.begin(), texts.end(), node.GetText()) -
+                                    texts.begin());
+  }
+  if (code == target.GetCategoryCount()) node.Refuse("the event is none of the categories");
+  return code;
+}
+
 std::vector<VariableInfo> ReadTargets(const JsonNode& list, std::set<std::string>& names) {
   std::vector<VariableInfo> targets = ReadVariables(list, names);
   for (std::size_t i = 0; i < targets.size(); ++i) {
     const JsonNode node = list.GetElement(i);
     if (!targets[i].IsCategorical()) node.Refuse("a target has categories, it is not continuous");
     if (targets[i].GetCategoryCount() < 2) node.Refuse("a target has at least two categories");
+    if (const auto event = node.FindMember("event"))
+      targets[i].event = ReadEvent(*event, targets[i]);
   }
   return targets;
 }
@@ -127,6 +144,9 @@ BinSettings ReadSettings(const JsonNode& node, Algorithm algorithm) {
     settings.prebins = node.GetMember("prebins").GetInteger(2, INT_MAX);
     settings.smallBins = smallBins.GetWeight();
     if (settings.smallBins > 1.0) smallBins.Refuse("a share from 0 to 1 expected");
+    if (const auto adjust = node.FindMember("woe_adjust")) {
+      settings.evidenceAdjustment = adjust->GetWeight();
+    }
   } else {
     settings.bins = node.GetMember("bins").GetInteger(2, INT_MAX);
   }
@@ -188,14 +208,25 @@ void CheckAscending(const JsonNode& node, const std::vector<double>& cutPoints) 
                           FormatNumber(descent[0])));
 }
 
+constexpr double kRelativeError = 1e-9;
+
 // Weights are whole numbers; from 2^53 on their sums depend on the order.
 void CheckSum(const JsonNode& node, const std::vector<double>& weights, double sum,
               const char* whatSum) {
-  constexpr double kRelativeError = 1e-9;
   const double found = std::accumulate(weights.begin(), weights.end(), 0.0);
   if (std::abs(found - sum) <= kRelativeError * sum) return;
   node.Refuse(fmt::format("the weights sum up to {}, but {} is {}", FormatNumber(found), whatSum,
                           FormatNumber(sum)));
+}
+
+// What a number of weights by category has to be, and what they sum up to.
+void CheckClasses(const JsonNode& node, const std::vector<double>& weights,
+                  const VariableInfo& target, double sum, const char* whatSum) {
+  if (weights.size() != target.GetCategoryCount()) {
+    node.Refuse(fmt::format("{} weights, but {} has {} categories", weights.size(),
+                            QuotedText(target.name), target.GetCategoryCount()));
+  }
+  CheckSum(node, weights, sum, whatSum);
 }
 
 void ReadBins(const JsonNode& node, const VariableInfo* target, AttributeBins& bins) {
@@ -226,13 +257,24 @@ void ReadBins(const JsonNode& node, const VariableInfo* target, AttributeBins& b
     classes.Refuse(fmt::format("{} lists for {} bins", bins.classWeights.size(), binCount));
   }
   for (std::size_t bin = 0; bin < binCount; ++bin) {
-    const JsonNode row = classes.GetElement(bin);
-    if (bins.classWeights[bin].size() != target->GetCategoryCount()) {
-      row.Refuse(fmt::format("{} weights, but {} has {} categories", bins.classWeights[bin].size(),
-                             QuotedText(target->name), target->GetCategoryCount()));
-    }
-    CheckSum(row, bins.classWeights[bin], bins.binWeights[bin], "the weight of the bin");
+    CheckClasses(classes.GetElement(bin), bins.classWeights[bin], *target, bins.binWeights[bin],
+                 "the weight of the bin");
   }
+}
+
+MissingBin ReadMissingBin(const JsonNode& node, const VariableInfo* target, double mostWeight) {
+  MissingBin missing;
+  const JsonNode weight = node.GetMember("weight");
+  missing.weight = weight.GetWeight();
+  if (missing.weight > mostWeight * (1.0 + kRelativeError)) {
+    weight.Refuse("more than 'weight_with_missing' has beside 'valid_weight'");
+  }
+  if (target == nullptr) return missing;
+  const JsonNode classes = node.GetMember("class_weights");
+  missing.classWeights = classes.GetWeights();
+  CheckClasses(classes, missing.classWeights, *target, missing.weight,
+               "the weight of the missing cases");
+  return missing;
 }
 
 std::optional<double> ReadOptional(const JsonNode& node, const char* key) {
@@ -274,6 +316,10 @@ class ResultReader {
       node.Refuse("'valid_weight' is above 'weight_with_missing'");
     }
     ReadBins(node, fModel.GetTarget(bins), bins);
+    if (const auto missing = node.FindMember("missing")) {
+      bins.missing = ReadMissingBin(*missing, fModel.GetTarget(bins),
+                                    bins.weightWithMissing - bins.validWeight);
+    }
     bins.distinctValues = node.GetMember("distinct_values").GetCount();
     bins.minimum = ReadOptional(node, "minimum");
     bins.maximum = ReadOptional(node, "maximum");

@@ -56,10 +56,7 @@ std::size_t EventCategory(const VariableInfo& target) {
                   fmt::format("weight of evidence needs a target with two classes; {} has {}",
                               QuotedText(target.name), target.GetCategoryCount()));
   }
-  const bool numeric = target.kind == VariableKind::kNumericCategorical;
-  const bool firstIsEvent =
-      numeric ? target.numbers[0] > target.numbers[1] : target.texts[0] > target.texts[1];
-  return firstIsEvent ? 0 : 1;
+  return target.GetEvent();
 }
 
 std::vector<std::optional<double>> WeightsOfEvidence(const AttributeBins& bins, std::size_t event) {
@@ -108,6 +105,17 @@ std::optional<double> StabilityIndex(const std::vector<double>& weights,
     index += DivergenceTerm(weights[bin] / total, otherWeights[bin] / otherTotal);
   }
   return index;
+}
+
+std::optional<double> StabilityOfBins(const AttributeBins& bins, const AttributeBins& others) {
+  if (bins.binWeights.size() != others.binWeights.size()) return std::nullopt;
+  std::vector<double> weights = bins.binWeights;
+  std::vector<double> otherWeights = others.binWeights;
+  if (bins.missing && others.missing) {
+    weights.push_back(bins.missing->weight);
+    otherWeights.push_back(others.missing->weight);
+  }
+  return StabilityIndex(weights, otherWeights);
 }
 
 double LargestShareDeviation(const AttributeBins& bins, int binCount) {

@@ -25,11 +25,12 @@ MCBINMODEL_API double InformationGain(const AttributeBins& bins);
 // The entropy of the target within the bins, in bits. Requires bins with weight.
 MCBINMODEL_API double ModelEntropy(const AttributeBins& bins);
 
-// Which of a target's two categories is the event that weight of evidence is about: the
-// larger number, or the text that comes later in byte order (1 of 0 and 1, yes of no and
-// yes), so that it does not depend on the order of the records. Throws Refusal when the
-// target does not have two categories.
+// Which of a target's two categories is the event that weight of evidence is about; see
+// VariableInfo::GetEvent(). Throws Refusal when the target does not have two categories.
 MCBINMODEL_API std::size_t EventCategory(const VariableInfo& target);
+
+// The next three know the bins alone: MeasureEvidence() is what also counts the missing cases and
+// the adjustment.
 
 // For each bin, ln((events in the bin / all events) / (others in the bin / all others)):
 // above 0 where the event is more frequent than overall. +-infinity where one of the two is
@@ -52,6 +53,11 @@ MCBINMODEL_API std::vector<std::optional<double>> InformationValueTerms(const At
 // many bins in both.
 MCBINMODEL_API std::optional<double> StabilityIndex(const std::vector<double>& weights,
                                                     const std::vector<double>& otherWeights);
+
+// The same of two counts of the same bins. The missing cases are a bin like the others where both
+// have counted them; nothing also when only one has bins.
+MCBINMODEL_API std::optional<double> StabilityOfBins(const AttributeBins& bins,
+                                                     const AttributeBins& others);
 
 // The largest distance of a bin's share of the weight from 1 / binCount.
 MCBINMODEL_API double LargestShareDeviation(const AttributeBins& bins, int binCount);

@@ -14,6 +14,13 @@
 
 namespace MCBinModel {
 
+// The cases that lack an attribute's value, or whose value is a user-missing one, while their
+// weight (and target) is there: one more bin, beside those that cut points make.
+struct MissingBin {
+  double weight = 0.0;
+  std::vector<double> classWeights;  // by category code of the target; empty without target
+};
+
 // The bins of one attribute: against one target, or without target (equal-frequency). What the run
 // did not get to, for lack of valid cases or because of an error, keeps its default.
 struct AttributeBins {
@@ -32,6 +39,10 @@ struct AttributeBins {
   std::optional<double> maximum;       // the same
   std::optional<double> modelEntropy;  // bits
   std::optional<double> informationGain;  // bits
+
+  // Counted by the run, and by BinCounter; nothing when that is not known, as of a bin file of
+  // version 1.
+  std::optional<MissingBin> missing;
 };
 
 // Everything that a run found: what is printed, and what a bin file holds. A plain value; copies

@@ -15,6 +15,10 @@ struct BinSettings {
   int prebins = 1000;      // bins that such an attribute is cut into first; from 2 up
   double smallBins = 0.0;  // share of a neighbour's weight, 0 to 1
 
+  // Of what is measured against targets: a weight from 0 up, added to every class of a bin with
+  // weight before weights of evidence are taken, so that none is infinite; 0 changes nothing.
+  double evidenceAdjustment = 0.0;
+
   // Equal-frequency.
   int bins = 10;  // from 2 up
 };

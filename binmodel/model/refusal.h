@@ -72,6 +72,10 @@ enum class RefusalCode {
   kColumnExists,      // subject: the name of a new column; detail: that of its attribute
   kTableName,         // subject: a text that is no name of a table
   kNoInfinity,        // subject: a dialect of SQL that cannot say an infinite weight of evidence
+
+  // Classes of targets.
+  kUnknownClass,  // subject: a class that no target has; detail: those there are, in words
+  kTwoEvents,     // subject: the target that two events are named for
 };
 
 // Input was refused, or a run failed. The one exception of this library, but for std::bad_alloc.

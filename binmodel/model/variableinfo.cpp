@@ -12,4 +12,11 @@ std::string VariableInfo::GetLabel(std::size_t code) const {
   return kind == VariableKind::kNumericCategorical ? FormatNumber(numbers[code]) : texts[code];
 }
 
+std::size_t VariableInfo::GetEvent() const {
+  if (event) return *event;
+  const bool isNumeric = kind == VariableKind::kNumericCategorical;
+  const bool firstIsEvent = isNumeric ? numbers[0] > numbers[1] : texts[0] > texts[1];
+  return firstIsEvent ? 0 : 1;
+}
+
 }  // namespace MCBinModel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,12 +24,21 @@ struct MCBINMODEL_API VariableInfo {
   std::vector<double> numbers;     // categories in code order, of a numeric categorical variable
   std::vector<std::string> texts;  // categories in code order, of a string categorical variable
 
+  // Of a target of two classes: the code of the event that weight of evidence is about, when it was
+  // chosen. ChooseEvents() does so by name; GetEvent() is what all ask.
+  std::optional<std::size_t> event = std::nullopt;
+
   // Whether it has categories, and how many; 0 of a continuous variable.
   bool IsCategorical() const { return kind != VariableKind::kContinuous; }
   std::size_t GetCategoryCount() const;
 
   // The category of a code, as text. Requires code < GetCategoryCount().
   std::string GetLabel(std::size_t code) const;
+
+  // The code of the event: the chosen one, else the larger number or the text that comes later in
+  // byte order (1 of 0 and 1, yes of no and yes), so that it does not depend on the order of the
+  // records. Requires two categories.
+  std::size_t GetEvent() const;
 };
 
 }  // namespace MCBinModel

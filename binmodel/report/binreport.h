@@ -42,9 +42,6 @@ MCBINMODEL_API void WriteEvaluationReport(const BinModel& model, const Recount& 
 // The results as one HTML page that needs nothing else: no scripts, no network. It is XML as
 // well. A ranking of the attributes comes first, for each target, then a chart and a table for
 // each result.
-//
-// `adjustment`, a weight from 0 up, is added to both class weights in every bin with weight
-// before weights of evidence are taken; with 0 a bin that lacks a class has an infinite one.
-MCBINMODEL_API std::string MakeHtmlReport(const BinModel& model, double adjustment = 0.0);
+MCBINMODEL_API std::string MakeHtmlReport(const BinModel& model);
 
 }  // namespace MCBinModel

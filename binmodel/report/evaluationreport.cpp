@@ -5,7 +5,9 @@
 #include <vector>
 
 #include "binmodel/apply/bincounter.h"
+#include "binmodel/apply/binvalues.h"
 #include "binmodel/measure/binstatistics.h"
+#include "binmodel/measure/evidence.h"
 #include "binmodel/model/binlookup.h"
 #include "binmodel/report/binreport.h"
 #include "binmodel/report/reportcells.h"
@@ -28,16 +30,18 @@ class Comparison {
       : fModel(model),
         fRecounted(recounted),
         fFile(model.results[recounted.result]),
-        fData(recounted.counts),
+        fData(ComparableCounts(recounted.counts, fFile)),
         fAttribute(model.GetAttribute(fFile)),
         fTarget(model.GetTarget(fFile)) {
-    if (fTarget != nullptr && fTarget->GetCategoryCount() == 2) fEvent = EventCategory(*fTarget);
+    if (fTarget == nullptr || fTarget->GetCategoryCount() != 2) return;
+    fFileEvidence = MeasureEvidence(model, fFile);
+    fDataEvidence = MeasureEvidence(model, fData);
   }
 
   std::vector<std::string> SummaryRow() const {
     std::vector<std::string> cells = {ElideText(fAttribute.name, kNameWidth),
                                       std::to_string(fFile.cutPoints.size() + 1),
-                                      MeasureCell(Stability())};
+                                      MeasureCell(StabilityOfBins(fFile, fData))};
     if (fTarget != nullptr) {
       cells.push_back(MeasureCell(fFile.informationGain));
       cells.push_back(MeasureCell(fData.informationGain));
@@ -47,15 +51,16 @@ class Comparison {
   }
 
   std::string Render() const {
-    return Title() + DescribeSide("bin file", fFile) + DescribeSide("data", fData) +
+    return Title() + DescribeSide("bin file", fFile, fFile, fFileEvidence) +
+           DescribeSide("data", fRecounted.counts, fData, fDataEvidence) + DescribeStability() +
            DescribeMidpoints() + RenderTable();
   }
 
  private:
-  // Nothing also when one side has no bins for lack of cases.
-  std::optional<double> Stability() const {
-    if (fFile.binWeights.size() != fData.binWeights.size()) return std::nullopt;
-    return StabilityIndex(fFile.binWeights, fData.binWeights);
+  // Without the missing cases where the bin file has not counted its own.
+  static AttributeBins ComparableCounts(AttributeBins counts, const AttributeBins& file) {
+    if (!file.missing) counts.missing.reset();
+    return counts;
   }
 
   std::string Title() const {
@@ -64,10 +69,11 @@ class Comparison {
     return title + "\n";
   }
 
-  std::string DescribeSide(const char* name, const AttributeBins& bins) const {
-    std::string line =
-        fmt::format("  {}: weight {} valid, {} missing", name, FormatNumber(bins.validWeight),
-                    FormatNumber(bins.weightWithMissing - bins.validWeight));
+  // `counted` may know more than `bins`, which are compared.
+  std::string DescribeSide(const char* name, const AttributeBins& counted,
+                           const AttributeBins& bins,
+                           const std::optional<Evidence>& evidence) const {
+    std::string line = fmt::format("  {}: {}", name, WeightFact(counted));
     if (bins.minimum && bins.maximum && !fAttribute.IsCategorical()) {
       line +=
           fmt::format("; from {} to {}", FormatNumber(*bins.minimum), FormatNumber(*bins.maximum));
@@ -76,10 +82,27 @@ class Comparison {
       line += fmt::format("; entropy {}, gain {} bits", MeasureCell(bins.modelEntropy),
                           MeasureCell(bins.informationGain));
     }
-    if (fEvent) {
-      line += fmt::format("; information value {}", MeasureCell(InformationValue(bins, *fEvent)));
-    }
+    if (evidence) line += "; " + InformationValueFact(bins, *evidence, MeasureCell);
     return line + "\n";
+  }
+
+  bool HasMissing() const {
+    return FindMissingBin(fFile) != nullptr || FindMissingBin(fData) != nullptr;
+  }
+
+  std::string DescribeStability() const {
+    if (!fFile.missing) {
+      const double missing = fRecounted.counts.missing ? fRecounted.counts.missing->weight : 0.0;
+      const bool lacksMissing = missing > 0.0 || fFile.weightWithMissing > fFile.validWeight;
+      return lacksMissing
+                 ? "  the bin file has not counted its missing cases as a bin, so no measure "
+                   "knows them\n"
+                 : "";
+    }
+    if (!HasMissing() || fFile.binWeights.size() != fData.binWeights.size()) return {};
+    return fmt::format("  stability {} ({} without missing)\n",
+                       MeasureCell(StabilityOfBins(fFile, fData)),
+                       MeasureCell(StabilityIndex(fFile.binWeights, fData.binWeights)));
   }
 
   std::string DescribeMidpoints() const {
@@ -111,12 +134,9 @@ class Comparison {
         AddPair(table, ElideText(fTarget->GetLabel(code), kLabelWidth));
       }
     }
-    if (fEvent) AddPair(table, "evidence");
-    const auto fileEvidence = Evidence(fFile);
-    const auto dataEvidence = Evidence(fData);
-    for (std::size_t bin = 0; bin <= fFile.cutPoints.size(); ++bin) {
-      table.AddRow(BinRow(bin, fileEvidence, dataEvidence));
-    }
+    if (fFileEvidence) AddPair(table, "evidence");
+    for (std::size_t bin = 0; bin <= fFile.cutPoints.size(); ++bin) table.AddRow(BinRow(bin));
+    if (HasMissing()) table.AddRow(MissingRow());
     return table.Render();
   }
 
@@ -125,50 +145,66 @@ class Comparison {
     table.AddColumn("data", Align::kRight);
   }
 
-  using BinMeasures = std::vector<std::optional<double>>;
+  // One bin on one side; no weights where a side has no bins.
+  struct Side {
+    double weight = 0.0;
+    std::vector<double> classWeights = {};
+    std::optional<double> evidence = std::nullopt;
+  };
 
-  BinMeasures Evidence(const AttributeBins& bins) const {
-    return fEvent ? WeightsOfEvidence(bins, *fEvent) : BinMeasures();
+  std::vector<std::string> BinRow(std::size_t bin) const {
+    return Row(ElideText(BinLabel(fAttribute, fFile.cutPoints, bin, fModel.settings.rightClosed),
+                         kIntervalWidth),
+               SideOf(fFile, fFileEvidence, bin), SideOf(fData, fDataEvidence, bin));
   }
 
-  std::vector<std::string> BinRow(std::size_t bin, const BinMeasures& fileEvidence,
-                                  const BinMeasures& dataEvidence) const {
-    const bool rightClosed = fModel.settings.rightClosed;
-    const double fileWeight = WeightOf(fFile, bin);
-    const double dataWeight = WeightOf(fData, bin);
-    std::vector<std::string> cells = {
-        ElideText(BinLabel(fAttribute, fFile.cutPoints, bin, rightClosed), kIntervalWidth),
-        FormatNumber(fileWeight), FormatNumber(dataWeight),
-        FormatShareOf(fileWeight, fFile.validWeight), FormatShareOf(dataWeight, fData.validWeight)};
+  std::vector<std::string> MissingRow() const {
+    return Row(kMissingLabel, MissingSideOf(fFile, fFileEvidence),
+               MissingSideOf(fData, fDataEvidence));
+  }
+
+  static Side SideOf(const AttributeBins& bins, const std::optional<Evidence>& evidence,
+                     std::size_t bin) {
+    Side side;
+    if (bin < bins.binWeights.size()) side.weight = bins.binWeights[bin];
+    if (bin < bins.classWeights.size()) side.classWeights = bins.classWeights[bin];
+    if (evidence && bin < evidence->weights.size()) side.evidence = evidence->weights[bin];
+    return side;
+  }
+
+  static Side MissingSideOf(const AttributeBins& bins, const std::optional<Evidence>& evidence) {
+    return {bins.missing->weight, bins.missing->classWeights,
+            evidence ? evidence->missingWeight : std::nullopt};
+  }
+
+  std::vector<std::string> Row(std::string name, const Side& file, const Side& data) const {
+    std::vector<std::string> cells = {std::move(name), FormatNumber(file.weight),
+                                      FormatNumber(data.weight),
+                                      FormatShareOf(file.weight, CountedWeight(fFile)),
+                                      FormatShareOf(data.weight, CountedWeight(fData))};
     if (HasClassColumns()) {
       for (std::size_t code = 0; code < fTarget->GetCategoryCount(); ++code) {
-        cells.push_back(FormatNumber(ClassWeightOf(fFile, bin, code)));
-        cells.push_back(FormatNumber(ClassWeightOf(fData, bin, code)));
+        for (const Side* side : {&file, &data}) {
+          const bool has = code < side->classWeights.size();
+          cells.push_back(FormatNumber(has ? side->classWeights[code] : 0.0));
+        }
       }
     }
-    if (fEvent) {
-      for (const BinMeasures* side : {&fileEvidence, &dataEvidence}) {
-        cells.push_back(MeasureCell(bin < side->size() ? (*side)[bin] : std::nullopt));
-      }
+    if (fFileEvidence) {
+      cells.push_back(MeasureCell(file.evidence));
+      cells.push_back(MeasureCell(data.evidence));
     }
     return cells;
-  }
-
-  static double WeightOf(const AttributeBins& bins, std::size_t bin) {
-    return bins.binWeights.empty() ? 0.0 : bins.binWeights[bin];
-  }
-
-  static double ClassWeightOf(const AttributeBins& bins, std::size_t bin, std::size_t code) {
-    return bins.classWeights.empty() ? 0.0 : bins.classWeights[bin][code];
   }
 
   const BinModel& fModel;
   const RecountedBins& fRecounted;
   const AttributeBins& fFile;
-  const AttributeBins& fData;
+  const AttributeBins fData;
   const VariableInfo& fAttribute;
   const VariableInfo* const fTarget;
-  std::optional<std::size_t> fEvent;  // of a target with two classes
+  std::optional<Evidence> fFileEvidence;  // of a target with two classes
+  std::optional<Evidence> fDataEvidence;
 };
 
 std::string Heading(const BinModel& model, const VariableInfo* target, const Recount& recount,
@@ -181,6 +217,10 @@ std::string Heading(const BinModel& model, const VariableInfo* target, const Rec
     if (target->GetCategoryCount() == 2) {
       heading += fmt::format("; evidence is above 0 where {} is more frequent than overall",
                              ElideText(target->GetLabel(EventCategory(*target)), kLabelWidth));
+      const double adjustment = model.settings.evidenceAdjustment;
+      if (adjustment > 0.0) {
+        heading += fmt::format(" ({} added to both classes of each bin)", FormatNumber(adjustment));
+      }
     }
   }
   return heading + "\n\n";

@@ -27,10 +27,8 @@ std::string Name(const VariableInfo& variable) {
 
 class HtmlReport {
  public:
-  HtmlReport(const BinModel& model, double adjustment)
-      : fModel(model),
-        fAdjustment(adjustment),
-        fSupervised(model.settings.algorithm == Algorithm::kSupervised) {}
+  explicit HtmlReport(const BinModel& model)
+      : fModel(model), fSupervised(model.settings.algorithm == Algorithm::kSupervised) {}
 
   std::string Render() const {
     std::string html = Head() + Introduction();
@@ -97,7 +95,7 @@ class HtmlReport {
   std::string Target(std::size_t index) const {
     const std::vector<std::size_t> order = ResultsOf(index);
     const VariableInfo& variable = fModel.targets[index];
-    HtmlTarget target{GroupClasses(fModel, index), std::nullopt, fAdjustment};
+    HtmlTarget target{GroupClasses(fModel, index), std::nullopt};
     if (variable.GetCategoryCount() == 2) target.event = EventCategory(variable);
     return "<h2>Target " + Name(variable) + "</h2>\n" + Conventions(variable, target) +
            SupervisedRanking(order, target) + Results(order, target);
@@ -112,13 +110,14 @@ class HtmlReport {
     html += fmt::format(
         "<p class=\"soft\">The event is <strong>{0}</strong>. Weight of evidence is "
         "ln((events in the bin / all events) / (others in the bin / all others)): above 0 where "
-        "{0} is more frequent than overall, below 0 where it is rarer. ",
+        "{0} is more frequent than overall, below 0 where it is rarer. Missing cases are a bin. ",
         event);
-    if (fAdjustment > 0.0) {
+    const double adjustment = fModel.settings.evidenceAdjustment;
+    if (adjustment > 0.0) {
       return html + fmt::format(
                         "{} is added to the weight of both classes in every bin before "
                         "it is taken.</p>\n",
-                        FormatNumber(fAdjustment));
+                        FormatNumber(adjustment));
     }
     return html + "A bin without one of the classes makes it infinite; nothing is smoothed.</p>\n";
   }
@@ -151,9 +150,7 @@ class HtmlReport {
       const bool hasClasses = !bins.classWeights.empty();
       cells += fmt::format(
           "<td>{}</td>",
-          HtmlMeasure(hasClasses
-                          ? MeasureEvidence(bins, *target.event, fAdjustment).informationValue
-                          : std::nullopt));
+          HtmlMeasure(hasClasses ? MeasureEvidence(fModel, bins).informationValue : std::nullopt));
     }
     return RankingRow(result, cells);
   }
@@ -183,11 +180,13 @@ class HtmlReport {
 
   std::string RankingRow(std::size_t result, const std::string& measures) const {
     const AttributeBins& bins = fModel.results[result];
+    const double missing =
+        bins.missing ? bins.missing->weight : bins.weightWithMissing - bins.validWeight;
     return fmt::format(
         "<tr><td class=\"t\"><a href=\"#r{}\">{}</a></td>{}<td>{}</td><td>{}</td>"
         "<td class=\"t s\">{}</td></tr>\n",
         result, Name(fModel.GetAttribute(bins)), measures, bins.binWeights.size(),
-        HtmlShare(bins.weightWithMissing - bins.validWeight, bins.weightWithMissing),
+        HtmlShare(missing, bins.missing ? CountedWeight(bins) : bins.weightWithMissing),
         StatusCell(bins.status));
   }
 
@@ -198,14 +197,11 @@ class HtmlReport {
   }
 
   const BinModel& fModel;
-  const double fAdjustment;
   const bool fSupervised;
 };
 
 }  // namespace
 
-std::string MakeHtmlReport(const BinModel& model, double adjustment) {
-  return HtmlReport(model, adjustment).Render();
-}
+std::string MakeHtmlReport(const BinModel& model) { return HtmlReport(model).Render(); }
 
 }  // namespace MCBinModel

@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <utility>
 
+#include "binmodel/apply/binvalues.h"
 #include "binmodel/measure/binstatistics.h"
 #include "binmodel/measure/evidence.h"
 #include "binmodel/model/binlookup.h"
@@ -35,9 +37,9 @@ class HtmlResult {
         fBins(model.results[result]),
         fAttribute(model.GetAttribute(fBins)),
         fTarget(target),
-        fTotals(SumClassWeights(fBins)),
-        fMissingWeight(fBins.weightWithMissing - fBins.validWeight) {
-    if (HasEvidence()) fEvidence = MeasureEvidence(fBins, *target.event, target.adjustment);
+        fTotals(SumCountedClassWeights(fBins)),
+        fMissing(FindMissingBin(fBins)) {
+    if (HasEvidence()) fEvidence = MeasureEvidence(model, fBins);
   }
 
   std::string Render() const {
@@ -64,19 +66,18 @@ class HtmlResult {
   }
 
   std::string Facts() const {
-    std::string facts = fmt::format("<span>weight {} valid, {} missing</span> ",
-                                    FormatNumber(fBins.validWeight), FormatNumber(fMissingWeight));
+    std::string facts = "<span>" + WeightFact(fBins) + "</span> ";
     if (fBins.minimum && fBins.maximum) {
       facts += fmt::format("<span>{}</span> ",
                            DescribeValues(fBins.distinctValues, *fBins.minimum, *fBins.maximum));
     }
     if (fBins.informationGain) {
       facts += fmt::format("<span>information gain {} of {} bits</span> ",
-                           HtmlMeasure(fBins.informationGain), HtmlMeasure(Entropy(fTotals)));
+                           HtmlMeasure(fBins.informationGain),
+                           HtmlMeasure(Entropy(SumClassWeights(fBins))));
     }
     if (HasEvidence()) {
-      facts +=
-          fmt::format("<span>information value {}</span>", HtmlMeasure(fEvidence.informationValue));
+      facts += "<span>" + InformationValueFact(fBins, fEvidence, HtmlMeasure) + "</span>";
     }
     return "<p class=\"facts\">" + facts + "</p>\n";
   }
@@ -109,10 +110,7 @@ class HtmlResult {
     for (std::size_t bin = 0; bin < fBins.binWeights.size(); ++bin) {
       chart.bins.push_back(ChartBin(bin));
     }
-    chart.missingWeight = fMissingWeight;
-    chart.missingTooltip = fmt::format(
-        "{} missing: weight {} ({} of all)", fTarget.groups.empty() ? "value" : "value or target",
-        FormatNumber(fMissingWeight), HtmlShare(fMissingWeight, fBins.weightWithMissing));
+    chart.missing = MissingChartBin();
     if (fAttribute.IsCategorical()) {
       for (std::size_t bin = 0; bin < fBins.binWeights.size(); ++bin) {
         chart.binLabels.push_back(BinName(bin));
@@ -126,8 +124,8 @@ class HtmlResult {
       chart.lineCaption = fmt::format("share of {} in the bin; dashed: in all bins",
                                       ElideText(fTarget.groups.front().label, kClassWidth));
     }
-    if (fTarget.event && fBins.validWeight > 0.0) {
-      chart.overallShares = {fTotals[*fTarget.event] / fBins.validWeight};
+    if (fTarget.event && CountedWeight(fBins) > 0.0) {
+      chart.overallShares = {fTotals[*fTarget.event] / CountedWeight(fBins)};
     }
     if (fTarget.groups.empty()) chart.referenceWeight = fBins.validWeight / fModel.settings.bins;
     return chart;
@@ -135,18 +133,44 @@ class HtmlResult {
 
   BinChart::Bin ChartBin(std::size_t bin) const {
     const double weight = fBins.binWeights[bin];
-    BinChart::Bin chartBin = {{BinName(bin), fmt::format("weight {} ({})", FormatNumber(weight),
-                                                         HtmlShare(weight, fBins.validWeight))},
-                              weight,
-                              {}};
+    if (!fTarget.groups.empty()) return ClassBin(BinName(bin), weight, fBins.classWeights[bin]);
+    return {{BinName(bin), WeightLine(weight)}, weight, {weight}};
+  }
+
+  std::string WeightLine(double weight) const {
+    return fmt::format("weight {} ({})", FormatNumber(weight),
+                       HtmlShare(weight, CountedWeight(fBins)));
+  }
+
+  BinChart::Bin ClassBin(std::string name, double weight,
+                         const std::vector<double>& classWeights) const {
+    BinChart::Bin chartBin{{std::move(name), WeightLine(weight)}, weight, {}};
     for (const ClassGroup& group : fTarget.groups) {
-      const double part = GroupWeight(group, fBins.classWeights[bin]);
+      const double part = GroupWeight(group, classWeights);
       chartBin.parts.push_back(part);
       chartBin.tooltip.push_back(fmt::format("{}: {} ({})", ElideText(group.label, kClassWidth),
                                              FormatNumber(part), HtmlShare(part, weight)));
     }
-    if (fTarget.groups.empty()) chartBin.parts = {weight};
     return chartBin;
+  }
+
+  // Of bins that have not counted it by class, whatever is missing.
+  BinChart::Bin MissingChartBin() const {
+    if (fMissing != nullptr && !fTarget.groups.empty()) {
+      return ClassBin(kMissingLabel, fMissing->weight, fMissing->classWeights);
+    }
+    const double weight = fMissing != nullptr ? fMissing->weight : UncountedWeight();
+    const char* const what =
+        fMissing != nullptr || fTarget.groups.empty() ? "value" : "value or target";
+    return {{fmt::format("{} missing: weight {} ({} of all)", what, FormatNumber(weight),
+                         HtmlShare(weight, fBins.weightWithMissing))},
+            weight,
+            {}};
+  }
+
+  // What is missing and was not counted as a bin.
+  double UncountedWeight() const {
+    return fBins.missing ? 0.0 : fBins.weightWithMissing - fBins.validWeight;
   }
 
   std::string Table() const {
@@ -154,10 +178,11 @@ class HtmlResult {
                        std::string(IsWide() ? " class=\"wide\"" : "") + ">\n<thead><tr>" +
                        HeaderCells() + "</tr></thead>\n<tbody>\n";
     for (std::size_t bin = 0; bin < fBins.binWeights.size(); ++bin) html += BinRow(bin);
+    if (fMissing != nullptr) html += MissingRow();
     html += TotalRow();
-    if (fMissingWeight > 0.0) {
+    if (UncountedWeight() > 0.0) {
       html += fmt::format("<tr><td class=\"t soft\">missing</td>{}</tr>\n",
-                          Cell(FormatNumber(fMissingWeight)));
+                          Cell(FormatNumber(UncountedWeight())));
     }
     return html + "</tbody></table></div>\n";
   }
@@ -182,8 +207,17 @@ class HtmlResult {
     return "<tr>" + html + "</tr>\n";
   }
 
+  std::string MissingRow() const {
+    std::string html = WeightCells(kMissingLabel, fMissing->weight, fMissing->classWeights);
+    if (HasEvidence()) {
+      html +=
+          Cell(HtmlMeasure(fEvidence.missingWeight)) + Cell(HtmlMeasure(fEvidence.missingValue));
+    }
+    return "<tr>" + html + "</tr>\n";
+  }
+
   std::string TotalRow() const {
-    std::string html = WeightCells("total", fBins.validWeight, fTotals);
+    std::string html = WeightCells("total", CountedWeight(fBins), fTotals);
     if (HasEvidence()) html += Cell("") + Cell(HtmlMeasure(fEvidence.informationValue));
     return "<tr class=\"sum\">" + html + "</tr>\n";
   }
@@ -191,7 +225,7 @@ class HtmlResult {
   std::string WeightCells(const std::string& name, double weight,
                           const std::vector<double>& classWeights) const {
     std::string html = "<td class=\"t\">" + name + "</td>" + Cell(FormatNumber(weight)) +
-                       Cell(HtmlShare(weight, fBins.validWeight));
+                       Cell(HtmlShare(weight, CountedWeight(fBins)));
     for (const ClassGroup& group : fTarget.groups) {
       const double part = GroupWeight(group, classWeights);
       html += Cell(FormatNumber(part)) + Cell(HtmlShare(part, weight));
@@ -204,8 +238,8 @@ class HtmlResult {
   const AttributeBins& fBins;
   const VariableInfo& fAttribute;
   const HtmlTarget& fTarget;
-  const std::vector<double> fTotals;
-  const double fMissingWeight;
+  const std::vector<double> fTotals;  // of the classes
+  const MissingBin* const fMissing;
   Evidence fEvidence;
 };
 

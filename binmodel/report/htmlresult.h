@@ -13,7 +13,6 @@ namespace MCBinModel {
 struct HtmlTarget {
   std::vector<ClassGroup> groups;    // none without target
   std::optional<std::size_t> event;  // of a target with two classes
-  double adjustment = 0.0;           // as for MeasureEvidence()
 };
 
 // The part of a report about one result, with chart and table; its id is "r<result>".

@@ -6,7 +6,9 @@
 #include <cmath>
 #include <numeric>
 
+#include "binmodel/measure/binstatistics.h"
 #include "binmodel/model/severity.h"
+#include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
 #include "metadata/describe.h"
 
@@ -31,6 +33,56 @@ std::vector<std::size_t> OrderByGain(const std::vector<AttributeBins>& results) 
     return results[a].informationGain > results[b].informationGain;
   });
   return order;
+}
+
+double CountedWeight(const AttributeBins& bins) {
+  return bins.validWeight + (bins.missing ? bins.missing->weight : 0.0);
+}
+
+const MissingBin* FindMissingBin(const AttributeBins& bins) {
+  return bins.missing && bins.missing->weight > 0.0 ? &*bins.missing : nullptr;
+}
+
+std::vector<double> SumCountedClassWeights(const AttributeBins& bins) {
+  std::vector<double> sums = SumClassWeights(bins);
+  if (!bins.missing) return sums;
+  const std::vector<double>& missing = bins.missing->classWeights;
+  sums.resize(missing.size());
+  for (std::size_t code = 0; code < missing.size(); ++code) sums[code] += missing[code];
+  return sums;
+}
+
+std::string WeightFact(const AttributeBins& bins) {
+  constexpr double kRoundingError = 1e-9;
+  const double rest = bins.weightWithMissing - CountedWeight(bins);
+  if (!bins.missing) {
+    const char* const counted = rest > 0.0 ? ", not counted by class" : "";
+    return fmt::format("weight {} valid, {} missing{}", FormatNumber(bins.validWeight),
+                       FormatNumber(rest), bins.target ? counted : "");
+  }
+  std::string fact = fmt::format("weight {} valid, {} missing", FormatNumber(bins.validWeight),
+                                 FormatNumber(bins.missing->weight));
+  if (rest > kRoundingError * bins.weightWithMissing) {
+    fact += fmt::format(", {} without target", FormatNumber(rest));
+  }
+  return fact;
+}
+
+std::string InformationValueFact(const AttributeBins& bins, const Evidence& evidence,
+                                 std::string (*cell)(const std::optional<double>& measure)) {
+  std::string fact = "information value " + cell(evidence.informationValue);
+  if (FindMissingBin(bins) == nullptr) return fact;
+  return fact + fmt::format(" ({} without missing)", cell(evidence.valueWithoutMissing));
+}
+
+std::string EventFact(const BinModel& model, const VariableInfo& target) {
+  if (target.GetCategoryCount() != 2) return {};
+  std::string fact = "event " + ElideText(target.GetLabel(EventCategory(target)), kLabelWidth);
+  const double adjustment = model.settings.evidenceAdjustment;
+  if (adjustment > 0.0) {
+    fact += fmt::format(", {} added to both classes of each bin", FormatNumber(adjustment));
+  }
+  return fact;
 }
 
 }  // namespace MCBinModel

@@ -5,12 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "binmodel/measure/evidence.h"
 #include "binmodel/model/binmodel.h"
 
 namespace MCBinModel {
 
-// What reports have in common: widths of texts in tables for a terminal, cells, the order of
-// results.
+// What reports have in common: widths of texts in tables for a terminal, cells and facts, the order
+// of results.
 
 constexpr std::size_t kNameWidth = 32;        // of an attribute or a target
 constexpr std::size_t kLabelWidth = 16;       // of a class
@@ -25,5 +26,26 @@ std::string StatusCell(const MCBinning::MCStatus& status);
 // Indexes of the results: the largest information gain first, those without a gain last, otherwise
 // in the order of the results.
 std::vector<std::size_t> OrderByGain(const std::vector<AttributeBins>& results);
+
+// Of the cases that shares are taken of: those with a value, and the missing ones if they were
+// counted.
+double CountedWeight(const AttributeBins& bins);
+
+// The missing cases as a bin to show; null when they were not counted or there are none.
+const MissingBin* FindMissingBin(const AttributeBins& bins);
+
+// The target's weights over all bins, that of the missing cases included, by category code.
+std::vector<double> SumCountedClassWeights(const AttributeBins& bins);
+
+// "weight 120 valid, 12 missing, 3 without target".
+std::string WeightFact(const AttributeBins& bins);
+
+// "information value 0.4012 (0.3871 without missing)", its measures written by `cell`.
+std::string InformationValueFact(const AttributeBins& bins, const Evidence& evidence,
+                                 std::string (*cell)(const std::optional<double>& measure));
+
+// The name of the event and the adjustment: "event yes" or "event yes, 0.5 added to both classes of
+// each bin"; empty without two classes.
+std::string EventFact(const BinModel& model, const VariableInfo& target);
 
 }  // namespace MCBinModel

@@ -125,14 +125,15 @@ class BinChartWriter {
     svg += Bars() + MissingBar() + Reference();
     if (fChart.lineCount > 0) {
       svg += Caption(fChart.lineCaption, kTop + kWeightHeight + kPanelGap);
-      svg += fShares.Render(kLeft, fBinsRight, AxisShare);
-      svg += Overall() + Lines();
+      svg += fShares.Render(kLeft, HasMissingParts() ? right : fBinsRight, AxisShare);
+      svg += Overall() + Lines() + MissingMarks();
     }
     return svg + Labels() + Tooltips() + "</svg>";
   }
 
  private:
-  bool HasMissing() const { return fChart.missingWeight > 0.0; }
+  bool HasMissing() const { return fChart.missing.weight > 0.0; }
+  bool HasMissingParts() const { return HasMissing() && !fChart.missing.parts.empty(); }
 
   // All bins are equally wide, and so is the missing one within its limits.
   double SlotWidth() const {
@@ -156,7 +157,7 @@ class BinChartWriter {
   double LargestWeight() const {
     double largest = fChart.referenceWeight.value_or(0.0);
     for (const BinChart::Bin& bin : fChart.bins) largest = std::max(largest, bin.weight);
-    return std::max(largest, std::min(fChart.missingWeight, 1.5 * largest));
+    return std::max(largest, std::min(fChart.missing.weight, 1.5 * largest));
   }
 
   double LargestShare() const {
@@ -166,6 +167,9 @@ class BinChartWriter {
       for (std::size_t line = 0; line < fChart.lineCount; ++line) {
         if (bin.weight > 0.0) largest = std::max(largest, bin.parts[line] / bin.weight);
       }
+    }
+    for (std::size_t line = 0; HasMissingParts() && line < fChart.lineCount; ++line) {
+      largest = std::max(largest, fChart.missing.parts[line] / fChart.missing.weight);
     }
     return std::min(largest, 1.0);
   }
@@ -207,22 +211,57 @@ class BinChartWriter {
     return svg;
   }
 
+  double MissingLeft() const { return fBinsRight + kMissingGap; }
+  double MissingCentre() const { return MissingLeft() + MissingWidth() / 2.0; }
+
   std::string MissingBar() const {
     if (!HasMissing()) return {};
-    const double left = fBinsRight + kMissingGap;
-    const std::string centre = Coord(left + MissingWidth() / 2.0);
-    const double top = fWeights.Y(fChart.missingWeight);
-    const bool cutOff = top < kTop;
-    std::string svg = fmt::format(
-        "<path class=\"missing\" d=\"{}\"><title>{}</title></path>"
-        "<text class=\"mid\" x=\"{}\" y=\"{}\">missing</text>",
-        BarPath(left, MissingWidth(), cutOff ? kTop : top, fWeights.GetBottom()),
-        HtmlText(fChart.missingTooltip), centre, Coord(fWeights.GetBottom() + 15.0));
+    const std::string centre = Coord(MissingCentre());
+    const double wanted = fWeights.Y(fChart.missing.weight);
+    const bool cutOff = wanted < kTop;
+    std::string svg = HasMissingParts() ? MissingParts(cutOff ? kTop : wanted)
+                                        : HatchedBar(cutOff ? kTop : wanted);
+    svg += fmt::format("<text class=\"mid\" x=\"{}\" y=\"{}\">missing</text>", centre,
+                       Coord(fWeights.GetBottom() + 15.0));
     if (cutOff) {
       svg += fmt::format("<text class=\"mid\" x=\"{}\" y=\"{}\">\u2191 {}</text>", centre,
-                         Coord(kTop - 5.0), AxisNumber(fChart.missingWeight));
+                         Coord(kTop - 5.0), AxisNumber(fChart.missing.weight));
     }
     return svg;
+  }
+
+  std::string HatchedBar(double top) const {
+    return fmt::format("<path class=\"missing\" d=\"{}\"><title>{}</title></path>",
+                       BarPath(MissingLeft(), MissingWidth(), top, fWeights.GetBottom()),
+                       TooltipText(fChart.missing.tooltip));
+  }
+
+  // One that is cut off keeps the shares of its parts.
+  std::string MissingParts(double top) const {
+    const double perUnit = (fWeights.GetBottom() - top) / fChart.missing.weight;
+    std::string svg;
+    double bottom = fWeights.GetBottom();
+    for (std::size_t part = 0; part < fChart.missing.parts.size(); ++part) {
+      const double height = fChart.missing.parts[part] * perUnit;
+      if (height <= 0.0) continue;
+      svg += fmt::format("<path class=\"k{}\" d=\"{}\"/>", part,
+                         BarPath(MissingLeft(), MissingWidth(), bottom - height, bottom));
+      bottom -= height;
+    }
+    return svg;
+  }
+
+  std::string MissingMarks() const {
+    std::string svg;
+    for (std::size_t line = 0; HasMissingParts() && line < fChart.lineCount; ++line) {
+      const double share = fChart.missing.parts[line] / fChart.missing.weight;
+      svg += Mark(line, Coord(MissingCentre()), Coord(fShares.Y(share)));
+    }
+    return svg;
+  }
+
+  static std::string Mark(std::size_t line, const std::string& x, const std::string& y) {
+    return fmt::format("<circle class=\"k{}\" cx=\"{}\" cy=\"{}\" r=\"3\"/>", line, x, y);
   }
 
   std::string Reference() const {
@@ -253,7 +292,7 @@ class BinChartWriter {
           const std::string x = Coord(BinCentre(bin));
           const std::string y = Coord(fShares.Y(fChart.bins[bin].parts[line] / weight));
           path += fmt::format("{}{} {}", penDown ? 'L' : 'M', x, y);
-          marks += fmt::format("<circle class=\"k{}\" cx=\"{}\" cy=\"{}\" r=\"3\"/>", line, x, y);
+          marks += Mark(line, x, y);
         }
         penDown = weight > 0.0;
       }
@@ -290,12 +329,16 @@ class BinChartWriter {
   std::string Tooltips() const {
     std::string svg;
     for (std::size_t bin = 0; bin < fChart.bins.size(); ++bin) {
-      svg += fmt::format(
-          "<rect class=\"h\" x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"><title>{}</title></rect>",
-          Coord(BinLeft(bin)), Coord(kTop), Coord(fSlotWidth), Coord(Bottom() - kTop),
-          TooltipText(fChart.bins[bin].tooltip));
+      svg += Tooltip(BinLeft(bin), fSlotWidth, fChart.bins[bin]);
     }
+    if (HasMissingParts()) svg += Tooltip(MissingLeft(), MissingWidth(), fChart.missing);
     return svg;
+  }
+
+  std::string Tooltip(double left, double width, const BinChart::Bin& bin) const {
+    return fmt::format(
+        "<rect class=\"h\" x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"><title>{}</title></rect>",
+        Coord(left), Coord(kTop), Coord(width), Coord(Bottom() - kTop), TooltipText(bin.tooltip));
   }
 
   static std::string TooltipText(const std::vector<std::string>& lines) {

@@ -1,10 +1,15 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "binmodel/apply/binvalues.h"
 #include "binmodel/measure/binstatistics.h"
+#include "binmodel/measure/evidence.h"
 #include "binmodel/model/bincodes.h"
 #include "binmodel/model/intervaltext.h"
 #include "binmodel/report/binreport.h"
@@ -74,12 +79,18 @@ class BinTable {
         fStyle(style),
         fBins(bins),
         fAttribute(model.GetAttribute(bins)),
-        fTarget(model.GetTarget(bins)) {}
+        fTarget(model.GetTarget(bins)) {
+    if (fTarget != nullptr && fTarget->GetCategoryCount() == 2) {
+      fEvidence = MeasureEvidence(model, bins);
+    }
+  }
 
   std::string Render() {
     AddColumns();
     for (std::size_t bin = 0; bin < fBins.binWeights.size(); ++bin) AddBin(bin);
-    if (fBins.binWeights.size() > 1) AddTotal();
+    const MissingBin* const missing = FindMissingBin(fBins);
+    if (missing != nullptr) AddMissing(*missing);
+    if (fBins.binWeights.size() > 1 || missing != nullptr) AddTotal();
     return fTable.Render();
   }
 
@@ -100,23 +111,43 @@ class BinTable {
     } else if (fTarget != nullptr) {
       fTable.AddColumn("largest classes", Align::kLeft);
     }
+    if (fEvidence) {
+      fTable.AddColumn("evidence", Align::kRight);
+      fTable.AddColumn("inf. value", Align::kRight);
+    }
     if (fAttribute.IsCategorical()) fTable.AddColumn("categories", Align::kLeft);
   }
 
   void AddBin(std::size_t bin) {
     const bool rightClosed = fModel.settings.rightClosed;
     const bool hasClasses = bin < fBins.classWeights.size();
+    std::vector<std::string> measures;
+    if (fEvidence) {
+      measures = {MeasureCell(fEvidence->weights[bin]), MeasureCell(fEvidence->values[bin])};
+    }
     AddRow(IntervalText(fBins.cutPoints, bin, rightClosed), fBins.binWeights[bin],
-           hasClasses ? fBins.classWeights[bin] : std::vector<double>(),
+           hasClasses ? fBins.classWeights[bin] : std::vector<double>(), std::move(measures),
            fAttribute.IsCategorical() ? CategoriesCell(fAttribute, fBins, bin, rightClosed) : "");
   }
 
-  void AddTotal() { AddRow("total", fBins.validWeight, SumClassWeights(fBins), ""); }
+  void AddMissing(const MissingBin& missing) {
+    std::vector<std::string> measures;
+    if (fEvidence) {
+      measures = {MeasureCell(fEvidence->missingWeight), MeasureCell(fEvidence->missingValue)};
+    }
+    AddRow(kMissingLabel, missing.weight, missing.classWeights, std::move(measures), "");
+  }
+
+  void AddTotal() {
+    std::vector<std::string> measures;
+    if (fEvidence) measures = {"", MeasureCell(fEvidence->informationValue)};
+    AddRow("total", CountedWeight(fBins), SumCountedClassWeights(fBins), std::move(measures), "");
+  }
 
   void AddRow(std::string name, double weight, const std::vector<double>& classWeights,
-              std::string categories) {
+              std::vector<std::string> measures, std::string categories) {
     std::vector<std::string> cells = {std::move(name), FormatNumber(weight),
-                                      FormatShareOf(weight, fBins.validWeight)};
+                                      FormatShareOf(weight, CountedWeight(fBins))};
     if (HasClassColumns()) {
       for (std::size_t code = 0; code < classWeights.size(); ++code) {
         cells.push_back(FormatNumber(classWeights[code]));
@@ -125,6 +156,7 @@ class BinTable {
     } else if (fTarget != nullptr) {
       cells.push_back(LargestClassesCell(*fTarget, classWeights, weight));
     }
+    std::move(measures.begin(), measures.end(), std::back_inserter(cells));
     if (fAttribute.IsCategorical()) cells.push_back(std::move(categories));
     fTable.AddRow(std::move(cells));
   }
@@ -141,6 +173,7 @@ class BinTable {
   const AttributeBins& fBins;
   const VariableInfo& fAttribute;
   const VariableInfo* const fTarget;
+  std::optional<Evidence> fEvidence;  // of a target with two classes
   TextTable fTable;
 };
 
@@ -150,14 +183,16 @@ std::string Title(const BinModel& model, const AttributeBins& bins) {
   const VariableInfo* const target = model.GetTarget(bins);
   if (target != nullptr) text += " by " + ElideText(target->name, kNameWidth);
   if (!bins.status.IsOK()) text += "\n  " + StatusCell(bins.status);
-  text += fmt::format("\n  weight {} valid, {} missing", FormatNumber(bins.validWeight),
-                      FormatNumber(bins.weightWithMissing - bins.validWeight));
+  text += "\n  " + WeightFact(bins);
   if (bins.minimum && bins.maximum) {
     text += "; " + DescribeValues(bins.distinctValues, *bins.minimum, *bins.maximum);
   }
   if (bins.informationGain) {
     text += fmt::format("; gain {} of {} bits", FormatFixed(*bins.informationGain, 4),
                         FormatFixed(Entropy(SumClassWeights(bins)), 4));
+  }
+  if (target != nullptr && target->GetCategoryCount() == 2 && !bins.binWeights.empty()) {
+    text += "; " + InformationValueFact(bins, MeasureEvidence(model, bins), MeasureCell);
   }
   return text + "\n";
 }
@@ -211,6 +246,8 @@ std::string Heading(const BinModel& model) {
   std::string targets;
   for (const VariableInfo& target : model.targets) {
     targets += (targets.empty() ? "" : ", ") + ElideText(target.name, kNameWidth);
+    const std::string event = EventFact(model, target);
+    if (!event.empty()) targets += " (" + event + ")";
   }
   return fmt::format("Supervised bins of {}: {} records, target {}; gain in bits\n\n",
                      PrintableText(model.source.name), used, targets);

@@ -56,11 +56,14 @@ AttributeBins TakeResults(const BINAttributeTargetResults& results) {
     bins.modelEntropy = Known(results.GetModelEntropy());
     if (bins.modelEntropy) bins.informationGain = InformationGain(bins);
   }
+  const std::vector<double>& missing = results.GetMissingCellCounts();
+  if (!missing.empty()) bins.missing = {missing.front(), {missing.begin() + 1, missing.end()}};
   return bins;
 }
 
 AttributeBins TakeResults(const BINAttributeResults& results) {
   AttributeBins bins = TakeCommon(results);
+  bins.missing = {results.GetMissingWeight(), {}};
   bins.binWeights = results.GetCellCounts();
   return bins;
 }
@@ -69,6 +72,9 @@ void AddUnseenCategories(AttributeBins& bins, const VariableInfo& target) {
   const std::size_t count = target.GetCategoryCount();
   for (std::vector<double>& weights : bins.classWeights) {
     if (weights.size() < count) weights.resize(count, 0.0);
+  }
+  if (bins.missing && bins.missing->classWeights.size() < count) {
+    bins.missing->classWeights.resize(count, 0.0);
   }
 }
 

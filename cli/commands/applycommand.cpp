@@ -1,5 +1,8 @@
 #include <unistd.h>
 
+#include <optional>
+#include <string>
+
 #include "cli/commands/commandfiles.h"
 #include "cli/commands/commands.h"
 #include "cli/terminal/exitguard.h"
@@ -35,7 +38,13 @@ int ApplyCommand(const ApplyOptions& options) {
   out.Write(writer.WriteHeader(given.reader));
   CopyRecords(given.reader, writer, out, progress);
   progress.Finish();
-  if (!options.quiet) PrintNotes(writer.GetNotes());
+  if (options.quiet) return kExitDone;
+  PrintNotes(writer.GetNotes());
+  if (options.columns.form == MCBinModel::BinForm::kWeightOfEvidence) {
+    PrintEvidenceNote(given.model, given.results);
+    const std::optional<std::string> infinite = writer.DescribeInfinite();
+    if (infinite) PrintNote(*infinite + "; --woe-adjust WEIGHT makes them finite");
+  }
   return kExitDone;
 }
 

@@ -11,6 +11,8 @@
 
 #include "binmodel/file/binfile.h"
 #include "binmodel/model/resultselection.h"
+#include "binmodel/model/targetclasses.h"
+#include "binmodel/report/reportcells.h"
 #include "binmodel/text/displaytext.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/usageerror.h"
@@ -85,9 +87,19 @@ void CheckFiles(const std::vector<CommandInput>& inputs,
   }
 }
 
-MCBinModel::BinModel LoadBinFile(const std::string& path) {
+MCBinModel::BinModel LoadBinFile(const std::string& path, const EvidenceOptions& evidence) {
   const InputText input = ReadAll(path, '{', "a bin file, which mcbin writes with --json");
-  return MCBinModel::ParseBinFile(input.text, input.name);
+  MCBinModel::BinModel model = MCBinModel::ParseBinFile(input.text, input.name);
+  MCBinModel::ChooseEvents(model.targets, evidence.events);
+  if (evidence.adjustment) model.settings.evidenceAdjustment = *evidence.adjustment;
+  if (!evidence.classes.empty()) MCBinModel::OrderClasses(model, evidence.classes);
+  return model;
+}
+
+void PrintEvidenceNote(const MCBinModel::BinModel& model, const std::vector<std::size_t>& results) {
+  const MCBinModel::VariableInfo& target = *model.GetTarget(model.results[results.front()]);
+  PrintNote(fmt::format("weight of evidence for the target {}, {}",
+                        MCBinModel::QuotedText(target.name), MCBinModel::EventFact(model, target)));
 }
 
 std::vector<std::size_t> ChooseResults(const MCBinModel::BinModel& model,
@@ -99,7 +111,7 @@ std::vector<std::size_t> ChooseResults(const MCBinModel::BinModel& model,
 }
 
 BinsAndData::BinsAndData(const DataOptions& options)
-    : model(LoadBinFile(options.binFile)),
+    : model(LoadBinFile(options.binFile, options.evidence)),
       results(ChooseResultsAloud(model, options)),
       input(options.input, "a CSV file"),
       delimiter(options.delimiter.value_or(model.source.delimiter)),

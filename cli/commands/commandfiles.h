@@ -32,8 +32,13 @@ struct CommandOutput {
 // included, over an input. Throws UsageError.
 void CheckFiles(const std::vector<CommandInput>& inputs, const std::vector<CommandOutput>& outputs);
 
-// Reads a bin file; "-" is standard input. Throws Refusal and Interrupt::Requested.
-MCBinModel::BinModel LoadBinFile(const std::string& path);
+// Reads a bin file; "-" is standard input. The options come before what the file says. Throws
+// Refusal and Interrupt::Requested.
+MCBinModel::BinModel LoadBinFile(const std::string& path, const EvidenceOptions& evidence = {});
+
+// Says what the weights of evidence of these results are about. The results are of one target with
+// two classes.
+void PrintEvidenceNote(const MCBinModel::BinModel& model, const std::vector<std::size_t>& results);
 
 // The results of a bin file that a command uses: those of one target, without the ones that an
 // error left without bins; `notes` gets a line about these. Throws Refusal.

@@ -19,6 +19,13 @@ namespace MCBin {
 // Each returns the exit code. Results go to standard output, messages to standard error; no
 // temporary file stays behind. Each throws Refusal, UsageError and Interrupt::Requested.
 
+// Of a command that shows or uses weights of evidence; what is unset stays as the bin file says.
+struct EvidenceOptions {
+  std::vector<std::string> events;   // classes, of one target each
+  std::vector<std::string> classes;  // that come first where classes are listed
+  std::optional<double> adjustment;  // added to each class weight of a bin; 0: nothing is smoothed
+};
+
 // Of a command that makes bins.
 struct ModelOutputOptions {
   std::optional<std::string> jsonFile;
@@ -28,6 +35,7 @@ struct ModelOutputOptions {
 
 struct RunOptions : ModelOutputOptions {
   MCBinModel::BinSettings settings;
+  EvidenceOptions evidence;
 
   // The input and how to read it.
   std::string input = "-";
@@ -48,6 +56,7 @@ struct DataOptions {
   std::string binFile;
   std::string input = "-";
   std::optional<std::string> target;
+  EvidenceOptions evidence;
   std::optional<char> delimiter;                         // unset: as the bin file says
   std::optional<std::vector<std::string>> missingTexts;  // unset: as the bin file says
   bool quiet = false;
@@ -70,6 +79,7 @@ struct ExportOptions {
   std::string dialect = "ansi";  // of SQL
   std::string table;             // of SQL
   std::optional<std::string> target;
+  EvidenceOptions evidence;
   MCBinModel::ExportOptions columns;
   std::string output = "-";
   bool quiet = false;
@@ -78,7 +88,7 @@ struct ExportOptions {
 struct ReportOptions {
   std::string binFile;
   std::string output = "-";
-  double evidenceAdjustment = 0.0;  // added to each class weight of a bin; 0: nothing is smoothed
+  EvidenceOptions evidence;
 };
 
 // `supervised` and `equal-frequency`: makes bins.

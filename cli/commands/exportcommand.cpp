@@ -1,9 +1,16 @@
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <cstddef>
 #include <string>
 #include <vector>
 
 #include "binmodel/export/binexport.h"
 #include "binmodel/export/exportmodel.h"
 #include "binmodel/export/sqldialect.h"
+#include "binmodel/measure/evidence.h"
+#include "binmodel/text/displaytext.h"
+#include "binmodel/text/number.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/commands/commands.h"
 #include "cli/terminal/exitguard.h"
@@ -20,10 +27,8 @@ void CheckOptions(const ExportOptions& options) {
   if (options.format == ExportFormat::kSql) MCBinModel::SplitTableName(options.table);
 }
 
-std::string MakeText(const ExportOptions& options, std::vector<std::string>& notes) {
-  const MCBinModel::BinModel model = LoadBinFile(options.binFile);
-  const std::vector<std::size_t> results =
-      ChooseResults(model, options.target, options.binFile, notes);
+std::string MakeText(const ExportOptions& options, const MCBinModel::BinModel& model,
+                     const std::vector<std::size_t>& results, std::vector<std::string>& notes) {
   switch (options.format) {
     case ExportFormat::kSql:
       return MCBinModel::ExportSql(model, results, options.columns, options.dialect, options.table);
@@ -35,6 +40,27 @@ std::string MakeText(const ExportOptions& options, std::vector<std::string>& not
   return MCBinModel::ExportPython(model, results, options.columns);
 }
 
+void PrintInfinite(const MCBinModel::BinModel& model, const std::vector<std::size_t>& results) {
+  constexpr std::size_t kMostNamed = 10;
+  std::vector<std::string> weights;
+  for (const std::size_t index : results) {
+    const MCBinModel::AttributeBins& bins = model.results[index];
+    const double weight =
+        MCBinModel::GetInfiniteWeight(bins, MCBinModel::MeasureEvidence(model, bins));
+    if (weight == 0.0) continue;
+    weights.push_back(fmt::format("{} of {} in {}", MCBinModel::FormatNumber(weight),
+                                  MCBinModel::FormatNumber(bins.weightWithMissing),
+                                  MCBinModel::QuotedText(model.GetAttribute(bins).name)));
+  }
+  if (weights.empty()) return;
+  const bool namesAll = weights.size() <= kMostNamed;
+  if (!namesAll) weights.resize(kMostNamed);
+  PrintNote(fmt::format(
+      "an infinite weight of evidence, as the bin lacks a class: of the weight that the bins were "
+      "made from {}{}; --woe-adjust WEIGHT makes it finite",
+      fmt::join(weights, ", "), namesAll ? "" : " and more"));
+}
+
 }  // namespace
 
 int ExportCommand(const ExportOptions& options) {
@@ -42,9 +68,16 @@ int ExportCommand(const ExportOptions& options) {
   CheckOptions(options);
   ResultStream out;
   std::vector<std::string> notes;
-  const std::string text = MakeText(options, notes);
-  WriteOutput(options.output, text, out);
-  if (!options.quiet) PrintNotes(notes);
+  const MCBinModel::BinModel model = LoadBinFile(options.binFile, options.evidence);
+  const std::vector<std::size_t> results =
+      ChooseResults(model, options.target, options.binFile, notes);
+  WriteOutput(options.output, MakeText(options, model, results, notes), out);
+  if (options.quiet) return kExitDone;
+  PrintNotes(notes);
+  if (options.columns.form == MCBinModel::BinForm::kWeightOfEvidence) {
+    PrintEvidenceNote(model, results);
+    PrintInfinite(model, results);
+  }
   return kExitDone;
 }
 

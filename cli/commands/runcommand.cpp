@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "binmodel/model/binmodel.h"
+#include "binmodel/model/targetclasses.h"
 #include "binmodel/run/binrun.h"
 #include "binmodel/text/displaytext.h"
 #include "cli/commands/commands.h"
@@ -77,6 +78,8 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
   progress.Finish();
   MCBinModel::RunVariables variables =
       MakeInputVariables(input.GetName(), requests, scan, options.rounding, notes);
+  MCBinModel::ChooseEvents(variables.targets, options.evidence.events);
+  MCBinModel::RequireClasses(variables.targets, options.evidence.classes);
   if (!options.quiet) {
     for (const ColumnNote& note : notes) PrintNote(NoteText(note));
   }
@@ -89,6 +92,7 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
                                                     *scan.values, control, &countedAnew);
   progress.Finish();
   if (!options.quiet && !countedAnew.empty()) PrintCountedAnew(model, countedAnew);
+  MCBinModel::OrderClasses(model, options.evidence.classes);
   model.source.name = input.GetName();
   model.source.delimiter = options.delimiter;
   model.source.missingTexts = options.missingTexts;

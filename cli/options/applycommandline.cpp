@@ -45,10 +45,9 @@ void AddApplyCommand(CLI::App& app, CommandAction& action) {
           ->type_name("TEXT");
   command.add_flag("--replace", apply.columns.replace, "put bins in the attributes' own columns")
       ->excludes(suffix);
-  command
-      .add_option("--missing-as", apply.columns.missingText,
-                  "text for a missing value (empty field)")
-      ->type_name("TEXT");
+  AddMissingAs(command, apply.columns.missingText, "TEXT",
+               "text for a missing value (as in the bin file, or an empty field)");
+  AddEvidence(command, apply.evidence);
   AddReading(command, raw->reading, apply);
   command.footer(kFooter);
   command.callback(

@@ -10,6 +10,23 @@
 
 namespace MCBin {
 
+namespace {
+
+// NaN is none.
+CLI::Validator NumberBetween(double least, double most) {
+  return CLI::Validator(
+      [least, most](const std::string& text) {
+        double number = 0.0;
+        const bool fits =
+            CLI::detail::lexical_cast(text, number) && number >= least && number <= most;
+        return fits ? std::string()
+                    : fmt::format("{} is no number from {} to {}", text, least, most);
+      },
+      "");
+}
+
+}  // namespace
+
 void AddList(CLI::App& command, const std::string& flag, std::vector<std::string>& values,
              const std::string& typeName, const std::string& help) {
   command.add_option(flag, values, help)->allow_extra_args(false)->type_name(typeName);
@@ -24,15 +41,28 @@ void AddChoice(CLI::App& command, const std::string& flag, std::string& value,
 
 void AddNumber(CLI::App& command, const std::string& flag, double& value, double least, double most,
                const std::string& typeName, const std::string& help) {
-  command.add_option(flag, value, help)
-      ->check([least, most](const std::string& text) {
-        double number = 0.0;
-        const bool fits =
-            CLI::detail::lexical_cast(text, number) && number >= least && number <= most;
-        return fits ? std::string()
-                    : fmt::format("{} is no number from {} to {}", text, least, most);
-      })
-      ->type_name(typeName);
+  command.add_option(flag, value, help)->check(NumberBetween(least, most))->type_name(typeName);
+}
+
+void AddEvidence(CLI::App& command, EvidenceOptions& options) {
+  constexpr double kLargestAdjustment = 1e6;
+  AddList(command, "--event", options.events, "CLASS",
+          "class that weight of evidence is about (larger number, later text)");
+  command
+      .add_option("--woe-adjust", options.adjustment,
+                  "add to both class weights in every bin for weight of evidence (0)")
+      ->check(NumberBetween(0.0, kLargestAdjustment))
+      ->type_name("WEIGHT");
+}
+
+void AddClasses(CLI::App& command, EvidenceOptions& options) {
+  command
+      .add_option_function<std::vector<std::string>>(
+          "--classes",
+          [&options](const std::vector<std::string>& lists) { options.classes = JoinLists(lists); },
+          "classes in the order to show them; others follow by number or text")
+      ->allow_extra_args(false)
+      ->type_name("NAMES");
 }
 
 void AddBinFile(CLI::App& command, std::string& path) {
@@ -67,6 +97,14 @@ void AddReading(CLI::App& command, RawReading& raw, DataOptions& options) {
 void ParseReading(const RawReading& raw, DataOptions& options) {
   if (!raw.delimiter.empty()) options.delimiter = ParseDelimiter(raw.delimiter);
   if (!raw.missingTexts.empty()) options.missingTexts = JoinMissingTexts(raw.missingTexts);
+}
+
+void AddMissingAs(CLI::App& command, std::optional<std::string>& text, const std::string& typeName,
+                  const std::string& help) {
+  command
+      .add_option_function<std::string>(
+          "--missing-as", [&text](const std::string& value) { text = value; }, help)
+      ->type_name(typeName);
 }
 
 void AddBinForm(CLI::App& command, std::string& form) {

@@ -23,6 +23,10 @@ void AddChoice(CLI::App& command, const std::string& flag, std::string& value,
 void AddNumber(CLI::App& command, const std::string& flag, double& value, double least, double most,
                const std::string& typeName, const std::string& help);
 
+// --event and --woe-adjust, and --classes of a command that lists classes.
+void AddEvidence(CLI::App& command, EvidenceOptions& options);
+void AddClasses(CLI::App& command, EvidenceOptions& options);
+
 // The file that a command reads: a bin file, or a CSV file.
 void AddBinFile(CLI::App& command, std::string& path);
 void AddCsvFile(CLI::App& command, std::string& path);
@@ -39,6 +43,10 @@ struct RawReading {
 void AddBinsAndData(CLI::App& command, DataOptions& options);
 void AddReading(CLI::App& command, RawReading& raw, DataOptions& options);
 void ParseReading(const RawReading& raw, DataOptions& options);
+
+// --missing-as, of which an empty text is a text.
+void AddMissingAs(CLI::App& command, std::optional<std::string>& text, const std::string& typeName,
+                  const std::string& help);
 
 // --as, and what its value means.
 void AddBinForm(CLI::App& command, std::string& form);

@@ -59,10 +59,9 @@ void AddExportCommand(CLI::App& app, CommandAction& action) {
   AddBinForm(command, raw->form);
   command.add_option("--suffix", exported.columns.suffix, "of the new columns' names (_bin)")
       ->type_name("TEXT");
-  command
-      .add_option("--missing-as", exported.columns.missingText,
-                  "for a missing value (NULL, missing)")
-      ->type_name("VALUE");
+  AddMissingAs(command, exported.columns.missingText, "VALUE",
+               "for a missing value (as in the bin file, or none)");
+  AddEvidence(command, exported.evidence);
   command.add_option("-o,--output", exported.output, "write to FILE (standard output)")
       ->type_name("FILE");
   command.add_flag("--quiet", exported.quiet, "no notes on standard error");

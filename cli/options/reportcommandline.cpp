@@ -14,12 +14,11 @@ constexpr const char* kHelp =
     "  mcbin report --woe-adjust 0.5 bins.json > report.html\n";
 
 constexpr const char* kFooter =
-    "A bin that lacks a class has an infinite weight of evidence unless --woe-adjust is given.\n"
+    "A bin that lacks a class has an infinite weight of evidence unless --woe-adjust is given,\n"
+    "here or when the bins were made.\n"
     "The page is one file without scripts, for the screen and for paper. 'mcbin supervised' and\n"
     "'mcbin equal-frequency' write it too, with --report FILE.\n"
     "Exit codes: 0 done, 1 input refused or run failed, 2 wrong usage, 130 cancelled.";
-
-constexpr double kLargestAdjustment = 1e6;
 
 }  // namespace
 
@@ -29,8 +28,8 @@ void AddReportCommand(CLI::App& app, CommandAction& action) {
   AddBinFile(command, report->binFile);
   command.add_option("-o,--output", report->output, "the page; '-' or none: stdout")
       ->type_name("FILE");
-  AddNumber(command, "--woe-adjust", report->evidenceAdjustment, 0.0, kLargestAdjustment, "WEIGHT",
-            "add to both class weights in every bin (0)");
+  AddEvidence(command, report->evidence);
+  AddClasses(command, report->evidence);
   command.footer(kFooter);
   command.callback(
       [report, &action] { action = [options = *report] { return ReportCommand(options); }; });

@@ -100,6 +100,8 @@ CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
            "number of equal-frequency pre-bins (1000)");
   AddNumber(command, "--small-bins", raw.run.settings.smallBins, 0.0, 1.0, "SHARE",
             "merge inner bins below this share of a neighbour (0)");
+  AddEvidence(command, raw.run.evidence);
+  AddClasses(command, raw.run.evidence);
   AddRunOptions(command, raw);
   return command;
 }
@@ -117,6 +119,7 @@ RunOptions Finish(RawOptions raw) {
   run.rounding =
       raw.rounding == "truncate" ? IBINVariable::RoundTruncate : IBINVariable::RoundClosest;
   run.settings.rightClosed = raw.closed == "right";
+  run.settings.evidenceAdjustment = run.evidence.adjustment.value_or(0.0);
   if (raw.color == "always") run.color = ColorChoice::kAlways;
   if (raw.color == "never") run.color = ColorChoice::kNever;
   run.delimiter = ParseDelimiter(raw.delimiter);

@@ -76,8 +76,9 @@ std::string RefusalText(const MCBinModel::Refusal& refusal) {
           subject);
     case RefusalCode::kNoInfinity:
       return fmt::format(
-          "a weight of evidence is infinite, which --dialect {} cannot say; merge the bin with an "
-          "empty class, or choose --as index",
+          "a weight of evidence is infinite, which --dialect {} cannot say; give a --woe-adjust "
+          "such "
+          "as 0.5, or choose --as index",
           refusal.GetSubject());
     default:
       return refusal.what();

@@ -87,8 +87,12 @@ class RunFrame {
   }
 
   static CaseTotals TotalsOf(const BINDataSet& dataSet) {
-    return {dataSet.GetNumDistinctValues(), dataSet.GetTotalweight(),
-            dataSet.GetTotalWeightWithMissing(), dataSet.GetMinimum(), dataSet.GetMaximum()};
+    return {dataSet.GetNumDistinctValues(),
+            dataSet.GetTotalweight(),
+            dataSet.GetTotalWeightWithMissing(),
+            dataSet.GetMinimum(),
+            dataSet.GetMaximum(),
+            LoadedCases::GetMissingWeights(dataSet)};
   }
 
   // Loads an attribute, against a target or without one. Memory that ran out ends the run; anything

@@ -3,6 +3,7 @@
 #include <climits>
 #include <cstddef>
 #include <new>
+#include <utility>
 
 #include "common/displayframe.h"
 #include "common/guard.h"
@@ -160,17 +161,19 @@ void BINDataSet::ReadCases(int file, std::vector<Case>& cases) {
   fTotalWeight = 0.0;
   fTotalWeightWithMissing = 0.0;
   fCases->SetLoaded(cases);
+  fCases->SetMissingWeights({});
   if (!fPreparator.HasAnyFile()) {
     cases.clear();
     return;
   }
   const int targetFile =
       MCBinning::kHasTarget<Case> ? static_cast<int>(fTargetFile) : CaseReader::kNoFile;
-  const MCBinning::CaseSums sums = fReader->Read(file, {targetFile, fWeightFile}, cases);
+  MCBinning::CaseSums sums = fReader->Read(file, {targetFile, fWeightFile}, cases);
   fNumCases = static_cast<unsigned int>(cases.size());
   fTotalWeight = sums.weight;
   fTotalWeightWithMissing = sums.weightWithMissing;
   if (MCBinning::kHasTarget<Case>) fLargestTarget = sums.largestTarget;
+  fCases->SetMissingWeights(std::move(sums.missingWeights));
 }
 
 MCStatus BINDataSet::ReadNextAttribute(unsigned int file) {

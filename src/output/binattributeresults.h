@@ -47,6 +47,9 @@ class MCBINNING_API BINAttributeResults final {
   double GetMinimum() const { return fMinimum; }
   double GetMaximum() const { return fMaximum; }
 
+  // Of the cases whose value is missing.
+  double GetMissingWeight() const { return fMissingWeight; }
+
  private:
   friend class MCBinning::ResultStore;
 
@@ -59,4 +62,5 @@ class MCBINNING_API BINAttributeResults final {
   double fTotalWeightWithMissing = 0.0;
   double fMinimum = 0.0;
   double fMaximum = 0.0;
+  double fMissingWeight = 0.0;
 };

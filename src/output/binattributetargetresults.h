@@ -53,6 +53,12 @@ class MCBINNING_API BINAttributeTargetResults final {
   // valid case.
   double GetModelEntropy() const { return fModelEntropy; }
 
+  // The cases whose value is missing while weight and target are there, counted as one more bin:
+  // their total weight, then their weight in every target category, by category code; categories
+  // may be left out at the end, and there may be some that no bin has. Empty when they were not
+  // counted.
+  const std::vector<double>& GetMissingCellCounts() const { return fMissingCellCounts; }
+
  private:
   friend class MCBinning::ResultStore;
 
@@ -67,4 +73,5 @@ class MCBINNING_API BINAttributeTargetResults final {
   double fMinimum = 0.0;
   double fMaximum = 0.0;
   double fModelEntropy = 0.0;
+  std::vector<double> fMissingCellCounts;
 };

@@ -1,6 +1,7 @@
 #include "output/binoutput.h"
 
 #include <cstddef>
+#include <numeric>
 
 #include "common/guard.h"
 #include "common/statuscodes.h"
@@ -32,6 +33,11 @@ void ResultStore::Append(BINOutput& output, const PairResult& result) {
   record.fTotalWeightWithMissing = result.totals.weightWithMissing;
   record.fMinimum = result.totals.minimum;
   record.fMaximum = result.totals.maximum;
+  if (const std::vector<double>& missing = result.totals.missingWeights; !missing.empty()) {
+    record.fMissingCellCounts = {std::accumulate(missing.begin(), missing.end(), 0.0)};
+    record.fMissingCellCounts.insert(record.fMissingCellCounts.end(), missing.begin(),
+                                     missing.end());
+  }
 
   const auto& [cuts, counts, modelEntropy] = result.partition;
   record.fCutPoints.assign(cuts.begin(), cuts.end());

@@ -26,6 +26,9 @@ void ResultStore::Append(EFBINOutput& output, const AttributeResult& result) {
   record.fTotalWeightWithMissing = result.totals.weightWithMissing;
   record.fMinimum = result.totals.minimum;
   record.fMaximum = result.totals.maximum;
+  record.fMissingWeight = result.totals.missingWeights.empty()
+                              ? record.fTotalWeightWithMissing - record.fTotalWeight
+                              : result.totals.missingWeights.front();
   const std::vector<BINAttributeResults>& earlier = output.fResults;
   const bool isAscending =
       output.fAscendingCount == earlier.size() &&

@@ -18,10 +18,14 @@ struct CaseTotals {
   double weightWithMissing = 0.0;
   double minimum = MCMV::Missing();
   double maximum = MCMV::Missing();
+
+  // Of the cases that lack the value alone, by target category; one without target. None when they
+  // were not counted.
+  std::vector<double> missingWeights{};
 };
 
 // Of an entry that was refused before it was run.
-inline constexpr CaseTotals kNoTotals{0, 0.0, 0.0, 0.0, 0.0};
+inline const CaseTotals kNoTotals{0, 0.0, 0.0, 0.0, 0.0};
 
 // The bins of an attribute against a target.
 struct Partition {

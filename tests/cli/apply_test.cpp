@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 
 #include "cli/handmadebins.h"
 #include "cli/program.h"
@@ -9,6 +10,18 @@
 namespace {
 
 using nlohmann::json;
+
+// The bins made by hand with 8 missing cases of 'a', as a later version of the format has them.
+std::string BinsWithMissing() {
+  std::string text = kHandMadeBins;
+  const auto put = [&](const std::string& from, const std::string& to) {
+    text.replace(text.find(from), from.size(), to);
+  };
+  put("\"version\": 1", "\"version\": 2");
+  put("\"weight_with_missing\": 8",
+      "\"weight_with_missing\": 16, \"missing\": {\"weight\": 8, \"class_weights\": [8, 0]}");
+  return text;
+}
 
 struct ApplyExample {
   const char* name;
@@ -37,6 +50,8 @@ const ApplyExample kExamples[] = {
      ", 0 ,\"x\",,,0,0\n"},
     {"OtherDelimiterAndTexts", "--delimiter ; --na - --as label", "a;c\n-;\"x\"\n0;x\n",
      "a;c;a_bin;c_bin\n-;\"x\";;{x}\n0;x;(-inf, 1];{x}\n"},
+    {"OtherEvent", "--as woe --event no --woe-adjust 1", "c,a\nx,0\nx,\n",
+     "c,a,a_bin,c_bin\nx,0,-0.6931471805599453,0\nx,,,0\n"},
     {"HeaderOnly", "", "a,c\n", "a,c,a_bin,c_bin\n"}};
 
 TEST(Apply, WritesBins) {
@@ -47,6 +62,26 @@ TEST(Apply, WritesBins) {
     EXPECT_EQ(outcome.exitCode, 0) << name << outcome.err;
     EXPECT_EQ(outcome.out, output) << name;
   }
+}
+
+TEST(Apply, WritesMissingValuesAsTheirBin) {
+  const Program program;
+  program.Write("bins.json", BinsWithMissing());
+  const std::pair<std::string, std::string> examples[] = {
+      {"", ",0\n,\n"},
+      {"--as label", "missing,{x}\nmissing,\n"},
+      {"--as label --missing-as ''", ",{x}\n,\n"},
+      {"--as woe --quiet --missing-as 0", "0,0\n0,0\n"},
+      {"--as woe", "inf,0\ninf,\n"}};
+  for (const auto& [options, output] : examples) {
+    const auto outcome = program.Run("apply --replace bins.json " + options, "a,c\n,x\n9,new\n");
+    EXPECT_EQ(outcome.out, "a,c\n" + output) << options << outcome.err;
+  }
+  const std::string err = program.Run("apply --as woe bins.json", "a,c\n1,x\n9,x\n2,x\n").err;
+  EXPECT_EQ(err,
+            "mcbin: weight of evidence for the target 't', event yes\n"
+            "mcbin: an infinite weight of evidence, as the bin lacks a class: 2 records in a_bin; "
+            "--woe-adjust WEIGHT makes them finite\n");
 }
 
 TEST(Apply, TellsOfUnknownCategories) {

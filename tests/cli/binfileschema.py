@@ -48,7 +48,8 @@ for run in RUNS:
         return copied
 
     changes = [
-        lambda b: b.update(version=2),
+        lambda b: b.update(version=3),
+        lambda b: b["results"][0]["missing"].pop("weight"),
         lambda b: b.pop("source"),
         lambda b: b["results"][0].pop("bin_weights"),
         lambda b: b["results"][0].update(cut_points=["1"]),

@@ -64,17 +64,20 @@ def make_attributes(engine):
 
 def make_bins(attributes, closed):
     results = []
-    for variable, cuts in attributes:
+    for number, (variable, cuts) in enumerate(attributes):
         classes = [[index % 3, 2 + index % 2] for index in range(len(cuts) + 1)]
         weights = [sum(both) for both in classes]
         results.append({
             "attribute": variable["name"], "target": "y", "cut_points": cuts,
             "status": {"code": 0, "severity": "ok", "text": "ok"},
             "bin_weights": weights, "class_weights": classes, "valid_weight": sum(weights),
-            "weight_with_missing": sum(weights), "distinct_values": len(weights)})
+            "weight_with_missing": sum(weights) + number, "distinct_values": len(weights)})
+        if number % 3 != 1:  # the others have not counted what is missing
+            results[-1]["missing"] = {"weight": number, "class_weights": [number, 0]}
     return {
-        "format": "mcbin-bins", "version": 1, "tool": "", "algorithm": "supervised",
-        "closed": closed, "settings": {"prebin_above": 0, "prebins": 2, "small_bins": 0},
+        "format": "mcbin-bins", "version": 2, "tool": "", "algorithm": "supervised",
+        "closed": closed,
+        "settings": {"prebin_above": 0, "prebins": 2, "small_bins": 0, "woe_adjust": 0.25},
         "source": {"name": "", "delimiter": ",", "na": ["NA", "-99"], "records": 0,
                    "dropped": {"missing_weight": 0, "zero_weight": 0,
                                "weight_rounded_to_zero": 0}},

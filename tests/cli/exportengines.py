@@ -201,7 +201,7 @@ class Pmml(Engine):
         if expression.tag == "MapValues":
             for row in expression.find("InlineTable"):
                 if read(row.find("category").text) == value:
-                    return row.find("bin").text
+                    return row.findtext("bin")
             return expression.get("defaultValue")
         for each in expression:
             interval = each.find("Interval")

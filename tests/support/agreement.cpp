@@ -40,6 +40,7 @@ std::string Text(const reference::Binning& binning) {
   text += ", range";
   Append(text, cases.minimum);
   Append(text, cases.maximum);
+  text += ", without value " + Text(cases.missingWeights);
   text += ", cut points " + Text(binning.cutPoints) + ", entropy";
   Append(text, binning.modelEntropy);
   text += ", bins";

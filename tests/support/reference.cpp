@@ -301,12 +301,19 @@ double RoundedWeight(double weight, Rounding rounding) {
 Cases ValidCases(const std::vector<double>& values, const std::vector<double>& targets,
                  const std::vector<double>& weights) {
   Cases cases;
+  cases.missingWeights = {0.0};
   for (std::size_t i = 0; i < values.size(); ++i) {
     const double weight = weights.empty() ? 1.0 : weights[i];
     if (weight == kMissing) continue;
     cases.totalWeightWithMissing += weight;
     const double target = targets.empty() ? 0.0 : targets[i];
-    if (values[i] == kMissing || target == kMissing) continue;
+    if (target == kMissing) continue;
+    const auto categories = static_cast<std::size_t>(target) + 1;
+    if (categories > cases.missingWeights.size()) cases.missingWeights.resize(categories);
+    if (values[i] == kMissing) {
+      cases.missingWeights[categories - 1] += weight;
+      continue;
+    }
     cases.totalWeight += weight;
     cases.sorted.push_back({values[i], static_cast<int>(target), weight});
   }

@@ -44,6 +44,7 @@ struct Cases {
   double totalWeightWithMissing = 0.0;
   double minimum = kMissing;
   double maximum = kMissing;
+  std::vector<double> missingWeights;  // of the cases that lack the value alone, by target
 };
 
 struct Binning {

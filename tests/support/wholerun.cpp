@@ -45,6 +45,9 @@ reference::Binning CommonOf(const Result& result) {
 StoredResult Stored(const BINAttributeTargetResults& result) {
   reference::Binning binning = CommonOf(result);
   binning.modelEntropy = result.GetModelEntropy();
+  if (const std::vector<double>& missing = result.GetMissingCellCounts(); !missing.empty()) {
+    binning.cases.missingWeights = {missing.begin() + 1, missing.end()};
+  }
   binning.counts = result.GetCellCounts();
   // A pair without any counts is stored as one bin without weights.
   if (binning.counts.size() == 1 && binning.counts.front().empty()) binning.counts.clear();
@@ -53,6 +56,7 @@ StoredResult Stored(const BINAttributeTargetResults& result) {
 
 StoredResult Stored(const BINAttributeResults& result) {
   reference::Binning binning = CommonOf(result);
+  binning.cases.missingWeights = {result.GetMissingWeight()};
   for (const double weight : result.GetCellCounts()) binning.counts.push_back({weight});
   return {result.GetAttributeIndex(), -1, binning};
 }

@@ -17,9 +17,10 @@ namespace MCBinning {
 
 // What the cases of an attribute sum up to.
 struct CaseSums {
-  double weight = 0.0;             // of the valid cases
-  double weightWithMissing = 0.0;  // and of those whose target or value is missing
-  unsigned int largestTarget = 0;  // among the valid cases
+  double weight = 0.0;                   // of the valid cases
+  double weightWithMissing = 0.0;        // and of those whose target or value is missing
+  unsigned int largestTarget = 0;        // among the valid cases
+  std::vector<double> missingWeights{};  // of the cases that lack the value alone, by target
 };
 
 // Reads the files of an attribute, its target and the weight in step, and keeps the valid cases.
@@ -85,7 +86,7 @@ class CaseReader {
     if (casesRead != cases.size()) throw StatusError(StatusCode::kTempFileFailed);
     cases.resize(collector.GetCount());
     return {collector.GetTotalWeight(), collector.GetTotalWeightWithMissing(),
-            collector.GetLargestTarget()};
+            collector.GetLargestTarget(), collector.GetMissingWeights()};
   }
 
   std::size_t GetRecordCount() const;

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <tuple>
 #include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -34,6 +35,10 @@ class CaseStore {
   void Sort(std::vector<Case>& cases) {
     std::get<TupleSorter<Case>>(fSorters).Sort(cases);
   }
+
+  // Of the attribute whose cases are loaded; see LoadedCases.
+  void SetMissingWeights(std::vector<double> weights) { fMissingWeights = std::move(weights); }
+  const std::vector<double>& GetMissingWeights() const { return fMissingWeights; }
 
   // Makes the loaded cases tuples, unless they are, in `tuples`, which takes room for `capacity`.
   template <typename Tuple>
@@ -95,6 +100,7 @@ class CaseStore {
              TupleSorter<EFBINDataTuple>>
       fSorters;
   DistinctBinTable fBinTable;
+  std::vector<double> fMissingWeights;
 };
 
 }  // namespace MCBinning

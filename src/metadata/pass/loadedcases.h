@@ -32,6 +32,12 @@ class LoadedCases {
     return dataSet.fCases->VisitEqualFrequency(visit);
   }
 
+  // The weights of the loaded attribute's cases that lack its value alone, by target category; one
+  // without target. None when nothing was read.
+  static const std::vector<double>& GetMissingWeights(const BINDataSet& dataSet) {
+    return dataSet.fCases->GetMissingWeights();
+  }
+
   // As BINDataSet::CreateBinTable(), with one cut point at least: false for warning 120002. Throws
   // std::bad_alloc.
   static bool FillBinTable(const BINDataSet& dataSet, const std::vector<double>& cutPoints,

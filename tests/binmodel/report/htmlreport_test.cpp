@@ -47,10 +47,11 @@ TEST(HtmlReport, TellsTheDeviationFromTheShareThatWasAskedFor) {
 }
 
 TEST(HtmlReport, MakesAnEmptyCellInfiniteUnlessAdjusted) {
-  const BinModel model = SampleBins({"no", "yes"}, {{"a", {{0, 4}, {6, 2}, {3, 0}, {0, 0}}}});
+  BinModel model = SampleBins({"no", "yes"}, {{"a", {{0, 4}, {6, 2}, {3, 0}, {0, 0}}}});
   const std::string plain = MakeHtmlReport(model);
   EXPECT_EQ(Count(plain, "<td>∞</td>") > 0 && Count(plain, "<td>−∞</td>") > 0, true);
-  const std::string adjusted = MakeHtmlReport(model, 0.5);
+  model.settings.evidenceAdjustment = 0.5;
+  const std::string adjusted = MakeHtmlReport(model);
   EXPECT_EQ(Count(adjusted, "∞"), 0u);
   EXPECT_EQ(Count(adjusted, "<td>2.5337</td>"), 1u);  // ln((4.5 / 7.5) / (0.5 / 10.5))
 }
@@ -83,6 +84,37 @@ TEST(HtmlReport, LinksAttributesAndStaysSmall) {
   EXPECT_EQ(Count(long_, "<title>"), 1u + 1000u + 1u);  // the page's, and the missing ones
   EXPECT_LT(Count(long_, "<text"), 50u);
   EXPECT_LT(long_.size(), 600'000u);
+}
+
+TEST(HtmlReport, ShowsMissingCasesAsTheLastBin) {
+  BinModel model = SampleBins({"n", "y"}, {{"x", {{20, 10}, {5, 25}}}});
+  model.results[0].missing = {15.0, {10.0, 5.0}};
+  const std::string page = MakeHtmlReport(model);
+  const std::string row =
+      "<td>15</td><td>20.0%</td><td>5</td><td>33.3%</td><td>10</td><td>66.7%</td><td>−0.8267</td>";
+  EXPECT_EQ(Count(page, "<td class=\"t\">missing</td>" + row), 1u) << page;
+  EXPECT_EQ(Count(page, "<td class=\"t\">total</td><td>75</td><td>100.0%</td><td>40</td>"), 1u);
+  EXPECT_EQ(Count(page, "<title>missing\nweight 15 (20.0%)\ny: 5 (33.3%)\nn: 10 (66.7%)</title>"),
+            1u);
+  EXPECT_EQ(Count(page, "<td>2</td><td>20.0%</td><td class=\"t s\">ok</td>"), 1u);
+}
+
+TEST(BinChart, CutsATooHighMissingBarOffAndKeepsItsShares) {
+  MCBinModel::BinChart chart;
+  chart.bins = {{{}, 10, {5, 5}}};
+  chart.missing = {{}, 1000, {250, 750}};
+  chart.lineCount = 1;
+  const std::string svg = RenderBinChart(chart);
+  const std::string first = svg.substr(svg.rfind("<path class=\"k0\""));
+  const std::string second = svg.substr(svg.rfind("<path class=\"k1\""));
+  // "M<x> <top>h<width>V<bottom>"
+  const auto heightOf = [](const std::string& path) {
+    const double top = std::strtod(path.c_str() + path.find(' ', path.find(" d=") + 1), nullptr);
+    return NumbersBehind(path, "V")[0] - top;
+  };
+  EXPECT_NEAR(heightOf(second), 3.0 * heightOf(first), 0.05);
+  EXPECT_EQ(Count(svg, "\u2191 1000"), 1u);
+  EXPECT_EQ(Count(svg, "<circle"), 2u);
 }
 
 TEST(BinChart, DrawsEachBinsOwnWeights) {

@@ -42,8 +42,27 @@ TEST(TextReport, LinesUpInEveryScript) {
   EXPECT_TRUE(Contains(text, "  ชื่อ         0.2500     2")) << text;
   EXPECT_TRUE(Contains(text, "  日本       0.2500     2")) << text;
   EXPECT_TRUE(Contains(text, "  e\u0301\u0302          0.2500     2")) << text;
-  EXPECT_TRUE(Contains(text, "  interval   weight   share  ก่      %  \\u202Ey      %\n")) << text;
-  EXPECT_TRUE(Contains(text, "  (-inf, 1]       4   50.0%  3  75.0%        1  25.0%\n")) << text;
+  EXPECT_TRUE(Contains(
+      text, "  interval   weight   share  ก่      %  \\u202Ey      %  evidence  inf. value\n"))
+      << text;
+  EXPECT_TRUE(Contains(
+      text, "  (-inf, 1]       4   50.0%  3  75.0%        1  25.0%   -1.0986      0.5493\n"))
+      << text;
+}
+
+TEST(TextReport, ShowsMissingCasesAsTheLastBin) {
+  BinModel model = SampleBins({"n", "y"}, {{"x", {{3, 1}, {1, 3}}}});
+  model.results[0].missing = {2.0, {1.0, 1.0}};
+  model.results[0].weightWithMissing = 11.0;
+  const std::string text = TextOf(model);
+  EXPECT_TRUE(Contains(text, "target t (event y); gain")) << text;
+  EXPECT_TRUE(Contains(text, "weight 8 valid, 2 missing, 1 without target;")) << text;
+  EXPECT_TRUE(Contains(text, "information value 0.8789 (1.0986 without missing)\n")) << text;
+  EXPECT_TRUE(Contains(text,
+                       "  (1, +inf)       4   40.0%  1  25.0%  3  75.0%    1.0986      0.4394\n"
+                       "  missing         2   20.0%  1  50.0%  1  50.0%    0.0000      0.0000\n"
+                       "  total          10  100.0%  5  50.0%  5  50.0%                0.8789\n"))
+      << text;
 }
 
 TEST(TextReport, DrawsSharesInTheColoursOfTheirClasses) {
@@ -72,6 +91,24 @@ TEST(EvaluationReport, SetsTheDataBesideTheBinFile) {
                        "  (-inf, 1]       4     2  50.0%  20.0%  3     1  1     1   -1.0986  "
                        "-0.8473\n"))
       << text;
+}
+
+TEST(EvaluationReport, ComparesMissingCasesWhereBothSidesCountedThem) {
+  BinModel model = SampleBins({"n", "y"}, {{"x", {{3, 1}, {1, 3}}}});
+  MCBinModel::Recount recount;
+  recount.results.push_back({0, model.results[0], {0.0}});
+  recount.results[0].counts.missing = {8.0, {2.0, 6.0}};
+  const auto report = [&] {
+    std::string text;
+    WriteEvaluationReport(model, recount, "d", [&](std::string_view piece) { text += piece; });
+    return text;
+  };
+  EXPECT_TRUE(Contains(report(), "  x             2     0.0000  ")) << report();
+  EXPECT_TRUE(Contains(report(), "the bin file has not counted its missing cases")) << report();
+  model.results[0].missing = {2.0, {1.0, 1.0}};
+  EXPECT_TRUE(Contains(report(), "  stability 0.4159 (0.0000 without missing)\n")) << report();
+  EXPECT_TRUE(Contains(report(), "  missing         2     8  20.0%  50.0%  1     2  1     6"))
+      << report();
 }
 
 }  // namespace

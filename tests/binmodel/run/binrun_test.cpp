@@ -255,6 +255,9 @@ TEST(BinRun, PutsEveryCaseIntoOneBin) {
     const MCBinModel::AttributeBins& found = model.results[0];
     EXPECT_EQ(found.validWeight, again.counts.validWeight);
     EXPECT_EQ(found.weightWithMissing, again.counts.weightWithMissing);
+    ASSERT_TRUE(found.missing);
+    EXPECT_EQ(found.missing->weight, again.counts.missing->weight);
+    EXPECT_EQ(found.missing->classWeights, again.counts.missing->classWeights);
     EXPECT_EQ(std::accumulate(found.binWeights.begin(), found.binWeights.end(), 0.0),
               found.binWeights.empty() ? 0.0 : found.validWeight);
     if (!countedAnew.empty()) {
