@@ -55,18 +55,22 @@ std::vector<AttributeShare> ShareOut(const RunVariables& variables, std::size_t 
   double costLeft = 0.0;
   for (const std::size_t attribute : left) costLeft += costOf(attribute);
 
-  // In rounds of a share for every thread, three quarters of what is left in each.
+  // In rounds of a share for every thread. A share takes about as long as an attribute more, as it
+  // reads targets anew and gets memory of its own: few attributes go in one round.
+  constexpr std::size_t kFewPerThread = 8;
+  const double roundPart = left.size() < kFewPerThread * threadCount ? 1.0 : 0.75;
   std::vector<AttributeShare> shares;
+  double roundCost = 0.0;  // of the shares of the round that are to come
   double shareCost = 0.0;
   double cost = 0.0;
   for (const std::size_t attribute : left) {
-    const bool isFull = cost > 0.0 && cost + costOf(attribute) / 2 > shareCost;
-    if (shares.empty() || isFull) {
+    if (shares.empty() || cost + costOf(attribute) / 2 > shareCost) {
       costLeft -= cost;
+      roundCost -= cost;
       cost = 0.0;
-      if (shares.size() % threadCount == 0) {
-        shareCost = 0.75 * costLeft / static_cast<double>(threadCount);
-      }
+      const std::size_t sharesOfRound = shares.size() % threadCount;
+      if (sharesOfRound == 0) roundCost = roundPart * costLeft;
+      shareCost = roundCost / static_cast<double>(threadCount - sharesOfRound);
       shares.emplace_back();
     }
     shares.back().push_back(attribute);

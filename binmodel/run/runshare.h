@@ -22,9 +22,9 @@ struct ShareVariables {
 // Attributes as indexes into RunVariables::attributes.
 using AttributeShare = std::vector<std::size_t>;
 
-// Shares out all attributes, the costly ones first, in shares that become smaller: threads that
-// take the next one when they are done with one end at about the same time. Each share reads
-// targets and weights anew, so there are few; one for a single thread.
+// Shares out all attributes, the costly ones first: as many shares as threads, and smaller ones at
+// the end where there are many attributes, so that threads that take the next one when they are
+// done with one end at about the same time. At most as many threads as attributes.
 std::vector<AttributeShare> ShareOut(const RunVariables& variables, std::size_t threadCount);
 
 // The variables of a share. The first target has the target role, further ones are categorical

@@ -149,7 +149,7 @@ TEST(BinRun, TellsItsProgressInRecords) {
     std::vector<std::uint64_t> steps;
     RunControl control;
     control.jobs = jobs;
-    const std::uint64_t whole = 10000u * ((jobs == 1 ? 1 : 5) + 10);
+    const std::uint64_t whole = 10000u * (static_cast<std::uint64_t>(jobs) + 10);
     const auto caller = std::this_thread::get_id();
     control.progress = [&](std::uint64_t done, std::uint64_t total) {
       EXPECT_EQ(std::this_thread::get_id(), caller);
