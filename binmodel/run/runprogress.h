@@ -28,13 +28,14 @@ class RunProgress {
   // So many more passes are done. From any thread.
   void Add(std::uint64_t count) { fDone += count; }
 
-  // Tells the listener what has been done by now. Requires one; from one thread.
-  void Tell() { fListener(fDone, fTotal); }
+  // Tells the listener what has been done by now, unless it knows. Requires one; from one thread.
+  void Tell();
 
  private:
   const Listener& fListener;
   const std::uint64_t fTotal;
   std::atomic<std::uint64_t> fDone{0};
+  std::uint64_t fTold = 0;
 };
 
 // Adds what the algorithm of one job reports.
