@@ -208,7 +208,7 @@ TEST(BinRun, ThrowsWhatTheHostsObjectsThrow) {
   progress.progress = [&](std::uint64_t done, std::uint64_t) { done > 5000 ? fail() : void(); };
   RunControl cancel{.tempDir = directory.Path(), .jobs = 2};
   int asked = 0;
-  cancel.cancel = [&] { return ++asked > 4 ? (fail(), true) : false; };
+  cancel.cancel = [&] { return ++asked > 3 ? (fail(), true) : false; };
   EXPECT_THROW(data.MakeBins({}, progress), std::logic_error);
   EXPECT_THROW(data.MakeBins({}, cancel), std::logic_error);
   RunVariables variables;
