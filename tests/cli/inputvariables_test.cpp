@@ -34,8 +34,9 @@ struct Columns {
 
 const Columns kKinds[] = {
     {"TextsAreLeftOut", "a,t,y\n1,q,x\n,NA,z\n", "y", R"(y["x","z"] | a)"},
-    {"CodesFollowTheirFirstAppearance", "a,y\n1,z\n2,x\n3,z\n", "y", R"(y["z","x"] | a)"},
-    {"NumbersAreOneCategoryHoweverWritten", "a,y\n1,01\n2,1.0\n3,0\n", "y", "y[1,0] | a"},
+    {"ClassesAscendCodesFollowTheirFirstAppearance", "a,y\nq,z\np,x\nq,z\n", "y --categorical a",
+     R"(y["x","z"] | a["q","p"])"},
+    {"NumbersAreOneCategoryHoweverWritten", "a,y\n1,01\n2,1.0\n3,0\n", "y", "y[0,1] | a"},
     {"OneTextMakesTextsOfAll", "a,y\n1,01\n2,1.0\n3,x\n", "y", R"(y["01","1.0","x"] | a)"},
     {"NanIsMissingAmongNumbers", "a,y\n1,1\nnan,nan\n3,2\n", "y", "y[1,2] | a"},
     {"NanIsATextAmongTexts", "a,y\n1,nan\n2,x\n", "y", R"(y["nan","x"] | a)"},

@@ -35,6 +35,7 @@ Program::Program() {
   const std::filesystem::path directory = fDirectory.Path();
   std::filesystem::create_directory_symlink(MCBINNING_EXAMPLES_DIR, directory / "examples");
   std::filesystem::create_directory_symlink(MCBINNING_TEST_DATA_DIR, directory / "data");
+  std::filesystem::create_directory_symlink(MCBINNING_TEST_DATA_DIR "/..", directory / "tests");
 }
 
 void Program::Write(const std::string& name, const std::string& content) const {

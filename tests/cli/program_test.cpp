@@ -62,18 +62,20 @@ TEST(BinFile, SaysWhatMadeIt) {
   program.Write("d.csv", "a;" + quoted + "\n1;\"l 1\"\n2;\"l\n2\"\n");
   const auto outcome = program.Run(
       "supervised --delimiter ; --closed left --small-bins 0.25 --prebin-above 9 --prebins 8 " +
-      ("--json bins.json d.csv --target " + quoted));
+      ("--event l\n2 --woe-adjust 0.5 --classes l\n2 --json bins.json d.csv --target " + quoted));
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
   EXPECT_EQ(program.Files(), (std::vector<std::string>{"bins.json", "d.csv"}));
   const json bins = json::parse(program.Read("bins.json"));
   EXPECT_EQ(bins["algorithm"], "supervised");
   EXPECT_EQ(bins["closed"], "left");
-  EXPECT_EQ(bins["settings"], json({{"prebin_above", 9}, {"prebins", 8}, {"small_bins", 0.25}}));
+  EXPECT_EQ(bins["settings"],
+            json({{"prebin_above", 9}, {"prebins", 8}, {"small_bins", 0.25}, {"woe_adjust", 0.5}}));
   EXPECT_EQ(bins["source"]["name"], "d.csv");
   EXPECT_EQ(bins["source"]["records"], 2);
-  EXPECT_EQ(
-      bins["targets"],
-      json({{{"name", name}, {"kind", "string-categorical"}, {"categories", {"l 1", "l\n2"}}}}));
+  EXPECT_EQ(bins["targets"], json({{{"name", name},
+                                    {"kind", "string-categorical"},
+                                    {"categories", {"l\n2", "l 1"}},
+                                    {"event", "l\n2"}}}));
   EXPECT_NE(outcome.out.find("gr\"o\\\xC3\xB6\\t\xC3\x9F"), std::string::npos) << outcome.out;
 }
 
@@ -116,7 +118,7 @@ TEST(Guide, ShowsTheRealOutput) {
     EXPECT_EQ(line == "..." ? printed.substr(0, shown.size()) : printed, shown);
     ++commandsRun;
   }
-  EXPECT_EQ(commandsRun, 7);
+  EXPECT_EQ(commandsRun, 8);
 }
 
 }  // namespace
