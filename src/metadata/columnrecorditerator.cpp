@@ -13,6 +13,7 @@ bool ColumnRecordIterator::HasMore() {
     fTaken = 0;
     fBlock = RecordBlock();
     fBlock = NextBlock();
+    if (fBlock.columns == nullptr) fBlock.columnCount = 0;
     fIsAtEnd = fBlock.recordCount == 0;
   }
   return !fIsAtEnd;

@@ -29,7 +29,7 @@ struct BlockColumn {
 // Records that follow each other, column by column.
 struct RecordBlock {
   std::size_t recordCount = 0;
-  const BlockColumn* columns = nullptr;  // by variable index
+  const BlockColumn* columns = nullptr;  // by variable index; null for none
   std::size_t columnCount = 0;
 };
 

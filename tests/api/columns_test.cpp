@@ -125,6 +125,27 @@ TEST(Columns, EndEarlyAsTheSameRecordsDo) {
   }
 }
 
+// Says that it has columns and where they are not.
+class AbsentColumns : public MCBinning::ColumnRecordIterator {
+ protected:
+  MCBinning::RecordBlock NextBlock() override { return {3, nullptr, 2}; }
+};
+
+TEST(Columns, ThatAreNotThereAreNone) {
+  const TempDir directory;
+  Scenario scenario;
+  scenario.Append(Continuous({1, 2, 3}));
+  scenario.Append(Categorical({0, 0, 1}, 2, IBINVariable::RoleTarget));
+  BINVarList variables = scenario.VarList();
+  for (const bool byColumn : {false, true}) {
+    WholeRun run(Driver::kSupervised, scenario.options, variables, directory.Path());
+    AbsentColumns blocks;
+    OneByOne records(blocks);
+    const MCBinning::MCStatus status = byColumn ? run.CreateBins(blocks) : run.CreateBins(records);
+    EXPECT_EQ(status.GetErrorCode(), 120003);
+  }
+}
+
 // What was read one by one before is not read again.
 TEST(Columns, GoOnWhereRecordsWereRead) {
   const TempDir directory;
