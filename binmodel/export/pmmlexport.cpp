@@ -116,7 +116,7 @@ std::string MapValues(const ExportColumn& column) {
   return expression + "        </InlineTable>\n      </MapValues>\n";
 }
 
-const char* TypeOf(BinForm form) {
+const char* PmmlTypeOf(BinForm form) {
   switch (form) {
     case BinForm::kIndex:
       return "optype=\"ordinal\" dataType=\"integer\"";
@@ -131,7 +131,7 @@ const char* TypeOf(BinForm form) {
 std::string DerivedField(const ExportModel& model, const ExportColumn& column) {
   const bool categorical = column.attribute->IsCategorical();
   return fmt::format("    <DerivedField name=\"{}\" {}>\n{}    </DerivedField>\n",
-                     PmmlText(column.name), TypeOf(model.form),
+                     PmmlText(column.name), PmmlTypeOf(model.form),
                      categorical ? MapValues(column) : Discretize(model, column));
 }
 

@@ -108,7 +108,7 @@ std::string CategoryCall(const ExportColumn& column, const std::string& data) {
                      column.values.size());
 }
 
-const char* TypeOf(BinForm form) {
+const char* PythonTypeOf(BinForm form) {
   switch (form) {
     case BinForm::kIndex:
       return "np.int64";
@@ -165,7 +165,7 @@ std::string ExportPython(const BinModel& bins, const std::vector<std::size_t>& r
     const std::string data = fmt::format("columns[{}]", PythonText(column.attribute->name));
     module +=
         fmt::format("        {}: np.array({}, dtype={})[\n            {}],\n",
-                    PythonText(column.name), Results(model, column), TypeOf(model.form),
+                    PythonText(column.name), Results(model, column), PythonTypeOf(model.form),
                     categorical ? CategoryCall(column, data) : IntervalCall(model, column, data));
   }
   module += "    }\n";

@@ -53,7 +53,8 @@ Lines Unindented(Lines lines) {
 Lines Region(const fs::path& file, const std::string& name) {
   const Lines lines = ReadLines(kRoot / file);
   if (name.empty()) return lines;
-  const std::string comment = file.extension() == ".txt" ? "# " : "// ";
+  const bool isScript = file.extension() == ".txt" || file.extension() == ".py";
+  const std::string comment = isScript ? "# " : "// ";
   const auto marked = [&](const std::string& mark) {
     return std::find_if(lines.begin(), lines.end(), [&](const std::string& line) {
       return line.substr(std::min(line.find_first_not_of(' '), line.size())) == mark;

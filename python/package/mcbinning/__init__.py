@@ -1,0 +1,61 @@
+"""Bins of variables: supervised by minimum description length, or of equal frequency.
+
+import mcbinning as mb
+
+bins = mb.fit(table, target="y")        # or mb.fit_equal_frequency(table, bins=20)
+bins.summary()                          # the attributes, the most informative first
+bins["age"].cut_points
+bins.apply(table, as_="label")
+"""
+
+from ._bins import (
+    AttributeBins,
+    Bins,
+    Evaluation,
+    fit,
+    fit_equal_frequency,
+    from_cut_points,
+    load,
+    sql_dialects,
+)
+from ._core import version as __version__
+from ._errors import (
+    BinFileError,
+    BinningError,
+    BinningWarning,
+    CancelledError,
+    CategoryError,
+    ExportError,
+    InputError,
+    RunError,
+    TableTypeError,
+    TargetError,
+    UnknownColumnError,
+    WeightError,
+)
+from ._frame import Frame
+
+__all__ = [
+    "AttributeBins",
+    "BinFileError",
+    "BinningError",
+    "BinningWarning",
+    "Bins",
+    "CancelledError",
+    "CategoryError",
+    "Evaluation",
+    "ExportError",
+    "Frame",
+    "InputError",
+    "RunError",
+    "TableTypeError",
+    "TargetError",
+    "UnknownColumnError",
+    "WeightError",
+    "__version__",
+    "fit",
+    "fit_equal_frequency",
+    "from_cut_points",
+    "load",
+    "sql_dialects",
+]

@@ -1,0 +1,222 @@
+"""Tables of every kind as columns that the library reads where they lie."""
+
+from __future__ import annotations
+
+import datetime
+import math
+from collections.abc import Iterable, Mapping, Sequence
+from typing import Any
+
+import numpy as np
+
+from . import _core
+from ._errors import InputError, TableTypeError
+
+_PLAIN_KINDS = "biuf"
+
+
+def as_table(data: Any, names: Sequence[str] | None = None) -> _core.Table:
+    """Make the columns of a table.
+
+    Parameters
+    ----------
+    data
+        A mapping of names to columns, a pandas data frame, anything with ``__arrow_c_stream__`` or
+        ``__arrow_c_array__``, or a NumPy array: structured, or of rows.
+    names
+        Of the columns of an array of rows; x0, x1 and so on without it.
+
+    Returns
+    -------
+    _core.Table
+        It keeps what it reads. Nothing is copied that the library can read where it is.
+    """
+    table = _core.Table()
+    if isinstance(data, np.ndarray):
+        _add_array(table, data, names)
+    elif isinstance(data, Mapping):
+        for name, column in data.items():
+            add_column(table, name, column)
+    elif _is_pandas(data, "DataFrame"):
+        for name in data.columns:
+            add_column(table, name, data[name])
+    elif hasattr(data, "__arrow_c_stream__"):
+        table.add_arrow_stream(data.__arrow_c_stream__(), "")
+    elif hasattr(data, "__arrow_c_array__"):
+        schema, array = data.__arrow_c_array__()
+        table.add_arrow_array(schema, array, "")
+    else:
+        raise TableTypeError(
+            f"a table is expected (a data frame, Arrow, a NumPy array or a dict of columns), "
+            f"not {type(data).__name__}"
+        )
+    check_names(table.names())
+    return table
+
+
+def check_names(names: Iterable[str]) -> None:
+    """Refuse columns without a name or with the same one."""
+    seen: set[str] = set()
+    for name in names:
+        if name in seen:
+            raise InputError(f"two columns are called {name!r}")
+        seen.add(name)
+    if "" in seen:
+        raise InputError("a column has no name")
+
+
+def add_column(table: _core.Table, name: object, column: Any) -> None:
+    """Add a column of any kind; refuses what cannot be binned."""
+    if not isinstance(name, str):
+        raise TableTypeError(f"names of columns are text, but {name!r} is {type(name).__name__}")
+    if isinstance(column, np.ndarray):
+        _add_values(table, name, column)
+    elif _is_pandas(column, "Series"):
+        _add_series(table, name, column)
+    elif hasattr(column, "__arrow_c_stream__"):
+        _add_arrow(table, name, column)
+    elif hasattr(column, "__arrow_c_array__"):
+        schema, array = column.__arrow_c_array__()
+        table.add_arrow_array(schema, array, name)
+    elif isinstance(column, (bytes, bytearray)):
+        raise TableTypeError(f"column {name!r} is {type(column).__name__}, which has no values")
+    elif isinstance(column, (str, bool, int, float, np.generic)) or column is None:
+        _add_values(table, name, np.array([column]))  # a single row
+    else:
+        _add_list(table, name, list(column))
+
+
+def column_of(data: Any, default_name: str) -> tuple[str, Any]:
+    """Tell the name of a column that is given by itself."""
+    name = getattr(data, "name", None)
+    return (name if isinstance(name, str) and name else default_name), data
+
+
+def _add_arrow(table: _core.Table, name: str, column: Any) -> None:
+    before = len(table.names())
+    table.add_arrow_stream(column.__arrow_c_stream__(), name)
+    if table.names()[before:] != [name]:
+        raise TableTypeError(f"column {name!r} is a table or a struct and no column")
+
+
+def _add_array(table: _core.Table, data: np.ndarray[Any, Any], names: Sequence[str] | None) -> None:
+    if data.dtype.names is not None:
+        if data.ndim != 1:
+            raise InputError("a structured array has one dimension")
+        for name in data.dtype.names:
+            _add_values(table, name, data[name])
+        return
+    if data.ndim != 2:
+        raise InputError(f"a table has two dimensions, the array has {data.ndim}")
+    names = [f"x{i}" for i in range(data.shape[1])] if names is None else list(names)
+    if len(names) != data.shape[1]:
+        raise InputError(f"{len(names)} names for {data.shape[1]} columns")
+    if _is_plain(data):
+        table.add_matrix(names, data)
+    else:
+        for i, name in enumerate(names):
+            _add_values(table, name, data[:, i])
+
+
+def _is_plain(values: np.ndarray[Any, Any]) -> bool:
+    dtype = values.dtype
+    return (
+        type(values) is np.ndarray
+        and dtype.kind in _PLAIN_KINDS
+        and dtype.isnative
+        and dtype.itemsize <= 8
+    )
+
+
+def _add_values(table: _core.Table, name: str, values: np.ndarray[Any, Any]) -> None:
+    if values.ndim != 1:
+        raise InputError(f"column {name!r} has {values.ndim} dimensions instead of one")
+    if isinstance(values, np.ma.MaskedArray):
+        if values.dtype.kind not in _PLAIN_KINDS:
+            raise TableTypeError(f"column {name!r}: masked values are numbers, not {values.dtype}")
+        values = np.ma.filled(values.astype(np.float64), np.nan)
+    kind = values.dtype.kind
+    if _is_plain(values):
+        table.add_numbers(name, values, False)
+    elif kind in _PLAIN_KINDS:
+        table.add_numbers(name, np.asarray(values, dtype=np.float64), False)
+    elif kind in "mM":
+        native = values.astype(values.dtype.newbyteorder("="), copy=False)
+        table.add_numbers(name, np.asarray(native).view(np.int64), True)
+    elif kind in "UT" or kind == "O":
+        _add_list(table, name, values.tolist())
+    else:
+        raise TableTypeError(f"column {name!r} is of type {values.dtype}, which has no order")
+
+
+def _is_missing(value: object) -> bool:
+    """Whether it is None, NaN, NaT or pandas' NA."""
+    return (
+        value is None
+        or (isinstance(value, float) and math.isnan(value))
+        or type(value).__name__ in ("NAType", "NaTType")
+    )
+
+
+def _add_list(table: _core.Table, name: str, values: list[Any]) -> None:
+    """Add Python's own values, which are all texts or all numbers."""
+    there = [value for value in values if not _is_missing(value)]
+    kinds = {type(value) for value in there}
+    if there and all(issubclass(kind, str) for kind in kinds):
+        table.add_texts(name, [None if _is_missing(value) else value for value in values])
+        return
+    if any(issubclass(kind, (datetime.date, datetime.time)) for kind in kinds):
+        raise TableTypeError(f"column {name!r} holds dates as objects; make it datetime64 first")
+    if not all(issubclass(kind, (bool, int, float, np.number, np.bool_)) for kind in kinds) or any(
+        issubclass(kind, (complex, np.complexfloating)) for kind in kinds
+    ):
+        mixed = ", ".join(sorted(kind.__name__ for kind in kinds))
+        raise TableTypeError(f"column {name!r} is neither all text nor all numbers, but {mixed}")
+    try:
+        numbers = np.array(
+            [np.nan if _is_missing(value) else value for value in values], dtype=np.float64
+        )
+    except OverflowError:
+        raise InputError(f"column {name!r} has a number beyond the largest double") from None
+    table.add_numbers(name, numbers, False)
+
+
+def _is_pandas(data: object, kind: str) -> bool:
+    """Whether it is pandas' data frame or series, which need not be installed."""
+    return any(
+        cls.__name__ == kind and cls.__module__.partition(".")[0] == "pandas"
+        for cls in type(data).__mro__
+    )
+
+
+def _add_series(table: _core.Table, name: str, series: Any) -> None:
+    dtype = series.dtype
+    if isinstance(dtype, np.dtype):
+        _add_values(table, name, series.to_numpy())
+    elif hasattr(dtype, "categories") and hasattr(dtype, "ordered"):
+        _add_categories(table, name, series)
+    elif type(dtype).__name__ == "ArrowDtype":
+        _add_arrow(table, name, series.array.__arrow_array__())
+    elif getattr(dtype, "kind", "O") in _PLAIN_KINDS:  # pandas' own numbers with a mask
+        table.add_numbers(name, series.to_numpy(dtype=np.float64, na_value=np.nan), False)
+    elif getattr(dtype, "kind", "O") == "M":  # with a time zone
+        _add_values(table, name, series.dt.tz_convert(None).to_numpy())
+    else:
+        _add_list(table, name, series.tolist())
+
+
+def _add_categories(table: _core.Table, name: str, series: Any) -> None:
+    categories = series.cat.categories.tolist()
+    if not all(isinstance(category, str) for category in categories):
+        if any(isinstance(category, str) for category in categories):
+            raise TableTypeError(
+                f"column {name!r}: categories are neither all text nor all numbers"
+            )
+        try:
+            categories = [float(category) for category in categories]
+        except (TypeError, ValueError):
+            raise TableTypeError(
+                f"column {name!r}: categories are texts or numbers, not "
+                f"{series.cat.categories.dtype}"
+            ) from None
+    table.add_dictionary(name, series.cat.codes.to_numpy(), categories, bool(series.cat.ordered))

@@ -1,0 +1,194 @@
+#include "apply.h"
+
+#include <mcbinmodel/apply/bincounter.h>
+#include <mcbinmodel/apply/binvalues.h>
+#include <mcbinmodel/apply/valuecoder.h>
+#include <mcbinmodel/apply/weightcoder.h>
+#include <mcbinmodel/model/binlookup.h>
+#include <mcbinmodel/model/refusal.h>
+#include <mcbinmodel/report/binreport.h>
+
+#include <algorithm>
+#include <limits>
+#include <string_view>
+#include <variant>
+
+#include "cells.h"
+
+namespace MCBinPython {
+
+namespace {
+
+using MCBinModel::AttributeBins;
+using MCBinModel::BinModel;
+using MCBinModel::ColumnView;
+using MCBinModel::ValueCoder;
+using MCBinModel::VariableInfo;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr std::size_t kRecordsPerBlock = 4096;
+
+// Hands the values of a column to `take` in blocks, coded as the bins see them. Answers how many
+// were unknown categories.
+template <typename Take>
+std::size_t CodeBlocks(const Column& column, const VariableInfo& variable, const Take& take) {
+  const ValueCoder coder(variable);
+  std::vector<double> block(std::min(kRecordsPerBlock, column.length));
+  Cells cells;
+  if (column.isText) cells = ReadCells(column);
+  std::size_t unknownCount = 0;
+  for (std::size_t first = 0; first < column.length; first += kRecordsPerBlock) {
+    const std::size_t count = std::min(kRecordsPerBlock, column.length - first);
+    if (column.isText) {
+      const ColumnView<std::string_view> view{cells.texts.data() + first, sizeof(std::string_view),
+                                              cells.validity.data(), first};
+      unknownCount += coder.Code(view, count, block.data());
+    } else {
+      column.ReadNumbers(first, count, block.data());
+      unknownCount += coder.Code(ColumnView<double>{block.data()}, count, block.data());
+    }
+    take(first, count, block.data());
+  }
+  return unknownCount;
+}
+
+std::vector<double> TakeValues(const std::vector<std::int32_t>& bins,
+                               const std::vector<double>& values) {
+  std::vector<double> taken(bins.size());
+  std::transform(bins.begin(), bins.end(), taken.begin(), [&](std::int32_t bin) {
+    return bin < 0 ? kNaN : values[static_cast<std::size_t>(bin)];
+  });
+  return taken;
+}
+
+FrameColumn WriteLabels(const BinModel& model, const AttributeBins& bins, std::string name,
+                        std::vector<std::int32_t> indexes) {
+  std::vector<std::string> labels;
+  for (const auto& value : MakeBinValues(model, bins, MCBinModel::BinForm::kLabel)) {
+    labels.push_back(std::get<std::string>(value));
+  }
+  return MakeLabels(std::move(name), std::move(indexes), std::move(labels));
+}
+
+FrameColumn WriteEvidence(const BinModel& model, const AttributeBins& bins, std::string name,
+                          const std::vector<std::int32_t>& indexes) {
+  std::vector<double> evidence;
+  for (const auto& value : MakeBinValues(model, bins, MCBinModel::BinForm::kWeightOfEvidence)) {
+    const double* const number = std::get_if<double>(&value);
+    evidence.push_back(number == nullptr ? kNaN : *number);
+  }
+  return MakeNumbers(std::move(name), TakeValues(indexes, evidence));
+}
+
+FrameColumn WriteIntervals(const BinModel& model, const AttributeBins& bins, std::string name,
+                           const std::vector<std::int32_t>& indexes) {
+  const VariableInfo& attribute = model.GetAttribute(bins);
+  if (attribute.IsCategorical()) {
+    throw MCBinModel::Refusal(
+        MCBinModel::RefusalCode::kInput, {.place = {}, .subject = attribute.name, .detail = {}},
+        "the bins of '" + attribute.name + "' are categories and no intervals; ask for labels");
+  }
+  std::vector<double> left = {-std::numeric_limits<double>::infinity()};
+  left.insert(left.end(), bins.cutPoints.begin(), bins.cutPoints.end());
+  std::vector<double> right = bins.cutPoints;
+  right.push_back(std::numeric_limits<double>::infinity());
+  return MakeIntervals(std::move(name), TakeValues(indexes, left), TakeValues(indexes, right));
+}
+
+FrameColumn Write(const BinModel& model, const AttributeBins& bins, Form form, std::string name,
+                  std::vector<std::int32_t> indexes) {
+  switch (form) {
+    case Form::kLabel:
+      return WriteLabels(model, bins, std::move(name), std::move(indexes));
+    case Form::kEvidence:
+      return WriteEvidence(model, bins, std::move(name), indexes);
+    case Form::kInterval:
+      return WriteIntervals(model, bins, std::move(name), indexes);
+    default:
+      return MakeIndexes(std::move(name), std::move(indexes));
+  }
+}
+
+std::vector<double> CodeColumn(const Column& column, const VariableInfo& variable) {
+  std::vector<double> codes(column.length);
+  CodeBlocks(column, variable, [&](std::size_t first, std::size_t count, const double* block) {
+    std::copy_n(block, count, codes.begin() + static_cast<std::ptrdiff_t>(first));
+  });
+  return codes;
+}
+
+// NaN for the records that are dropped.
+std::vector<double> CodeWeights(const Column& column, MCBinModel::WeightCoder& coder) {
+  std::vector<double> weights(column.length);
+  column.ReadNumbers(0, column.length, weights.data());
+  for (double& weight : weights) weight = coder.Code(weight).value_or(kNaN);
+  return weights;
+}
+
+}  // namespace
+
+Applied Apply(const BinModel& model, const std::vector<std::size_t>& results, const Table& table,
+              const ColumnIndexes& columns, Form form, const std::string& suffix) {
+  Applied applied;
+  applied.frame.length = table.GetLength();
+  for (const std::size_t result : results) {
+    const AttributeBins& bins = model.results[result];
+    const VariableInfo& attribute = model.GetAttribute(bins);
+    const Column& column = table.GetColumns()[columns.at(attribute.name)];
+    std::vector<std::int32_t> indexes(column.length);
+    const std::size_t unknownCount = CodeBlocks(
+        column, attribute, [&](std::size_t first, std::size_t count, const double* block) {
+          MCBinModel::FindBins(bins.cutPoints, block, count, model.settings.rightClosed,
+                               indexes.data() + first);
+        });
+    if (unknownCount > 0) applied.unknown.emplace(attribute.name, unknownCount);
+    applied.frame.Add(Write(model, bins, form, attribute.name + suffix, std::move(indexes)));
+  }
+  return applied;
+}
+
+BinModel CountOn(const BinModel& model, const std::vector<std::size_t>& results, const Table& table,
+                 const ColumnIndexes& columns, std::optional<std::size_t> weight,
+                 const std::string& name, std::string& report) {
+  MCBinModel::BinCounter counter(model, results);
+  std::vector<std::vector<double>> codes;
+  std::vector<const double*> places;
+  for (const MCBinModel::BinCounter::Variable& variable : counter.GetVariables()) {
+    const VariableInfo& info = variable.GetInfo(model);
+    codes.push_back(CodeColumn(table.GetColumns()[columns.at(info.name)], info));
+  }
+  for (const std::vector<double>& values : codes) places.push_back(values.data());
+
+  BinModel counted = model;
+  counted.source.recordCount = table.GetLength();
+  counted.source.dropped = {};
+  std::vector<double> weights;
+  if (weight) {
+    const Column& column = table.GetColumns()[*weight];
+    if (!counted.source.weight) counted.source.weight.emplace();
+    counted.source.weight->name = column.name;
+    MCBinModel::WeightCoder coder(*counted.source.weight);
+    weights = CodeWeights(column, coder);
+    coder.CheckRecordsLeft(table.GetLength());
+    counted.source.dropped = coder.GetDropped();
+  } else {
+    counted.source.weight.reset();
+  }
+  counter.Add(places.data(), weight ? weights.data() : nullptr, table.GetLength());
+  MCBinModel::Recount recount{table.GetLength(), counted.source.dropped, counter.Finish()};
+  MCBinModel::WriteEvaluationReport(model, recount, name,
+                                    [&](std::string_view text) { report += text; });
+  counted.results.clear();
+  for (MCBinModel::RecountedBins& found : recount.results) {
+    AttributeBins& counts = found.counts;
+    if (counts.binWeights.empty()) counts.binWeights.assign(counts.cutPoints.size() + 1, 0.0);
+    if (counts.target && counts.classWeights.empty()) {
+      const std::size_t classCount = counted.GetTarget(counts)->GetCategoryCount();
+      counts.classWeights.assign(counts.binWeights.size(), std::vector(classCount, 0.0));
+    }
+    counted.results.push_back(std::move(counts));
+  }
+  return counted;
+}
+
+}  // namespace MCBinPython

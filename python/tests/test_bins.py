@@ -1,0 +1,183 @@
+"""What becomes of bins."""
+
+import copy
+import pickle
+import sqlite3
+
+import numpy as np
+import pytest
+from hypothesis import given, settings
+from hypothesis import strategies as st
+
+import mcbinning as mb
+from conftest import results_of
+
+pa = pytest.importorskip("pyarrow")
+pd = pytest.importorskip("pandas")
+pl = pytest.importorskip("polars")
+duckdb = pytest.importorskip("duckdb")
+
+
+@pytest.fixture(scope="module")
+def customers():
+    age = np.arange(18.0, 78.0)
+    return {
+        "age": np.append(age, np.nan),
+        "city": ["Rome", "Bonn", "Oslo"] * 20 + [None],
+        "buys": ["yes" if 30 <= a < 46 or a == 70 else "no" for a in age] + ["no"],
+    }
+
+
+@pytest.fixture(scope="module")
+def bins(customers):
+    return mb.fit(customers, "buys", attributes=["age", "city"])
+
+
+finite = st.floats(allow_nan=False, allow_infinity=False)
+
+
+@settings(deadline=None)
+@given(
+    st.lists(finite, unique=True, max_size=40).map(sorted).map(lambda c: [v + 0.0 for v in c]),
+    st.lists(st.one_of(st.floats(), st.integers(-3, 3).map(float)), min_size=1),
+    st.sampled_from(["right", "left"]),
+)
+def test_apply_is_a_search_among_the_cut_points(cuts, values, closed):
+    cuts = sorted({*cuts})
+    values = np.array([*values, *cuts])
+    lowest = values == -np.finfo(float).max  # the mark of a missing value
+    bins = mb.from_cut_points({"x": cuts}, closed=closed)
+    side = "left" if closed == "right" else "right"
+    expected = np.where(np.isnan(values) | lowest, -1, np.searchsorted(cuts, values, side))
+    assert bins.apply({"x": values})["x_bin"].tolist() == expected.tolist()
+    assert bins.apply(pa.table({"x": values}))["x_bin"].tolist() == expected.tolist()
+    assert bins.apply({"x": float(values[0])})["x_bin"].tolist() == expected[:1].tolist()
+
+
+def test_every_form_in_every_taker(bins, customers):
+    index = bins.apply(customers)
+    assert index.columns == ["age_bin", "city_bin"]
+    expected = bins["age"].labels
+    labels = bins.apply(customers, "label")
+    woe = bins.apply(customers, "woe", attributes=["age"])
+    interval = bins.apply(customers, "interval", attributes=["age"], suffix="_in")
+    for frame in index, labels, woe, interval:
+        arrow = pa.table(frame)
+        arrow.validate(full=True)
+        assert arrow.column_names == frame.columns
+        assert arrow[0].null_count == 1
+        assert pl.DataFrame(frame).shape == frame.shape
+        assert duckdb.sql("select count(*) from frame").fetchall() == [(61,)]
+        assert frame.to_pandas().shape == frame.shape
+    assert [None if i < 0 else expected[i] for i in index["age_bin"]] == pa.table(labels)[
+        0
+    ].to_pylist()
+    assert labels["age_bin"].tolist() == pa.table(labels)[0].to_pylist()
+    evidence = bins["age"].weights_of_evidence()
+    assert np.array_equal(woe["age_bin"][:-1], evidence[index["age_bin"][:-1]])
+    assert np.isnan(woe["age_bin"][-1])
+    age = interval.to_pandas()["age_in"]
+    assert all(customers["age"][i] in age[i] for i in range(60))
+    assert pd.isna(age[60])
+    with pytest.raises(mb.InputError, match="categories"):
+        bins.apply(customers, "interval")
+
+
+def test_unknown_categories_are_missing_and_said(bins):
+    with pytest.warns(mb.BinningWarning, match="city: 1 unknown"):
+        frame = bins.apply({"age": [20.0, 40.0], "city": ["Rome", "Lima"]})
+    assert frame["city_bin"].tolist() == [
+        bins.apply({"age": 1.0, "city": "Rome"})["city_bin"][0],
+        -1,
+    ]
+
+
+def test_bins_are_kept_copied_and_compared(bins, customers, tmp_path):
+    bins.save(tmp_path / "bins.json")
+    for other in (
+        mb.load(tmp_path / "bins.json"),
+        pickle.loads(pickle.dumps(bins)),
+        copy.deepcopy(bins),
+        mb.fit(pd.DataFrame(customers), "buys", attributes=["age", "city"]),
+    ):
+        assert other == bins
+        assert hash(other) == hash(bins)
+        assert results_of(other) == results_of(bins)
+    assert bins != mb.fit(customers, "buys", attributes=["age"])
+    assert [path.name for path in tmp_path.iterdir()] == ["bins.json"]
+    with pytest.raises(FileNotFoundError):
+        bins.save(tmp_path / "no" / "bins.json")
+
+
+def test_what_is_shown(bins, tmp_path):
+    assert bins.summary()["attribute"].tolist() == ["age", "city"]
+    table = bins["age"].table().to_dict()
+    assert sum(table["weight"]) == 60
+    assert (
+        table["weight of yes"]
+        == bins["age"].class_weights[:, bins["age"].classes.index("yes")].tolist()
+    )
+    assert "age" in repr(bins)
+    assert "age" in repr(bins["age"])
+    assert "<iframe" in bins._repr_html_()
+    assert "<table" in bins.summary()._repr_html_()
+    bins.report(tmp_path / "r.html")
+    assert "<svg" in (tmp_path / "r.html").read_text()
+    assert "age by buys" in bins.to_text()
+    assert mb.from_cut_points({"x": [1.0]})._repr_html_()
+
+
+def test_exports_give_the_same_bins(bins, customers):
+    expected = bins.apply(customers)
+    connection = sqlite3.connect(":memory:")
+    connection.execute("create table data (age real, city text, buys text)")
+    rows = zip(
+        [None if a != a else a for a in customers["age"]], customers["city"], customers["buys"]
+    )
+    connection.executemany("insert into data values (?, ?, ?)", list(rows))
+    found = connection.execute(bins.to_sql("sqlite" if "sqlite" in mb.sql_dialects() else "ansi"))
+    names = [column[0] for column in found.description]
+    places = [names.index("age_bin"), names.index("city_bin")]
+    got = [[-1 if row[p] is None else row[p] for p in places] for row in found.fetchall()]
+    assert got == np.column_stack([expected["age_bin"], expected["city_bin"]]).tolist()
+    module = {}
+    exec(bins.to_python(), module)
+    assigned = module["assign_bins"]({"age": customers["age"], "city": customers["city"]})
+    assert np.asarray(assigned["age_bin"]).tolist() == expected["age_bin"].tolist()
+    assert "<PMML" in bins.to_pmml("label")
+
+
+def test_evaluate_finds_the_same_counts_on_the_same_data(bins, customers):
+    same = bins.evaluate(customers)
+    assert [r["bin_weights"] for r in results_of(same.bins)] == [
+        r["bin_weights"] for r in results_of(bins)
+    ]
+    assert same.stability_index("age") == 0
+    assert "equal" in same.text
+    older = {**customers, "age": customers["age"] + 20}
+    moved = bins.evaluate(pl.DataFrame(older, strict=False), weight=np.full(61, 2))
+    assert moved.bins["age"].valid_weight == 120
+    assert moved.summary()["stability_index"][0] != 0
+
+
+def test_own_cut_points_count_a_table(customers):
+    bins = mb.from_cut_points({"age": [29, 45]}, customers, target="buys", weight=[3] * 61)
+    assert bins["age"].weights.tolist() == [36, 48, 96]
+    assert bins["age"].information_gain > 0.5
+    assert mb.load is not None
+    assert pickle.loads(pickle.dumps(bins)) == bins
+
+
+def test_several_targets(customers):
+    both = mb.fit({**customers, "old": customers["age"] > 50}, ["buys", "old"], attributes=["age"])
+    assert both["age", "old"].cut_points.tolist() == [50]
+    with pytest.raises(mb.TargetError, match="target="):
+        both.apply(customers)
+    assert both.apply(customers, target="old")["age_bin"].tolist()[:-1] == [0] * 33 + [1] * 27
+
+
+def test_plot(bins):
+    matplotlib = pytest.importorskip("matplotlib")
+    matplotlib.use("Agg")
+    ax = bins["age"].plot()
+    assert [patch.get_height() for patch in ax.patches] == bins["age"].weights.tolist()
