@@ -101,6 +101,10 @@ nb::dict DescribeResult(const BinModel& model, std::size_t index) {
   described["maximum"] = bins.maximum;
   described["model_entropy"] = bins.modelEntropy;
   described["information_gain"] = bins.informationGain;
+  described["missing"] = nb::none();
+  if (bins.missing) {
+    described["missing"] = nb::make_tuple(bins.missing->weight, bins.missing->classWeights);
+  }
   return described;
 }
 
@@ -121,7 +125,7 @@ nb::object MeasureResult(const BinModel& model, std::size_t index, double adjust
   if (target == nullptr || target->GetCategoryCount() != 2 || bins.classWeights.empty()) {
     return nb::none();
   }
-  const std::size_t event = MCBinModel::EventCategory(*target);
+  const std::size_t event = target->GetEvent();
   const MCBinModel::Evidence evidence = MeasureEvidence(bins, event, adjustment);
   nb::dict measured;
   measured["event"] = target->GetLabel(event);
@@ -135,6 +139,13 @@ BinModel SelectOnly(const BinModel& model, std::size_t index) {
   BinModel selected = model;
   selected.results = {ResultAt(model, index)};
   return selected;
+}
+
+std::string MakeHtml(const BinModel& model, double adjustment) {
+  if (adjustment == model.settings.evidenceAdjustment) return MCBinModel::MakeHtmlReport(model);
+  BinModel adjusted = model;
+  adjusted.settings.evidenceAdjustment = adjustment;
+  return MCBinModel::MakeHtmlReport(adjusted);
 }
 
 std::string MakeTextReport(const BinModel& model) {
@@ -300,7 +311,7 @@ void BindModel(nb::module_& module) {
           },
           "results"_a)
       .def("text", MakeTextReport, Unlocked())
-      .def("html", MCBinModel::MakeHtmlReport, "adjustment"_a, Unlocked())
+      .def("html", MakeHtml, "adjustment"_a, Unlocked())
       .def(
           "sql",
           [](const BinModel& model, const Indexes& results, Form form, const std::string& suffix,
@@ -337,7 +348,12 @@ void BindModel(nb::module_& module) {
              "temp_dir"_a, "progress"_a.none());
   module.def("from_cut_points", FromCutPoints, "names"_a, "cut_points"_a, "right_closed"_a,
              "table"_a.none(), "target"_a.none());
-  module.def("stability_index", MCBinModel::StabilityIndex, "weights"_a, "others"_a);
+  module.def(
+      "stability_index",
+      [](const BinModel& model, std::size_t index, const BinModel& other, std::size_t otherIndex) {
+        return StabilityOfBins(ResultAt(model, index), ResultAt(other, otherIndex));
+      },
+      "model"_a, "index"_a, "other"_a, "other_index"_a);
   module.def("sql_dialects", MCBinModel::SqlDialectNames);
 }
 

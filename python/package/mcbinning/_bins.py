@@ -661,6 +661,17 @@ class AttributeBins:
         return weight - self.valid_weight
 
     @property
+    def missing(self) -> dict[str, Any] | None:
+        """The cases without a value whose class is known, as one more bin.
+
+        Its ``"weight"``, and ``"class_weights"`` of shape (classes,); None where nobody counted them.
+        """
+        missing = self._result["missing"]
+        if missing is None:
+            return None
+        return {"weight": missing[0], "class_weights": np.array(missing[1], dtype=np.float64)}
+
+    @property
     def distinct_values(self) -> int:
         """How many values the valid cases have."""
         count: int = self._result["distinct_values"]
@@ -801,7 +812,9 @@ class Evaluation:
         """Get how far the shares of an attribute's bins moved; None when a sample has no weight."""
         for before, after in zip(self._before, self.bins._all(), strict=True):
             if before.name == name:
-                return _core.stability_index(before.weights.tolist(), after.weights.tolist())
+                return _core.stability_index(
+                    before._model, before._index, after._model, after._index
+                )
         raise KeyError(name)
 
     def summary(self) -> Frame:
