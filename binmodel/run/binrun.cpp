@@ -229,6 +229,9 @@ void CheckVariables(const BinSettings& settings, const RunVariables& variables) 
 
 BinModel MakeBins(const BinSettings& settings, RunVariables variables, const ColumnSource& columns,
                   const RunControl& control, std::vector<std::size_t>* countedAnew) {
+  if (control.jobs < 0) {
+    throw Refusal(fmt::format("a run cannot have {} threads", control.jobs));
+  }
   CheckVariables(settings, variables);
   BinModel model;
   model.settings = settings;

@@ -41,9 +41,10 @@ struct RunControl {
   // Where its temporary files go: 8 bytes a value, gone when it ends.
   std::string tempDir = "/tmp";
 
-  // How many threads share the attributes; 0 is one for every core. The bins are the same for any
-  // number. Each thread has one attribute in memory, up to 64 bytes a record. With one, all is done
-  // by the thread that calls MakeBins(); with more, that one makes the calls below alone.
+  // How many threads share the attributes; 0 is one for every core, fewer are refused. The bins
+  // are the same for any number. Each thread has one attribute in memory, up to 64 bytes a record.
+  // With one, all is done by the thread that calls MakeBins(); with more, that one makes the calls
+  // below alone.
   int jobs = 1;
 
   // Told how much of the work is done, in passes over a record: first 0, then ever more. Called by

@@ -338,6 +338,7 @@ const Refused kRefused[] = {
      RefusalCode::kTemporaryFile,
      "a temporary file could not be written",
      {.tempDir = "/nowhere"}},
+    {"FewerThanNoThreads", kGood, {}, RefusalCode::kInput, "-1 threads", {.jobs = -1}},
 };
 
 INSTANTIATE_TEST_SUITE_P(Runs, RefusedRunTest, testing::ValuesIn(kRefused), RowName);
