@@ -34,7 +34,7 @@ class RecordBuffer {
   }
 
   // Keeps the records that were written to the next slots, one after the other.
-  void Store(std::size_t count = 1) {
+  void Store(std::size_t count) {
     if (!fOpenFiles.empty()) fNextColumn += static_cast<int>(count);
   }
 
