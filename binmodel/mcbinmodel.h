@@ -1,6 +1,7 @@
 #pragma once
 
-// All that a host needs to make, keep, read, apply, measure, export and show bins.
+// All that a host needs to make, keep, read, refine, apply, measure, export and show
+// bins.
 
 #include "apply/bincounter.h"
 #include "apply/binvalues.h"
@@ -21,6 +22,8 @@
 #include "model/resultselection.h"
 #include "model/targetclasses.h"
 #include "model/variableinfo.h"
+#include "refine/binrefine.h"
+#include "refine/refinesettings.h"
 #include "report/binreport.h"
 #include "run/binrun.h"
 #include "run/columnsource.h"

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "binmodel/file/jsonprinter.h"
+#include "binmodel/model/bestsplit.h"
 #include "binmodel/model/severity.h"
 #include "metadata/describe.h"
 #include "version.h"
@@ -104,6 +105,12 @@ ordered_json MakeResult(const BinModel& model, const AttributeBins& bins) {
   addMeasure("maximum", bins.maximum);
   addMeasure("model_entropy", bins.modelEntropy);
   addMeasure("information_gain", bins.informationGain);
+  if (bins.bestSplit) {
+    object["best_split"] = {{"cut_point", bins.bestSplit->cutPoint},
+                            {"gain", bins.bestSplit->gain},
+                            {"threshold", bins.bestSplit->threshold},
+                            {"meaning", DescribeBestSplit(*bins.bestSplit)}};
+  }
   return object;
 }
 
@@ -120,6 +127,7 @@ std::string WriteBinFile(const BinModel& model) {
                        {"source", MakeSource(model.source)},
                        {"attributes", MakeVariables(model.attributes, false)}};
   if (supervised) file["targets"] = MakeVariables(model.targets, true);
+  if (!model.refinements.empty()) file["refinements"] = model.refinements;
   ordered_json& results = file["results"] = ordered_json::array();
   for (const AttributeBins& bins : model.results) results.push_back(MakeResult(model, bins));
   return PrintJson(file);

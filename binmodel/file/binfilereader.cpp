@@ -328,6 +328,11 @@ class ResultReader {
     }
     bins.modelEntropy = ReadMeasure(node, "model_entropy");
     bins.informationGain = ReadMeasure(node, "information_gain");
+    if (const auto split = node.FindMember("best_split")) {
+      bins.bestSplit = {split->GetMember("cut_point").GetNumber(),
+                        split->GetMember("gain").GetWeight(),
+                        split->GetMember("threshold").GetNumber()};
+    }
     return bins;
   }
 
@@ -367,6 +372,8 @@ BinModel ParseBinFile(std::string_view text, const std::string& name) {
   if (model.source.weight) names.insert(model.source.weight->name);
   model.attributes = ReadVariables(file.GetMember("attributes"), names);
   if (supervised) model.targets = ReadTargets(file.GetMember("targets"), names);
+  const auto refinements = file.FindMember("refinements");
+  if (refinements) model.refinements = refinements->GetTexts();
   ResultReader results(model);
   for (const JsonNode& node : file.GetMember("results").GetElements()) {
     model.results.push_back(results.Read(node));

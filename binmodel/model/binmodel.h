@@ -21,6 +21,13 @@ struct MissingBin {
   std::vector<double> classWeights;  // by category code of the target; empty without target
 };
 
+// A split in two that came closest to being accepted; docs/method.md, "Accepting it".
+struct BestSplit {
+  double cutPoint;
+  double gain;       // of information about the target, bits
+  double threshold;  // what the gain did not exceed, bits
+};
+
 // The bins of one attribute: against one target, or without target (equal-frequency). What the run
 // did not get to, for lack of valid cases or because of an error, keeps its default.
 struct AttributeBins {
@@ -39,6 +46,7 @@ struct AttributeBins {
   std::optional<double> maximum;       // the same
   std::optional<double> modelEntropy;  // bits
   std::optional<double> informationGain;  // bits
+  std::optional<BestSplit> bestSplit;     // only without cut points, and when there was a split
 
   // Counted by the run, and by BinCounter; nothing when that is not known, as of a bin file of
   // version 1.
@@ -53,6 +61,7 @@ struct BinModel {
   std::vector<VariableInfo> attributes;  // what AttributeBins::attribute is an index of
   std::vector<VariableInfo> targets;     // what AttributeBins::target is; categorical ones
   std::vector<AttributeBins> results;    // target by target, each attribute once
+  std::vector<std::string> refinements;  // what the bins were joined for afterwards, in words
 
   // The attribute of one of the results.
   const VariableInfo& GetAttribute(const AttributeBins& bins) const {

@@ -76,6 +76,13 @@ enum class RefusalCode {
   // Classes of targets.
   kUnknownClass,  // subject: a class that no target has; detail: those there are, in words
   kTwoEvents,     // subject: the target that two events are named for
+
+  // Refining bins.
+  kUnknownAttribute,       // subject: an attribute of which there are no bins
+  kNoSuchCutPoint,         // subject: an attribute; detail: the number that is no cut point of it
+  kRefineNeedsTwoClasses,  // subject: the target; empty: bins without target
+  kTooManyBins,            // subject: the attribute
+  kNoSuchBins,             // subject: an attribute; detail: what its bins cannot have together
 };
 
 // Input was refused, or a run failed. The one exception of this library, but for std::bad_alloc.

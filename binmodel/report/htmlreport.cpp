@@ -83,6 +83,9 @@ class HtmlReport {
     if (!fSupervised) facts += fmt::format("<span>{} bins asked for</span> ", settings.bins);
     facts += settings.rightClosed ? "<span>bins (a, b] hold their upper border</span> "
                                   : "<span>bins [a, b) hold their lower border</span> ";
+    for (const std::string& asked : fModel.refinements) {
+      facts += " <span>refined to have " + HtmlText(asked) + "</span>";
+    }
     return "<p class=\"facts\">" + facts + "</p>\n";
   }
 
@@ -187,7 +190,7 @@ class HtmlReport {
         "<td class=\"t s\">{}</td></tr>\n",
         result, Name(fModel.GetAttribute(bins)), measures, bins.binWeights.size(),
         HtmlShare(missing, bins.missing ? CountedWeight(bins) : bins.weightWithMissing),
-        StatusCell(bins.status));
+        StatusCell(bins));
   }
 
   std::string Results(const std::vector<std::size_t>& order, const HtmlTarget& target) const {

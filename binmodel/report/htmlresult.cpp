@@ -10,6 +10,7 @@
 #include "binmodel/measure/evidence.h"
 #include "binmodel/model/binlookup.h"
 #include "binmodel/model/intervaltext.h"
+#include "binmodel/model/severity.h"
 #include "binmodel/report/reportcells.h"
 #include "binmodel/report/svgchart.h"
 #include "binmodel/text/displaytext.h"
@@ -46,7 +47,9 @@ class HtmlResult {
     std::string html = fmt::format("<section id=\"r{}\"{}>\n<div class=\"head\">\n{}", fResult,
                                    fTarget.event ? " class=\"two\"" : "", Title() + Facts());
     if (!fBins.status.IsOK()) {
-      html += fmt::format("<p class=\"warn\">{}</p>\n", StatusCell(fBins.status));
+      html +=
+          fmt::format("<p class=\"{}\">{}{}</p>\n", IsPlainNoCut(fBins.status) ? "soft" : "warn",
+                      StatusCell(fBins), BestSplitText(fBins));
     }
     if (fBins.binWeights.empty()) return html + "</div>\n</section>\n";
     return html + Legend() + RenderBinChart(Chart()) + "\n</div>\n" + Table() + "</section>\n";

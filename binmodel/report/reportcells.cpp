@@ -7,6 +7,7 @@
 #include <numeric>
 
 #include "binmodel/measure/binstatistics.h"
+#include "binmodel/model/bestsplit.h"
 #include "binmodel/model/severity.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
@@ -20,8 +21,13 @@ std::string MeasureCell(const std::optional<double>& measure) {
   return FormatFixed(*measure, 4);
 }
 
-std::string StatusCell(const MCBinning::MCStatus& status) {
+std::string StatusCell(const AttributeBins& bins) {
+  const MCBinning::MCStatus& status = bins.status;
   if (status.IsOK()) return "ok";
+  if (IsPlainNoCut(status)) {
+    return bins.bestSplit ? fmt::format("no cut: {}", DescribeBestSplit(*bins.bestSplit))
+                          : "no cut";
+  }
   return fmt::format("{}: {} ({})", DescribeSeverity(status), MCBinning::Describe(status),
                      status.GetErrorCode());
 }
@@ -83,6 +89,15 @@ std::string EventFact(const BinModel& model, const VariableInfo& target) {
     fact += fmt::format(", {} added to both classes of each bin", FormatNumber(adjustment));
   }
   return fact;
+}
+
+std::string BestSplitText(const AttributeBins& bins) {
+  if (!bins.bestSplit || !IsPlainNoCut(bins.status)) return "";
+  constexpr int kDecimals = 4;
+  return fmt::format("; best split at {}: gain {} bits, more than {} needed",
+                     FormatNumber(bins.bestSplit->cutPoint),
+                     FormatFixed(bins.bestSplit->gain, kDecimals),
+                     FormatFixed(bins.bestSplit->threshold, kDecimals));
 }
 
 }  // namespace MCBinModel

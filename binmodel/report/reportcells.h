@@ -20,8 +20,13 @@ constexpr std::size_t kMostClassColumns = 6;  // a target with more classes has 
 // A measure with four decimals; "-" when it does not exist.
 std::string MeasureCell(const std::optional<double>& measure);
 
-// "ok", or such as "warning: no cut point separates the classes (120017)", also in HTML.
-std::string StatusCell(const MCBinning::MCStatus& status);
+// "ok", or such as "warning: no valid case (120015)", also in HTML. That no split was accepted is
+// a result and no warning: "no cut: close", or what else the best one means.
+std::string StatusCell(const AttributeBins& bins);
+
+// What follows it where there is room: the best split and its numbers, after a semicolon; empty
+// when there is none.
+std::string BestSplitText(const AttributeBins& bins);
 
 // Indexes of the results: the largest information gain first, those without a gain last, otherwise
 // in the order of the results.

@@ -182,7 +182,7 @@ std::string Title(const BinModel& model, const AttributeBins& bins) {
   std::string text = "\n" + ElideText(model.GetAttribute(bins).name, kNameWidth);
   const VariableInfo* const target = model.GetTarget(bins);
   if (target != nullptr) text += " by " + ElideText(target->name, kNameWidth);
-  if (!bins.status.IsOK()) text += "\n  " + StatusCell(bins.status);
+  if (!bins.status.IsOK()) text += "\n  " + StatusCell(bins) + BestSplitText(bins);
   text += "\n  " + WeightFact(bins);
   if (bins.minimum && bins.maximum) {
     text += "; " + DescribeValues(bins.distinctValues, *bins.minimum, *bins.maximum);
@@ -212,7 +212,7 @@ std::string SupervisedSummary(const BinModel& model, const std::vector<std::size
     if (severalTargets) cells.push_back(ElideText(model.GetTarget(bins)->name, kNameWidth));
     cells.insert(cells.end(),
                  {MeasureCell(bins.informationGain), std::to_string(bins.binWeights.size()),
-                  CutPointsCell(bins.cutPoints), StatusCell(bins.status)});
+                  CutPointsCell(bins.cutPoints), StatusCell(bins)});
     table.AddRow(std::move(cells));
   }
   return table.Render();
@@ -230,7 +230,7 @@ std::string EqualFrequencySummary(const BinModel& model) {
     table.AddRow({ElideText(model.GetAttribute(bins).name, kNameWidth),
                   std::to_string(bins.binWeights.size()),
                   hasBins ? FormatShare(LargestShareDeviation(bins, model.settings.bins)) : "-",
-                  CutPointsCell(bins.cutPoints), StatusCell(bins.status)});
+                  CutPointsCell(bins.cutPoints), StatusCell(bins)});
   }
   return table.Render();
 }
@@ -239,7 +239,7 @@ std::string Heading(const BinModel& model) {
   const std::uint64_t used = model.source.recordCount - model.source.dropped.GetTotal();
   if (model.settings.algorithm == Algorithm::kEqualFrequency) {
     return fmt::format(
-        "Equal-frequency bins of {}: {} records, {} bins asked for, ideal share {}\n\n",
+        "Equal-frequency bins of {}: {} records, {} bins asked for, ideal share {}\n",
         PrintableText(model.source.name), used, model.settings.bins,
         FormatShare(1.0 / model.settings.bins));
   }
@@ -249,7 +249,7 @@ std::string Heading(const BinModel& model) {
     const std::string event = EventFact(model, target);
     if (!event.empty()) targets += " (" + event + ")";
   }
-  return fmt::format("Supervised bins of {}: {} records, target {}; gain in bits\n\n",
+  return fmt::format("Supervised bins of {}: {} records, target {}; gain in bits\n",
                      PrintableText(model.source.name), used, targets);
 }
 
@@ -258,6 +258,10 @@ std::string Heading(const BinModel& model) {
 void WriteTextReport(const BinModel& model, const TextStyle& style, const TextSink& write) {
   const std::vector<std::size_t> order = OrderByGain(model.results);
   write(Heading(model));
+  for (const std::string& asked : model.refinements) {
+    write("  refined to have " + PrintableText(asked) + "\n");
+  }
+  write("\n");
   write(model.settings.algorithm == Algorithm::kSupervised ? SupervisedSummary(model, order)
                                                            : EqualFrequencySummary(model));
   for (const std::size_t index : order) {

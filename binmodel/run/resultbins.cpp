@@ -43,6 +43,16 @@ AttributeBins TakeCommon(const Results& results) {
   return bins;
 }
 
+// Nothing when no split was looked for, or none divides the values; a split that only rounding
+// made worth something counts as worth nothing.
+std::optional<BestSplit> TakeBestSplit(const BINAttributeTargetResults& results) {
+  const double cutPoint = results.GetBestSplitCutPoint();
+  const double threshold = results.GetBestSplitThreshold();
+  if (!(cutPoint >= results.GetMinimum() && cutPoint <= results.GetMaximum())) return std::nullopt;
+  if (!std::isfinite(threshold)) return std::nullopt;
+  return BestSplit{cutPoint, std::max(0.0, results.GetBestSplitGain()), threshold};
+}
+
 }  // namespace
 
 AttributeBins TakeResults(const BINAttributeTargetResults& results) {
@@ -55,6 +65,7 @@ AttributeBins TakeResults(const BINAttributeTargetResults& results) {
   if (!bins.binWeights.empty()) {
     bins.modelEntropy = Known(results.GetModelEntropy());
     if (bins.modelEntropy) bins.informationGain = InformationGain(bins);
+    if (bins.cutPoints.empty()) bins.bestSplit = TakeBestSplit(results);
   }
   const std::vector<double>& missing = results.GetMissingCellCounts();
   if (!missing.empty()) bins.missing = {missing.front(), {missing.begin() + 1, missing.end()}};

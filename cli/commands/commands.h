@@ -6,6 +6,7 @@
 
 #include "binmodel/export/binexport.h"
 #include "binmodel/model/binsettings.h"
+#include "binmodel/refine/refinesettings.h"
 #include "cli/terminal/terminalstyle.h"
 #include "csv/binwriter.h"
 #include "csv/columnselection.h"
@@ -36,6 +37,7 @@ struct ModelOutputOptions {
 struct RunOptions : ModelOutputOptions {
   MCBinModel::BinSettings settings;
   EvidenceOptions evidence;
+  std::optional<MCBinModel::RefineSettings> refinement;  // of the bins that were found
 
   // The input and how to read it.
   std::string input = "-";
@@ -49,6 +51,11 @@ struct RunOptions : ModelOutputOptions {
   int jobs = 1;                        // 0: one for every core
   bool quiet = false;
   bool strict = false;
+};
+
+struct RefineOptions : ModelOutputOptions {
+  std::string binFile;
+  MCBinModel::RefineSettings settings;
 };
 
 // Of a command that uses bins on data.
@@ -93,6 +100,9 @@ struct ReportOptions {
 
 // `supervised` and `equal-frequency`: makes bins.
 int RunCommand(const RunOptions& options);
+
+// Joins neighbouring bins of a bin file.
+int RefineCommand(const RefineOptions& options);
 
 // Copies the input to standard output, record by record, with the bins of a bin file.
 int ApplyCommand(const ApplyOptions& options);

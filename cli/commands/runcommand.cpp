@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "binmodel/model/binmodel.h"
+#include "binmodel/model/severity.h"
 #include "binmodel/model/targetclasses.h"
+#include "binmodel/refine/binrefine.h"
 #include "binmodel/run/binrun.h"
 #include "binmodel/text/displaytext.h"
 #include "cli/commands/commands.h"
@@ -114,12 +116,14 @@ void CheckBeforeReading(const RunOptions& options) {
 int RunCommand(const RunOptions& options) {
   CheckBeforeReading(options);
   ModelOutput output(options);
-  const MCBinModel::BinModel model = MakeBins(options);
+  MCBinModel::BinModel model = MakeBins(options);
   if (!options.quiet) PrintCounts(model);
+  if (options.refinement) model = MCBinModel::RefineModel(model, *options.refinement);
   output.Write(model);
-  const bool allOk =
-      std::all_of(model.results.begin(), model.results.end(),
-                  [](const MCBinModel::AttributeBins& bins) { return bins.status.IsOK(); });
+  const bool allOk = std::all_of(
+      model.results.begin(), model.results.end(), [](const MCBinModel::AttributeBins& bins) {
+        return bins.status.IsOK() || MCBinModel::IsPlainNoCut(bins.status);
+      });
   return options.strict && !allOk ? kExitWarnings : kExitDone;
 }
 

@@ -20,6 +20,7 @@ constexpr const char* kToolHelp =
     "Bins the variables of a CSV file.\n"
     "  mcbin supervised --target species iris.csv      cut points that separate the classes\n"
     "  mcbin equal-frequency --bins 10 sales.csv       bins of equal weight, without a target\n"
+    "  mcbin refine --max-bins 5 bins.json             fewer bins, of the kind you need\n"
     "  mcbin apply bins.json new.csv                   the bins of other data\n"
     "  mcbin evaluate bins.json new.csv                how the bins do on other data\n"
     "  mcbin export --format sql --table T bins.json   the bins as SQL, PMML or Python\n"
@@ -79,6 +80,7 @@ void AddCommands(CLI::App& app, CommandAction& action) {
   AddApplyCommand(app, action);
   AddEvaluateCommand(app, action);
   AddExportCommand(app, action);
+  AddRefineCommand(app, action);
   AddReportCommand(app, action);
 }
 

@@ -15,6 +15,7 @@ void AddRunCommands(CLI::App& app, CommandAction& action);  // supervised and eq
 void AddApplyCommand(CLI::App& app, CommandAction& action);
 void AddEvaluateCommand(CLI::App& app, CommandAction& action);
 void AddExportCommand(CLI::App& app, CommandAction& action);
+void AddRefineCommand(CLI::App& app, CommandAction& action);
 void AddReportCommand(CLI::App& app, CommandAction& action);
 
 // Parses the arguments of `mcbin`, as main() got them.

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <limits>
 #include <string_view>
 #include <utility>
 
@@ -63,6 +64,28 @@ void AddClasses(CLI::App& command, EvidenceOptions& options) {
           "classes in the order to show them; others follow by number or text")
       ->allow_extra_args(false)
       ->type_name("NAMES");
+}
+
+void AddCount(CLI::App& command, const char* flag, int& count, int least, const char* help) {
+  command.add_option(flag, count, help)
+      ->check(CLI::Range(least, std::numeric_limits<int>::max()).description(""))
+      ->type_name("N");
+}
+
+void AddModelOutput(CLI::App& command, const char* jsonFlags, RawModelOutput& raw,
+                    ModelOutputOptions& options) {
+  command
+      .add_option(jsonFlags, options.jsonFile, "also write the bins to FILE; '-': to stdout only")
+      ->type_name("FILE");
+  command.add_option("--report", options.reportFile, "also write an HTML page with charts")
+      ->type_name("FILE");
+  AddChoice(command, "--color", raw.color, {"auto", "always", "never"},
+            "colours on standard output (auto)");
+}
+
+void ParseModelOutput(const RawModelOutput& raw, ModelOutputOptions& options) {
+  if (raw.color == "always") options.color = ColorChoice::kAlways;
+  if (raw.color == "never") options.color = ColorChoice::kNever;
 }
 
 void AddBinFile(CLI::App& command, std::string& path) {

@@ -26,6 +26,17 @@ void AddNumber(CLI::App& command, const std::string& flag, double& value, double
 // --event and --woe-adjust, and --classes of a command that lists classes.
 void AddEvidence(CLI::App& command, EvidenceOptions& options);
 void AddClasses(CLI::App& command, EvidenceOptions& options);
+// A whole number from `least` up.
+void AddCount(CLI::App& command, const char* flag, int& count, int least, const char* help);
+
+// Of a command that makes bins: the bin file, by these flags, the page and colours, whose value
+// ParseModelOutput takes over.
+struct RawModelOutput {
+  std::string color = "auto";
+};
+void AddModelOutput(CLI::App& command, const char* jsonFlags, RawModelOutput& raw,
+                    ModelOutputOptions& options);
+void ParseModelOutput(const RawModelOutput& raw, ModelOutputOptions& options);
 
 // The file that a command reads: a bin file, or a CSV file.
 void AddBinFile(CLI::App& command, std::string& path);

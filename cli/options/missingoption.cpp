@@ -37,25 +37,11 @@ std::optional<Interval> ParseInterval(std::string_view text) {
   return Interval{*low, *high};
 }
 
-// The name before '=', which may be written in quotes; takes both off `text`.
-std::string TakeColumn(std::string_view& text) {
-  const std::string_view whole = text;
-  const bool quoted = !text.empty() && text.front() == '"';
-  const std::size_t nameEnd = quoted ? text.rfind("\"=") : text.find('=');
-  if (nameEnd == std::string_view::npos || nameEnd == 0) {
-    throw UsageError(
-        fmt::format("--missing {}: write NAME=v1,v2,low:high", MCBinModel::QuotedText(whole)));
-  }
-  const std::string_view name = quoted ? text.substr(0, nameEnd + 1) : text.substr(0, nameEnd);
-  text.remove_prefix(name.size() + 1);
-  return quoted ? SplitOptionNames(name).front() : std::string(name);
-}
-
 }  // namespace
 
 MissingRequest ParseMissingOption(std::string_view text) {
   MissingRequest request;
-  request.column = TakeColumn(text);
+  request.column = TakeOptionName(text, "--missing", "NAME=v1,v2,low:high");
   const std::string name = MCBinModel::QuotedText(request.column);
   if (text.empty()) throw UsageError(fmt::format("--missing {}: no value after '='", name));
   for (OptionItem& item : SplitOptionList(text)) {

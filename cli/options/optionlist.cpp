@@ -54,6 +54,18 @@ std::vector<OptionItem> SplitOptionList(std::string_view list) {
   }
 }
 
+std::string TakeOptionName(std::string_view& text, const char* option, const char* form) {
+  const std::string_view whole = text;
+  const bool quoted = !text.empty() && text.front() == '"';
+  const std::size_t nameEnd = quoted ? text.rfind("\"=") : text.find('=');
+  if (nameEnd == std::string_view::npos || nameEnd == 0) {
+    throw UsageError(fmt::format("{} {}: write {}", option, MCBinModel::QuotedText(whole), form));
+  }
+  const std::string_view name = quoted ? text.substr(0, nameEnd + 1) : text.substr(0, nameEnd);
+  text.remove_prefix(name.size() + 1);
+  return quoted ? SplitOptionNames(name).front() : std::string(name);
+}
+
 std::vector<std::string> SplitOptionNames(std::string_view list) {
   std::vector<std::string> names;
   for (OptionItem& item : SplitOptionList(list)) names.push_back(std::move(item.text));

@@ -17,6 +17,10 @@ struct OptionItem {
 // and for text that is not UTF-8.
 std::vector<OptionItem> SplitOptionList(std::string_view list);
 
+// The name before the '=' of NAME=..., which may be written in quotes; takes both off `text`.
+// Throws UsageError, which says that `option` is written in `form`.
+std::string TakeOptionName(std::string_view& text, const char* option, const char* form);
+
 // The items' texts.
 std::vector<std::string> SplitOptionNames(std::string_view list);
 

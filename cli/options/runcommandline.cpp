@@ -1,4 +1,3 @@
-#include <limits>
 #include <memory>
 #include <string>
 #include <utility>
@@ -8,6 +7,7 @@
 #include "cli/options/commandline.h"
 #include "cli/options/commandoptions.h"
 #include "cli/options/missingoption.h"
+#include "cli/options/refineoptions.h"
 
 namespace MCBin {
 
@@ -41,14 +41,9 @@ struct RawOptions {
   std::vector<std::string> missing;
   std::string rounding = "closest";
   std::string closed = "right";
-  std::string color = "auto";
+  RawModelOutput output;
+  RawRefinement refinement;
 };
-
-void AddCount(CLI::App& command, const char* flag, int& count, int least, const char* help) {
-  command.add_option(flag, count, help)
-      ->check(CLI::Range(least, std::numeric_limits<int>::max()).description(""))
-      ->type_name("N");
-}
 
 void AddInputOptions(CLI::App& command, RawOptions& raw) {
   AddCsvFile(command, raw.run.input);
@@ -73,19 +68,14 @@ void AddInputOptions(CLI::App& command, RawOptions& raw) {
 void AddRunOptions(CLI::App& command, RawOptions& raw) {
   AddChoice(command, "--closed", raw.closed, {"right", "left"},
             "border that belongs to a bin (right)");
-  command
-      .add_option("--json", raw.run.jsonFile, "also write the bins to FILE; '-': to stdout only")
-      ->type_name("FILE");
-  command.add_option("--report", raw.run.reportFile, "also write an HTML page with charts")
-      ->type_name("FILE");
-  AddChoice(command, "--color", raw.color, {"auto", "always", "never"},
-            "colours on standard output (auto)");
+  AddModelOutput(command, "--json", raw.output, raw.run);
   AddCount(command, "--jobs", raw.run.jobs, 0,
            "attributes binned at the same time; 0: one on every core (1)");
   command.add_option("--temp-dir", raw.run.tempDir, "where temporary files go ($TMPDIR or /tmp)")
       ->type_name("DIR");
   command.add_flag("--quiet", raw.run.quiet, "no progress and no notes on standard error");
   command.add_flag("--strict", raw.run.strict, "exit code 3 when a result has a warning or error");
+  AddRefinement(command, raw.refinement);
   command.footer(kFooter);
 }
 
@@ -120,8 +110,8 @@ RunOptions Finish(RawOptions raw) {
       raw.rounding == "truncate" ? IBINVariable::RoundTruncate : IBINVariable::RoundClosest;
   run.settings.rightClosed = raw.closed == "right";
   run.settings.evidenceAdjustment = run.evidence.adjustment.value_or(0.0);
-  if (raw.color == "always") run.color = ColorChoice::kAlways;
-  if (raw.color == "never") run.color = ColorChoice::kNever;
+  ParseModelOutput(raw.output, run);
+  run.refinement = ParseRefinement(raw.refinement);
   run.delimiter = ParseDelimiter(raw.delimiter);
   run.columns.targets = JoinLists(raw.targets);
   run.columns.attributes = JoinLists(raw.attributes);

@@ -33,7 +33,7 @@ template <typename MakePartition>
 MCStatus HandOut(std::set<double>& cuts, std::vector<double>& counts, double& modelEntropy,
                  const MakePartition& makePartition) {
   return MCBinning::Guard([&] {
-    Partition partition{std::move(cuts), std::move(counts), modelEntropy};
+    Partition partition{std::move(cuts), std::move(counts), modelEntropy, {}};
     const MCStatus status = makePartition(partition);
     cuts = std::move(partition.cuts);
     counts = std::move(partition.counts);

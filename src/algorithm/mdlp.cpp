@@ -23,8 +23,9 @@ double SplitCost(const std::vector<double>& left, const std::vector<double>& rig
 }
 
 // Recursive, with the intervals that wait on a stack of its own.
-void SplitRows(const RowSearch& search, const std::vector<double>& boundaries, int first, int last,
-               std::set<double>& cuts) {
+SplitFound SplitRows(const RowSearch& search, const std::vector<double>& boundaries, int first,
+                     int last, std::set<double>& cuts) {
+  SplitFound bestSplit;
   std::vector<double> left(search.GetCategoryCount() + 1);
   std::vector<double> right(search.GetCategoryCount() + 1);
   std::vector<std::pair<int, int>> intervals{{first, last}};
@@ -40,15 +41,19 @@ void SplitRows(const RowSearch& search, const std::vector<double>& boundaries, i
     const int best = search.FindBest(from, to, left, right);
     const double gain = entropy - SplitEntropy(left, right);
     const double cost = SplitCost(left, right, entropy);
-    if (!(gain > Log2(weight - 1.0) / weight + cost / weight)) continue;
+    const double threshold = Log2(weight - 1.0) / weight + cost / weight;
+    const double cutPoint = boundaries[static_cast<std::size_t>(best)];
+    if (from == first && to == last) bestSplit = {cutPoint, gain, threshold};
+    if (!(gain > threshold)) continue;
 
-    cuts.insert(boundaries[static_cast<std::size_t>(best)]);
+    cuts.insert(cutPoint);
     const int split = search.IsRightBorderClosed() ? best : best - 1;
     // At a weight of 1 a split can be accepted that leaves one part as large as before: to
     // look at that again would go on for ever.
     if (split + 1 > from) intervals.emplace_back(split + 1, to);
     if (split < to) intervals.emplace_back(from, split);
   }
+  return bestSplit;
 }
 
 }  // namespace MCBinning

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "algorithm/rowsearch.h"
+#include "output/resultstore.h"
 
 namespace MCBinning {
 
@@ -15,8 +16,8 @@ double SplitCost(const std::vector<double>& left, const std::vector<double>& rig
                  double parentEntropy);
 
 // Adds the boundaries of all accepted splits of rows first..last (both included) to `cuts`;
-// boundary r belongs to row r.
-void SplitRows(const RowSearch& search, const std::vector<double>& boundaries, int first, int last,
-               std::set<double>& cuts);
+// boundary r belongs to row r. Returns the best split of them all, accepted or not.
+SplitFound SplitRows(const RowSearch& search, const std::vector<double>& boundaries, int first,
+                     int last, std::set<double>& cuts);
 
 }  // namespace MCBinning

@@ -92,7 +92,8 @@ MCStatus Partitioner::PartitionRows(const RowSearch& search, const std::vector<d
                                     Partition& partition) const {
   const std::size_t categoryCount = search.GetCategoryCount();
   std::set<double> cuts;
-  SplitRows(search, boundaries, 0, static_cast<int>(boundaries.size()) - 1, cuts);
+  partition.bestSplit =
+      SplitRows(search, boundaries, 0, static_cast<int>(boundaries.size()) - 1, cuts);
   std::vector<double> counts = CountBins(search, boundaries, cuts);
   if (fSmallBinThreshold > 0.0 && cuts.size() >= 2) {
     MergeSmallBins(fSmallBinThreshold, categoryCount, counts, cuts);

@@ -59,6 +59,14 @@ class MCBINNING_API BINAttributeTargetResults final {
   // counted.
   const std::vector<double>& GetMissingCellCounts() const { return fMissingCellCounts; }
 
+  // The best split of all valid cases in two, accepted or not: its cut point, its information gain
+  // in bits, and what the gain must exceed for the split to be accepted. Without cut points it is
+  // what came closest. The system-missing value when there was nothing to split: an error, no valid
+  // case or a single candidate.
+  double GetBestSplitCutPoint() const { return fBestSplitCutPoint; }
+  double GetBestSplitGain() const { return fBestSplitGain; }
+  double GetBestSplitThreshold() const { return fBestSplitThreshold; }
+
  private:
   friend class MCBinning::ResultStore;
 
@@ -74,4 +82,7 @@ class MCBINNING_API BINAttributeTargetResults final {
   double fMaximum = 0.0;
   double fModelEntropy = 0.0;
   std::vector<double> fMissingCellCounts;
+  double fBestSplitCutPoint = 0.0;
+  double fBestSplitGain = 0.0;
+  double fBestSplitThreshold = 0.0;
 };

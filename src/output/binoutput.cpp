@@ -39,9 +39,12 @@ void ResultStore::Append(BINOutput& output, const PairResult& result) {
                                      missing.end());
   }
 
-  const auto& [cuts, counts, modelEntropy] = result.partition;
+  const auto& [cuts, counts, modelEntropy, bestSplit] = result.partition;
   record.fCutPoints.assign(cuts.begin(), cuts.end());
   record.fModelEntropy = modelEntropy;
+  record.fBestSplitCutPoint = bestSplit.cutPoint;
+  record.fBestSplitGain = bestSplit.gain;
+  record.fBestSplitThreshold = bestSplit.threshold;
   const std::size_t binCount = cuts.size() + 1;
   const std::size_t countsPerBin = counts.size() / binCount;
   for (std::size_t bin = 0; bin < binCount; ++bin) {
@@ -75,7 +78,7 @@ MCStatus BINOutput::SetAttributeTargetResults(MCStatus status, const std::set<do
                          attributeIndex,
                          targetIndex,
                          {nDistinctValues, totalWeight, totalWeightWithMissing, minimum, maximum},
-                         {cutPoints, counts, modelEntropy}});
+                         {cutPoints, counts, modelEntropy, {}}});
     return MCStatus();
   });
 }

@@ -27,11 +27,19 @@ struct CaseTotals {
 // Of an entry that was refused before it was run.
 inline const CaseTotals kNoTotals{0, 0.0, 0.0, 0.0, 0.0};
 
+// A split in two, and what its gain must exceed to be accepted; the missing value for none.
+struct SplitFound {
+  double cutPoint = MCMV::Missing();
+  double gain = MCMV::Missing();  // bits, as is the threshold
+  double threshold = MCMV::Missing();
+};
+
 // The bins of an attribute against a target.
 struct Partition {
   std::set<double> cuts;
   std::vector<double> counts;  // bin by bin: its weight, then its weight in each category
   double modelEntropy = MCMV::Missing();
+  SplitFound bestSplit = {};  // of all cases
 };
 
 struct PairResult {

@@ -26,6 +26,7 @@ FOLDERS = {
     "binmodel/file": ["binmodel/model", "binmodel/text"],
     "binmodel/measure": ["binmodel/model", "binmodel/text"],
     "binmodel/apply": ["binmodel/measure", "binmodel/model", "binmodel/text"],
+    "binmodel/refine": ["binmodel/measure", "binmodel/model", "binmodel/text"],
     "binmodel/run": ["binmodel/apply", "binmodel/measure", "binmodel/model", "binmodel/text"],
     "binmodel/export": ["binmodel/apply", "binmodel/measure", "binmodel/model", "binmodel/text"],
     "binmodel/report": ["binmodel/apply", "binmodel/measure", "binmodel/model", "binmodel/text"],

@@ -26,6 +26,7 @@ RUNS = [
      f"{data}/flchain.csv"],
     ["supervised", "--target", "survived", "--categorical", "class,sex,age", "--weight", "freq",
      "--missing", "freq=-1,9000:", f"{data}/titanic_freq.csv"],
+    ["supervised", "--target", "sex", "--attributes", "age", "--max-bins", "3", f"{data}/flchain.csv"],
     ["equal-frequency", "--bins", "5", "--closed", "left", f"{examples}/wdbc.csv"],
     ["equal-frequency", "--rounding", "truncate", "--weight", "weight",
      f"{data}/flchain_weighted.csv"],

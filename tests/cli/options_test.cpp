@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <cfloat>
+#include <map>
 #include <string>
 #include <vector>
 
 #include "cli/options/missingoption.h"
 #include "cli/options/optionlist.h"
+#include "cli/options/refineoptions.h"
 #include "cli/terminal/usageerror.h"
 #include "csv/missingtexts.h"
 
@@ -45,6 +47,24 @@ TEST(MissingOption, RefusesWhatMakesNoSense) {
   for (const char* text :
        {"", "age", "=1", "age=", "age=5:1", "age=1:2,3:4", "age=\"1", "\"age=1", "age=\xFF"}) {
     EXPECT_THROW(ParseMissingOption(text), UsageError) << text;
+  }
+}
+
+TEST(Refinement, ReadsCutPointsByName) {
+  CLI::App app;
+  MCBin::RawRefinement raw;
+  MCBin::AddRefinement(app, raw);
+  EXPECT_FALSE(MCBin::ParseRefinement(raw));
+  app.parse("--breaks age=30,45 --breaks 'a=' --keep '\"b=c\"=-1e3' --keep age=7 --monotonic peak");
+  const auto settings = MCBin::ParseRefinement(raw);
+  ASSERT_TRUE(settings);
+  using Lists = std::map<std::string, std::vector<double>>;
+  EXPECT_EQ(settings->breaks, (Lists{{"age", {30.0, 45.0}}, {"a", {}}}));
+  EXPECT_EQ(settings->keep, (Lists{{"b=c", {-1000.0}}, {"age", {7.0}}}));
+  EXPECT_EQ(settings->trend, MCBinModel::RateTrend::kPeak);
+  for (const char* text : {"age", "age=x", "=1", "age=1,,2", "age=inf"}) {
+    raw.keep = {text};
+    EXPECT_THROW(MCBin::ParseRefinement(raw), UsageError) << text;
   }
 }
 

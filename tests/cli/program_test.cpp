@@ -79,6 +79,41 @@ TEST(BinFile, SaysWhatMadeIt) {
   EXPECT_NE(outcome.out.find("gr\"o\\\xC3\xB6\\t\xC3\x9F"), std::string::npos) << outcome.out;
 }
 
+TEST(Refine, GivesTheSameFromABinFileAndAfterARun) {
+  const Program program;
+  const std::string run = "supervised --target diagnosis examples/wdbc.csv --json ";
+  const std::string demands = " --max-bins 2 --monotonic either --min-share 0.2";
+  ASSERT_EQ(program.Run(run + "bins.json").exitCode, 0);
+  ASSERT_EQ(program.Run(run + "after.json" + demands).exitCode, 0);
+  const auto refined = program.Run("refine bins.json -o refined.json" + demands);
+  ASSERT_EQ(refined.exitCode, 0) << refined.err;
+  EXPECT_NE(
+      refined.out.find("\n  refined to have at most 2 bins, a share of at least 0.2 in every "
+                       "bin, an increasing or decreasing event rate; most information gain\n"),
+      std::string::npos)
+      << refined.out;
+  EXPECT_EQ(json::parse(program.Read("refined.json")), json::parse(program.Read("after.json")));
+  EXPECT_EQ(program.Run("apply refined.json examples/wdbc.csv").exitCode, 0);
+
+  const auto impossible = program.Run("refine bins.json -o none.json --min-bins 9");
+  EXPECT_EQ(impossible.exitCode, 1);
+  EXPECT_NE(impossible.err.find("cannot be joined to have at least 9 bins"), std::string::npos);
+  EXPECT_EQ(program.Run("refine bins.json").exitCode, 2);
+  EXPECT_EQ(program.Files(), (std::vector<std::string>{"after.json", "bins.json", "refined.json"}));
+}
+
+TEST(NoCut, IsAResultAndNoWarning) {
+  const Program program;
+  std::string noise = "a,y\n";
+  for (int i = 0; i < 60; ++i) noise += std::to_string(i % 6) + (i % 7 < 3 ? ",n\n" : ",y\n");
+  const auto run = program.Run("supervised --target y --strict --json in.json -", noise);
+  EXPECT_EQ(run.exitCode, 0) << run.out;
+  EXPECT_NE(run.out.find("no cut: nothing to find; best split at "), std::string::npos) << run.out;
+  const json split = json::parse(program.Read("in.json"))["results"][0]["best_split"];
+  EXPECT_EQ(split["meaning"], "nothing to find");
+  EXPECT_LT(split["gain"], split["threshold"]);
+}
+
 TEST(Strict, TurnsAWarningIntoAnExitCode) {
   const Program program;
   program.Write("in.csv", "a,y\n1,x\n1,z\n");

@@ -43,6 +43,7 @@ std::string Text(const reference::Binning& binning) {
   text += ", without value " + Text(cases.missingWeights);
   text += ", cut points " + Text(binning.cutPoints) + ", entropy";
   Append(text, binning.modelEntropy);
+  text += ", best split " + Text(binning.bestSplit);
   text += ", bins";
   for (const std::vector<double>& weights : binning.counts) text += ' ' + Text(weights);
   return text;

@@ -67,7 +67,9 @@ WeightVector Difference(const WeightVector& from, const WeightVector& what) {
 }
 
 std::set<double> Split(const std::vector<double>& table, const std::vector<double>& boundaries,
-                       std::size_t categories, bool rightBorderClosed) {
+                       std::size_t categories, bool rightBorderClosed,
+                       std::vector<double>& firstSplit) {
+  bool isFirst = true;
   std::set<double> cuts;
   std::vector<std::pair<int, int>> open{{0, static_cast<int>(boundaries.size()) - 1}};
   while (!open.empty()) {
@@ -82,7 +84,10 @@ std::set<double> Split(const std::vector<double>& table, const std::vector<doubl
     const int best = BestSplit(table, first, last, rightBorderClosed, left, right);
     const double gain = entropy - PartitionEntropy(left, right);
     const double penalty = DescriptionLengthPenalty(left, right, entropy);
-    if (!(gain > Log2(weight - 1.0) / weight + penalty / weight)) continue;
+    const double threshold = Log2(weight - 1.0) / weight + penalty / weight;
+    if (isFirst) firstSplit = {boundaries[static_cast<std::size_t>(best)], gain, threshold};
+    isFirst = false;
+    if (!(gain > threshold)) continue;
 
     cuts.insert(boundaries[static_cast<std::size_t>(best)]);
     const int split = rightBorderClosed ? best : best - 1;
@@ -267,7 +272,7 @@ void Partition(Binning& binning, std::vector<double> boundaries, std::size_t cat
   }
   boundaries.erase(closed ? boundaries.begin() : boundaries.end() - 1);
 
-  std::set<double> cuts = Split(table, boundaries, categories, closed);
+  std::set<double> cuts = Split(table, boundaries, categories, closed, binning.bestSplit);
   if (cuts.empty()) binning.status = {120017, 1, {}};
   binning.counts = CountBins(table, boundaries, cuts, categories, closed);
   if (options.smallBinThreshold > 0.0 && cuts.size() >= 2) {

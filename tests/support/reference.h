@@ -53,6 +53,8 @@ struct Binning {
   std::vector<double> cutPoints;
   std::vector<std::vector<double>> counts;  // per bin: its weight, then one per category
   double modelEntropy = kMissing;
+  // Of the best split of all cases: the cut point, its gain and what that must exceed.
+  std::vector<double> bestSplit{kMissing, kMissing, kMissing};
 };
 
 enum class Rounding { kTruncate, kClosest, kNone };

@@ -48,6 +48,8 @@ StoredResult Stored(const BINAttributeTargetResults& result) {
   if (const std::vector<double>& missing = result.GetMissingCellCounts(); !missing.empty()) {
     binning.cases.missingWeights = {missing.begin() + 1, missing.end()};
   }
+  binning.bestSplit = {result.GetBestSplitCutPoint(), result.GetBestSplitGain(),
+                       result.GetBestSplitThreshold()};
   binning.counts = result.GetCellCounts();
   // A pair without any counts is stored as one bin without weights.
   if (binning.counts.size() == 1 && binning.counts.front().empty()) binning.counts.clear();

@@ -44,7 +44,9 @@ json Example() {
       {"attribute": "c", "target": "y",
        "status": {"code": 120015, "severity": "warning", "text": "no valid case"},
        "cut_points": [], "bin_weights": [], "class_weights": [], "valid_weight": 0,
-       "weight_with_missing": 8, "distinct_values": 0}]})");
+       "weight_with_missing": 8, "distinct_values": 0,
+       "best_split": {"cut_point": 3, "gain": 0.25, "threshold": 0.3, "meaning": "close"}}],
+    "refinements": ["at most 3 bins"]})");
 }
 
 std::string RefusalOf(const std::string& text) {
