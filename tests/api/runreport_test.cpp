@@ -126,16 +126,6 @@ TEST_F(RunReportTest, TellsAnExceptionOfTheHostFromACancellation) {
   EXPECT_EQ(MCBinning::GetRunReport(*fBinning).recordsStored, 2U);
 }
 
-TEST_F(RunReportTest, NamesTheFileAndTheSystemsErrorWhenAFileCannotBeMade) {
-  const std::string directory = fDirectory.Path() + "/missing";
-  fSettings.SetTempDirName(directory);
-  const std::vector<std::vector<double>> rows(10000, {1, 0, 0, 1});
-  const RunReport& report = Run(RowIterator(rows));
-  EXPECT_EQ(fStatus.GetErrorCode(), 120021);
-  EXPECT_EQ(report.tempFile.substr(0, directory.size()), directory);
-  EXPECT_EQ(report.systemError, ENOENT);
-}
-
 // The limit stands for a full disk, which a short pass notices at its end.
 TEST_F(RunReportTest, KeepsTheFirstErrorWhenAFileThatCouldNotBeWrittenIsRead) {
   const std::vector<std::vector<double>> rows(100, {1, 0, 0, 1});

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cmath>
 #include <optional>
 
@@ -194,6 +195,8 @@ TEST_P(BothDrivers, SayWhenFilesCannotBeWritten) {
     return CreateBins(records);
   };
   EXPECT_EQ(binRecords(10000), "120021/-1[0 0 0]") << "noticed when the cache is written";
+  EXPECT_EQ(run->GetReport().tempFile.rfind(directory.Path() + subdirectory, 0), 0u);
+  EXPECT_EQ(run->GetReport().systemError, ENOENT);
   EXPECT_EQ(binRecords(9999), "120018/1[0 0 0]") << "noticed when it is read";
   EXPECT_EQ(ResultStatuses(), (std::vector<std::string>{"0:120015/1[0 0 0]"}));
 }

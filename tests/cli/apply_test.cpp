@@ -34,10 +34,10 @@ const ApplyExample kExamples[] = {
     {"BordersAndEnds", "", "c,a\nx,1\nx,1.0000000000000002\nx,2.5\nx,-1e999\nx,inf\n",
      "c,a,a_bin,c_bin\nx,1,0,0\nx,1.0000000000000002,1,0\nx,2.5,1,0\n"
      "x,-1e999,0,0\nx,inf,,0\n"},
-    {"Missing", "--missing-as ?",
+    {"Missing", "--missing-as ?,",
      "a,c\n,x\nNA,x\n\"NA\",x\nnan,x\n9.0,x\n90,x\n1e308,q\n1,other\n1,\n",
-     "a,c,a_bin,c_bin\n,x,?,0\nNA,x,?,0\n\"NA\",x,?,0\nnan,x,?,0\n9.0,x,?,0\n90,x,?,0\n"
-     "1e308,q,?,?\n1,other,0,?\n1,,0,?\n"},
+     "a,c,a_bin,c_bin\n,x,\"?,\",0\nNA,x,\"?,\",0\n\"NA\",x,\"?,\",0\nnan,x,\"?,\",0\n"
+     "9.0,x,\"?,\",0\n90,x,\"?,\",0\n1e308,q,\"?,\",\"?,\"\n1,other,0,\"?,\"\n1,,0,\"?,\"\n"},
     {"Labels", "--as label --suffix _band", "a,c\n2,\"y, z\"\n7,x\n",
      "a,c,a_band,c_band\n2,\"y, z\",\"(1, 2.5]\",\"{\"\"y, z\"\"}\"\n"
      "7,x,\"(2.5, +inf)\",{x}\n"},

@@ -24,7 +24,9 @@ TEST(WideTable, TakesLittleMemoryForEachColumn) {
     table += '\n';
     for (int i = 0; i < kColumns; ++i) table += std::string(i > 0 ? 1 : 0, ',') + value;
   }
-  EXPECT_EQ(Program().Run("equal-frequency --bins 2 -", table).exitCode, 0);
+  for (const char* command : {"supervised --target c0 -", "equal-frequency --bins 2 -"}) {
+    EXPECT_EQ(Program().Run(command, table).exitCode, 0) << command;
+  }
   rusage used{};
   getrusage(RUSAGE_CHILDREN, &used);
   EXPECT_LT(used.ru_maxrss, kColumns / 1024.0 * 7500) << "the largest program of all, in KiB";

@@ -144,13 +144,19 @@ TEST_F(BINDataPreparatorTest, PreparesARecordByFile) {
   }
 }
 
+// Of more records than the buffer holds, too, which is written several times.
 TEST_F(BINDataPreparatorTest, WritesAFilePerVariableUpToItsFirstBadCode) {
-  EXPECT_EQ(Process({{1, 0, 1, 2}, {2, 1, 256, 0.2}, {3, 1, 300, 1}, {}, {4, 0, 0, 1.5}}),
-            "0/0[0 0 0]");
-  ASSERT_EQ(preparator->GetAllvarNumOfCases(), 3u);
-  const Rows files{{0, 1, 0}, {2, 1, 2}, {1, 3, 4}, {1}};
+  Rows rows{{1, 0, 1, 2}, {2, 1, 256, 0.2}, {3, 1, 300, 1}, {}, {4, 0, 0, 1.5}};
+  rows.resize(25'000, {5, 1, 0, 1});
+  EXPECT_EQ(Process(rows), "0/0[0 0 0]");
+  ASSERT_EQ(preparator->GetAllvarNumOfCases(), 24'998u);
+  Rows files{{0, 1, 0}, {2, 1, 2}, {1, 3, 4}};
+  files[kClassFile].resize(24'998, 1);
+  files[kWeightFile].resize(24'998, 1);
+  files[kAgeFile].resize(24'998, 5);
+  files.push_back({1});
   for (std::size_t file = 0; file < files.size(); ++file) {
-    EXPECT_EQ(ReadDoubles(preparator->GetFileNames()[file]), files[file]) << file;
+    EXPECT_TRUE(ReadDoubles(preparator->GetFileNames()[file]) == files[file]) << file;
   }
   EXPECT_EQ(preparator->GetNumOfCategories(), (std::vector<int>{1, 0, 0, 1}));
   EXPECT_TRUE(IsUsable(kAgeFile) && !IsUsable(kColorFile));
