@@ -163,13 +163,6 @@ TEST_P(BothDrivers, StopAtAnyPoll) {
   }
 }
 
-TEST_P(BothDrivers, StopWhenToldByCancel) {
-  CreateFor(2);
-  RowIterator records(AscendingRows(3, 2));
-  records.onNext = [&] { run->Cancel(); };
-  EXPECT_EQ(CreateBins(records), "1/-1[0 0 0]");
-}
-
 TEST_P(BothDrivers, ReportEveryNthRecordAndEveryAttributeAfterNSkipped) {
   Rows rows = AscendingRows(5, 7);
   rows[1].clear();  // counts down, but is no record

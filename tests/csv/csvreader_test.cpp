@@ -1,6 +1,8 @@
 #include "csv/csvreader.h"
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -19,11 +21,8 @@ using MCBinModel::Refusal;
 
 // What the reader makes of a text: a line per record, "line|field|field", quoted fields in
 // quotes; or the message it ends with.
-std::string ReadAll(const std::string& content, char delimiter = ',') {
-  const std::unique_ptr<FILE, int (*)(FILE*)> file(std::tmpfile(), std::fclose);
-  std::fwrite(content.data(), 1, content.size(), file.get());
-  std::rewind(file.get());
-  CsvReader reader(fileno(file.get()), "f", delimiter);
+std::string ReadAll(int file, char delimiter) {
+  CsvReader reader(file, "f", delimiter);
   std::string text;
   try {
     while (reader.Next()) {
@@ -38,6 +37,13 @@ std::string ReadAll(const std::string& content, char delimiter = ',') {
     return error.what();
   }
   return text;
+}
+
+std::string ReadAll(const std::string& content, char delimiter = ',') {
+  const std::unique_ptr<FILE, int (*)(FILE*)> file(std::tmpfile(), std::fclose);
+  std::fwrite(content.data(), 1, content.size(), file.get());
+  std::rewind(file.get());
+  return ReadAll(fileno(file.get()), delimiter);
 }
 
 struct ReadExample {
@@ -142,6 +148,17 @@ TEST(CsvReader, ReadsTheSameWhereverTheBufferEnds) {
   }
   const std::string full((std::size_t{1} << 20) - 1, 'y');  // CR is the buffer's last byte
   EXPECT_TRUE(ReadAll(full + "\r\nz\r\n") == "1|" + full + "\n2|z\n");
+}
+
+// Whoever closes a socket without having read from it gives the other side an error after the data.
+TEST(CsvReader, RefusesWhatCannotBeReadToItsEnd) {
+  int ends[2];
+  ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+  ASSERT_EQ(write(ends[0], "x", 1), 1);
+  ASSERT_EQ(write(ends[1], "a,b\n1,2\n", 8), 8);
+  close(ends[1]);
+  EXPECT_EQ(ReadAll(ends[0], ','), "f: cannot read: Connection reset by peer");
+  close(ends[0]);
 }
 
 TEST(CsvReader, RefusesARecordWithoutEnd) {

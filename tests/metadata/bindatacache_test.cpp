@@ -1,9 +1,7 @@
 #include "metadata/bindatacache.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <fstream>
 #include <limits>
 #include <utility>
 
@@ -52,26 +50,6 @@ TEST(BINDataCache, TakesAndGivesNothingOutOfRange) {
   EXPECT_TRUE(cache.SetRow(0, {1, 2, 3}) && cache.SetCol(1, {8, 9}));
   EXPECT_TRUE(cache.GetRow(1, out));
   EXPECT_EQ(out, (Doubles{0, 9, 0}));
-}
-
-long ResidentBytes() {
-  std::ifstream statm("/proc/self/statm");
-  long pages = 0;
-  statm >> pages >> pages;  // the second number
-  return pages * sysconf(_SC_PAGESIZE);
-}
-
-TEST(BINDataCache, TakesUpMemoryAsItIsFilled) {
-  constexpr int kRows = 2000;
-  constexpr int kColumns = 10000;
-  const long before = ResidentBytes();
-  BINDataCache cache;
-  ASSERT_TRUE(cache.Resize(kRows, kColumns));
-  for (int row = 0; row < kRows; ++row) cache.AddElem(row, row);
-  cache.Flush();
-  EXPECT_LT(ResidentBytes() - before, long{kRows} * kColumns * 8 / 4);
-  EXPECT_EQ(cache.GetElem(kRows - 1, 0), kRows - 1);
-  EXPECT_EQ(cache.GetElem(kRows - 1, kColumns - 1), 0.0);
 }
 
 TEST(BINDataCache, IsWholeAfterCopiesMovesAndAResizeThatFails) {
