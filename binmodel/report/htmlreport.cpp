@@ -113,8 +113,8 @@ class HtmlReport {
     html += fmt::format(
         "<p class=\"soft\">The event is <strong>{0}</strong>. Weight of evidence is "
         "ln((events in the bin / all events) / (others in the bin / all others)): above 0 where "
-        "{0} is more frequent than overall, below 0 where it is rarer. Missing cases are a bin. ",
-        event);
+        "{0} is more frequent than overall, below 0 where it is rarer. {1} ",
+        event, MissingConvention());
     const double adjustment = fModel.settings.evidenceAdjustment;
     if (adjustment > 0.0) {
       return html + fmt::format(
@@ -123,6 +123,15 @@ class HtmlReport {
                         FormatNumber(adjustment));
     }
     return html + "A bin without one of the classes makes it infinite; nothing is smoothed.</p>\n";
+  }
+
+  // Results of an old bin file have not counted them.
+  const char* MissingConvention() const {
+    const bool countsMissing =
+        std::any_of(fModel.results.begin(), fModel.results.end(),
+                    [](const AttributeBins& bins) { return bins.missing.has_value(); });
+    return countsMissing ? "Missing cases are a bin."
+                         : "Missing cases were not counted by class and take no part.";
   }
 
   std::string SupervisedRanking(const std::vector<std::size_t>& order,

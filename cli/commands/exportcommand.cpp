@@ -2,6 +2,7 @@
 #include <fmt/ranges.h>
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,13 +41,16 @@ std::string MakeText(const ExportOptions& options, const MCBinModel::BinModel& m
   return MCBinModel::ExportPython(model, results, options.columns);
 }
 
-void PrintInfinite(const MCBinModel::BinModel& model, const std::vector<std::size_t>& results) {
+// What `missingText` takes the place of is not in the export.
+void PrintInfinite(const MCBinModel::BinModel& model, const std::vector<std::size_t>& results,
+                   const std::optional<std::string>& missingText) {
   constexpr std::size_t kMostNamed = 10;
   std::vector<std::string> weights;
   for (const std::size_t index : results) {
     const MCBinModel::AttributeBins& bins = model.results[index];
-    const double weight =
-        MCBinModel::GetInfiniteWeight(bins, MCBinModel::MeasureEvidence(model, bins));
+    MCBinModel::Evidence evidence = MCBinModel::MeasureEvidence(model, bins);
+    if (missingText) evidence.missingWeight.reset();
+    const double weight = MCBinModel::GetInfiniteWeight(bins, evidence);
     if (weight == 0.0) continue;
     weights.push_back(fmt::format("{} of {} in {}", MCBinModel::FormatNumber(weight),
                                   MCBinModel::FormatNumber(bins.weightWithMissing),
@@ -76,7 +80,7 @@ int ExportCommand(const ExportOptions& options) {
   PrintNotes(notes);
   if (options.columns.form == MCBinModel::BinForm::kWeightOfEvidence) {
     PrintEvidenceNote(model, results);
-    PrintInfinite(model, results);
+    PrintInfinite(model, results, options.columns.missingText);
   }
   return kExitDone;
 }

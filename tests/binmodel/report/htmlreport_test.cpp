@@ -77,6 +77,7 @@ TEST(HtmlReport, LinksAttributesAndStaysSmall) {
 
 TEST(HtmlReport, ShowsMissingCasesAsTheLastBin) {
   BinModel model = SampleBins({"n", "y"}, {{"x", {{20, 10}, {5, 25}}}});
+  EXPECT_EQ(Count(MakeHtmlReport(model), "Missing cases are a bin"), 0u) << "not counted";
   model.results[0].missing = {15.0, {10.0, 5.0}};
   const std::string page = MakeHtmlReport(model);
   const std::string row =
@@ -86,6 +87,7 @@ TEST(HtmlReport, ShowsMissingCasesAsTheLastBin) {
   EXPECT_EQ(Count(page, "<title>missing\nweight 15 (20.0%)\ny: 5 (33.3%)\nn: 10 (66.7%)</title>"),
             1u);
   EXPECT_EQ(Count(page, "<td>2</td><td>20.0%</td><td class=\"t s\">ok</td>"), 1u);
+  EXPECT_EQ(Count(page, "Missing cases are a bin"), 1u);
 }
 
 TEST(BinChart, CutsATooHighMissingBarOffAndKeepsItsShares) {
