@@ -50,10 +50,13 @@ void BinWriter::AddColumn(const MCBinModel::BinModel& model, const MCBinModel::A
                       Ready(header),
                       MakeCells(values),
                       {}});
-  for (const MCBinModel::BinValue& value : values) {
-    const double* const number = std::get_if<double>(&value);
-    fColumns.back().isInfinite.push_back(number != nullptr && std::isinf(*number));
-  }
+  for (const MCBinModel::BinValue& value : values) fColumns.back().kinds.push_back(KindOf(value));
+}
+
+BinWriter::CellKind BinWriter::KindOf(const MCBinModel::BinValue& value) {
+  if (std::holds_alternative<std::monostate>(value)) return kEmpty;
+  const double* const number = std::get_if<double>(&value);
+  return number != nullptr && std::isinf(*number) ? kInfinite : kPlain;
 }
 
 // By bin, then that of a missing value.
@@ -94,7 +97,7 @@ const std::string& BinWriter::CellOf(Column& column, const CsvReader& reader) co
   const std::size_t cell = std::isnan(value)
                                ? column.cells.size() - 1
                                : MCBinModel::FindBin(column.cutPoints, value, fRightClosed);
-  column.infiniteCount += column.isInfinite[cell] ? 1U : 0U;
+  ++column.counts[column.kinds[cell]];
   return column.cells[cell];
 }
 
@@ -134,19 +137,33 @@ std::vector<std::string> BinWriter::GetNotes() const {
   return notes;
 }
 
-std::optional<std::string> BinWriter::DescribeInfinite() const {
+// "2 records in a_bin, 1 records in b_bin"; empty when there are none.
+std::string BinWriter::ListCounts(CellKind kind) const {
   constexpr std::size_t kMostNamed = 10;
   std::vector<std::string> counts;
   for (const Column& column : fColumns) {
-    if (column.infiniteCount == 0) continue;
-    counts.push_back(fmt::format("{} records in {}", column.infiniteCount,
+    if (column.counts[kind] == 0) continue;
+    counts.push_back(fmt::format("{} records in {}", column.counts[kind],
                                  MCBinModel::PrintableText(column.header)));
   }
-  if (counts.empty()) return std::nullopt;
   const bool namesAll = counts.size() <= kMostNamed;
   if (!namesAll) counts.resize(kMostNamed);
-  return fmt::format("an infinite weight of evidence, as the bin lacks a class: {}{}",
-                     fmt::join(counts, ", "), namesAll ? "" : " and more");
+  return fmt::format("{}{}", fmt::join(counts, ", "), namesAll ? "" : " and more");
+}
+
+std::optional<std::string> BinWriter::DescribeInfinite() const {
+  const std::string counts = ListCounts(kInfinite);
+  if (counts.empty()) return std::nullopt;
+  return "an infinite weight of evidence, as the bin lacks a class: " + counts;
+}
+
+std::optional<std::string> BinWriter::DescribeEmpty() const {
+  const bool isIndex = fOptions.form == MCBinModel::BinForm::kIndex;
+  const std::string counts = isIndex || fOptions.missingText ? "" : ListCounts(kEmpty);
+  if (counts.empty()) return std::nullopt;
+  const bool isLabel = fOptions.form == MCBinModel::BinForm::kLabel;
+  return fmt::format("an empty field, as the bin file has no {} for these: {}",
+                     isLabel ? "bin of missing values" : "weight of evidence", counts);
 }
 
 }  // namespace MCBin

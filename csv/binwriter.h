@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -47,14 +48,19 @@ class BinWriter {
   // How many records got an infinite weight of evidence in which columns; nothing when none did.
   std::optional<std::string> DescribeInfinite() const;
 
+  // The same of fields that stay empty for want of a weight of evidence or of a label.
+  std::optional<std::string> DescribeEmpty() const;
+
  private:
+  enum CellKind : std::size_t { kPlain, kInfinite, kEmpty, kCellKinds };
+
   struct Column {
     FieldCoder coder;
     const std::vector<double>& cutPoints;
     std::string header;              // ready to be written, as the cells
     std::vector<std::string> cells;  // by bin, then the one for missing
-    std::vector<bool> isInfinite;    // by cell
-    std::uint64_t infiniteCount = 0;
+    std::vector<CellKind> kinds;     // by cell
+    std::array<std::uint64_t, kCellKinds> counts{};
   };
 
   void AddColumn(const MCBinModel::BinModel& model, const MCBinModel::AttributeBins& bins,
@@ -62,6 +68,8 @@ class BinWriter {
   std::vector<MCBinModel::BinValue> MakeValues(const MCBinModel::BinModel& model,
                                                const MCBinModel::AttributeBins& bins) const;
   std::vector<std::string> MakeCells(const std::vector<MCBinModel::BinValue>& values) const;
+  static CellKind KindOf(const MCBinModel::BinValue& value);
+  std::string ListCounts(CellKind kind) const;
   std::string Ready(const std::string& text) const;
   const std::string& CellOf(Column& column, const CsvReader& reader) const;
   template <typename CellText>

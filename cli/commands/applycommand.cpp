@@ -45,6 +45,8 @@ int ApplyCommand(const ApplyOptions& options) {
     const std::optional<std::string> infinite = writer.DescribeInfinite();
     if (infinite) PrintNote(*infinite + "; --woe-adjust WEIGHT makes them finite");
   }
+  const std::optional<std::string> empty = writer.DescribeEmpty();
+  if (empty) PrintNote(*empty + "; --missing-as TEXT fills it");
   return kExitDone;
 }
 

@@ -77,11 +77,16 @@ TEST(Apply, WritesMissingValuesAsTheirBin) {
     const auto outcome = program.Run("apply --replace bins.json " + options, "a,c\n,x\n9,new\n");
     EXPECT_EQ(outcome.out, "a,c\n" + output) << options << outcome.err;
   }
-  const std::string err = program.Run("apply --as woe bins.json", "a,c\n1,x\n9,x\n2,x\n").err;
+  const std::string err = program.Run("apply --as woe bins.json", "a,c\n1,x\n9,x\n2,\n").err;
   EXPECT_EQ(err,
             "mcbin: weight of evidence for the target 't', event yes\n"
             "mcbin: an infinite weight of evidence, as the bin lacks a class: 2 records in a_bin; "
-            "--woe-adjust WEIGHT makes them finite\n");
+            "--woe-adjust WEIGHT makes them finite\n"
+            "mcbin: an empty field, as the bin file has no weight of evidence for these: 1 records "
+            "in c_bin; --missing-as TEXT fills it\n");
+  // The one of the missing values is not in the export, that of the second bin is.
+  const auto exported = program.Run("export --format python --as woe --missing-as 0 bins.json");
+  EXPECT_NE(exported.err.find("made from 2 of 16 in 'a'"), std::string::npos) << exported.err;
 }
 
 TEST(Apply, TellsOfUnknownCategories) {
@@ -129,7 +134,8 @@ TEST(Evaluate, PrintsBothSides) {
   EXPECT_EQ(outcome.exitCode, 0);
   for (const char* part :
        {"  a             3     0.0000     -  0.8113  differ\n",
-        "  data: weight 4 valid, 5 missing, 5 without target; from 0 to 3; entropy 0.0000, gain 0.8113 bits; "
+        "  data: weight 4 valid, 5 missing, 5 without target; from 0 to 3; entropy 0.0000, gain "
+        "0.8113 bits; "
         "information value +inf\n",
         "  (-inf, 1]         4     2  50.0%  50.0%    3     2   1     0    1.0986  +inf\n"}) {
     EXPECT_NE(outcome.out.find(part), std::string::npos) << part << outcome.out;
