@@ -53,10 +53,10 @@ std::size_t CodeBlocks(const Column& column, const VariableInfo& variable, const
 }
 
 std::vector<double> TakeValues(const std::vector<std::int32_t>& bins,
-                               const std::vector<double>& values) {
+                               const std::vector<double>& values, double missing = kNaN) {
   std::vector<double> taken(bins.size());
   std::transform(bins.begin(), bins.end(), taken.begin(), [&](std::int32_t bin) {
-    return bin < 0 ? kNaN : values[static_cast<std::size_t>(bin)];
+    return bin < 0 ? missing : values[static_cast<std::size_t>(bin)];
   });
   return taken;
 }
@@ -67,17 +67,25 @@ FrameColumn WriteLabels(const BinModel& model, const AttributeBins& bins, std::s
   for (const auto& value : MakeBinValues(model, bins, MCBinModel::BinForm::kLabel)) {
     labels.push_back(std::get<std::string>(value));
   }
+  const auto missing = MakeMissingValue(model, bins, MCBinModel::BinForm::kLabel);
+  if (const auto* const label = std::get_if<std::string>(&missing)) {
+    std::replace(indexes.begin(), indexes.end(), -1, static_cast<std::int32_t>(labels.size()));
+    labels.push_back(*label);
+  }
   return MakeLabels(std::move(name), std::move(indexes), std::move(labels));
 }
 
 FrameColumn WriteEvidence(const BinModel& model, const AttributeBins& bins, std::string name,
                           const std::vector<std::int32_t>& indexes) {
-  std::vector<double> evidence;
-  for (const auto& value : MakeBinValues(model, bins, MCBinModel::BinForm::kWeightOfEvidence)) {
+  constexpr auto kForm = MCBinModel::BinForm::kWeightOfEvidence;
+  const auto numberOf = [](const MCBinModel::BinValue& value) {
     const double* const number = std::get_if<double>(&value);
-    evidence.push_back(number == nullptr ? kNaN : *number);
-  }
-  return MakeNumbers(std::move(name), TakeValues(indexes, evidence));
+    return number == nullptr ? kNaN : *number;
+  };
+  std::vector<double> evidence;
+  for (const auto& value : MakeBinValues(model, bins, kForm)) evidence.push_back(numberOf(value));
+  const double missing = numberOf(MakeMissingValue(model, bins, kForm));
+  return MakeNumbers(std::move(name), TakeValues(indexes, evidence, missing));
 }
 
 FrameColumn WriteIntervals(const BinModel& model, const AttributeBins& bins, std::string name,

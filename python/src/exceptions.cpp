@@ -55,9 +55,16 @@ constexpr std::array kCodeNames = {
     "column-exists",
     "table-name",
     "no-infinity",
+    "unknown-class",
+    "two-events",
+    "unknown-attribute",
+    "no-such-cut-point",
+    "refine-needs-two-classes",
+    "too-many-bins",
+    "no-such-bins",
 };
 static_assert(kCodeNames.size() ==
-              static_cast<std::size_t>(MCBinModel::RefusalCode::kNoInfinity) + 1);
+              static_cast<std::size_t>(MCBinModel::RefusalCode::kNoSuchBins) + 1);
 
 const char* NameOf(MCBinModel::RefusalCode code) {
   const auto index = static_cast<std::size_t>(code);

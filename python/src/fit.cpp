@@ -1,6 +1,7 @@
 #include "fit.h"
 
 #include <mcbinmodel/apply/weightcoder.h>
+#include <mcbinmodel/model/targetclasses.h>
 #include <mcbinmodel/run/binrun.h>
 #include <mcbinmodel/run/memorycolumns.h>
 
@@ -153,9 +154,11 @@ std::pair<MCBinModel::BinModel, std::vector<std::size_t>> Fit(
   const nanobind::gil_scoped_release unlocked;
   Run run(table, columns);
   MCBinModel::RunVariables variables = run.MakeVariables(control.truncatesWeights);
+  ChooseEvents(variables.targets, control.events);
   std::vector<std::size_t> countedAnew;
   MCBinModel::BinModel model = MCBinModel::MakeBins(settings, std::move(variables),
                                                     run.GetColumns(), runControl, &countedAnew);
+  OrderClasses(model);
   return {std::move(model), std::move(countedAnew)};
 }
 

@@ -28,6 +28,7 @@ struct FitColumns {
 // How the run works.
 struct FitControl {
   bool truncatesWeights = false;
+  std::vector<std::string> events;  // classes of targets
   int threads = 1;
   std::string tempDir;
   nanobind::handle progress;

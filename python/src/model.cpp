@@ -8,6 +8,7 @@
 #include <mcbinmodel/model/binmodel.h>
 #include <mcbinmodel/model/refusal.h>
 #include <mcbinmodel/model/resultselection.h>
+#include <mcbinmodel/model/targetclasses.h>
 #include <mcbinmodel/report/binreport.h>
 #include <mcbinmodel/run/memorycolumns.h>
 #include <mcbinning/metadata/describe.h>
@@ -72,6 +73,7 @@ nb::dict DescribeSettings(const BinModel& model) {
     settings["prebin_above"] = model.settings.prebinAbove;
     settings["prebins"] = model.settings.prebins;
     settings["small_bins"] = model.settings.smallBins;
+    settings["woe_adjust"] = model.settings.evidenceAdjustment;
   } else {
     settings["bins"] = model.settings.bins;
   }
@@ -119,18 +121,22 @@ std::vector<std::string> LabelsOf(const BinModel& model, std::size_t index) {
 }
 
 // None without a target of two classes.
-nb::object MeasureResult(const BinModel& model, std::size_t index, double adjustment) {
+nb::object MeasureResult(const BinModel& model, std::size_t index,
+                         std::optional<double> adjustment) {
   const AttributeBins& bins = ResultAt(model, index);
   const VariableInfo* const target = model.GetTarget(bins);
   if (target == nullptr || target->GetCategoryCount() != 2 || bins.classWeights.empty()) {
     return nb::none();
   }
   const std::size_t event = target->GetEvent();
-  const MCBinModel::Evidence evidence = MeasureEvidence(bins, event, adjustment);
+  const MCBinModel::Evidence evidence =
+      MeasureEvidence(bins, event, adjustment.value_or(model.settings.evidenceAdjustment));
   nb::dict measured;
   measured["event"] = target->GetLabel(event);
   measured["weights"] = evidence.weights;
   measured["values"] = evidence.values;
+  measured["missing_weight"] = evidence.missingWeight;
+  measured["missing_value"] = evidence.missingValue;
   measured["information_value"] = evidence.informationValue;
   return measured;
 }
@@ -141,10 +147,11 @@ BinModel SelectOnly(const BinModel& model, std::size_t index) {
   return selected;
 }
 
-std::string MakeHtml(const BinModel& model, double adjustment) {
-  if (adjustment == model.settings.evidenceAdjustment) return MCBinModel::MakeHtmlReport(model);
+std::string MakeHtml(const BinModel& model, std::optional<double> adjustment) {
+  if (!adjustment || *adjustment == model.settings.evidenceAdjustment)
+    return MCBinModel::MakeHtmlReport(model);
   BinModel adjusted = model;
-  adjusted.settings.evidenceAdjustment = adjustment;
+  adjusted.settings.evidenceAdjustment = *adjustment;
   return MCBinModel::MakeHtmlReport(adjusted);
 }
 
@@ -213,6 +220,7 @@ BinModel FromCutPoints(const std::vector<std::string>& names,
     attribute.name = names[i];
     model.attributes.push_back(std::move(attribute));
   }
+  OrderClasses(model);
   return model;
 }
 
@@ -237,6 +245,7 @@ MCBinModel::BinSettings MakeSettings(const nb::dict& described) {
     settings.prebinAbove = nb::cast<int>(described["prebin_above"]);
     settings.prebins = nb::cast<int>(described["prebins"]);
     settings.smallBins = nb::cast<double>(described["small_bins"]);
+    settings.evidenceAdjustment = nb::cast<double>(described["woe_adjust"]);
   }
   return settings;
 }
@@ -245,14 +254,15 @@ std::pair<BinModel, Indexes> FitModel(const Table& table, const nb::dict& settin
                                       Indexes attributes, Indexes targets,
                                       std::optional<std::size_t> weight,
                                       std::set<std::size_t> categorical, const nb::dict& missing,
-                                      bool truncatesWeights, int threads,
-                                      const std::string& tempDir, const nb::object& progress) {
+                                      bool truncatesWeights, std::vector<std::string> events,
+                                      int threads, const std::string& tempDir,
+                                      const nb::object& progress) {
   FitColumns columns{std::move(attributes), std::move(targets), weight, std::move(categorical), {}};
   for (const auto& [index, described] : missing) {
     columns.missing.emplace(nb::cast<std::size_t>(index), MakeMissing(described));
   }
   return Fit(table, MakeSettings(settings), columns,
-             {truncatesWeights, threads, tempDir, progress});
+             {truncatesWeights, std::move(events), threads, tempDir, progress});
 }
 
 std::pair<Frame, std::map<std::string, std::size_t>> ApplyModel(
@@ -294,7 +304,7 @@ void BindModel(nb::module_& module) {
       .def("__len__", [](const BinModel& model) { return model.results.size(); })
       .def("result", DescribeResult, "index"_a)
       .def("labels", LabelsOf, "index"_a)
-      .def("evidence", MeasureResult, "index"_a, "adjustment"_a)
+      .def("evidence", MeasureResult, "index"_a, "adjustment"_a.none())
       .def("only", SelectOnly, "index"_a)
       .def(
           "select",
@@ -311,7 +321,7 @@ void BindModel(nb::module_& module) {
           },
           "results"_a)
       .def("text", MakeTextReport, Unlocked())
-      .def("html", MakeHtml, "adjustment"_a, Unlocked())
+      .def("html", MakeHtml, "adjustment"_a.none(), Unlocked())
       .def(
           "sql",
           [](const BinModel& model, const Indexes& results, Form form, const std::string& suffix,
@@ -344,8 +354,8 @@ void BindModel(nb::module_& module) {
            "name"_a, Unlocked());
 
   module.def("fit", FitModel, "table"_a, "settings"_a, "attributes"_a, "targets"_a,
-             "weight"_a.none(), "categorical"_a, "missing"_a, "truncates_weights"_a, "threads"_a,
-             "temp_dir"_a, "progress"_a.none());
+             "weight"_a.none(), "categorical"_a, "missing"_a, "truncates_weights"_a, "events"_a,
+             "threads"_a, "temp_dir"_a, "progress"_a.none());
   module.def("from_cut_points", FromCutPoints, "names"_a, "cut_points"_a, "right_closed"_a,
              "table"_a.none(), "target"_a.none());
   module.def(

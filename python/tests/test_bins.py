@@ -1,8 +1,11 @@
 """What becomes of bins."""
 
 import copy
+import csv
+import os
 import pickle
 import sqlite3
+import subprocess
 
 import numpy as np
 import pytest
@@ -65,22 +68,49 @@ def test_every_form_in_every_taker(bins, customers):
         arrow = pa.table(frame)
         arrow.validate(full=True)
         assert arrow.column_names == frame.columns
-        assert arrow[0].null_count == 1
+        assert arrow[0].null_count == (frame in (index, interval))
         assert pl.DataFrame(frame).shape == frame.shape
         assert duckdb.sql("select count(*) from frame").fetchall() == [(61,)]
         assert frame.to_pandas().shape == frame.shape
-    assert [None if i < 0 else expected[i] for i in index["age_bin"]] == pa.table(labels)[
+    assert ["missing" if i < 0 else expected[i] for i in index["age_bin"]] == pa.table(labels)[
         0
     ].to_pylist()
     assert labels["age_bin"].tolist() == pa.table(labels)[0].to_pylist()
     evidence = bins["age"].weights_of_evidence()
     assert np.array_equal(woe["age_bin"][:-1], evidence[index["age_bin"][:-1]])
-    assert np.isnan(woe["age_bin"][-1])
+    assert woe["age_bin"][-1] == bins["age"].table()["woe"][-1] == -np.inf
     age = interval.to_pandas()["age_in"]
     assert all(customers["age"][i] in age[i] for i in range(60))
     assert pd.isna(age[60])
     with pytest.raises(mb.InputError, match="categories"):
         bins.apply(customers, "interval")
+
+
+@pytest.mark.parametrize("as_", ["index", "label", "woe"])
+def test_missing_values_and_events_are_those_of_the_tool(tmp_path, as_):
+    program = os.environ.get("MCBIN_PROGRAM")
+    if not program:
+        pytest.skip("MCBIN_PROGRAM does not say where the tool is")
+    ages = [20.0, 40.0, 70.0, np.nan]
+    classes = ["yes", "no", "no", "yes", "no"] * 12
+    table = {"age": np.tile([20.0, 40.0, 60.0, 70.0, np.nan], 12), "buys": classes}
+    table["age"][7] = np.nan
+    made = mb.fit(table, "buys", event="no", woe_adjust=0.5)
+    assert made["age"].event == "no"
+    made.save(tmp_path / "bins.json")
+    (tmp_path / "data.csv").write_text("age\n20\n40\n70\nNA\n")
+    ran = subprocess.run(
+        [program, "apply", "--as", as_, tmp_path / "bins.json", tmp_path / "data.csv"],
+        check=True,
+        capture_output=True,
+        text=True,
+    )
+    rows = csv.reader(ran.stdout.splitlines()[1:])
+    found = made.apply({"age": ages}, as_)["age_bin"].tolist()
+    if as_ == "woe":
+        assert found == [float(row[1]) for row in rows]
+    else:
+        assert ["" if v in (-1, None) else str(v) for v in found] == [row[1] for row in rows]
 
 
 def test_unknown_categories_are_missing_and_said(bins):
@@ -112,9 +142,10 @@ def test_bins_are_kept_copied_and_compared(bins, customers, tmp_path):
 def test_what_is_shown(bins, tmp_path):
     assert bins.summary()["attribute"].tolist() == ["age", "city"]
     table = bins["age"].table().to_dict()
-    assert sum(table["weight"]) == 60
+    assert sum(table["weight"]) == 61
+    assert (table["label"][-1], table["weight"][-1]) == ("missing", 1)
     assert (
-        table["weight of yes"]
+        table["weight of yes"][:-1]
         == bins["age"].class_weights[:, bins["age"].classes.index("yes")].tolist()
     )
     assert "age" in repr(bins)

@@ -46,6 +46,8 @@ def fit(
     prebins: int = 1000,
     prebin_above: int = 1000,
     small_bins: float = 0.0,
+    event: Any = None,
+    woe_adjust: float = 0.0,
     closed: Closed = "right",
     rounding: Literal["closest", "truncate"] = "closest",
     names: Sequence[str] | None = None,
@@ -81,6 +83,12 @@ def fit(
     small_bins
         A share from 0 to 1: an inner bin is merged when it weighs less than this share of its
         smaller neighbour.
+    event
+        The class that weight of evidence is about, or several of them for several targets. Without
+        it the larger number, or the text that comes later, as 1 and yes.
+    woe_adjust
+        A weight from 0 up, added to both classes of every bin before weights of evidence are taken,
+        so that none is infinite.
     closed
         The bin that a cut point belongs to: the one whose right end it is, or the other.
     rounding
@@ -114,12 +122,13 @@ def fit(
         "prebins": _at_least("prebins", prebins, 2),
         "prebin_above": _at_least("prebin_above", prebin_above, 0),
         "small_bins": _share("small_bins", small_bins),
+        "woe_adjust": _weight_to_add(woe_adjust),
     }
     request = _Request(table, names)
     targets = request.add_targets(target)
     return request.run(
         settings, targets, weight, attributes, categorical, missing, rounding, threads, progress,
-        temp_dir,
+        temp_dir, _events(event),
     )  # fmt: skip
 
 
@@ -394,8 +403,10 @@ class Bins:
         Returns
         -------
         Frame
-            A column for each attribute, null where the value is missing or a category that the bins
-            do not know; infinities are in the outermost bins.
+            A column for each attribute; infinities are in the outermost bins. A missing value, or a
+            category that the bins do not know, has the label "missing" and its own weight of
+            evidence where the bins have counted missing cases; otherwise, and as index or
+            interval, it is null.
 
         Raises
         ------
@@ -544,14 +555,14 @@ class Bins:
         _warn(notes)
         return usable, _FORMS[as_]
 
-    def to_html(self, adjustment: float = 0.0) -> str:
+    def to_html(self, adjustment: float | None = None) -> str:
         """Make a page with a ranking, charts and tables.
 
         Parameters
         ----------
         adjustment
             A weight from 0 up, added to both classes before weights of evidence are taken; with 0 a
-            bin that lacks a class has an infinite one.
+            bin that lacks a class has an infinite one. Without it, the one of the bins.
         """
         return self._model.html(adjustment)
 
@@ -559,7 +570,7 @@ class Bins:
         """Make the tables that ``mcbin`` prints."""
         return self._model.text()
 
-    def report(self, path: Path, adjustment: float = 0.0) -> None:
+    def report(self, path: Path, adjustment: float | None = None) -> None:
         """Write the page of `to_html` to a file, which is replaced as a whole."""
         _write(path, self.to_html(adjustment))
 
@@ -664,7 +675,7 @@ class AttributeBins:
     def missing(self) -> dict[str, Any] | None:
         """The cases without a value whose class is known, as one more bin.
 
-        Its ``"weight"``, and ``"class_weights"`` of shape (classes,); None where nobody counted them.
+        Its ``"weight"``, and ``"class_weights"`` of shape (classes,); None where not counted.
         """
         missing = self._result["missing"]
         if missing is None:
@@ -692,13 +703,13 @@ class AttributeBins:
     @property
     def information_value(self) -> float | None:
         """Of a target with two classes; infinite where a bin lacks one of them."""
-        evidence = self._model.evidence(self._index, 0.0)
+        evidence = self._model.evidence(self._index, None)
         return None if evidence is None else evidence["information_value"]
 
     @property
     def event(self) -> str | None:
         """Of two classes the one that weight of evidence is about."""
-        evidence = self._model.evidence(self._index, 0.0)
+        evidence = self._model.evidence(self._index, None)
         return None if evidence is None else evidence["event"]
 
     @property
@@ -720,19 +731,19 @@ class AttributeBins:
         return text
 
     def weights_of_evidence(
-        self, adjustment: float = 0.0
+        self, adjustment: float | None = None
     ) -> np.ndarray[Any, np.dtype[np.float64]] | None:
         """Get how much each bin speaks for the event: shape (bins,), or None without two classes.
 
         Parameters
         ----------
         adjustment
-            A weight from 0 up, added to both classes of each bin.
+            A weight from 0 up, added to both classes of each bin; without it that of the bins.
         """
         evidence = self._model.evidence(self._index, adjustment)
         return None if evidence is None else np.array(evidence["weights"], dtype=np.float64)
 
-    def table(self, adjustment: float = 0.0) -> Frame:
+    def table(self, adjustment: float | None = None) -> Frame:
         """Get the bins as rows: label, weight and share, and of a target what it has of each class.
 
         Parameters
@@ -744,10 +755,12 @@ class AttributeBins:
         -------
         Frame
             Of two classes also weight of evidence and what each bin adds to the information value.
+            The last row is that of the missing cases, where they were counted.
         """
         weights = self.weights
         count = len(weights)
         total = weights.sum()
+        missing = self.missing if count else None
         columns: dict[str, list[Any]] = {
             "bin": list(range(count)),
             "label": self.labels[:count],
@@ -760,6 +773,15 @@ class AttributeBins:
         if evidence is not None:
             columns["woe"] = evidence["weights"]
             columns["information_value"] = evidence["values"]
+        if missing is not None:
+            row = {"bin": -1, "label": "missing", "weight": missing["weight"], "share": None}
+            for name, weight in zip(self.classes, missing["class_weights"].tolist(), strict=True):
+                row[f"weight of {name}"] = weight
+            if evidence is not None:
+                row["woe"] = evidence["missing_weight"]
+                row["information_value"] = evidence["missing_value"]
+            for name, values in columns.items():
+                values.append(row[name])
         return make_frame(columns)
 
     def plot(self, ax: Axes | None = None) -> Axes:
@@ -920,6 +942,7 @@ class _Request:
         threads: int,
         progress: Progress,
         temp_dir: Path | None,
+        events: Sequence[str] = (),
     ) -> Bins:
         if rounding not in ("closest", "truncate"):
             raise InputError(f"rounding is 'closest' or 'truncate', not {rounding!r}")
@@ -951,6 +974,7 @@ class _Request:
                 categorical_places,
                 definitions,
                 rounding == "truncate",
+                list(events),
                 _at_least("threads", threads, 0),
                 os.fspath(temp_dir) if temp_dir is not None else tempfile.gettempdir(),
                 report,
@@ -1019,6 +1043,20 @@ def _share(name: str, value: float) -> float:
     if not 0.0 <= value <= 1.0:
         raise InputError(f"{name} is a share from 0 to 1, not {value}")
     return float(value)
+
+
+def _weight_to_add(value: float) -> float:
+    if not 0.0 <= value < float("inf"):
+        raise InputError(f"woe_adjust is a weight from 0 up, not {value}")
+    return float(value)
+
+
+def _events(event: Any) -> list[str]:
+    """Write classes as texts: the library reads numbers in them where the target has numbers."""
+    if event is None:
+        return []
+    several = event if isinstance(event, (list, tuple)) else [event]
+    return [one if isinstance(one, str) else repr(float(one)) for one in several]
 
 
 def _missing(name: str, given: Any, role: str) -> tuple[list[float], list[str], Any]:
@@ -1095,6 +1133,6 @@ def _in_notebook(model: _core.Model) -> str:
     """Make a frame for the report's page, so that its styles stay within."""
     import html
 
-    page = html.escape(model.html(0.0), quote=True)
+    page = html.escape(model.html(None), quote=True)
     height = 520 if len(model) == 1 else 640
     return f'<iframe srcdoc="{page}" width="100%" height="{height}" style="border:0"></iframe>'

@@ -95,7 +95,7 @@ class _Discretizer(TransformerMixin, BaseEstimator):  # type: ignore[misc]
         return encoded if self.encode == "onehot" else encoded.toarray()
 
     def inverse_transform(self, Xt: Any) -> Any:
-        """Give bins a value: the middle of an interval, the cut point of an open one.
+        """Give bins a value: the middle of an interval, of an open one the number at its end.
 
         Parameters
         ----------
@@ -119,7 +119,7 @@ class _Discretizer(TransformerMixin, BaseEstimator):  # type: ignore[misc]
         values = np.full(indexes.shape, np.nan)
         for i, edges in enumerate(self.bin_edges_):
             there = ~np.isnan(indexes[:, i])
-            values[there, i] = _middles(edges)[indexes[there, i].astype(np.intp)]
+            values[there, i] = _middles(edges, self.bins_.closed)[indexes[there, i].astype(np.intp)]
         return values
 
     def _from_one_hot(self, Xt: Any) -> Any:
@@ -381,9 +381,13 @@ def _as_classes(y: Any) -> Any:
     return y if y.dtype.kind in "biuf" else np.asarray([str(label) for label in y], dtype=object)
 
 
-def _middles(edges: Any) -> Any:
-    middles = (edges[:-1] + edges[1:]) / 2
+def _middles(edges: Any, closed: str) -> Any:
+    """Get a value of each bin; that of an open end is its cut point or the number beside it."""
     if len(edges) == 2:
         return np.zeros(1)
-    middles[0], middles[-1] = edges[1], edges[-2]
-    return middles
+    left, right = edges[:-1], edges[1:]
+    middles = left / 2 + right / 2
+    middles[0], middles[-1] = right[0], left[-1]
+    if closed == "right":
+        return np.where(middles <= left, np.nextafter(left, np.inf), middles)
+    return np.where(middles >= right, np.nextafter(right, -np.inf), middles)
