@@ -90,14 +90,8 @@ std::vector<Demand> ListDemands(const RefineSettings& settings,
   return demands;
 }
 
-bool NeedsTwoClasses(const RefineSettings& settings) {
-  return settings.objective == RefineObjective::kInformationValue ||
-         settings.trend != RateTrend::kAny || settings.minRateDifference > 0.0 ||
-         settings.minEventWeight > 0.0 || settings.minNoneventWeight > 0.0;
-}
-
 void CheckTwoClasses(const VariableInfo* target, const RefineSettings& settings) {
-  if (!NeedsTwoClasses(settings) || (target != nullptr && target->GetCategoryCount() == 2)) return;
+  if (!settings.NeedTwoClasses() || (target != nullptr && target->GetCategoryCount() == 2)) return;
   const std::string why = target == nullptr ? "these bins have none"
                                             : fmt::format("{} has {}", QuotedText(target->name),
                                                           target->GetCategoryCount());
@@ -211,7 +205,10 @@ class Conflicts {
  public:
   void Add(const Refusal& refusal) {
     if (!fFirst) fFirst = refusal;
-    if (++fCount <= kMostTold) fReasons.push_back(refusal.GetReason());
+    // What is wrong with a target is wrong for each of its attributes.
+    if (refusal.GetReason() == fLastReason) return;
+    fLastReason = refusal.GetReason();
+    if (++fCount <= kMostTold) fReasons.push_back(fLastReason);
   }
 
   void ThrowIfAny() const {
@@ -226,14 +223,22 @@ class Conflicts {
   static constexpr std::size_t kMostTold = 10;
   std::optional<Refusal> fFirst;
   std::vector<std::string> fReasons;
+  std::string fLastReason;
   std::size_t fCount = 0;
 };
 
+bool IsChosen(const RefineSettings& settings, const std::string& attribute) {
+  const std::vector<std::string>& chosen = settings.attributes;
+  return chosen.empty() || std::find(chosen.begin(), chosen.end(), attribute) != chosen.end();
+}
+
 void CheckAttributes(const BinModel& model, const RefineSettings& settings) {
   std::vector<std::string> names = settings.attributes;
+  std::vector<std::string> listed;
   for (const auto* lists : {&settings.breaks, &settings.keep}) {
-    for (const auto& [name, cuts] : *lists) names.push_back(name);
+    for (const auto& [name, cuts] : *lists) listed.push_back(name);
   }
+  names.insert(names.end(), listed.begin(), listed.end());
   for (const std::string& name : names) {
     const bool isKnown =
         std::any_of(model.results.begin(), model.results.end(),
@@ -241,6 +246,13 @@ void CheckAttributes(const BinModel& model, const RefineSettings& settings) {
     if (isKnown) continue;
     throw Refusal(RefusalCode::kUnknownAttribute, {"", name, ""},
                   fmt::format("there are no bins of an attribute {}", QuotedText(name)));
+  }
+  for (const std::string& name : listed) {
+    if (IsChosen(settings, name)) continue;
+    throw Refusal(RefusalCode::kUnknownAttribute, {"", name, ""},
+                  fmt::format("cut points of {} are given, but it is not among the attributes to "
+                              "be refined",
+                              QuotedText(name)));
   }
 }
 
@@ -260,7 +272,7 @@ AttributeBins RefineBins(const BinModel& model, std::size_t result,
                               binCount, kMostBinsToJoin));
   }
   const JoinMeasure measure{settings.objective,
-                            NeedsTwoClasses(settings) ? EventCategory(*target) : 0};
+                            settings.NeedTwoClasses() ? EventCategory(*target) : 0};
   const JoinLimits limits = MakeLimits(settings, attribute, bins);
   if (const auto joining = FindJoining(bins, measure, limits)) return JoinBins(bins, joining->ends);
   const std::string conflict =
@@ -278,8 +290,7 @@ BinModel RefineModel(const BinModel& model, const RefineSettings& settings) {
   Conflicts conflicts;
   for (std::size_t result = 0; result < model.results.size(); ++result) {
     const std::string& name = model.GetAttribute(model.results[result]).name;
-    const auto& chosen = settings.attributes;
-    if (!chosen.empty() && std::find(chosen.begin(), chosen.end(), name) == chosen.end()) continue;
+    if (!IsChosen(settings, name)) continue;
     try {
       refined.results[result] = RefineBins(model, result, settings);
     } catch (const Refusal& refusal) {
@@ -295,8 +306,18 @@ std::string DescribeRefinement(const RefineSettings& settings) {
   std::vector<std::string> words;
   for (Demand& demand : ListDemands(settings, std::nullopt))
     words.push_back(std::move(demand.words));
-  return fmt::format("{}{}most information {}", fmt::join(words, ", "), words.empty() ? "" : "; ",
-                     settings.objective == RefineObjective::kInformationGain ? "gain" : "value");
+  std::string text =
+      fmt::format("{}{}most information {}", fmt::join(words, ", "), words.empty() ? "" : "; ",
+                  settings.objective == RefineObjective::kInformationGain ? "gain" : "value");
+  if (settings.attributes.empty()) return text;
+  constexpr std::size_t kMostNamed = 5;
+  std::vector<std::string> names;
+  for (const std::string& name : settings.attributes) {
+    if (names.size() < kMostNamed) names.push_back(QuotedText(name));
+  }
+  text += fmt::format("; only {}", fmt::join(names, ", "));
+  const std::size_t unnamed = settings.attributes.size() - names.size();
+  return unnamed == 0 ? text : fmt::format("{} and {} more", text, unnamed);
 }
 
 }  // namespace MCBinModel

@@ -28,7 +28,8 @@ MCBINMODEL_API AttributeBins RefineBins(const BinModel& model, std::size_t resul
 
 // The model with refined bins, and with DescribeRefinement in its refinements. Throws Refusal when
 // any of its results cannot be refined, with a reason for each of these, and for an attribute that
-// the model does not have (kUnknownAttribute); so all of it is refined, or nothing.
+// the model does not have, or that has cut points here and is not to be refined
+// (kUnknownAttribute); so all of it is refined, or nothing.
 MCBINMODEL_API BinModel RefineModel(const BinModel& model, const RefineSettings& settings);
 
 // What the settings ask for, such as "at most 5 bins, an increasing event rate; most information

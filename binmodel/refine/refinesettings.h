@@ -31,6 +31,12 @@ struct RefineSettings {
   RateTrend trend = RateTrend::kAny;
   double minRateDifference = 0.0;  // of neighbouring bins' shares of the event, 0 to 1
 
+  // Whether something of these is asked for.
+  bool NeedTwoClasses() const {
+    return objective == RefineObjective::kInformationValue || trend != RateTrend::kAny ||
+           minRateDifference > 0.0 || minEventWeight > 0.0 || minNoneventWeight > 0.0;
+  }
+
   std::vector<std::string> attributes;  // which are refined; empty: all
 
   // Cut points by attribute, which are among those that there are.

@@ -20,7 +20,7 @@ namespace {
 using MCBinModel::RateTrend;
 
 constexpr double kMostWeight = std::numeric_limits<double>::max();
-constexpr const char* kGroup = "Refined bins: neighbours joined";
+constexpr const char* kGroup = "Refined bins";
 
 const std::vector<std::pair<std::string, RateTrend>> kTrends = {
     {"increasing", RateTrend::kIncreasing},

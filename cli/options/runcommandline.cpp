@@ -8,6 +8,7 @@
 #include "cli/options/commandoptions.h"
 #include "cli/options/missingoption.h"
 #include "cli/options/refineoptions.h"
+#include "cli/terminal/usageerror.h"
 
 namespace MCBin {
 
@@ -112,6 +113,12 @@ RunOptions Finish(RawOptions raw) {
   run.settings.evidenceAdjustment = run.evidence.adjustment.value_or(0.0);
   ParseModelOutput(raw.output, run);
   run.refinement = ParseRefinement(raw.refinement);
+  if (run.settings.algorithm == MCBinModel::Algorithm::kEqualFrequency && run.refinement &&
+      run.refinement->NeedTwoClasses()) {
+    throw UsageError(
+        "equal-frequency: event rates, event weights and information value need a target, and so "
+        "mcbin supervised");
+  }
   run.delimiter = ParseDelimiter(raw.delimiter);
   run.columns.targets = JoinLists(raw.targets);
   run.columns.attributes = JoinLists(raw.attributes);

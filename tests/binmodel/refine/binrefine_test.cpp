@@ -414,20 +414,35 @@ INSTANTIATE_TEST_SUITE_P(
     RowName);
 
 TEST(Refine, TellsOfEveryAttributeAndRefinesNone) {
+  const auto refusalOf = [](const BinModel& model, const RefineSettings& settings) {
+    try {
+      MCBinModel::RefineModel(model, settings);
+    } catch (const MCBinModel::Refusal& refusal) {
+      return refusal.GetReason();
+    }
+    return std::string("refined");
+  };
   const BinModel model =
       SampleBins({"a", "b"}, {{"x", {{1, 1}}}, {"y", {{3, 1}, {1, 3}}}, {"z", {{2, 1}}}});
   RefineSettings settings;
   settings.minBins = 2;
-  try {
-    MCBinModel::RefineModel(model, settings);
-    FAIL() << "refined";
-  } catch (const MCBinModel::Refusal& refusal) {
-    EXPECT_EQ(refusal.GetReason(),
-              "the 1 bin of 'x' cannot be joined to have at least 2 bins; "
-              "the 1 bin of 'z' cannot be joined to have at least 2 bins");
-  }
+  EXPECT_EQ(refusalOf(model, settings),
+            "the 1 bin of 'x' cannot be joined to have at least 2 bins; "
+            "the 1 bin of 'z' cannot be joined to have at least 2 bins");
   settings.attributes = {"y"};
-  EXPECT_EQ(MCBinModel::RefineModel(model, settings).results[1].cutPoints.size(), 1u);
+  const BinModel refined = MCBinModel::RefineModel(model, settings);
+  EXPECT_EQ(refined.results[1].cutPoints.size(), 1u);
+  EXPECT_EQ(refined.refinements.back(), "at least 2 bins; most information gain; only 'y'");
+  settings.keep["x"] = {7.0};
+  EXPECT_EQ(refusalOf(model, settings),
+            "cut points of 'x' are given, but it is not among the attributes to be refined");
+
+  RefineSettings rising;
+  rising.trend = RateTrend::kIncreasing;
+  EXPECT_EQ(
+      refusalOf(SampleBins({"a", "b", "c"}, {{"x", {{1, 1, 1}}}, {"y", {{2, 1, 1}}}}), rising),
+      "event rates, event weights and information value need a target with two classes; 't' "
+      "has 3");
 }
 
 }  // namespace
