@@ -151,11 +151,12 @@ TEST(Guide, ShowsTheRealOutput) {
     const std::string command = line.substr(prompt.size());
     std::string shown;
     while (std::getline(guide, line) && line != "```" && line != "...") shown += line + "\n";
-    const std::string printed = program.Run(command).out;
+    const auto outcome = program.Run(command);
+    const std::string& printed = outcome.exitCode == 0 ? outcome.out : outcome.err;
     EXPECT_EQ(line == "..." ? printed.substr(0, shown.size()) : printed, shown);
     ++commandsRun;
   }
-  EXPECT_EQ(commandsRun, 8);
+  EXPECT_EQ(commandsRun, 10);
 }
 
 }  // namespace
