@@ -2,8 +2,8 @@
 
 Joins the same pre-bins with `mcbin refine` and with the constraint solver of optbinning (PyPI), to
 at most 20 bins with a rising event rate and the most information value, and prints time and value
-of both. BINS are numbers of pre-bins; 50, 100 and 200 unless given. Times of mcbin include its start,
-reading and writing.
+of both. BINS are numbers of pre-bins; 50, 100 and 200 unless given. Times of mcbin include its
+start, reading and writing.
 """
 
 import json
