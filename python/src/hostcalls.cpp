@@ -18,9 +18,7 @@ void HostCalls::ReportProgress(std::uint64_t done, std::uint64_t total) {
   fProgress(done, total);
 }
 
-// Python has signals handled by its main thread; in another one there is nothing to ask.
 bool HostCalls::QueryCancel() {
-  if (std::this_thread::get_id() != fThread) return false;
   const Clock::time_point now = Clock::now();
   if (now < fNextQuery) return false;
   fNextQuery = now + kPause;

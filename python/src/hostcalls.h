@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <cstdint>
-#include <thread>
 
 namespace MCBinPython {
 
@@ -25,7 +24,6 @@ class HostCalls {
   using Clock = std::chrono::steady_clock;
 
   nanobind::handle fProgress;
-  const std::thread::id fThread = std::this_thread::get_id();
   Clock::time_point fNextReport;
   Clock::time_point fNextQuery;
 };

@@ -9,6 +9,7 @@
 #include <mcbinmodel/model/refusal.h>
 #include <mcbinmodel/model/resultselection.h>
 #include <mcbinmodel/model/targetclasses.h>
+#include <mcbinmodel/refine/binrefine.h>
 #include <mcbinmodel/report/binreport.h>
 #include <mcbinmodel/run/memorycolumns.h>
 #include <mcbinning/metadata/describe.h>
@@ -82,7 +83,16 @@ nb::dict DescribeSettings(const BinModel& model) {
   settings["records"] = source.recordCount;
   settings["dropped"] = source.dropped.GetTotal();
   settings["weight"] = source.weight ? nb::cast(source.weight->name) : nb::none();
+  settings["refinements"] = model.refinements;
   return settings;
+}
+
+nb::dict DescribeSplit(const MCBinModel::BestSplit& split) {
+  nb::dict described;
+  described["cut_point"] = split.cutPoint;
+  described["gain"] = split.gain;
+  described["threshold"] = split.threshold;
+  return described;
 }
 
 nb::dict DescribeResult(const BinModel& model, std::size_t index) {
@@ -103,6 +113,8 @@ nb::dict DescribeResult(const BinModel& model, std::size_t index) {
   described["maximum"] = bins.maximum;
   described["model_entropy"] = bins.modelEntropy;
   described["information_gain"] = bins.informationGain;
+  described["best_split"] = nb::none();
+  if (bins.bestSplit) described["best_split"] = DescribeSplit(*bins.bestSplit);
   described["missing"] = nb::none();
   if (bins.missing) {
     described["missing"] = nb::make_tuple(bins.missing->weight, bins.missing->classWeights);
@@ -306,6 +318,7 @@ void BindModel(nb::module_& module) {
       .def("labels", LabelsOf, "index"_a)
       .def("evidence", MeasureResult, "index"_a, "adjustment"_a.none())
       .def("only", SelectOnly, "index"_a)
+      .def("refine", MCBinModel::RefineModel, "settings"_a, Unlocked())
       .def(
           "select",
           [](const BinModel& model, const std::optional<std::string>& target) {

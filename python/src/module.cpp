@@ -11,6 +11,7 @@
 #include "exceptions.h"
 #include "frame.h"
 #include "model.h"
+#include "refinesettings.h"
 #include "table.h"
 
 namespace nb = nanobind;
@@ -158,5 +159,6 @@ NB_MODULE(_core, module) {
   MCBinPython::RegisterExceptions();
   MCBinPython::BindTable(module);
   MCBinPython::BindFrame(module);
+  MCBinPython::BindRefineSettings(module);
   MCBinPython::BindModel(module);
 }

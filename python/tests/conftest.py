@@ -18,7 +18,7 @@ def results_of(bins):
 
 @pytest.fixture(scope="session")
 def tool(tmp_path_factory):
-    """Bins a table with the tool: its results as the bin file has them."""
+    """Bins a table, or refines a bin file, with the tool: its results as the bin file has them."""
     program = os.environ.get("MCBIN_PROGRAM")
     if not program:
         pytest.skip("MCBIN_PROGRAM does not say where the tool is")
@@ -32,7 +32,7 @@ def tool(tmp_path_factory):
             with open(data, "w", newline="") as file:
                 csv.writer(file).writerows([names, *rows])
         subprocess.run(
-            [program, *options, "--quiet", "--json", folder / "bins.json", data],
+            [program, *options, "--json", folder / "bins.json", data],
             check=True,
             capture_output=True,
         )

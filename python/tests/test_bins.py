@@ -13,7 +13,7 @@ from hypothesis import given, settings
 from hypothesis import strategies as st
 
 import mcbinning as mb
-from conftest import results_of
+from conftest import EXAMPLES, results_of
 
 pa = pytest.importorskip("pyarrow")
 pd = pytest.importorskip("pandas")
@@ -176,6 +176,64 @@ def test_exports_give_the_same_bins(bins, customers):
     assigned = module["assign_bins"]({"age": customers["age"], "city": customers["city"]})
     assert np.asarray(assigned["age_bin"]).tolist() == expected["age_bin"].tolist()
     assert "<PMML" in bins.to_pmml("label")
+
+
+@pytest.fixture(scope="module")
+def fine_bins():
+    table = pd.read_csv(EXAMPLES / "wdbc.csv")
+    fine = mb.fit_equal_frequency(table.drop(columns="diagnosis"), 12)
+    return mb.from_cut_points(
+        {name: fine[name].cut_points for name in fine}, table, target="diagnosis"
+    )
+
+
+@pytest.mark.parametrize(
+    "wanted",
+    [
+        {"max_bins": 5, "min_bins": 2, "monotonic": "either", "min_rate_difference": 0.02},
+        {"min_share": 0.125, "min_weight": 80, "min_nonevent_weight": 10.5},
+        {"max_bins": 4, "objective": "iv", "monotonic": "peak", "min_event_weight": 1},
+        {"breaks": {"mean_area": [551.1, 596.6]}, "keep": {"worst_area": [686.5]}, "max_bins": 4,
+         "monotonic": "increasing", "attributes": ["mean_area", "worst_area"]},
+    ],
+)  # fmt: skip
+def test_refined_bins_are_those_of_the_tool(tool, tmp_path, fine_bins, wanted):
+    options = []
+    for name, value in wanted.items():
+        if isinstance(value, dict):
+            value = [f"{attribute}={','.join(map(str, c))}" for attribute, c in value.items()]
+        text = ",".join(value) if isinstance(value, list) else str(value)
+        options += [f"--{name.replace('_', '-')}", text]
+    fine_bins.save(tmp_path / "fine.json")
+    refined = fine_bins.refine(**wanted)
+    assert results_of(refined) == tool(tmp_path / "fine.json", "refine", *options)
+    assert len(refined.settings["refinements"]) == 1
+    assert refined != fine_bins == mb.load(tmp_path / "fine.json")
+
+
+@pytest.mark.parametrize(
+    ("wanted", "code", "text"),
+    [
+        ({"min_bins": 99}, "no-such-bins", "'age' cannot be joined to have at least 99 bins; the"),
+        ({"keep": {"age": [1]}}, "no-such-cut-point", "nearest to it is"),
+        ({"attributes": ["shoe"]}, "unknown-attribute", "shoe"),
+        ({"breaks": {"age": [np.nan]}}, "input", "not finite"),
+        ({"attributes": []}, "input", "no attributes"),
+        ({"max_bins": 0}, "input", "1 or more"),
+        ({"monotonic": "up"}, "input", "'valley'"),
+    ],
+)
+def test_what_bins_cannot_be_is_refused(bins, wanted, code, text):
+    with pytest.raises(mb.InputError, match=text) as raised:
+        bins.refine(**wanted)
+    assert raised.value.code == code
+
+
+def test_the_best_split_is_told_where_there_is_no_cut():
+    split = mb.fit({"x": np.arange(8), "y": [0, 1] * 4}, "y")["x"].best_split
+    assert 0 <= split["cut_point"] < 7
+    assert 0 < split["gain"] <= split["threshold"]
+    assert mb.from_cut_points({"x": [1.0]})["x"].best_split is None
 
 
 def test_evaluate_finds_the_same_counts_on_the_same_data(bins, customers):

@@ -240,6 +240,7 @@ Y = [0, 1, 0, 1]
         (lambda: mb.fit_equal_frequency({"a": A}, 2.5), TypeError),
         (lambda: mb.fit_equal_frequency({"a": A}, 2, temp_dir="/nowhere/at/all"), mb.RunError),
         (lambda: mb.from_cut_points({"a": [2, 1]}), ValueError),
+        (lambda: mb.from_cut_points({"a": A}).refine(objective="iv"), mb.TargetError),
         (lambda: mb.load(__file__), mb.BinFileError),
         (lambda: mb.load("/nowhere"), OSError),
         (lambda: mb.fit_equal_frequency({"a": A}, 2).apply({"b": A}), mb.UnknownColumnError),
@@ -314,23 +315,30 @@ def test_the_lock_is_released_and_bins_are_shared_by_threads():
     values, classes = big_table(columns=2)
     expected = mb.fit(values, classes)
     found = []
-    threads = [
-        threading.Thread(target=lambda: found.append(mb.fit(values, classes))) for _ in range(4)
-    ]
-    threads += [
+    takers = [
         threading.Thread(
             target=lambda: found.append(expected if len(expected.apply(values)) else 0)
         )
         for _ in range(4)
     ]
-    for thread in threads:
-        thread.start()
-    ticks = 0
-    while any(thread.is_alive() for thread in threads):
-        ticks += 1
-        time.sleep(0.001)
+    makers = [
+        threading.Thread(target=lambda: found.append(mb.fit(values, classes))) for _ in range(4)
+    ]
+    interval = sys.getswitchinterval()
+    sys.setswitchinterval(60)  # from now on threads run only when others release the lock
+    try:
+        for thread in takers + makers:
+            thread.start()
+        ticks = 0
+        while any(thread.is_alive() for thread in makers):
+            ticks += 1
+            time.sleep(0.001)
+        for thread in takers:
+            thread.join()
+    finally:
+        sys.setswitchinterval(interval)
     assert found == [expected] * 8
-    assert ticks > 5
+    assert ticks > 0
 
 
 def test_memory_does_not_grow_with_the_number_of_fits():

@@ -22,6 +22,7 @@ if TYPE_CHECKING:
 
 Form = Literal["index", "label", "woe", "interval"]
 Closed = Literal["right", "left"]
+Trend = Literal["increasing", "decreasing", "either", "peak", "valley"]
 Progress = bool | Callable[[int, int], object] | None
 Path = str | os.PathLike[str]
 
@@ -33,6 +34,17 @@ _FORMS = {
     "woe": _core.Form.WOE,
     "interval": _core.Form.INTERVAL,
 }
+
+_TRENDS = {
+    None: _core.RateTrend.ANY,
+    "increasing": _core.RateTrend.INCREASING,
+    "decreasing": _core.RateTrend.DECREASING,
+    "either": _core.RateTrend.EITHER,
+    "peak": _core.RateTrend.PEAK,
+    "valley": _core.RateTrend.VALLEY,
+}
+
+_OBJECTIVES = {"gain": _core.RefineObjective.GAIN, "iv": _core.RefineObjective.IV}
 
 
 def fit(
@@ -122,7 +134,7 @@ def fit(
         "prebins": _at_least("prebins", prebins, 2),
         "prebin_above": _at_least("prebin_above", prebin_above, 0),
         "small_bins": _share("small_bins", small_bins),
-        "woe_adjust": _weight_to_add(woe_adjust),
+        "woe_adjust": _weight("woe_adjust", woe_adjust),
     }
     request = _Request(table, names)
     targets = request.add_targets(target)
@@ -211,10 +223,9 @@ def from_cut_points(
         raise InputError("there are no cut points")
     cuts = []
     for name, points in cut_points.items():
-        values = [float(point) for point in points]
-        ascends = all(a < b for a, b in itertools.pairwise(values))
-        if not ascends or not np.isfinite(values).all():
-            raise InputError(f"the cut points of {name!r} are not finite or do not ascend")
+        values = _numbers(name, points)
+        if not all(a < b for a, b in itertools.pairwise(values)):
+            raise InputError(f"the cut points of {name!r} do not ascend")
         cuts.append(values)
     attributes = list(cut_points)
     check_names(attributes)
@@ -415,8 +426,7 @@ class Bins:
         TargetError
             Weight of evidence without a target of two classes, or several targets and none chosen.
         """
-        if as_ not in _FORMS:
-            raise InputError(f"as_ is one of {', '.join(map(repr, _FORMS))}, not {as_!r}")
+        form = _one_of("as_", as_, _FORMS)
         if names is None and isinstance(table, np.ndarray) and table.ndim == 2:
             names = self._attributes
         core = as_table(table, names)
@@ -428,7 +438,7 @@ class Bins:
         for name in results:
             if name not in columns:
                 raise unknown_column(name, core.names())
-        frame, unknown = self._model.apply(usable, core, columns, _FORMS[as_], suffix)
+        frame, unknown = self._model.apply(usable, core, columns, form, suffix)
         if unknown:
             notes = [*notes, *(f"{name}: {n} unknown categories" for name, n in unknown.items())]
         _warn(notes)
@@ -482,6 +492,83 @@ class Bins:
         return Evaluation(
             self, [AttributeBins(self._model, i) for i in results], Bins(counted), text
         )
+
+    def refine(
+        self,
+        *,
+        max_bins: int | None = None,
+        min_bins: int = 1,
+        min_share: float = 0.0,
+        min_weight: float = 0.0,
+        min_event_weight: float = 0.0,
+        min_nonevent_weight: float = 0.0,
+        monotonic: Trend | None = None,
+        min_rate_difference: float = 0.0,
+        breaks: Mapping[str, Sequence[float]] | None = None,
+        keep: Mapping[str, Sequence[float]] | None = None,
+        objective: Literal["gain", "iv"] = "gain",
+        attributes: Sequence[str] | None = None,
+    ) -> Bins:
+        """Join neighbouring bins to the best ones that are as you want them. No data are needed.
+
+        What is best is found exactly, among all joinings. Cut points are dropped, never moved, so
+        make more bins than you need. Missing cases take no part.
+
+        Parameters
+        ----------
+        max_bins, min_bins
+            How many, of every attribute, from 1 up; any number without `max_bins`.
+        min_share, min_weight
+            What every bin has of the weight: a share from 0 to 1, and a weight.
+        min_event_weight, min_nonevent_weight
+            What every bin has of the two classes of a target; `event` of `fit` is which is which.
+        monotonic
+            How the event's share goes from the lowest bin up: "increasing", "decreasing",
+            "either" of these, or with one "peak" or "valley". Equal shares are allowed.
+        min_rate_difference
+            By how much the event's shares of neighbours differ at least, from 0 to 1.
+        breaks
+            By attribute: cut points that stay, and no others.
+        keep
+            By attribute: cut points that stay.
+        objective
+            What is kept most of: "gain", the information about the target (without one, about the
+            bins that are joined), or "iv", the information value of a target of two classes, which
+            every bin has then.
+        attributes
+            Which are refined; all of them without it.
+
+        Returns
+        -------
+        Bins
+            New ones, whose `settings` have what was asked for under "refinements". These stay.
+
+        Raises
+        ------
+        InputError
+            There are no such bins of an attribute, and what contradicts each other; a cut point or
+            attribute that is not there. Nothing is refined then.
+        TargetError
+            Event, non-event or information value without a target of two classes.
+        """
+        settings = _core.RefineSettings()
+        if max_bins is not None:
+            settings.max_bins = _at_least("max_bins", max_bins, 1)
+        settings.min_bins = _at_least("min_bins", min_bins, 1)
+        settings.min_share = _share("min_share", min_share)
+        settings.min_weight = _weight("min_weight", min_weight)
+        settings.min_event_weight = _weight("min_event_weight", min_event_weight)
+        settings.min_nonevent_weight = _weight("min_nonevent_weight", min_nonevent_weight)
+        settings.trend = _one_of("monotonic", monotonic, _TRENDS)
+        settings.min_rate_difference = _share("min_rate_difference", min_rate_difference)
+        settings.breaks = {name: _numbers(name, cuts) for name, cuts in (breaks or {}).items()}
+        settings.keep = {name: _numbers(name, cuts) for name, cuts in (keep or {}).items()}
+        settings.objective = _one_of("objective", objective, _OBJECTIVES)
+        if attributes is not None:
+            settings.attributes = _names(attributes)
+            if not settings.attributes:
+                raise InputError("there are no attributes to refine")
+        return Bins(self._model.refine(settings), self._left_out)
 
     def to_json(self) -> str:
         """Get the text of a bin file; every number reads back as the same double."""
@@ -701,6 +788,16 @@ class AttributeBins:
         return gain
 
     @property
+    def best_split(self) -> dict[str, Any] | None:
+        """Without a cut point: the split that came closest to being accepted, where there was one.
+
+        Its ``"cut_point"``, its ``"gain"`` and the ``"threshold"`` that this did not exceed, in
+        bits.
+        """
+        split: dict[str, Any] | None = self._result["best_split"]
+        return None if split is None else dict(split)
+
+    @property
     def information_value(self) -> float | None:
         """Of a target with two classes; infinite where a bin lacks one of them."""
         evidence = self._model.evidence(self._index, None)
@@ -917,9 +1014,7 @@ class _Request:
         self, attributes: Sequence[str] | None, used: set[int], categorical: set[int]
     ) -> tuple[list[int], list[str]]:
         if attributes is not None:
-            if isinstance(attributes, str):
-                raise TableTypeError("attributes is a list of names")
-            return [self.index(name) for name in attributes], []
+            return [self.index(name) for name in _names(attributes)], []
         chosen, left_out = [], []
         for place, name in enumerate(self.table.names()):
             if place in used:
@@ -1045,10 +1140,31 @@ def _share(name: str, value: float) -> float:
     return float(value)
 
 
-def _weight_to_add(value: float) -> float:
+def _weight(name: str, value: float) -> float:
     if not 0.0 <= value < float("inf"):
-        raise InputError(f"woe_adjust is a weight from 0 up, not {value}")
+        raise InputError(f"{name} is a weight from 0 up, not {value}")
     return float(value)
+
+
+def _one_of(name: str, value: Any, known: Mapping[Any, Any]) -> Any:
+    """Look up what a word stands for."""
+    if value not in known:
+        words = ", ".join(repr(word) for word in known if word is not None)
+        raise InputError(f"{name} is one of {words}, not {value!r}")
+    return known[value]
+
+
+def _names(names: Sequence[str]) -> list[str]:
+    if isinstance(names, str):
+        raise TableTypeError("attributes is a list of names")
+    return list(names)
+
+
+def _numbers(name: str, points: Sequence[float]) -> list[float]:
+    values = [float(point) for point in points]
+    if not np.isfinite(values).all():
+        raise InputError(f"the cut points of {name!r} are not finite")
+    return values
 
 
 def _events(event: Any) -> list[str]:

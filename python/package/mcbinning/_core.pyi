@@ -13,6 +13,33 @@ class Form:
     WOE: Form
     INTERVAL: Form
 
+class RefineObjective:
+    GAIN: RefineObjective
+    IV: RefineObjective
+
+class RateTrend:
+    ANY: RateTrend
+    INCREASING: RateTrend
+    DECREASING: RateTrend
+    EITHER: RateTrend
+    PEAK: RateTrend
+    VALLEY: RateTrend
+
+class RefineSettings:
+    def __init__(self) -> None: ...
+    objective: RefineObjective
+    min_bins: int
+    max_bins: int
+    min_share: float
+    min_weight: float
+    min_event_weight: float
+    min_nonevent_weight: float
+    trend: RateTrend
+    min_rate_difference: float
+    attributes: list[str]
+    breaks: dict[str, list[float]]
+    keep: dict[str, list[float]]
+
 class Table:
     def __init__(self) -> None: ...
     def __len__(self) -> int: ...
@@ -58,6 +85,7 @@ class Model:
     def labels(self, index: int) -> list[str]: ...
     def evidence(self, index: int, adjustment: float | None) -> dict[str, Any] | None: ...
     def only(self, index: int) -> Model: ...
+    def refine(self, settings: RefineSettings) -> Model: ...
     def select(self, target: str | None) -> list[int]: ...
     def usable(self, results: list[int]) -> tuple[list[int], list[str]]: ...
     def text(self) -> str: ...
