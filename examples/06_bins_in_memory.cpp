@@ -61,6 +61,15 @@ void SaveModel(const MCBinModel::BinModel& model, const std::string& path) {
 }
 // end keep
 
+// begin refine
+MCBinModel::BinModel Refine(const MCBinModel::BinModel& model) {
+  MCBinModel::RefineSettings settings;
+  settings.maxBins = 2;
+  settings.trend = MCBinModel::RateTrend::kEither;
+  return MCBinModel::RefineModel(model, settings);
+}
+// end refine
+
 // begin apply
 void ShowBinsOf(const MCBinModel::BinModel& model, const std::vector<double>& ages) {
   const MCBinModel::AttributeBins& bins = model.results.front();
@@ -118,6 +127,7 @@ int main() try {
   ShowBinsOf(model, {29.5, 45, 45.5});
   CompareWith(model, Customers(25));
   WriteForOthers(model, directory.Path() + "/bins.html");
+  MCBinModel::WriteTextReport(Refine(model), {}, Print);
 } catch (const MCBinModel::Refusal& refusal) {
   std::cerr << refusal.what() << '\n';
   return 1;

@@ -17,13 +17,13 @@ namespace MCBinModel {
 // The cases that lack an attribute's value, or whose value is a user-missing one, while their
 // weight (and target) is there: one more bin, beside those that cut points make.
 struct MissingBin {
-  double weight = 0.0;
+  double weight = 0.0;               // of these cases
   std::vector<double> classWeights;  // by category code of the target; empty without target
 };
 
 // A split in two that came closest to being accepted; docs/method.md, "Accepting it".
 struct BestSplit {
-  double cutPoint;
+  double cutPoint;   // between its two sides
   double gain;       // of information about the target, bits
   double threshold;  // what the gain did not exceed, bits
 };

@@ -19,9 +19,9 @@ enum class RateTrend { kAny, kIncreasing, kDecreasing, kEither, kPeak, kValley }
 // What bins are to be once neighbours are joined. By default everything is allowed. Shares and
 // weights are those of the bins, so what is missing takes no part.
 struct RefineSettings {
-  RefineObjective objective = RefineObjective::kInformationGain;
-  int minBins = 1;
-  int maxBins = 0;         // 0: any number
+  RefineObjective objective = RefineObjective::kInformationGain;  // what the bins keep most of
+  int minBins = 1;                                                // of an attribute
+  int maxBins = 0;                                                // 0: any number
   double minShare = 0.0;   // of the weight, 0 to 1; of every bin
   double minWeight = 0.0;  // of every bin
 

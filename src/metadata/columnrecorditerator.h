@@ -28,9 +28,9 @@ struct BlockColumn {
 
 // Records that follow each other, column by column.
 struct RecordBlock {
-  std::size_t recordCount = 0;
+  std::size_t recordCount = 0;           // in this block
   const BlockColumn* columns = nullptr;  // by variable index; null for none
-  std::size_t columnCount = 0;
+  std::size_t columnCount = 0;           // at `columns`
 };
 
 // The host's source of records when it holds columns. The host implements NextBlock() alone.
