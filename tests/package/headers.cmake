@@ -55,3 +55,10 @@ foreach(flag -D_GLIBCXX_DEBUG -D_GLIBCXX_USE_CXX11_ABI=0 -fshort-enums)
     message(FATAL_ERROR "${flag} should be refused:\n${output}")
   endif()
 endforeach()
+
+# What makes the arithmetic inexact is refused by the sources.
+execute_process(COMMAND ${CXX} ${flags} -fsyntax-only -ffast-math -x c++ ${SOURCES}/common/exactarithmetic.h
+                RESULT_VARIABLE status ERROR_VARIABLE text)
+if(status EQUAL 0 OR NOT text MATCHES "#error")
+  message(FATAL_ERROR "-ffast-math should be refused:\n${text}")
+endif()
