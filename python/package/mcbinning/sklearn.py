@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+from collections.abc import Callable, Mapping
 from typing import Any, Literal
 
 import numpy as np
@@ -11,6 +12,7 @@ from sklearn.utils.multiclass import check_classification_targets
 from sklearn.utils.validation import check_array, check_is_fitted
 
 from ._bins import Bins, fit, fit_equal_frequency, from_cut_points
+from ._errors import unknown_column
 
 try:
     from sklearn.utils.validation import _check_sample_weight, validate_data
@@ -36,6 +38,29 @@ class _Discretizer(TransformerMixin, BaseEstimator):  # type: ignore[misc]
     def _check_parameters(self) -> None:
         if self.encode not in self._encodes:
             raise ValueError(f"encode is one of {self._encodes}, not {self.encode!r}")
+
+    def _make(
+        self,
+        names: list[str],
+        table: dict[str, Any],
+        target: str | None,
+        weight: Any,
+        search: Callable[[list[str]], Bins],
+    ) -> Bins:
+        """Make the bins of these columns: own cut points as they are, others as `search` finds."""
+        own = self.cut_points or {}
+        for name in own:
+            if name not in names:
+                raise unknown_column(name, names)
+        searched = [name for name in names if name not in own]
+        if not own:
+            return search(searched)
+        cuts = dict(own)
+        if searched:
+            bins = search(searched)
+            cuts |= {name: bins[name].cut_points for name in searched}
+        cuts = {name: cuts[name] for name in names}
+        return from_cut_points(cuts, table, target=target, weight=weight, closed=self.closed)
 
     def _check_table(self, X: Any, reset: bool) -> Any:
         missing = _nan_option()
@@ -201,6 +226,9 @@ class MDLPDiscretizer(_Discretizer):
     ----------
     encode : {"ordinal", "onehot", "onehot-dense", "woe"}, default="ordinal"
         What `transform` makes of a bin.
+    cut_points : dict of str to array-like, optional
+        Features that have cut points of their own, by name (x0, x1 and so on for data without
+        names): these are taken as they are, the others are found. With one target only.
     prebins, prebin_above, small_bins, closed, threads
         As for `mcbinning.fit`.
 
@@ -224,6 +252,7 @@ class MDLPDiscretizer(_Discretizer):
         self,
         *,
         encode: Encode = "ordinal",
+        cut_points: Mapping[str, Any] | None = None,
         prebins: int = 1000,
         prebin_above: int = 1000,
         small_bins: float = 0.0,
@@ -231,6 +260,7 @@ class MDLPDiscretizer(_Discretizer):
         threads: int = 1,
     ) -> None:
         self.encode = encode
+        self.cut_points = cut_points
         self.prebins = prebins
         self.prebin_above = prebin_above
         self.small_bins = small_bins
@@ -271,20 +301,28 @@ class MDLPDiscretizer(_Discretizer):
         table |= {name: _as_classes(targets[:, i]) for i, name in enumerate(target_names)}
         weight = self._weight(sample_weight, X)
         constant = [name for name in target_names if len(np.unique(table[name])) < 2]
-        if constant:
-            bins = from_cut_points({name: [] for name in names}, X, names=names, closed=self.closed)
-        else:
-            bins = fit(
+        if len(target_names) > 1 and constant:
+            raise ValueError(f"the target {constant[0]!r} has one class")
+        if len(target_names) > 1 and self.cut_points:
+            raise ValueError("cut_points go with one target")
+
+        def search(attributes: list[str]) -> Bins:
+            if constant:
+                cuts: dict[str, list[float]] = {name: [] for name in attributes}
+                return from_cut_points(cuts, table, weight=weight, closed=self.closed)
+            return fit(
                 table,
                 target_names,
                 weight=weight,
-                attributes=names,
+                attributes=attributes,
                 prebins=self.prebins,
                 prebin_above=self.prebin_above,
                 small_bins=self.small_bins,
                 closed=self.closed,
                 threads=self.threads,
             )
+
+        bins = self._make(names, table, None if constant else target_names[0], weight, search)
         self._keep(bins, target_names[0] if bins.targets else None)
         return self
 
@@ -308,6 +346,9 @@ class EqualFrequencyDiscretizer(_Discretizer):
         How many bins, from 2 up; fewer where values are few or repeated.
     encode : {"ordinal", "onehot", "onehot-dense"}, default="ordinal"
         What `transform` makes of a bin.
+    cut_points : dict of str to array-like, optional
+        Features that have cut points of their own, by name (x0, x1 and so on for data without
+        names): these are taken as they are, the others are found.
     closed, threads
         As for `mcbinning.fit_equal_frequency`.
 
@@ -322,11 +363,13 @@ class EqualFrequencyDiscretizer(_Discretizer):
         n_bins: int = 10,
         *,
         encode: Literal["ordinal", "onehot", "onehot-dense"] = "ordinal",
+        cut_points: Mapping[str, Any] | None = None,
         closed: Literal["right", "left"] = "right",
         threads: int = 1,
     ) -> None:
         self.n_bins = n_bins
         self.encode = encode
+        self.cut_points = cut_points
         self.closed = closed
         self.threads = threads
 
@@ -349,14 +392,20 @@ class EqualFrequencyDiscretizer(_Discretizer):
         """
         self._check_parameters()
         X = self._check_table(X, reset=True)
-        bins = fit_equal_frequency(
-            X,
-            self.n_bins,
-            names=self._names(),
-            weight=self._weight(sample_weight, X),
-            closed=self.closed,
-            threads=self.threads,
-        )
+        names, weight = self._names(), self._weight(sample_weight, X)
+        table = {name: X[:, i] for i, name in enumerate(names)}
+
+        def search(attributes: list[str]) -> Bins:
+            return fit_equal_frequency(
+                table,
+                self.n_bins,
+                weight=weight,
+                attributes=attributes,
+                closed=self.closed,
+                threads=self.threads,
+            )
+
+        bins = self._make(names, table, None, weight, search)
         self._keep(bins, None)
         return self
 
