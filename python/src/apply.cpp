@@ -157,7 +157,8 @@ Applied Apply(const BinModel& model, const std::vector<std::size_t>& results, co
 
 BinModel CountOn(const BinModel& model, const std::vector<std::size_t>& results, const Table& table,
                  const ColumnIndexes& columns, std::optional<std::size_t> weight,
-                 const std::string& name, std::string& report) {
+                 const std::string& name, const std::optional<SummarisedRecords>& summarised,
+                 std::string& report) {
   MCBinModel::BinCounter counter(model, results);
   std::vector<std::vector<double>> codes;
   std::vector<const double*> places;
@@ -168,22 +169,25 @@ BinModel CountOn(const BinModel& model, const std::vector<std::size_t>& results,
   for (const std::vector<double>& values : codes) places.push_back(values.data());
 
   BinModel counted = model;
-  counted.source.recordCount = table.GetLength();
-  counted.source.dropped = {};
+  MCBinModel::BinSource& source = counted.source;
+  source.recordCount = summarised ? summarised->count : table.GetLength();
+  source.dropped = summarised ? summarised->dropped : MCBinModel::DroppedRecords{};
+  const bool hasWeight = summarised ? summarised->weight.has_value() : weight.has_value();
+  if (hasWeight) {
+    if (!source.weight) source.weight.emplace();
+    source.weight->name = summarised ? *summarised->weight : table.GetColumns()[*weight].name;
+  } else {
+    source.weight.reset();
+  }
   std::vector<double> weights;
   if (weight) {
-    const Column& column = table.GetColumns()[*weight];
-    if (!counted.source.weight) counted.source.weight.emplace();
-    counted.source.weight->name = column.name;
-    MCBinModel::WeightCoder coder(*counted.source.weight);
-    weights = CodeWeights(column, coder);
+    MCBinModel::WeightCoder coder(summarised ? MCBinModel::WeightInfo{} : *source.weight);
+    weights = CodeWeights(table.GetColumns()[*weight], coder);
     coder.CheckRecordsLeft(table.GetLength());
-    counted.source.dropped = coder.GetDropped();
-  } else {
-    counted.source.weight.reset();
+    if (!summarised) source.dropped = coder.GetDropped();
   }
   counter.Add(places.data(), weight ? weights.data() : nullptr, table.GetLength());
-  MCBinModel::Recount recount{table.GetLength(), counted.source.dropped, counter.Finish()};
+  MCBinModel::Recount recount{source.recordCount, source.dropped, counter.Finish()};
   MCBinModel::WriteEvaluationReport(model, recount, name,
                                     [&](std::string_view text) { report += text; });
   counted.results.clear();

@@ -19,10 +19,13 @@
 #include <nanobind/stl/set.h>
 #include <nanobind/stl/string.h>
 #include <nanobind/stl/string_view.h>
+#include <nanobind/stl/tuple.h>
 #include <nanobind/stl/vector.h>
 
 #include <cfloat>
+#include <cstdint>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -284,12 +287,22 @@ std::pair<Frame, std::map<std::string, std::size_t>> ApplyModel(
   return {std::move(applied.frame), std::move(applied.unknown)};
 }
 
+// (records, without weight: missing, zero, rounded to zero; the name of the weights or None)
+using DescribedRecords = std::tuple<std::uint64_t, std::uint64_t, std::uint64_t, std::uint64_t,
+                                    std::optional<std::string>>;
+
 std::pair<BinModel, std::string> CountModelOn(const BinModel& model, const Indexes& results,
                                               const Table& table, const ColumnIndexes& columns,
                                               std::optional<std::size_t> weight,
-                                              const std::string& name) {
+                                              const std::string& name,
+                                              const std::optional<DescribedRecords>& described) {
+  std::optional<SummarisedRecords> summarised;
+  if (described) {
+    const auto& [count, missing, zero, roundedToZero, weightName] = *described;
+    summarised = {count, {missing, zero, roundedToZero}, weightName};
+  }
   std::string report;
-  BinModel counted = CountOn(model, results, table, columns, weight, name, report);
+  BinModel counted = CountOn(model, results, table, columns, weight, name, summarised, report);
   return {std::move(counted), std::move(report)};
 }
 
@@ -364,7 +377,7 @@ void BindModel(nb::module_& module) {
       .def("apply", ApplyModel, "results"_a, "table"_a, "columns"_a, "form"_a, "suffix"_a,
            Unlocked())
       .def("count_on", CountModelOn, "results"_a, "table"_a, "columns"_a, "weight"_a.none(),
-           "name"_a, Unlocked());
+           "name"_a, "summarised"_a = nb::none(), Unlocked());
 
   module.def("fit", FitModel, "table"_a, "settings"_a, "attributes"_a, "targets"_a,
              "weight"_a.none(), "categorical"_a, "missing"_a, "truncates_weights"_a, "events"_a,

@@ -8,6 +8,7 @@ import os
 import tempfile
 import warnings
 from collections.abc import Callable, Iterable, Iterator, Mapping, Sequence
+from dataclasses import dataclass
 from typing import TYPE_CHECKING, Any, Literal
 
 import numpy as np
@@ -16,6 +17,9 @@ from . import _core
 from ._errors import BinningWarning, InputError, TableTypeError, TargetError, unknown_column
 from ._frame import Frame, make_frame
 from ._table import add_column, as_table, check_names, column_of
+from .engines import find_engine
+from .engines._apply import apply_on
+from .engines._evaluate import evaluate_on
 
 if TYPE_CHECKING:
     from matplotlib.axes import Axes
@@ -25,6 +29,7 @@ Closed = Literal["right", "left"]
 Trend = Literal["increasing", "decreasing", "either", "peak", "valley"]
 Progress = bool | Callable[[int, int], object] | None
 Path = str | os.PathLike[str]
+Report = Callable[[int, int], object] | None
 
 _ONE_BIN = (120017, 120019)  # that no cut point says anything is an answer like any other
 
@@ -66,15 +71,18 @@ def fit(
     threads: int = 1,
     progress: Progress = None,
     temp_dir: Path | None = None,
+    distinct: bool = False,
 ) -> Bins:
     """Cut attributes where the classes of a target change, by minimum description length.
 
     Parameters
     ----------
     table
-        Columns of n rows: a data frame of pandas or polars, an Arrow table, a DuckDB relation, a
-        structured or two-dimensional NumPy array, or a dict of columns. NaN and null are missing.
-        Dates and times are numbers in the unit that they are stored in.
+        Columns of n rows: a data frame of pandas or polars, an Arrow table, a structured or
+        two-dimensional NumPy array, or a dict of columns. NaN and null are missing. Dates and times
+        are numbers in the unit that they are stored in. Or a table of an engine, which counts
+        without handing its rows out: a relation of DuckDB, a data frame of Spark, a
+        `mcbinning.engines.PostgresTable`.
     target
         The name of a column, several names, or a column of n values. Classes may be numbers or
         texts; there are 2 to 256. Each target is binned against on its own.
@@ -113,6 +121,10 @@ def fit(
         True for a bar of tqdm, or a function of the work done and of all of it.
     temp_dir
         Where temporary files go; the system's place for them without it.
+    distinct
+        Of an engine's table: count the distinct values of every attribute, for which all values
+        must meet. Otherwise `AttributeBins.distinct_values` is 1,001, or one more than
+        `prebin_above`, when there are so many or more. Tables in memory always count them.
 
     Returns
     -------
@@ -136,11 +148,11 @@ def fit(
         "small_bins": _share("small_bins", small_bins),
         "woe_adjust": _weight("woe_adjust", woe_adjust),
     }
-    request = _Request(table, names)
+    request = _request(table, names)
     targets = request.add_targets(target)
     return request.run(
         settings, targets, weight, attributes, categorical, missing, rounding, threads, progress,
-        temp_dir, _events(event),
+        temp_dir, _events(event), distinct=distinct,
     )  # fmt: skip
 
 
@@ -158,6 +170,7 @@ def fit_equal_frequency(
     threads: int = 1,
     progress: Progress = None,
     temp_dir: Path | None = None,
+    distinct: bool = False,
 ) -> Bins:
     """Cut attributes into bins of about equal weight. Equal values always share a bin.
 
@@ -167,7 +180,8 @@ def fit_equal_frequency(
         As for `fit`.
     bins
         How many, from 2 up. There are fewer where values are few or repeated.
-    weight, attributes, categorical, missing, closed, rounding, names, threads, progress, temp_dir
+    weight, attributes, categorical, missing, closed, rounding, names, threads, progress, temp_dir,
+    distinct
         As for `fit`.
 
     Returns
@@ -181,9 +195,9 @@ def fit_equal_frequency(
         As for `fit`.
     """
     settings = {"right_closed": _is_right(closed), "bins": _at_least("bins", bins, 2)}
-    return _Request(table, names).run(
+    return _request(table, names).run(
         settings, [], weight, attributes, categorical, missing, rounding, threads, progress,
-        temp_dir,
+        temp_dir, distinct=distinct,
     )  # fmt: skip
 
 
@@ -233,7 +247,7 @@ def from_cut_points(
         if target is not None or weight is not None:
             raise InputError("a target and a weight need a table")
         return Bins(_core.from_cut_points(attributes, cuts, _is_right(closed), None, None))
-    request = _Request(table, names)
+    request = Request(table, names)
     targets = [] if target is None else request.add_targets(target)
     if len(targets) > 1:
         raise TargetError("one target is expected")
@@ -391,7 +405,7 @@ class Bins:
         attributes: Sequence[str] | None = None,
         suffix: str = "_bin",
         names: Sequence[str] | None = None,
-    ) -> Frame:
+    ) -> Any:
         """Give values their bins.
 
         Parameters
@@ -417,7 +431,8 @@ class Bins:
             A column for each attribute; infinities are in the outermost bins. A missing value, or a
             category that the bins do not know, has the label "missing" and its own weight of
             evidence where the bins have counted missing cases; otherwise, and as index or
-            interval, it is null.
+            interval, it is null. Of an engine's table (see `fit`): a table of the engine, which has
+            these columns beside its own; there are no intervals.
 
         Raises
         ------
@@ -429,11 +444,17 @@ class Bins:
         form = _one_of("as_", as_, _FORMS)
         if names is None and isinstance(table, np.ndarray) and table.ndim == 2:
             names = self._attributes
-        core = as_table(table, names)
         results = self._results(target)
         if attributes is not None:
             results = {name: _get(results, name) for name in attributes}
         usable, notes = self._model.usable(list(results.values()))
+        engine = find_engine(table)
+        if engine is not None:
+            _warn(notes)
+            form = _exported_form(as_)
+            named = [self._attributes[self._model.result(i)["attribute"]] for i in usable]
+            return apply_on(engine, self._model, usable, named, form, suffix)
+        core = as_table(table, names)
         columns = {name: index for index, name in enumerate(core.names())}
         for name in results:
             if name not in columns:
@@ -478,8 +499,14 @@ class Bins:
         UnknownColumnError, InputError
             As for `fit`.
         """
-        request = _Request(table, names)
         results = self._model.select(target)
+        before = [AttributeBins(self._model, i) for i in results]
+        engine = find_engine(table)
+        if engine is not None:
+            name = None if unweighted else self.settings["weight"] if weight is None else weight
+            counted, text = evaluate_on(engine, self._model, results, name)
+            return Evaluation(self, before, Bins(counted), text)
+        request = Request(table, names)
         wanted = {self._attributes[self._model.result(i)["attribute"]] for i in results}
         wanted |= {
             self._targets[t] for t in {self._model.result(i)["target"] for i in results} - {None}
@@ -489,9 +516,7 @@ class Bins:
         if not unweighted:
             place = request.add_weight(self.settings["weight"] if weight is None else weight)
         counted, text = self._model.count_on(results, request.table, columns, place, "other data")
-        return Evaluation(
-            self, [AttributeBins(self._model, i) for i in results], Bins(counted), text
-        )
+        return Evaluation(self, before, Bins(counted), text)
 
     def refine(
         self,
@@ -636,11 +661,10 @@ class Bins:
         return self._model.python(results, form, suffix, missing)
 
     def _export(self, target: str | None, as_: str) -> tuple[list[int], _core.Form]:
-        if as_ not in _FORMS or as_ == "interval":
-            raise InputError(f"as_ is 'index', 'label' or 'woe', not {as_!r}")
+        form = _exported_form(as_)
         usable, notes = self._model.usable(self._model.select(target))
         _warn(notes)
-        return usable, _FORMS[as_]
+        return usable, form
 
     def to_html(self, adjustment: float | None = None) -> str:
         """Make a page with a ranking, charts and tables.
@@ -964,7 +988,41 @@ class Evaluation:
         return self.summary()._repr_html_()
 
 
-class _Request:
+@dataclass(frozen=True)
+class FitCall:
+    """What a run of the library is told; columns by their place in a table."""
+
+    settings: dict[str, Any]
+    attributes: list[int]
+    targets: list[int]
+    weight: int | None
+    categorical: set[int]
+    missing: dict[int, tuple[list[float], list[str], Any]]
+    truncates_weights: bool
+    events: list[str]
+    threads: int
+    temp_dir: str
+    counts_distinct: bool = False
+
+    def run(self, table: _core.Table, report: Report) -> tuple[_core.Model, list[int]]:
+        """Bin a table; answers the bins, and which of them were counted anew."""
+        return _core.fit(
+            table,
+            self.settings,
+            self.attributes,
+            self.targets,
+            self.weight,
+            self.categorical,
+            self.missing,
+            self.truncates_weights,
+            self.events,
+            self.threads,
+            self.temp_dir,
+            report,
+        )
+
+
+class Request:
     """A table on its way into a run, with the columns that were handed in by themselves."""
 
     def __init__(self, data: Any, names: Sequence[str] | None) -> None:
@@ -1038,6 +1096,8 @@ class _Request:
         progress: Progress,
         temp_dir: Path | None,
         events: Sequence[str] = (),
+        *,
+        distinct: bool = False,
     ) -> Bins:
         if rounding not in ("closest", "truncate"):
             raise InputError(f"rounding is 'closest' or 'truncate', not {rounding!r}")
@@ -1059,24 +1119,38 @@ class _Request:
             self.index(name): _missing(name, given, self.table.role(self.index(name)))
             for name, given in (missing or {}).items()
         }
+        call = FitCall(
+            settings,
+            chosen,
+            target_places,
+            weight_place,
+            categorical_places,
+            definitions,
+            rounding == "truncate",
+            list(events),
+            _at_least("threads", threads, 0),
+            os.fspath(temp_dir) if temp_dir is not None else tempfile.gettempdir(),
+            distinct,
+        )
         with _progress(progress) as report:
-            model, anew = _core.fit(
-                self.table,
-                settings,
-                chosen,
-                target_places,
-                weight_place,
-                categorical_places,
-                definitions,
-                rounding == "truncate",
-                list(events),
-                _at_least("threads", threads, 0),
-                os.fspath(temp_dir) if temp_dir is not None else tempfile.gettempdir(),
-                report,
-            )
+            model, anew = self.fit(call, report)
         bins = Bins(model, left_out)
         _warn(_notes(bins, anew, left_out))
         return bins
+
+    def fit(self, call: FitCall, report: Report) -> tuple[_core.Model, list[int]]:
+        """Run the library; answers the bins, and which of them were counted anew."""
+        return call.run(self.table, report)
+
+
+def _request(data: Any, names: Sequence[str] | None) -> Request:
+    """Make the request for a table in memory, or for one of an engine."""
+    engine = find_engine(data)
+    if engine is None:
+        return Request(data, names)
+    from .engines._fit import EngineRequest
+
+    return EngineRequest(engine)
 
 
 def _notes(bins: Bins, anew: list[int], left_out: list[str]) -> list[str]:
@@ -1152,6 +1226,13 @@ def _one_of(name: str, value: Any, known: Mapping[Any, Any]) -> Any:
         words = ", ".join(repr(word) for word in known if word is not None)
         raise InputError(f"{name} is one of {words}, not {value!r}")
     return known[value]
+
+
+def _exported_form(as_: str) -> _core.Form:
+    """Look up a form that expressions can have."""
+    if as_ not in _FORMS or as_ == "interval":
+        raise InputError(f"as_ is 'index', 'label' or 'woe', not {as_!r}")
+    return _FORMS[as_]
 
 
 def _names(names: Sequence[str]) -> list[str]:

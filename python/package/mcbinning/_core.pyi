@@ -113,6 +113,7 @@ class Model:
         columns: dict[str, int],
         weight: int | None,
         name: str,
+        summarised: tuple[int, int, int, int, str | None] | None = None,
     ) -> tuple[Model, str]: ...
 
 def fit(

@@ -1,0 +1,63 @@
+"""Bins of the rows that an engine holds, by expressions of its own."""
+
+from __future__ import annotations
+
+from collections.abc import Sequence
+from typing import Any
+
+from .. import _core
+from .._errors import InputError, TableTypeError, unknown_column
+from . import _sql
+from ._sql import Column, Engine
+
+
+def find_column(engine: Engine, name: str) -> Column:
+    """Find a column that has values."""
+    for column in engine.columns:
+        if column.name == name:
+            if column.role == "other":
+                raise TableTypeError(f"column {name!r} is of {column.type}, not of values")
+            return column
+    raise unknown_column(name, [column.name for column in engine.columns])
+
+
+def apply_on(
+    engine: Engine,
+    model: _core.Model,
+    results: Sequence[int],
+    attributes: Sequence[str],
+    form: _core.Form,
+    suffix: str,
+) -> Any:
+    """Add a column for each result to a table.
+
+    Parameters
+    ----------
+    engine
+        Whose table it is.
+    model, results, attributes
+        The bins, which of them, and the attribute of each.
+    form, suffix
+        What the new columns hold, and what follows the attribute in their names.
+
+    Returns
+    -------
+    object
+        A table of the engine: all columns, and the new ones.
+    """
+    added = [name + suffix for name in attributes]
+    names = [column.name for column in engine.columns]
+    for name in added:
+        if name in names:
+            raise InputError(f"there is a column {name!r} already; choose another suffix=")
+    quote = engine.dialect.column
+    kept = [quote(f"mcbinning_{place}") for place in range(len(names))]
+    columns = [find_column(engine, name) for name in attributes]
+    numbers = [f"{column.expression} AS {quote(column.name)}" for column in columns]
+    pairs = list(zip(kept, map(quote, names), strict=True))
+    inner = ", ".join([*(f"{name} AS {other}" for other, name in pairs), *numbers])
+    numbered = engine.derive(f"SELECT {inner} FROM {_sql.ROWS}")
+    query = model.sql(list(results), form, suffix, None, engine.dialect.name, _sql.ROWS)
+    binned = engine.wrap(numbered).derive(query.rstrip().rstrip(";"))
+    outer = ", ".join([*(f"{other} AS {name}" for other, name in pairs), *map(quote, added)])
+    return engine.wrap(binned).derive(f"SELECT {outer} FROM {_sql.ROWS}")

@@ -1,0 +1,95 @@
+"""Tables of DuckDB: relations, and so files and everything else that DuckDB reads."""
+
+from __future__ import annotations
+
+import re
+from collections.abc import Sequence
+from typing import Any
+
+import numpy as np
+
+from . import _sql
+from ._sql import Answer, Column, Dialect
+
+_WHOLE = {
+    "TINYINT", "SMALLINT", "INTEGER", "BIGINT", "UTINYINT", "USMALLINT", "UINTEGER", "UBIGINT",
+}  # fmt: skip
+_REAL = {"FLOAT", "DOUBLE"}
+
+# By their unit, as Arrow has them.
+_TIMES = {
+    "DATE": "date_diff('day', DATE '1970-01-01', {})",
+    "TIMESTAMP": "epoch_us({})",
+    "TIMESTAMP WITH TIME ZONE": "epoch_us({})",
+    "TIMESTAMP_S": "(epoch_us({}) // 1000000)",
+    "TIMESTAMP_MS": "epoch_ms({})",
+    "TIMESTAMP_NS": "epoch_ns({})",
+    "TIME": "epoch_us({})",
+}
+
+
+def _quote_text(text: str) -> str:
+    return "'" + text.replace("'", "''") + "'"
+
+
+DIALECT = Dialect(
+    name="duckdb",
+    quote='"',
+    number=_sql.approximate,
+    text=_quote_text,
+    is_nan="isnan({})",
+    double="DOUBLE",
+    whole="BIGINT",
+)
+
+
+class DuckDbTable:
+    """A relation. Nothing is kept in its database."""
+
+    dialect = DIALECT
+
+    def __init__(self, relation: Any) -> None:
+        self._relation = relation
+        self.columns = [
+            _describe(name, str(kind))
+            for name, kind in zip(relation.columns, relation.types, strict=True)
+        ]
+
+    def ask(self, queries: Sequence[str]) -> list[Answer]:
+        """Run queries one after the other; each uses all threads of the database."""
+        return [self._ask(query) for query in queries]
+
+    def _ask(self, query: str) -> Answer:
+        found = self.derive(query).fetchnumpy()
+        return {name: np.asarray(column) for name, column in found.items()}
+
+    def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
+        """Write rows as VALUES."""
+        return _sql.write_values(DIALECT, rows, names)
+
+    def derive(self, query: str) -> Any:
+        """Make the relation of a query."""
+        return self._relation.query(_sql.ROWS, query)
+
+    def wrap(self, table: Any) -> DuckDbTable:
+        """Make an engine of a table that was derived."""
+        return DuckDbTable(table)
+
+
+def _describe(name: str, kind: str) -> Column:
+    quoted = DIALECT.column(name)
+    text = f"CAST({quoted} AS VARCHAR)"
+    if kind == "VARCHAR" or kind.startswith("ENUM"):
+        return Column(name, kind, "text", text)
+    decimal = re.fullmatch(r"DECIMAL\((\d+),(\d+)\)", kind)
+    if kind in _WHOLE or kind in _REAL or (decimal and int(decimal[1]) <= 15):
+        number = quoted
+    elif decimal or kind in ("HUGEINT", "UHUGEINT"):
+        number = text  # the nearest double, which a division may miss
+    elif kind == "BOOLEAN":
+        number = f"CAST({quoted} AS INTEGER)"
+    elif kind in _TIMES:
+        number = _TIMES[kind].format(quoted)
+    else:
+        return Column(name, kind, "other")
+    return Column(name, kind, "number", f"CAST({number} AS DOUBLE)")

@@ -1,0 +1,332 @@
+"""An exact summary of an attribute, found in rounds of counting in ranges.
+
+Values are put into ranges; an engine counts the weight of every class in each, and its smallest and
+largest value. Only the ranges that matter are divided further. How values find their range has no
+influence on a result: that ranges are apart is seen by their ends, and that no case was lost by
+their weights.
+"""
+
+from __future__ import annotations
+
+import math
+from collections.abc import Generator
+from dataclasses import dataclass
+
+import numpy as np
+
+from .._errors import InputError, RunError
+from . import _sql
+from ._sql import Answer, Array, Cases, Engine
+
+# What a table of results has at most, of one attribute.
+_RANGES = 65_536
+_VALUES_COLLECTED = 262_144
+
+# Up to there a target weight is next to one whole number at most (docs/scale.md).
+LARGEST_WEIGHT = 2.0**51
+
+# From there on the ends of a range are apart by orders of magnitude.
+_WIDE = 1024.0
+
+_EPSILON = float(np.finfo(np.float64).eps)
+
+Round = Generator[str, Answer, "Summary"]
+
+
+@dataclass(frozen=True)
+class Demand:
+    """What a summary must tell apart.
+
+    Attributes
+    ----------
+    classes : int
+        Of the target; 0 without one.
+    bins : int
+        Whose borders must be exact: those of equal-frequency binning, or of pre-bins; 0 when only
+        the values themselves will do.
+    all_values_up_to : int
+        With that many different values or fewer, all of them must be known.
+    most_values : int
+        How many are collected at most when only the values themselves will do.
+    """
+
+    classes: int
+    bins: int
+    all_values_up_to: int
+    most_values: int
+
+
+@dataclass(frozen=True)
+class Summary:
+    """Ranges of values, ascending and apart, and what has no value or no class.
+
+    Attributes
+    ----------
+    low, high : numpy.ndarray of shape (ranges,)
+        The smallest and the largest value of each range.
+    weights : numpy.ndarray of shape (ranges, max(classes, 1))
+        Whole numbers.
+    rows : numpy.ndarray of shape (ranges,)
+        How many there are in each.
+    missing : numpy.ndarray of shape (max(classes, 1),)
+        The weight of the cases without a value.
+    no_class : float
+        The weight of the cases without a class.
+    """
+
+    low: Array
+    high: Array
+    weights: Array
+    rows: Array
+    missing: Array
+    no_class: float
+
+    @property
+    def is_complete(self) -> bool:
+        """Whether every range is one value."""
+        return bool((self.low == self.high).all())
+
+    @property
+    def total(self) -> float:
+        """The weight of all cases."""
+        return float(self.weights.sum() + self.missing.sum() + self.no_class)
+
+    @property
+    def distinct_at_least(self) -> int:
+        """How many different values there are, or more."""
+        return int(np.where(self.low == self.high, 1, 2).sum())
+
+
+def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: float) -> Round:
+    """Find a summary that meets a demand: yields queries and is sent their answers.
+
+    Parameters
+    ----------
+    engine
+        What the queries are for.
+    name
+        Of the attribute, for messages.
+    cases, demand
+        What is summarised, and how finely.
+    total
+        The weight of all cases.
+
+    Raises
+    ------
+    InputError
+        Infinite values; more values than may be collected.
+    RunError
+        Rows that changed between two rounds.
+    """
+    query = _sql.open_ranges(cases)
+    answer = yield _sql.count(engine.dialect, query)
+    if float(answer["w"].sum()) != total:
+        raise changed(name)
+    _check_finite(name, answer)
+    summary, ids = open_summary(answer, demand.classes)
+    while True:
+        wanted = _wanted(summary, demand)
+        if not wanted.any():
+            return summary
+        _check_size(name, summary, demand)
+        by_value = int(summary.rows[wanted].sum()) <= _VALUES_COLLECTED
+        parts = 1 if by_value else max(16, _RANGES // int(wanted.sum()))
+        query = _sql.divide(engine, query, _divide(summary, ids, wanted, parts))
+        count = _sql.count_values if by_value else _sql.count
+        answer = yield count(engine.dialect, query)
+        summary, ids = _refine(name, summary, wanted, answer, by_value)
+
+
+def _needs_all_values(summary: Summary, demand: Demand) -> bool:
+    return demand.bins == 0 or summary.distinct_at_least <= demand.all_values_up_to
+
+
+def _check_size(name: str, summary: Summary, demand: Demand) -> None:
+    """Refuse to collect what would not fit."""
+    if _needs_all_values(summary, demand) and summary.distinct_at_least > demand.most_values:
+        raise InputError(
+            f"{name!r} has more than {demand.most_values:,} different values, and all of "
+            "them would be collected; set prebin_above= to some thousands"
+        )
+
+
+def changed(name: str) -> RunError:
+    """Make the error for rows that are not what they were."""
+    return RunError(
+        f"the rows changed while {name!r} was binned: their weight is not what it was; keep a copy "
+        "of the rows, and bin that"
+    )
+
+
+def _check_finite(name: str, answer: Answer) -> None:
+    if np.isfinite(answer["lo"]).all() and np.isfinite(answer["hi"]).all():
+        return
+    error = InputError(
+        f"an infinite number in column {name!r}; make it missing, or leave its row out"
+    )
+    error.code, error.subject = "infinite-number", name
+    raise error
+
+
+def _as_codes(codes: Array, classes: int) -> Array:
+    return codes.astype(np.intp) if classes else np.zeros(len(codes), dtype=np.intp)
+
+
+def _gather(answer: Answer, keys: Array, classes: int) -> tuple[Array, Summary]:
+    """Add the classes of each key up, in the order of the values."""
+    found, place = np.unique(keys, return_inverse=True)
+    count = len(found)
+    low, high = np.full(count, np.inf), np.full(count, -np.inf)
+    np.minimum.at(low, place, answer["lo"])
+    np.maximum.at(high, place, answer["hi"])
+    weights = np.zeros((count, max(classes, 1)))
+    np.add.at(weights, (place, _as_codes(answer["c"], classes)), answer["w"])
+    rows = np.bincount(place, weights=answer["n"], minlength=count)
+    order = np.argsort(low, kind="stable")
+    summary = Summary(
+        low[order], high[order], weights[order], rows[order], np.zeros(weights.shape[1]), 0.0
+    )
+    return found[order], summary
+
+
+def open_summary(answer: Answer, classes: int) -> tuple[Summary, Array]:
+    """Make ranges of a first answer, and their ids."""
+    ranges, codes, weight = answer["r"], answer["c"], answer["w"]
+    has_class = codes >= 0 if classes else np.ones(len(codes), dtype=bool)
+    is_missing = ranges == _sql.MISSING
+    missing = np.zeros(max(classes, 1))
+    without = is_missing & has_class
+    np.add.at(missing, _as_codes(codes, classes)[without], weight[without])
+    kept = ~is_missing & has_class
+    some = {name: column[kept] for name, column in answer.items()}
+    ids, summary = _gather(some, some["r"], classes)
+    return Summary(
+        summary.low, summary.high, summary.weights, summary.rows, missing,
+        float(weight[~has_class].sum()),
+    ), ids  # fmt: skip
+
+
+def _wanted(summary: Summary, demand: Demand) -> Array:
+    """Find the ranges that are to be divided."""
+    several = summary.low < summary.high
+    if _needs_all_values(summary, demand):
+        return several
+    return several & _at_borders(summary, demand.bins)
+
+
+def percentile_targets(total: float, bins: int) -> Array:
+    """Get the weights at which bins of equal weight end, as the library has them to the bit.
+
+    Returns
+    -------
+    numpy.ndarray of shape (bins - 1,)
+        Ascending.
+    """
+    percent = np.minimum((100.0 / bins) * np.arange(1, bins), 100.0)
+    exact = np.abs(percent - 100.0) <= 100.0 * _EPSILON
+    return np.where(exact, total, total * percent / 100.0)
+
+
+def _is_equal(a: Array, b: Array) -> Array:
+    with np.errstate(invalid="ignore", divide="ignore"):
+        return np.asarray(np.abs(a - b) / np.maximum(a, b) < _EPSILON)
+
+
+def _at_borders(summary: Summary, bins: int) -> Array:
+    """Tell which ranges hold the value of a percentile.
+
+    A percentile that ends exactly with a range is the middle between its largest value and the
+    next range's smallest; when that middle rounds onto one of them, both must be known.
+    """
+    weights = summary.weights.sum(axis=1)
+    up_to = np.cumsum(weights)
+    marked = np.zeros(len(weights), dtype=bool)
+    if len(weights) == 0:
+        return marked
+    targets = percentile_targets(float(up_to[-1]), bins)
+    place = np.minimum(np.searchsorted(up_to, targets), len(weights) - 1)
+    ends_here = _is_equal(targets, up_to[place])
+    ends_before = (place > 0) & _is_equal(targets, up_to[place - 1])
+    marked[place[~ends_here & ~ends_before]] = True
+    below = np.concatenate([place[ends_here], place[ends_before & ~ends_here] - 1])
+    below = below[below + 1 < len(weights)]
+    with np.errstate(over="ignore"):
+        middle = (summary.high[below] + summary.low[below + 1]) / 2.0
+    touching = below[~((summary.high[below] < middle) & (middle < summary.low[below + 1]))]
+    marked[touching] = True
+    marked[touching + 1] = True
+    return marked
+
+
+def _divide(summary: Summary, ids: Array, wanted: Array, parts: int) -> list[tuple[float, ...]]:
+    """Describe how ranges are divided: evenly, or by orders of magnitude."""
+    divisions: list[tuple[float, ...]] = []
+    for place in np.flatnonzero(wanted):
+        low, high = float(summary.low[place]), float(summary.high[place])
+        sign = 1 if low > 0 else -1
+        small, large = (low, high) if low > 0 else (-high, -low)
+        is_log = large / small > _WIDE
+        if is_log:
+            small, large = math.log(small), math.log(large)
+        base = len(divisions) * parts
+        divisions.append((int(ids[place]), base, parts, sign, int(is_log), small, large - small))
+    return divisions
+
+
+def _refine(
+    name: str, summary: Summary, wanted: Array, answer: Answer, by_value: bool
+) -> tuple[Summary, Array]:
+    """Put narrower ranges in the place of those that were divided."""
+    classes = summary.weights.shape[1]
+    ids, finer = _gather(answer, answer["lo"] if by_value else answer["r"], classes)
+    parents = np.flatnonzero(wanted)
+    parent = np.searchsorted(summary.low[parents], finer.low, side="right") - 1
+    sums = np.zeros((len(parents), classes))
+    if len(parent) and parent.min() >= 0:
+        np.add.at(sums, parent, finer.weights)
+    if not np.array_equal(sums, summary.weights[parents]):
+        raise changed(name)
+    kept = ~wanted
+    low = np.concatenate([summary.low[kept], finer.low])
+    order = np.argsort(low, kind="stable")
+    refined = Summary(
+        low[order],
+        np.concatenate([summary.high[kept], finer.high])[order],
+        np.concatenate([summary.weights[kept], finer.weights])[order],
+        np.concatenate([summary.rows[kept], finer.rows])[order],
+        summary.missing,
+        summary.no_class,
+    )
+    if not (refined.high[:-1] < refined.low[1:]).all():
+        raise changed(name)
+    return refined, np.concatenate([np.full(int(kept.sum()), -1), ids])[order]
+
+
+def records_of(summary: Summary, has_target: bool) -> tuple[Array, Array, Array]:
+    """Make weighted cases that give the library what the cases themselves would.
+
+    A range of several values becomes its two ends; how its weight is shared between them has no
+    influence, as neither a percentile nor a cut point lies within.
+
+    Returns
+    -------
+    values, codes, weights : numpy.ndarray of shape (records,)
+        NaN is a missing value, and a code of -1 a missing class.
+    """
+    weights = summary.weights.copy()
+    several = np.flatnonzero(summary.low < summary.high)
+    first = (weights[several] > 0).argmax(axis=1)
+    weights[several, first] -= 1.0
+    place, code = np.nonzero(weights)
+    values = [summary.low[several], summary.high[place]]
+    codes = [first, code]
+    parts = [np.ones(len(several)), weights[place, code]]
+    gone = np.flatnonzero(summary.missing)
+    values.append(np.full(len(gone), np.nan))
+    codes.append(gone)
+    parts.append(summary.missing[gone])
+    if has_target and summary.no_class > 0:
+        values.append(np.array([np.nan]))
+        codes.append(np.array([-1]))
+        parts.append(np.array([summary.no_class]))
+    return np.concatenate(values), np.concatenate(codes), np.concatenate(parts)

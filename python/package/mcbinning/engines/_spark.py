@@ -1,0 +1,98 @@
+"""Data frames of Spark, classic and Connect: nothing but DataFrame and SQL is used."""
+
+from __future__ import annotations
+
+import re
+from collections.abc import Sequence
+from typing import Any
+
+import numpy as np
+
+from . import _sql
+from ._sql import Answer, Column, Dialect
+
+_WHOLE_OR_REAL = {"tinyint", "smallint", "int", "bigint", "float", "double"}
+
+# By their unit, as Arrow has them.
+_TIMES = {
+    "date": "unix_date({})",
+    "timestamp": "unix_micros({})",
+    "timestamp_ntz": "timestampdiff(MICROSECOND, TIMESTAMP_NTZ'1970-01-01 00:00:00', {})",
+}
+
+
+def _quote_text(text: str) -> str:
+    return "'" + text.replace("\\", "\\\\").replace("'", "\\'") + "'"
+
+
+DIALECT = Dialect(
+    name="spark",
+    quote="`",
+    number=lambda value: _sql.approximate(value) + "D",
+    text=_quote_text,
+    is_nan="isnan({})",
+    double="DOUBLE",
+    whole="BIGINT",
+)
+
+
+class SparkTable:
+    """A data frame, which each round reads anew: cache one that is costly to make."""
+
+    dialect = DIALECT
+
+    def __init__(self, frame: Any) -> None:
+        self._frame = frame
+        self.columns = [
+            _describe(field.name, field.dataType.simpleString()) for field in frame.schema.fields
+        ]
+
+    def ask(self, queries: Sequence[str]) -> list[Answer]:
+        """Run queries as one job."""
+        if not queries:
+            return []
+        numbered = (f"SELECT q.*, {i} AS query FROM ({one}) AS q" for i, one in enumerate(queries))
+        found = _columns_of(self.derive(" UNION ALL ".join(numbered)))
+        place = found.pop("query")
+        return [
+            {name: column[place == i] for name, column in found.items()}
+            for i in range(len(queries))
+        ]
+
+    def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
+        """Write rows as VALUES, which Spark hands to all tasks."""
+        return _sql.write_values(DIALECT, rows, names)
+
+    def derive(self, query: str) -> Any:
+        """Make the data frame of a query."""
+        braced = query.replace("{", "{{").replace("}", "}}")
+        named = re.sub(rf"`?\b{_sql.ROWS}\b`?", "{rows}", braced)
+        return self._frame.sparkSession.sql(named, rows=self._frame)
+
+    def wrap(self, table: Any) -> SparkTable:
+        """Make an engine of a table that was derived."""
+        return SparkTable(table)
+
+
+def _columns_of(frame: Any) -> Answer:
+    if hasattr(frame, "toArrow"):  # from Spark 4
+        table = frame.toArrow()
+        return {name: table[name].to_numpy() for name in table.column_names}
+    rows = frame.collect()
+    columns = zip(*rows, strict=True) if rows else [()] * len(frame.columns)
+    return {name: np.array(column) for name, column in zip(frame.columns, columns, strict=True)}
+
+
+def _describe(name: str, kind: str) -> Column:
+    quoted = DIALECT.column(name)
+    if kind == "string":
+        return Column(name, kind, "text", quoted)
+    if kind in _WHOLE_OR_REAL or kind.startswith("decimal"):
+        number = quoted
+    elif kind == "boolean":
+        number = f"CAST({quoted} AS INT)"
+    elif kind in _TIMES:
+        number = _TIMES[kind].format(quoted)
+    else:
+        return Column(name, kind, "other")
+    return Column(name, kind, "number", f"CAST({number} AS DOUBLE)")

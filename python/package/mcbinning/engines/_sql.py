@@ -1,0 +1,278 @@
+"""Queries over the rows of an engine: what is counted, in the words of its SQL."""
+
+from __future__ import annotations
+
+from collections.abc import Callable, Sequence
+from dataclasses import dataclass
+from typing import Any, Literal, Protocol
+
+import numpy as np
+
+Array = np.ndarray[Any, Any]
+Answer = dict[str, Array]
+
+# The rows that are binned, in a query.
+ROWS = "mcbinning_rows"
+
+# A double that stands for a missing value wherever bins are made.
+_LOWEST = float(np.finfo(np.float64).min)
+
+
+@dataclass(frozen=True)
+class Dialect:
+    """What SQL is called in an engine. Patterns are filled with an expression.
+
+    Attributes
+    ----------
+    name : str
+        That of `Bins.to_sql`.
+    quote : str
+        What stands around the name of a column.
+    number, text : callable
+        Write a double, bit by bit, and a text.
+    is_nan : str
+        A condition.
+    double, whole : str
+        The types of 64 bits.
+    """
+
+    name: str
+    quote: str
+    number: Callable[[float], str]
+    text: Callable[[str], str]
+    is_nan: str
+    double: str
+    whole: str
+
+    def column(self, name: str) -> str:
+        """Quote the name of a column."""
+        return self.quote + name.replace(self.quote, self.quote * 2) + self.quote
+
+
+@dataclass(frozen=True)
+class Column:
+    """A column of an engine's table.
+
+    Attributes
+    ----------
+    name, type : str
+        As the engine calls them.
+    role : {"number", "text", "other"}
+        What it can be used as.
+    expression : str
+        Its values as doubles, or as text.
+    """
+
+    name: str
+    type: str
+    role: Literal["number", "text", "other"]
+    expression: str = ""
+
+
+class Engine(Protocol):
+    """A table in an engine that answers queries."""
+
+    dialect: Dialect
+    columns: list[Column]
+
+    def ask(self, queries: Sequence[str]) -> list[Answer]:
+        """Run queries over `ROWS`, which have the same columns: numbers without NULL, or texts."""
+
+    def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
+        """Make of some rows of doubles what can stand in FROM."""
+
+    def derive(self, query: str) -> Any:
+        """Make a table of the engine of a query."""
+
+    def wrap(self, table: Any) -> Engine:
+        """Make an engine of a table that was derived."""
+
+
+@dataclass(frozen=True)
+class MissingValues:
+    """Values that are missing: numbers, texts, and an interval, whose open ends are None."""
+
+    numbers: Sequence[float] = ()
+    texts: Sequence[str] = ()
+    interval: tuple[float | None, float | None] | None = None
+
+
+def approximate(value: float) -> str:
+    """Write a double with an exponent, which makes it one in most dialects."""
+    text = repr(float(value))
+    return text if "e" in text else text + "e0"
+
+
+def value_of(dialect: Dialect, column: Column, missing: MissingValues) -> str:
+    """Write the value of a column: NULL where it is missing, and zeros of one sign."""
+    value = column.expression
+    if column.role == "text":
+        gone = [f"{value} = {dialect.text(text)}" for text in missing.texts]
+        return f"CASE WHEN {' OR '.join(gone)} THEN NULL ELSE {value} END" if gone else value
+    gone = [dialect.is_nan.format(value)]
+    gone += [f"{value} = {dialect.number(number)}" for number in (_LOWEST, *missing.numbers)]
+    if missing.interval is not None:
+        low, high = missing.interval
+        ends = [f"{value} >= {dialect.number(low)}"] if low is not None else []
+        ends += [f"{value} <= {dialect.number(high)}"] if high is not None else []
+        gone.append(f"({' AND '.join(ends) or '1 = 1'})")
+    zero = dialect.number(0.0)
+    positive = f"CASE WHEN {value} = {zero} THEN {zero} ELSE {value} END"
+    return f"CASE WHEN {' OR '.join(gone)} THEN NULL ELSE {positive} END"
+
+
+def code_of(dialect: Dialect, value: str, categories: Sequence[Any]) -> str:
+    """Write the place of a value among categories; -1 for one that is missing."""
+    write = dialect.text if categories and isinstance(categories[0], str) else dialect.number
+    whens = " ".join(f"WHEN {write(name)} THEN {code}" for code, name in enumerate(categories))
+    return f"CASE {value} {whens} ELSE -1 END" if categories else "-1"
+
+
+def number_of_code(dialect: Dialect, code: str) -> str:
+    """Write a code as a value that is binned."""
+    return f"CAST(NULLIF({code}, -1) AS {dialect.double})"
+
+
+def round_weight(value: str, truncates: bool) -> str:
+    """Write a weight as a whole number."""
+    return f"FLOOR({value})" if truncates else f"FLOOR({value} + 0.5e0)"
+
+
+def query_weights(value: str, rounded: str) -> str:
+    """Ask for the number of rows, of those that their weight drops, and for the extremes.
+
+    Parameters
+    ----------
+    value
+        The weight; NULL where it is missing.
+    rounded
+        The whole number that a weight called x becomes.
+    """
+    return (
+        "SELECT COUNT(*) AS rows_all, COUNT(CASE WHEN x IS NULL THEN 1 END) AS rows_missing, "
+        "COUNT(CASE WHEN x = 0 THEN 1 END) AS rows_zero, "
+        f"COUNT(CASE WHEN x > 0 AND {rounded} <= 0 THEN 1 END) AS rows_rounded, "
+        "COALESCE(MIN(x), 0) AS lowest, COALESCE(MAX(x), 0) AS highest, "
+        f"COALESCE(SUM(CASE WHEN {rounded} > 0 THEN {rounded} END), 0) AS total "
+        f"FROM (SELECT {value} AS x FROM {ROWS}) AS q"
+    )
+
+
+def query_categories(value: str, kept: str, limit: int) -> str:
+    """Ask for the different values of a column, but not for more than a limit."""
+    return (
+        f"SELECT DISTINCT x AS category FROM (SELECT {value} AS x FROM {ROWS} WHERE {kept}) AS q "
+        f"WHERE x IS NOT NULL LIMIT {limit}"
+    )
+
+
+@dataclass(frozen=True)
+class Cases:
+    """An attribute, the codes of a target and the weights: what one summary is about.
+
+    Attributes
+    ----------
+    value, code, weight : str
+        Expressions; the code is -1 where there is no class.
+    kept : str
+        A condition: which rows have a weight.
+    """
+
+    value: str
+    code: str
+    weight: str
+    kept: str
+
+    def write(self) -> str:
+        """Write the query for the cases."""
+        return (
+            f"SELECT {self.value} AS v, {self.code} AS c, {self.weight} AS w "
+            f"FROM {ROWS} WHERE {self.kept}"
+        )
+
+
+# Ranges by the sign of their values; a missing value is beside them.
+MISSING, NEGATIVE, ZERO, POSITIVE = -1, 0, 1, 2
+
+# What a division of a range is made of: see `Range` of the plan.
+DIVISION = ("id", "base", "parts", "sign", "is_log", "low", "span")
+
+
+def _signs(query: str) -> str:
+    return (
+        f"SELECT CASE WHEN v IS NULL THEN {MISSING} WHEN v < 0 THEN {NEGATIVE} "
+        f"WHEN v = 0 THEN {ZERO} ELSE {POSITIVE} END AS r, v, c, w FROM ({query}) AS q"
+    )
+
+
+def divide(engine: Engine, query: str, divisions: Sequence[Sequence[float]]) -> str:
+    """Write the query that gives the cases of some ranges the narrower range that they are in.
+
+    Parameters
+    ----------
+    query
+        Gives cases the range that they are in, r. Those of other ranges are dropped.
+    divisions
+        Rows of `DIVISION`.
+    """
+    dialect = engine.dialect
+    size = "t.sign * q.v"
+    place = f"(CASE WHEN t.is_log = 1 THEN LN({size}) ELSE {size} END - t.low) / t.span * t.parts"
+    part = f"GREATEST({dialect.number(0.0)}, LEAST(t.parts - 1, FLOOR({place})))"
+    return (
+        f"SELECT t.base + CAST({part} AS {dialect.whole}) AS r, q.v, q.c, q.w "
+        f"FROM ({query}) AS q JOIN {engine.inline(divisions, DIVISION)} ON q.r = t.id "
+        "WHERE q.c >= 0"
+    )
+
+
+def open_ranges(cases: Cases) -> str:
+    """Write the query for cases with the ranges that every summary begins with."""
+    return _signs(cases.write())
+
+
+def count(dialect: Dialect, query: str) -> str:
+    """Ask for the weight, the rows and the ends of every range and class."""
+    return (
+        f"SELECT r, c, CAST(SUM(w) AS {dialect.double}) AS w, "
+        f"COUNT(*) AS n, CAST(COALESCE(MIN(v), 0) AS {dialect.double}) AS lo, "
+        f"CAST(COALESCE(MAX(v), 0) AS {dialect.double}) AS hi FROM ({query}) AS q GROUP BY r, c"
+    )
+
+
+def count_values(dialect: Dialect, query: str) -> str:
+    """Ask for the same of every value and class."""
+    return (
+        f"SELECT 0 AS r, c, CAST(SUM(w) AS {dialect.double}) AS w, "
+        f"COUNT(*) AS n, v AS lo, v AS hi FROM ({query}) AS q GROUP BY v, c"
+    )
+
+
+def write_values(dialect: Dialect, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
+    """Write rows as VALUES: whole numbers as such, others bit by bit."""
+    written = (
+        ", ".join(str(cell) if isinstance(cell, int) else dialect.number(cell) for cell in row)
+        for row in rows
+    )
+    return f"(VALUES {', '.join(f'({row})' for row in written)}) AS t({', '.join(names)})"
+
+
+def count_distinct(query: str) -> str:
+    """Ask for the number of different values of cases with a value and a class."""
+    return f"SELECT COUNT(DISTINCT v) AS n FROM ({query}) AS q WHERE c >= 0"
+
+
+def place_among(dialect: Dialect, cut_points: Sequence[float]) -> str:
+    """Write the place of a value v: 2 i below cut point i, 2 i + 1 at it, -1 if missing."""
+    whens = [
+        f"WHEN v {comparison} {dialect.number(cut)} THEN {2 * i + place}"
+        for i, cut in enumerate(cut_points)
+        for place, comparison in enumerate("<=")
+    ]
+    return f"CASE WHEN v IS NULL THEN {MISSING} {' '.join(whens)} ELSE {2 * len(cut_points)} END"
+
+
+def place_cases(cases: Cases, dialect: Dialect, cut_points: Sequence[float]) -> str:
+    """Write the query for cases with their places as ranges."""
+    place = place_among(dialect, cut_points)
+    return f"SELECT {place} AS r, v, c, w FROM ({cases.write()}) AS q"

@@ -1,0 +1,259 @@
+"""Bins of tables in engines are those of the same rows in memory, to the bit."""
+
+import json
+import os
+import sys
+import warnings
+
+import duckdb
+import numpy as np
+import pyarrow as pa
+import pytest
+
+import mcbinning as mb
+from conftest import EXAMPLES
+from enginetables import as_arrow, compare, in_memory
+from mcbinning.engines import PostgresTable, _duckdb
+
+TABLES = int(os.environ.get("MCBINNING_TABLES", "30"))
+SHARES = {"duckdb": 1, "postgresql": 1, "spark": 10}  # what a table takes
+FIRST = int(os.environ.get("MCBINNING_FIRST_TABLE", "0"))
+
+
+def duckdb_tables():
+    connection = duckdb.connect(config={"threads": 1})
+    yield lambda table: connection.from_arrow(as_arrow(table))
+
+
+def postgresql_tables():
+    psycopg = pytest.importorskip("psycopg", reason="PostgreSQL: psycopg is missing")
+    sys.path.append(str(EXAMPLES.parent / "tests" / "cli"))
+    from exportengines import Postgresql
+
+    try:
+        server = Postgresql()
+    except SystemExit:
+        pytest.skip("PostgreSQL is missing")
+    kinds = {
+        "double": "float8",
+        "string": "text",
+        "date32[day]": "date",
+        "bool": "bool",
+        "int64": "bigint",
+    }
+    with (
+        server,
+        psycopg.connect(host=server.directory, user="mcbin", dbname="postgres") as connection,
+    ):
+
+        def make(table):
+            arrow = as_arrow(table)
+            columns = ", ".join(
+                f'"{field.name}" {kinds.get(str(field.type), str(field.type))}'
+                for field in arrow.schema
+            )
+            with connection.cursor() as cursor:
+                cursor.execute(f"DROP TABLE IF EXISTS rows; CREATE TEMP TABLE rows ({columns})")
+                with cursor.copy("COPY rows FROM STDIN") as copy:
+                    for row in zip(*(column.to_pylist() for column in arrow)):
+                        copy.write_row(row)
+            return PostgresTable(connection, "rows")
+
+        yield make
+
+
+def spark_tables():
+    sql = pytest.importorskip("pyspark.sql", reason="Spark is missing")
+    try:
+        session = (
+            sql.SparkSession.builder.master("local[2]")
+            .config("spark.ui.enabled", "false")
+            .config("spark.sql.shuffle.partitions", "2")
+            .getOrCreate()
+        )
+    except Exception as error:
+        pytest.skip(f"Spark does not start: {error}")
+    session.sparkContext.setLogLevel("ERROR")
+    partitions = iter([1, 3, 17] * 10_000)
+    yield lambda table: session.createDataFrame(as_arrow(table)).repartition(next(partitions))
+    session.stop()
+
+
+ENGINES = {"duckdb": duckdb_tables, "postgresql": postgresql_tables, "spark": spark_tables}
+
+
+@pytest.fixture(scope="module", params=list(ENGINES))
+def make_table(request):
+    if request.param != "duckdb" and os.environ.get("CI") != "true":
+        pytest.skip(f"{request.param}: runs with CI=true")
+    with warnings.catch_warnings():
+        warnings.simplefilter("ignore", ResourceWarning)
+        yield from ENGINES[request.param]()
+
+
+def test_random_tables(make_table, request):
+    count = TABLES // SHARES[request.node.callspec.params["make_table"]]
+    for seed in range(FIRST, FIRST + count):
+        compare(seed, make_table)
+
+
+def some_rows(n=400):
+    rng = np.random.default_rng(5)
+    table = {"a": rng.normal(size=n), "b": np.round(rng.exponential(size=n), 1)}
+    table["g"] = [f"t{c}'\\" for c in rng.integers(0, 5, n)]
+    table["y"] = ["yes" if a + s > 0.5 else "no" for a, s in zip(table["a"], rng.normal(size=n))]
+    table["w"] = rng.integers(0, 4, n).astype(float)
+    table["a"][::7] = np.nan
+    table["b"][::9] = -1.0
+    return table
+
+
+def test_apply_and_evaluate(make_table):
+    table = some_rows()
+    made = mb.fit(in_memory(table), "y", attributes=["a", "b", "g"], weight="w", missing={"b": -1})
+    other = {name: column[100:] for name, column in table.items()} | {"n": list(range(300))}
+    rows = make_table(other)
+    for form in "index", "label", "woe":
+        applied = made.apply(rows, form, attributes=["a", "b", "g"])
+        found = columns_of(applied)
+        order = np.argsort(np.array(found["n"], dtype=float))
+        expected = made.apply(in_memory(other), form)
+        for name in expected.columns:
+            ours = [None if v == -1 else v for v in expected[name].tolist()]
+            theirs = [found[name][i] for i in order]
+            assert [None if v is None or v != v else v for v in theirs] == ours, (form, name)
+    for options in {}, {"unweighted": True}:
+        found = made.evaluate(rows, **options)
+        expected = made.evaluate(in_memory(other), **options)
+        assert found.text == expected.text
+        assert json.loads(found.bins.to_json()) == json.loads(expected.bins.to_json())
+
+
+def columns_of(table):
+    """The rows of an engine's table, as lists by name."""
+    if isinstance(table, PostgresTable):
+        with table._connection.cursor() as cursor:
+            rows = cursor.execute(table.query).fetchall()
+        return dict(zip([c.name for c in table.columns], zip(*rows)))
+    if hasattr(table, "collect"):
+        return {name: [row[name] for row in table.collect()] for name in table.columns}
+    return dict(zip(table.columns, zip(*table.fetchall())))
+
+
+def test_every_type_is_read_as_in_memory(make_table):
+    n = 60
+    rng = np.random.default_rng(2)
+    numbers = rng.integers(0, 2**62, n)
+    table = pa.table(
+        {
+            "whole": pa.array(numbers),
+            "day": pa.array(rng.integers(-9999, 9999, n).astype(np.int32)).cast(pa.date32()),
+            "truth": pa.array((numbers % 3 == 0).tolist()),
+            "y": pa.array((numbers % 2).astype(float)),
+        }
+    )
+    if "duckdb" in str(type(make_table(table))).lower():
+        extra = {
+            "exact": "CAST(whole AS DECIMAL(38, 18)) / 7",
+            "short": "CAST(y AS DECIMAL(9, 3)) / 8",
+            "moment": "make_timestamp(whole // 10000)",
+            "time": "CAST(make_timestamp(whole // 10000) AS TIME)",
+            "real": "CAST(whole AS FLOAT)",
+            "huge": "CAST(whole AS HUGEINT) * 1000",
+        }
+        rows = make_table(table).project(
+            "*, " + ", ".join(f"CAST({text} AS {kind}) AS {name}" for name, text, kind in [
+                ("exact", extra["exact"], "DECIMAL(38, 18)"),
+                ("short", extra["short"], "DECIMAL(9, 6)"),
+                ("moment", extra["moment"], "TIMESTAMP"),
+                ("time", extra["time"], "TIME"),
+                ("real", extra["real"], "FLOAT"),
+            ])
+        )  # fmt: skip
+        table = rows.to_arrow_table()
+    else:
+        rows = make_table(table)
+    options = {"target": "y", "prebins": 5, "prebin_above": 10}
+    found = json.loads(mb.fit(rows, **options, distinct=True).to_json())
+    assert found == json.loads(mb.fit(table, **options).to_json())
+
+
+def test_values_over_all_orders_of_magnitude_take_few_rounds(monkeypatch):
+    rng = np.random.default_rng(8)
+    n = 200_000
+    wide = rng.choice([-1.0, 1.0], n) * 10.0 ** rng.uniform(-300, 300, n)
+    table = {"wide": wide, "narrow": 1 + 1e-9 * rng.normal(size=n), "y": (wide > 1).astype(float)}
+    asked = []
+    ask = _duckdb.DuckDbTable._ask
+    monkeypatch.setattr(
+        _duckdb.DuckDbTable, "_ask", lambda self, q: asked.append(q) or ask(self, q)
+    )
+    rows = next(duckdb_tables())(table)
+    told = []
+    for fit, options in (mb.fit, {"target": "y"}), (mb.fit_equal_frequency, {"bins": 500}):
+        asked.clear()
+        found = fit(rows, attributes=["wide", "narrow"], distinct=True, **options)
+        assert len(asked) <= 12, "of two attributes, with one for the weights and the classes each"
+        assert found == fit(table, attributes=["wide", "narrow"], **options)
+        fit(rows, progress=lambda *done: told.append(done), **options)
+        assert told[-1][0] == told[-1][1]
+
+
+def test_bad_input_is_refused_before_anything_is_counted(monkeypatch):
+    asked = []
+    ask = _duckdb.DuckDbTable._ask
+    monkeypatch.setattr(
+        _duckdb.DuckDbTable, "_ask", lambda self, q: asked.append(q) or ask(self, q)
+    )
+    n = 300
+    columns = {
+        "a": np.arange(n, dtype=float),
+        "one": np.ones(n),
+        "many": np.arange(n, dtype=float),
+        "t": [f"t{i}" for i in range(n)],
+        "y": np.arange(n) % 2.0,
+        "bad": np.full(n, -1.0),
+        "none": np.zeros(n),
+        "heavy": np.full(n, 2.0**50),
+        "inf": np.full(n, np.inf),
+    }
+    arrow = as_arrow(columns).append_column("list", pa.array([[1]] * n))
+    rows = duckdb.connect().from_arrow(arrow)
+    cases = [
+        ({"target": "z"}, mb.UnknownColumnError),
+        ({"target": "one"}, ValueError),
+        ({"target": "many"}, ValueError),
+        ({"target": "y", "attributes": ["t"]}, ValueError),
+        ({"target": "y", "attributes": ["list"]}, TypeError),
+        ({"target": "y", "attributes": ["y"]}, ValueError),
+        ({"target": np.zeros(n)}, TypeError),
+        ({"target": "y", "weight": np.zeros(n)}, TypeError),
+        ({"target": "y", "weight": "t"}, TypeError),
+        ({"target": "y", "weight": "bad"}, mb.WeightError),
+        ({"target": "y", "weight": "none"}, mb.WeightError),
+        ({"target": "y", "weight": "heavy"}, mb.WeightError),
+        ({"target": "y", "event": 7}, mb.TargetError),
+        ({"target": "y", "missing": {"a": ["x"]}}, ValueError),
+        ({"target": "y", "attributes": ["inf"]}, mb.InputError),
+    ]
+    for arguments, kind in cases:
+        asked.clear()
+        with pytest.raises(kind) as raised:
+            mb.fit(rows, **arguments)
+        assert str(raised.value)
+        assert not any("GROUP BY" in q for q in asked) or "infinite" in str(raised.value)
+    bins = mb.fit_equal_frequency(rows, 4, attributes=["a"])
+    with pytest.raises(mb.InputError):
+        bins.apply(rows, "interval")
+    with pytest.raises(mb.InputError):
+        bins.apply(rows, attributes=["a"], suffix="")
+    with pytest.raises(mb.UnknownColumnError):
+        bins.apply(rows.project("y"))
+    with pytest.raises(mb.UnknownColumnError):
+        bins.evaluate(rows.project("y"))
+
+
+def test_rows_that_change_between_rounds_are_noticed():
+    rows = duckdb.connect().sql("select random() as a, random() < 0.5 as y from range(300000)")
+    with pytest.raises(mb.RunError, match="changed"):
+        mb.fit(rows, "y")
