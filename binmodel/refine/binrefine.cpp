@@ -284,13 +284,17 @@ AttributeBins RefineBins(const BinModel& model, std::size_t result,
                   model.targets.size() > 1 ? " by " + QuotedText(target->name) : "", conflict));
 }
 
-BinModel RefineModel(const BinModel& model, const RefineSettings& settings) {
+BinModel RefineModel(const BinModel& model, const RefineSettings& settings,
+                     const std::function<bool()>& cancel) {
   CheckAttributes(model, settings);
   BinModel refined = model;
   Conflicts conflicts;
   for (std::size_t result = 0; result < model.results.size(); ++result) {
     const std::string& name = model.GetAttribute(model.results[result]).name;
     if (!IsChosen(settings, name)) continue;
+    if (cancel && cancel()) {
+      throw Refusal(RefusalCode::kCancelled, {}, "the refinement was cancelled");
+    }
     try {
       refined.results[result] = RefineBins(model, result, settings);
     } catch (const Refusal& refusal) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 
 #include "../model/binmodel.h"
@@ -29,8 +30,10 @@ MCBINMODEL_API AttributeBins RefineBins(const BinModel& model, std::size_t resul
 // The model with refined bins, and with DescribeRefinement in its refinements. Throws Refusal when
 // any of its results cannot be refined, with a reason for each of these, and for an attribute that
 // the model does not have, or that has cut points here and is not to be refined
-// (kUnknownAttribute); so all of it is refined, or nothing.
-MCBINMODEL_API BinModel RefineModel(const BinModel& model, const RefineSettings& settings);
+// (kUnknownAttribute); so all of it is refined, or nothing. `cancel`, if given, is asked before
+// each result whether to stop (kCancelled).
+MCBINMODEL_API BinModel RefineModel(const BinModel& model, const RefineSettings& settings,
+                                    const std::function<bool()>& cancel = nullptr);
 
 // What the settings ask for, such as "at most 5 bins, an increasing event rate; most information
 // gain".

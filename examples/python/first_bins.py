@@ -1,22 +1,18 @@
-"""Bins of sixty customers: made, looked at, applied to others, kept."""
+"""Which cells are malignant, by the size of their nuclei: bins made, refined, applied and drawn.
 
-import tempfile
-from pathlib import Path
+Run it in the folder of the project; it reads examples/wdbc.csv.
+"""
 
-import numpy as np
+# begin readme
+import pandas as pd
 
 import mcbinning as mb
 
-# begin readme
-age = np.arange(18.0, 78.0)
-customers = {"age": age, "buys": np.where((age >= 30) & (age <= 45), "yes", "no")}
-
-bins = mb.fit(customers, target="buys")
+table = pd.read_csv("examples/wdbc.csv")
+fine = mb.fit(table, target="diagnosis", attributes=["mean_area", "mean_texture", "mean_symmetry"])
+bins = fine.refine(max_bins=4, monotonic="increasing")
 print(bins.summary())
-print(bins["age"].table())
-print(bins.apply({"age": [20.0, 40.0, np.nan]}, as_="label"))
+print(bins["mean_area"].table())
+print(bins.apply(table.head(3), as_="woe"))
+bins["mean_area"].plot()
 # end readme
-
-with tempfile.TemporaryDirectory() as folder:
-    bins.save(Path(folder) / "bins.json")
-    assert mb.load(Path(folder) / "bins.json") == bins

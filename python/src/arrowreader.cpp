@@ -107,6 +107,7 @@ Format FormatOf(std::string_view format, DecimalFormat& decimal) {
   if (format == "vu") return {Storage::kTextView, 16, "string_view"};
   if (!format.starts_with("d:")) return {Storage::kOther, 0, nullptr};
   decimal = ReadDecimalFormat(format);
+  if (decimal.bytes < 4 || decimal.bytes > 32) return {Storage::kOther, 0, nullptr};
   return {Storage::kDecimal, static_cast<std::ptrdiff_t>(decimal.bytes), "decimal"};
 }
 

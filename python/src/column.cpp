@@ -47,6 +47,11 @@ void ReadChunk(const Chunk& chunk, std::size_t from, std::size_t count, const Lo
 template <typename Number>
 void ReadPlain(const Chunk& chunk, std::size_t from, std::size_t count, double* numbers) {
   const auto load = [](const char* place) { return static_cast<double>(Load<Number>(place)); };
+  if (chunk.validity == nullptr && chunk.stride == sizeof(Number)) {  // several values at a time
+    const char* const values = chunk.At(from);
+    for (std::size_t i = 0; i < count; ++i) numbers[i] = load(values + i * sizeof(Number));
+    return;
+  }
   ReadChunk(chunk, from, count, load, numbers);
 }
 

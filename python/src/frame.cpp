@@ -14,14 +14,14 @@ FrameColumn MakeColumn(std::string name, std::string format, std::size_t length,
   column.name = std::move(name);
   column.format = std::move(format);
   column.length = length;
+  for (std::size_t i = 0; i < length; ++i) column.missingCount += isMissing(i) ? 1 : 0;
+  column.buffers.emplace_back();
+  if (column.missingCount == 0) return column;
   std::vector<std::uint8_t> validity((length + 7) / 8);
   for (std::size_t i = 0; i < length; ++i) {
-    const bool isThere = !isMissing(i);
-    validity[i / 8] |= static_cast<std::uint8_t>((isThere ? 1U : 0U) << (i % 8));
-    column.missingCount += isThere ? 0 : 1;
+    validity[i / 8] |= static_cast<std::uint8_t>((isMissing(i) ? 0U : 1U) << (i % 8));
   }
-  column.buffers.emplace_back();
-  if (column.missingCount > 0) column.buffers.back() = FrameBuffer(std::move(validity));
+  column.buffers.back() = FrameBuffer(std::move(validity));
   return column;
 }
 

@@ -32,6 +32,7 @@
 #include "apply.h"
 #include "cells.h"
 #include "fit.h"
+#include "hostcalls.h"
 
 namespace nb = nanobind;
 using namespace nb::literals;
@@ -160,6 +161,12 @@ BinModel SelectOnly(const BinModel& model, std::size_t index) {
   BinModel selected = model;
   selected.results = {ResultAt(model, index)};
   return selected;
+}
+
+BinModel RefineModel(const BinModel& model, const MCBinModel::RefineSettings& settings) {
+  HostCalls host{nb::none()};
+  const nb::gil_scoped_release unlocked;
+  return MCBinModel::RefineModel(model, settings, [&] { return host.QueryCancel(); });
 }
 
 std::string MakeHtml(const BinModel& model, std::optional<double> adjustment) {
@@ -331,7 +338,7 @@ void BindModel(nb::module_& module) {
       .def("labels", LabelsOf, "index"_a)
       .def("evidence", MeasureResult, "index"_a, "adjustment"_a.none())
       .def("only", SelectOnly, "index"_a)
-      .def("refine", MCBinModel::RefineModel, "settings"_a, Unlocked())
+      .def("refine", RefineModel, "settings"_a)
       .def(
           "select",
           [](const BinModel& model, const std::optional<std::string>& target) {

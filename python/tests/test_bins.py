@@ -4,6 +4,7 @@ import copy
 import csv
 import os
 import pickle
+import signal
 import sqlite3
 import subprocess
 
@@ -127,13 +128,22 @@ def test_bins_are_kept_copied_and_compared(bins, customers, tmp_path):
     for other in (
         mb.load(tmp_path / "bins.json"),
         pickle.loads(pickle.dumps(bins)),
+        copy.copy(bins),
         copy.deepcopy(bins),
         mb.fit(pd.DataFrame(customers), "buys", attributes=["age", "city"]),
     ):
         assert other == bins
         assert hash(other) == hash(bins)
         assert results_of(other) == results_of(bins)
-    assert bins != mb.fit(customers, "buys", attributes=["age"])
+    with pytest.warns(mb.BinningWarning):
+        age = mb.fit(customers, "buys")
+    assert bins != age
+    assert pickle.loads(pickle.dumps(age)).left_out == ["city"]
+    one = pickle.loads(pickle.dumps(bins["age"]))
+    assert one == copy.copy(one) == bins["age"] != bins["city"]
+    assert len({one, bins["age"], bins["city"]}) == 2
+    evaluation = copy.deepcopy(bins.evaluate(customers))
+    assert evaluation.stability_index("age") == 0
     assert [path.name for path in tmp_path.iterdir()] == ["bins.json"]
     with pytest.raises(FileNotFoundError):
         bins.save(tmp_path / "no" / "bins.json")
@@ -227,6 +237,29 @@ def test_what_bins_cannot_be_is_refused(bins, wanted, code, text):
     with pytest.raises(mb.InputError, match=text) as raised:
         bins.refine(**wanted)
     assert raised.value.code == code
+
+
+def test_signals_are_heard_while_bins_are_refined():
+    x = np.random.default_rng(2).normal(size=20_000)
+    cuts = np.quantile(x, np.arange(1, 500) / 500)
+    names = [f"x{i}" for i in range(20)]
+    table = {"y": (x > 0).astype(int), **dict.fromkeys(names, x)}
+    fine = mb.from_cut_points(dict.fromkeys(names, cuts), table, target="y")
+    heard = []
+
+    def hear(*_):
+        heard.append(True)
+        if len(heard) == 3:  # one more than those before and after the call
+            raise ZeroDivisionError
+
+    before = signal.signal(signal.SIGALRM, hear)
+    signal.setitimer(signal.ITIMER_REAL, 0.05, 0.05)
+    try:
+        with pytest.raises(ZeroDivisionError):
+            fine.refine(max_bins=9, monotonic="either")
+    finally:
+        signal.setitimer(signal.ITIMER_REAL, 0)
+        signal.signal(signal.SIGALRM, before)
 
 
 def test_the_best_split_is_told_where_there_is_no_cut():

@@ -292,8 +292,12 @@ def sql_dialects() -> list[str]:
     return _core.sql_dialects()
 
 
-def _from_json(text: str) -> Bins:
-    return Bins(_core.Model.parse(text, "bins"))
+def _from_json(text: str, left_out: Sequence[str] = ()) -> Bins:
+    return Bins(_core.Model.parse(text, "bins"), left_out)
+
+
+def _first_of_json(text: str) -> AttributeBins:
+    return AttributeBins(_core.Model.parse(text, "bins"), 0)
 
 
 class Bins:
@@ -575,6 +579,8 @@ class Bins:
             attribute that is not there. Nothing is refined then.
         TargetError
             Event, non-event or information value without a target of two classes.
+        KeyboardInterrupt
+            On Ctrl-C, when the attribute at hand is done.
         """
         settings = _core.RefineSettings()
         if max_bins is not None:
@@ -694,7 +700,7 @@ class Bins:
         return hash(self.to_json())
 
     def __reduce__(self) -> tuple[Any, ...]:
-        return _from_json, (self.to_json(),)
+        return _from_json, (self.to_json(), self._left_out)
 
     def __repr__(self) -> str:
         against = f" against {', '.join(self._targets)}" if self._targets else ""
@@ -921,6 +927,20 @@ class AttributeBins:
         from ._plot import plot_bins
 
         return plot_bins(self, ax)
+
+    def _json(self) -> str:
+        return self._model.only(self._index).write()
+
+    def __eq__(self, other: object) -> bool:
+        if not isinstance(other, AttributeBins):
+            return NotImplemented
+        return self._json() == other._json()
+
+    def __hash__(self) -> int:
+        return hash(self._json())
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        return _first_of_json, (self._json(),)
 
     def __repr__(self) -> str:
         against = f" against {self.target}" if self.target else ""

@@ -128,7 +128,7 @@ class Frame:
         rows = [self._names, *self._rows(_ROWS_SHOWN)]
         widths = [max(len(row[i]) for row in rows) for i in range(len(self._names))]
         lines = [
-            "  ".join(text.rjust(width) for text, width in zip(row, widths, strict=True))
+            "  ".join(text.rjust(width) for text, width in zip(row, widths, strict=True)).rstrip()
             for row in rows
         ]
         if len(self) > _ROWS_SHOWN:
@@ -145,7 +145,7 @@ class Frame:
 
 
 def _show(value: Any) -> str:
-    if value is None:
+    if value is None or (isinstance(value, float) and value != value):
         return ""
     if isinstance(value, np.ndarray):
         return f"{value[0]:.6g} to {value[1]:.6g}"

@@ -37,6 +37,12 @@ def plot_bins(bins: AttributeBins, ax: Axes | None) -> Axes:
     for place in shown:
         shares.plot(places, class_weights[:, place] / totals, marker="o", label=bins.classes[place])
     shares.set_ylim(0.0, 1.0)
-    shares.set_ylabel("share of the class")
-    shares.legend(frameon=False)
+    if bins.event is not None:
+        shares.set_ylabel(f"share of {bins.event}")
+    else:
+        shares.set_ylabel("share of the class")
+        shares.set_ylim(0.0, 1.2)  # with room for the legend
+        shares.set_yticks(np.linspace(0.0, 1.0, 6))
+        ax.set_ylim(top=1.2 * bins.weights.max())
+        shares.legend(frameon=False, loc="upper center", ncols=min(3, len(shown)))
     return ax
