@@ -125,9 +125,7 @@ void CheckExports(const BinModel& model, const std::vector<std::size_t>& results
         [&] { return MCBinModel::ExportSql(model, results, options, dialect, "s.t"); });
     if (sql) RequireClosed(*sql, language, "SQL for " + dialect);
   }
-  std::vector<std::string> notes;
-  const auto pmml =
-      UnlessRefused([&] { return MCBinModel::ExportPmml(model, results, options, notes); });
+  const auto pmml = UnlessRefused([&] { return MCBinModel::ExportPmml(model, results, options); });
   if (pmml) RequireXml(*pmml, "PMML");
   const auto python =
       UnlessRefused([&] { return MCBinModel::ExportPython(model, results, options); });

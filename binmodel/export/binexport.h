@@ -51,13 +51,11 @@ MCBINMODEL_API std::string ExportSql(const BinModel& model, const std::vector<st
 MCBINMODEL_API std::vector<std::string> SqlDialectNames();
 
 // A PMML 4.4 document whose transformation dictionary derives the bins: Discretize for intervals,
-// MapValues for categories. Without a value for it a missing value stays missing.
-//
-// `notes` gets a line for each interval of missing values, which PMML cannot say.
+// MapValues for categories, Apply around them for an interval of missing values. Without a value
+// for it a missing value stays missing.
 MCBINMODEL_API std::string ExportPmml(const BinModel& model,
                                       const std::vector<std::size_t>& results,
-                                      const ExportOptions& options,
-                                      std::vector<std::string>& notes);
+                                      const ExportOptions& options);
 
 // A Python module with one function, assign_bins, that needs NumPy only: it takes the columns by
 // name and returns the new ones. Without a value for it a missing value becomes -1 (index), None

@@ -27,9 +27,11 @@ std::string PmmlText(const std::string& text) {
                             control ? "control character, which" : "character that"));
 }
 
+// JPMML-Evaluator reads a margin without point and exponent into 32 bits, whatever is in it.
 std::string XmlNumber(double value) {
   if (std::isinf(value)) return value > 0.0 ? "INF" : "-INF";
-  return FormatNumber(value);
+  const std::string text = FormatNumber(value);
+  return text.find_first_of(".e") == std::string::npos ? text + ".0" : text;
 }
 
 std::string XmlValue(const BinValue& value) {
@@ -40,6 +42,23 @@ std::string XmlValue(const BinValue& value) {
     std::string operator()(const std::string& text) const { return PmmlText(text); }
   };
   return std::visit(Writer{}, value);
+}
+
+struct PmmlType {
+  const char* opType;
+  const char* dataType;
+};
+
+PmmlType PmmlTypeOf(BinForm form) {
+  switch (form) {
+    case BinForm::kIndex:
+      return {"ordinal", "integer"};
+    case BinForm::kLabel:
+      return {"categorical", "string"};
+    case BinForm::kWeightOfEvidence:
+      break;
+  }
+  return {"continuous", "double"};
 }
 
 // Nothing for a value that does not exist, such as the weight of evidence of an empty bin.
@@ -56,6 +75,8 @@ std::string DataField(const ExportColumn& column) {
     for (const std::string& text : attribute.missing.texts) missing.push_back(PmmlText(text));
   }
   for (const double number : column.missingNumbers) missing.push_back(XmlNumber(number));
+  // Evaluators take NaN for a number above all others unless they are told.
+  if (!isText) missing.emplace_back("NaN");
 
   const std::string start = fmt::format(
       "    <DataField name=\"{}\" optype=\"{}\" dataType=\"{}\"", PmmlText(attribute.name),
@@ -72,8 +93,8 @@ std::string Interval(const ExportColumn& column, std::size_t bin, bool rightClos
   const std::vector<double>& cuts = *column.cutPoints;
   std::string interval =
       fmt::format("<Interval closure=\"{}\"", rightClosed ? "openClosed" : "closedOpen");
-  if (bin > 0) interval += fmt::format(" leftMargin=\"{}\"", FormatNumber(cuts[bin - 1]));
-  if (bin < cuts.size()) interval += fmt::format(" rightMargin=\"{}\"", FormatNumber(cuts[bin]));
+  if (bin > 0) interval += fmt::format(" leftMargin=\"{}\"", XmlNumber(cuts[bin - 1]));
+  if (bin < cuts.size()) interval += fmt::format(" rightMargin=\"{}\"", XmlNumber(cuts[bin]));
   return interval + "/>";
 }
 
@@ -93,6 +114,51 @@ std::string Discretize(const ExportModel& model, const ExportColumn& column) {
                               Interval(column, bin, model.rightClosed));
   }
   return expression + "      </Discretize>\n";
+}
+
+std::string Compare(const char* function, const std::string& field, double value) {
+  return fmt::format("<Apply function=\"{}\">{}<Constant dataType=\"double\">{}</Constant></Apply>",
+                     function, field, XmlNumber(value));
+}
+
+std::string IsOutside(const std::string& field, const MissingDefinition::Interval& interval) {
+  const std::string below = Compare("lessThan", field, interval.low);
+  const std::string above = Compare("greaterThan", field, interval.high);
+  if (interval.low == -DBL_MAX) return above;
+  if (interval.high == DBL_MAX) return below;
+  return "<Apply function=\"or\">" + below + above + "</Apply>";
+}
+
+// An `if` without a second choice leaves a value missing, and one whose condition is missing does
+// so whatever its choices: so it is asked first whether there is a value.
+std::string DiscretizeOutside(const ExportModel& model, const ExportColumn& column,
+                              const MissingDefinition::Interval& interval) {
+  const std::string field =
+      fmt::format("<FieldRef field=\"{}\"/>", PmmlText(column.attribute->name));
+  const bool hasValue = !std::holds_alternative<std::monostate>(column.missing);
+  const std::string otherwise =
+      hasValue ? fmt::format("      <Constant dataType=\"{}\">{}</Constant>\n",
+                             PmmlTypeOf(model.form).dataType, XmlValue(column.missing))
+               : "";
+  return fmt::format(
+      "      <Apply function=\"if\">\n"
+      "      <Apply function=\"isNotMissing\">{0}</Apply>\n"
+      "      <Apply function=\"if\">\n"
+      "      {1}\n"
+      "{2}{3}      </Apply>\n"
+      "{3}      </Apply>\n",
+      field, IsOutside(field, interval), Discretize(model, column), otherwise);
+}
+
+std::string BinOfNumber(const ExportModel& model, const ExportColumn& column) {
+  const auto& interval = column.attribute->missing.interval;
+  if (!interval) return Discretize(model, column);
+  if (interval->low == -DBL_MAX && interval->high == DBL_MAX) {  // every value is missing
+    return fmt::format("      <Discretize field=\"{}\"{}{}/>\n", PmmlText(column.attribute->name),
+                       XmlAttribute("mapMissingTo", column.missing),
+                       XmlAttribute("defaultValue", column.missing));
+  }
+  return DiscretizeOutside(model, column, *interval);
 }
 
 // A category that is not in the table counts as missing; one without a cell in it has no value.
@@ -116,44 +182,23 @@ std::string MapValues(const ExportColumn& column) {
   return expression + "        </InlineTable>\n      </MapValues>\n";
 }
 
-const char* PmmlTypeOf(BinForm form) {
-  switch (form) {
-    case BinForm::kIndex:
-      return "optype=\"ordinal\" dataType=\"integer\"";
-    case BinForm::kLabel:
-      return "optype=\"categorical\" dataType=\"string\"";
-    case BinForm::kWeightOfEvidence:
-      break;
-  }
-  return "optype=\"continuous\" dataType=\"double\"";
-}
-
 std::string DerivedField(const ExportModel& model, const ExportColumn& column) {
   const bool categorical = column.attribute->IsCategorical();
-  return fmt::format("    <DerivedField name=\"{}\" {}>\n{}    </DerivedField>\n",
-                     PmmlText(column.name), PmmlTypeOf(model.form),
-                     categorical ? MapValues(column) : Discretize(model, column));
-}
-
-void NoteInterval(const VariableInfo& attribute, std::vector<std::string>& notes) {
-  const auto& interval = attribute.missing.interval;
-  if (!interval) return;
-  const std::string low = interval->low == -DBL_MAX ? "" : FormatNumber(interval->low);
-  const std::string high = interval->high == DBL_MAX ? "" : FormatNumber(interval->high);
-  notes.push_back(fmt::format(
-      "column {}: PMML cannot say that the interval {}:{} is missing; its values get a bin",
-      QuotedText(attribute.name), low, high));
+  const PmmlType type = PmmlTypeOf(model.form);
+  return fmt::format(
+      "    <DerivedField name=\"{}\" optype=\"{}\" dataType=\"{}\">\n{}    </DerivedField>\n",
+      PmmlText(column.name), type.opType, type.dataType,
+      categorical ? MapValues(column) : BinOfNumber(model, column));
 }
 
 }  // namespace
 
 std::string ExportPmml(const BinModel& bins, const std::vector<std::size_t>& results,
-                       const ExportOptions& options, std::vector<std::string>& notes) {
+                       const ExportOptions& options) {
   const ExportModel model = MakeExportModel(bins, results, options);
   std::string dataFields;
   std::string derivedFields;
   for (const ExportColumn& column : model.columns) {
-    if (!column.attribute->IsCategorical()) NoteInterval(*column.attribute, notes);
     dataFields += DataField(column);
     derivedFields += DerivedField(model, column);
   }

@@ -85,15 +85,20 @@ std::string MissingInterval(const VariableInfo& attribute) {
   return fmt::format("({}, {})", low, high);
 }
 
-std::string IntervalCall(const ExportModel& model, const ExportColumn& column,
-                         const std::string& data) {
-  return fmt::format(
-      "_interval_bins({}, {}, \"{}\", {}, {})", data, PythonList(*column.cutPoints, PythonNumber),
-      model.rightClosed ? "left" : "right", PythonList(column.missingNumbers, PythonNumber),
-      MissingInterval(*column.attribute));
+std::string ReadCall(const VariableInfo& attribute) {
+  return fmt::format("{}(columns[{}])",
+                     attribute.kind == VariableKind::kStringCategorical ? "_texts" : "_numbers",
+                     PythonText(attribute.name));
 }
 
-std::string CategoryCall(const ExportColumn& column, const std::string& data) {
+std::string IntervalCall(const ExportModel& model, const ExportColumn& column) {
+  return fmt::format(
+      "_interval_bins({}, {}, \"{}\", {}, {})", ReadCall(*column.attribute),
+      PythonList(*column.cutPoints, PythonNumber), model.rightClosed ? "left" : "right",
+      PythonList(column.missingNumbers, PythonNumber), MissingInterval(*column.attribute));
+}
+
+std::string CategoryCall(const ExportColumn& column) {
   const VariableInfo& attribute = *column.attribute;
   std::vector<std::string> entries;
   for (const ExportColumn::CategoryBin& categories : column.categoryBins) {
@@ -104,8 +109,8 @@ std::string CategoryCall(const ExportColumn& column, const std::string& data) {
       entries.push_back(fmt::format("{}: {}", category, categories.bin));
     }
   }
-  return fmt::format("_category_bins({}, {{{}}}, {})", data, fmt::join(entries, ", "),
-                     column.values.size());
+  return fmt::format("_category_bins({}, {{{}}}, {})", ReadCall(attribute),
+                     fmt::join(entries, ", "), column.values.size());
 }
 
 const char* PythonTypeOf(BinForm form) {
@@ -127,28 +132,61 @@ import numpy as np
 
 def assign_bins(columns):
     """Returns a dict of new columns; `columns` holds the old ones by name."""
+    # Lists, arrays and columns of pandas, polars and Arrow will do, of whatever type. None, NaN,
+    # masked and null values are missing.
     return {
 )";
 
-// searchsorted counts the cut points below a value, or with side="right" those up to it.
-constexpr const char* kIntervalBins = R"(
+// Arrow takes the categories of all chunks for those of the first one. Comparing pandas.NA gives
+// pandas.NA, which is neither true nor false. searchsorted counts the cut points below a value, or
+// with side="right" those up to it.
+constexpr const char* kHelpers = R"(
 
-def _interval_bins(values, cuts, side, missing_values, missing_interval):
+def _array(values):
+    if isinstance(values, np.ma.MaskedArray):
+        return values.astype(object).filled(None)
+    if hasattr(values, "combine_chunks"):
+        values = values.combine_chunks()
+    return np.asarray(values)
+
+
+def _is_missing(value):
+    try:
+        return value is None or bool(value != value)
+    except TypeError:
+        return True
+
+
+def _numbers(values):
+    """A column as doubles, NaN where there is no value; a text that is no number is an error."""
+    array = _array(values)
+    if array.dtype.kind in "biuf":
+        return array.astype(np.float64)
+    if array.dtype.kind in "mM":
+        raise TypeError("a column of numbers is needed, not one of times")
+    return np.array([np.nan if _is_missing(value) else float(value) for value in array], np.float64)
+
+
+def _texts(values):
+    """A column of texts, None where there is no value."""
+    texts = [None if _is_missing(value) else value for value in _array(values)]
+    for text in texts:
+        if text is not None and not isinstance(text, str):
+            raise TypeError(f"a column of texts is needed, not one with {text!r}")
+    return texts
+
+
+def _interval_bins(numbers, cuts, side, missing_values, missing_interval):
     """The bin of each number; len(cuts) + 1 where it is missing."""
-    numbers = np.asarray(values, dtype=np.float64)
-    missing = np.isnan(numbers) | np.ma.getmaskarray(values) | np.isin(numbers, missing_values)
+    missing = np.isnan(numbers) | np.isin(numbers, missing_values)
     if missing_interval is not None:
         missing |= (numbers >= missing_interval[0]) & (numbers <= missing_interval[1])
     return np.where(missing, len(cuts) + 1, np.searchsorted(cuts, numbers, side=side))
-)";
 
-constexpr const char* kCategoryBins = R"(
 
 def _category_bins(values, bins, missing):
     """The bin of each category; `missing` where it is missing or unknown."""
-    found = [missing if masked else bins.get(value, missing)
-             for value, masked in zip(np.asarray(values, dtype=object), np.ma.getmaskarray(values))]
-    return np.array(found, dtype=np.int64)
+    return np.array([bins.get(value, missing) for value in values], np.int64)
 )";
 
 }  // namespace
@@ -157,20 +195,14 @@ std::string ExportPython(const BinModel& bins, const std::vector<std::size_t>& r
                          const ExportOptions& options) {
   const ExportModel model = MakeExportModel(bins, results, options);
   std::string module = kHead;
-  bool hasIntervals = false;
-  bool hasCategories = false;
   for (const ExportColumn& column : model.columns) {
     const bool categorical = column.attribute->IsCategorical();
-    (categorical ? hasCategories : hasIntervals) = true;
-    const std::string data = fmt::format("columns[{}]", PythonText(column.attribute->name));
-    module +=
-        fmt::format("        {}: np.array({}, dtype={})[\n            {}],\n",
-                    PythonText(column.name), Results(model, column), PythonTypeOf(model.form),
-                    categorical ? CategoryCall(column, data) : IntervalCall(model, column, data));
+    module += fmt::format("        {}: np.array({}, dtype={})[\n            {}],\n",
+                          PythonText(column.name), Results(model, column), PythonTypeOf(model.form),
+                          categorical ? CategoryCall(column) : IntervalCall(model, column));
   }
   module += "    }\n";
-  if (hasIntervals) module += kIntervalBins;
-  if (hasCategories) module += kCategoryBins;
+  module += kHelpers;
   return module;
 }
 

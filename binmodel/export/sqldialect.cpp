@@ -173,20 +173,26 @@ constexpr const char* kIsNull = "{} IS NULL";
 constexpr std::array<SqlDialect, 6> kDialects = {{
     {"ansi", '"', true, QuoteAnsi, FormatApproximate, nullptr, nullptr, kIsNull, "{0} <> {0}", "{}",
      "{}"},
-    // A text or a blob is above all numbers, and CAST would make 0 of it. Whole numbers beyond
-    // 2^53 become doubles first.
+    // A text or a blob is above all numbers, and CAST makes 0 of what is no number. Only the text
+    // of a number equals what CAST makes of it: the comparison turns such a text into its number.
+    // Whole numbers beyond 2^53 become doubles first.
     {"sqlite", '"', false, QuoteSqlite, FormatSqlite, "9e999", "-9e999",
-     "typeof({}) NOT IN ('integer', 'real')", "", "CAST({} AS REAL)",
+     "{0} IS NULL OR CAST({0} AS NUMERIC) <> {0}", "", "CAST({} AS REAL)",
      "CAST({} AS TEXT) COLLATE BINARY"},
     {"postgresql", '"', true, QuotePostgresql, FormatPostgresql, "float8 'Infinity'",
      "float8 '-Infinity'", kIsNull, "{} = float8 'NaN'", "{}", "CAST({} AS text) COLLATE \"C\""},
-    // Its usual collations ignore letter case and blanks at the end.
-    {"mysql", '`', false, QuoteMysql, FormatApproximate, nullptr, nullptr, kIsNull, "", "{}",
-     "CAST(CONVERT({} USING utf8mb4) AS BINARY)"},
+    // A text that is no number would be 0. Its usual collations ignore letter case and blanks at
+    // the end.
+    {"mysql", '`', false, QuoteMysql, FormatApproximate, nullptr, nullptr,
+     "{0} IS NULL OR {0} NOT REGEXP "
+     "'^ *[-+]?([0-9]+[.]?[0-9]*|[.][0-9]+)([eE][-+]?[0-9]+)? *$'",
+     "", "({} + 0e0)", "CAST(CONVERT({} USING utf8mb4) AS BINARY)"},
     {"duckdb", '"', false, QuoteDuckdb, FormatApproximate, "CAST('inf' AS DOUBLE)",
      "CAST('-inf' AS DOUBLE)", kIsNull, "{} = CAST('nan' AS DOUBLE)", "{}", "CAST({} AS VARCHAR)"},
+    // A text that is no number becomes NULL, or with spark.sql.ansi.enabled ends the query.
     {"spark", '`', false, QuoteWithBackslashes, FormatApproximate, "double('Infinity')",
-     "double('-Infinity')", kIsNull, "isnan({})", "{}", "CAST({} AS STRING)"},
+     "double('-Infinity')", "CAST({} AS DOUBLE) IS NULL", "isnan(CAST({} AS DOUBLE))",
+     "CAST({} AS DOUBLE)", "CAST({} AS STRING)"},
 }};
 
 void CheckText(const char* what, std::string_view text) {

@@ -29,12 +29,12 @@ void CheckOptions(const ExportOptions& options) {
 }
 
 std::string MakeText(const ExportOptions& options, const MCBinModel::BinModel& model,
-                     const std::vector<std::size_t>& results, std::vector<std::string>& notes) {
+                     const std::vector<std::size_t>& results) {
   switch (options.format) {
     case ExportFormat::kSql:
       return MCBinModel::ExportSql(model, results, options.columns, options.dialect, options.table);
     case ExportFormat::kPmml:
-      return MCBinModel::ExportPmml(model, results, options.columns, notes);
+      return MCBinModel::ExportPmml(model, results, options.columns);
     case ExportFormat::kPython:
       break;
   }
@@ -75,7 +75,7 @@ int ExportCommand(const ExportOptions& options) {
   const MCBinModel::BinModel model = LoadBinFile(options.binFile, options.evidence);
   const std::vector<std::size_t> results =
       ChooseResults(model, options.target, options.binFile, notes);
-  WriteOutput(options.output, MakeText(options, model, results, notes), out);
+  WriteOutput(options.output, MakeText(options, model, results), out);
   if (options.quiet) return kExitDone;
   PrintNotes(notes);
   if (options.columns.form == MCBinModel::BinForm::kWeightOfEvidence) {

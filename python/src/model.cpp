@@ -368,10 +368,7 @@ void BindModel(nb::module_& module) {
           "pmml",
           [](const BinModel& model, const Indexes& results, Form form, const std::string& suffix,
              const std::optional<std::string>& missing) {
-            std::vector<std::string> notes;
-            std::string text =
-                ExportPmml(model, results, MakeExportOptions(form, suffix, missing), notes);
-            return std::pair(std::move(text), std::move(notes));
+            return ExportPmml(model, results, MakeExportOptions(form, suffix, missing));
           },
           "results"_a, "form"_a, "suffix"_a, "missing"_a.none())
       .def(

@@ -1,4 +1,4 @@
-"""Usage: exportcheck.py MCBIN sqlite|postgresql|duckdb|python|pmml
+"""Usage: exportcheck.py MCBIN sqlite|postgresql|duckdb|mysql|spark|python|jpmml
 
 Runs what `mcbin export` writes in the engine itself, on every cut point, its neighbours and
 other values at the edge, and compares with what `mcbin apply` makes of them. Ends with 77, which
@@ -34,7 +34,7 @@ def make_attributes(engine):
     """(variable, cut points) with names that need quoting."""
     def continuous(name, cuts, **missing):
         variable = {"name": name, "kind": "continuous"}
-        if missing and (engine.has_intervals or "interval" not in missing):
+        if missing:
             variable["user_missing"] = {"values": [], **missing}
         return variable, sorted(cuts)
 
@@ -48,7 +48,7 @@ def make_attributes(engine):
     return [
         continuous('petal "width"', [0.6, 1.7, 0.1, 5e-5, 8, -2.5, 1e15, 123456.7891]),
         continuous("`it's`", random_doubles(40, -15, 15), values=[-1, 9.5]),
-        continuous(" two  blanks ", random_doubles(60, -307, 307)),
+        continuous(" two  blanks", random_doubles(60, -307, 307)),
         continuous("\u017eluna\\\u2713", [5e-324, 2.2250738585072014e-308, 1e-300, DBL_MAX, 0.0]),
         # SQLite misreads the shortest texts of these.
         continuous("17 digits", [18520414.64990828, 441535.446594301, 43.03568111700665,
@@ -134,7 +134,8 @@ def check(engine, closed, form, missing, directory):
         json.dump(make_bins(attributes, closed), file)
     names = [variable["name"] for variable, _ in attributes]
     lists = [[value for value in values_of(variable, cuts)
-              if engine.has_nan or value is None or value == value]
+              if (engine.has_nan or value is None or value == value)
+             and (engine.has_infinity or value not in (INF, -INF))]
              for variable, cuts in attributes]
     columns = list(zip(*itertools.zip_longest(*lists)))
     options = ["--as", form] + ([] if missing is None else ["--missing-as", missing])
@@ -151,6 +152,27 @@ def check(engine, closed, form, missing, directory):
     return sum(len(values) for values in lists)
 
 
+def check_text_columns(engine, directory):
+    """A number that a column holds as text counts as one; other text is missing, or an error."""
+    (variable, cuts), = make_attributes(engine)[:1]
+    path = os.path.join(directory, "bins.json")
+    with open(path, "w", encoding="utf-8") as file:
+        json.dump(make_bins([(variable, cuts)], "right"), file)
+    text = run("export", "--quiet", "--suffix", "~", *engine.options(TABLE), path)
+
+    def evaluate(column):
+        return list(engine.evaluate(text, TABLE, [variable["name"]], [[None, *column]])[0])
+    wanted = list(map(str, evaluate([0.1, 1.7, 8.0, 123456.7891, -25.0])))
+    for column in (["0.1", "1.7", "8", "123456.7891", "-2.5e1"], ["abc", "", "-", "1.7.", "e5"]):
+        try:
+            found = list(map(str, evaluate(column)))
+        except Exception as error:
+            print(f"{column} as text: {type(error).__name__}")
+            continue
+        if found != (wanted if column[0] == "0.1" else wanted[:1] * len(wanted)):
+            sys.exit(f"{column} as text becomes {found}")
+
+
 def main():
     with ENGINES[sys.argv[2]]() as engine, tempfile.TemporaryDirectory() as directory:
         compared = 0
@@ -158,6 +180,8 @@ def main():
             compared += check(engine, closed, form, None, directory)
         for form, missing in [("index", "-1"), ("label", "it's \\ missing"), ("woe", "0.1")]:
             compared += check(engine, "right", form, missing, directory)
+        if engine.has_text_columns:
+            check_text_columns(engine, directory)
     print(f"{compared} values agree with apply")
 
 

@@ -1,6 +1,7 @@
 """The engines that run what `mcbin export` writes."""
 
 import csv
+import getpass
 import glob
 import io
 import os
@@ -8,7 +9,9 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import time
 import xml.etree.ElementTree as ElementTree
+from urllib.parse import quote, unquote_plus
 
 SKIPPED = 77
 
@@ -17,16 +20,36 @@ def quoted(name):
     return '"' + name.replace('"', '""') + '"'
 
 
+def skip(what):
+    """Ends with what ctest takes for skipped."""
+    print(f"skipped: there is no {what}")
+    sys.exit(SKIPPED)
+
+
 def is_text(column):
     return any(isinstance(value, str) for value in column)
+
+
+def number(value):
+    return None if value is None or isinstance(value, str) else float(value)
+
+
+def whole(value):
+    found = number(value)
+    return int(found) if found is not None and found.is_integer() and abs(found) < 2 ** 53 else None
+
+
+def text(value):
+    return value if value is None or isinstance(value, str) else repr(float(value))
 
 
 class Engine:
     """One engine. `evaluate` returns the new columns for the values of the old ones."""
 
     has_nan = True
-    has_intervals = True  # of missing values
+    has_infinity = True
     has_controls = True  # control characters in texts
+    has_text_columns = True  # for numbers
     no_value = None
 
     def __enter__(self):
@@ -40,17 +63,23 @@ class SqlEngine(Engine):
     """One that reads SQL: makes a table of the values and runs the query."""
 
     text_type = "TEXT"
+    number_type = "DOUBLE PRECISION"
+
+    def quoted(self, name):
+        return quoted(name)
 
     def options(self, table):
         return ["--format", "sql", "--dialect", self.dialect, "--table", quoted(table)]
 
     def evaluate(self, text, table, names, columns):
-        types = [self.text_type if is_text(column) else "DOUBLE PRECISION" for column in columns]
-        fields = [f"{quoted(name)} {kind}" for name, kind in zip(names, types)]
-        self.execute(f"CREATE TABLE {quoted(table)} ({', '.join(fields)})")
-        self.insert(table, columns)
-        rows = self.execute(text)
-        self.execute(f"DROP TABLE {quoted(table)}")
+        types = [self.text_type if is_text(column) else self.number_type for column in columns]
+        fields = [f"{self.quoted(name)} {kind}" for name, kind in zip(names, types)]
+        self.execute(f"CREATE TABLE {self.quoted(table)} ({', '.join(fields)})")
+        try:
+            self.insert(table, columns)
+            rows = self.execute(text)
+        finally:
+            self.execute(f"DROP TABLE {self.quoted(table)}")
         return list(zip(*rows))[len(names):]
 
 
@@ -82,7 +111,7 @@ class DuckDb(ConnectionEngine):
         try:
             import duckdb
         except ImportError:
-            sys.exit(SKIPPED)
+            skip("duckdb in Python")
         self.connection = duckdb.connect()
 
 
@@ -98,7 +127,7 @@ class Postgresql(SqlEngine):
         found = shutil.which("initdb") or max(glob.glob("/usr/lib/postgresql/*/bin/initdb"),
                                               default=None)
         if found is None:
-            sys.exit(SKIPPED)
+            skip("PostgreSQL server")
         self.programs = os.path.dirname(os.path.realpath(found))
         self.directory = tempfile.mkdtemp(prefix="mcbin-postgresql-")
         self.user = {}
@@ -146,75 +175,227 @@ class Postgresql(SqlEngine):
                   f"{lines.getvalue()}\\.\n")
 
 
+class MariaDb(SqlEngine):
+    """A server of its own in a private directory, without accounts."""
+
+    dialect = "mysql"
+    has_nan = False
+    has_infinity = False
+    text_type = "TEXT CHARACTER SET utf8mb4 COLLATE utf8mb4_general_ci"  # A is a, blanks are nothing
+
+    def __init__(self):
+        self.program = shutil.which("mariadbd", path=os.environ["PATH"] + ":/usr/sbin")
+        if self.program is None:
+            skip("MariaDB server")
+        try:
+            import pymysql
+        except ImportError:
+            skip("pymysql in Python")
+        self.pymysql = pymysql
+
+    def __enter__(self):
+        self.directory = tempfile.mkdtemp(prefix="mcbin-mariadb-")
+        socket = os.path.join(self.directory, "socket")
+        with open(os.path.join(self.directory, "log"), "wb") as log:
+            self.server = subprocess.Popen(
+                [self.program, "--no-defaults", "--user=" + getpass.getuser(), "--skip-grant-tables",
+                 "--skip-networking", "--datadir=" + self.directory, "--socket=" + socket,
+                 "--pid-file=" + os.path.join(self.directory, "pid")], stdout=log, stderr=log)
+        try:
+            while not os.path.exists(socket):
+                if self.server.poll() is not None:
+                    raise RuntimeError("MariaDB does not start")
+                time.sleep(0.1)
+            connection = self.pymysql.connect(unix_socket=socket, charset="utf8mb4", autocommit=True)
+            self.cursor = connection.cursor()
+            self.cursor.execute("CREATE DATABASE bins")
+            self.cursor.execute("USE bins")
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *unused):
+        self.server.terminate()
+        self.server.wait()
+        shutil.rmtree(self.directory)
+
+    def quoted(self, name):
+        return "`" + name.replace("`", "``") + "`"
+
+    def execute(self, text):
+        self.cursor.execute(text)
+        return self.cursor.fetchall()
+
+    def insert(self, table, columns):
+        marks = ", ".join("%s" for _ in columns)
+        self.cursor.executemany(f"INSERT INTO {self.quoted(table)} VALUES ({marks})",
+                                list(zip(*columns)))
+
+
+class Spark(SqlEngine):
+    """Where a text that is no number becomes NULL; otherwise Spark ends the query."""
+
+    dialect = "spark"
+
+    def __init__(self):
+        if shutil.which("java") is None:
+            skip("Java for Spark")
+        try:
+            from pyspark.sql import SparkSession
+        except ImportError:
+            skip("pyspark in Python")
+        settings = {"spark.ui.enabled": "false", "spark.sql.ansi.enabled": "false",
+                    "spark.log.level": "ERROR", "spark.driver.bindAddress": "127.0.0.1",
+                    "spark.driver.host": "127.0.0.1"}
+        self.session = SparkSession.builder.master("local[1]").config(map=settings).getOrCreate()
+
+    def __exit__(self, *unused):
+        self.session.stop()
+
+    def evaluate(self, text, table, names, columns):
+        from pyspark.sql import types
+        fields = [types.StructField(name, types.StringType() if is_text(column)
+                                    else types.DoubleType()) for name, column in zip(names, columns)]
+        rows = list(zip(*(column if is_text(column) else map(number, column)
+                          for column in columns)))
+        frame = self.session.createDataFrame(rows, types.StructType(fields))
+        frame.createOrReplaceTempView("`" + table.replace("`", "``") + "`")
+        return list(zip(*self.session.sql(text).collect()))[len(names):]
+
+
 class Python(Engine):
+    """Evaluates NumPy arrays, and columns of every kind that the libraries at hand have."""
+
     no_value = -1
 
     def __init__(self):
         try:
             import numpy
         except ImportError:
-            sys.exit(SKIPPED)
+            skip("numpy in Python")
         self.numpy = numpy
+        self.kinds = [(text, list)]  # what a value becomes, and the column
+        for add in (self.add_pandas, self.add_polars, self.add_arrow):
+            try:
+                add()
+            except ImportError as error:
+                print(f"not tried: {error}")
+
+    def add_pandas(self):
+        import pandas
+        for convert, kind in ((None, "object"), (number, "Float64"), (whole, "Int64"),
+                              (text, "str"), (text, "string[python]"), (None, "category")):
+            self.kinds.append((convert, lambda column, kind=kind: pandas.Series(column, dtype=kind)))
+
+    def add_polars(self):
+        import polars
+        for convert, kind in ((number, polars.Float64), (whole, polars.Int64),
+                              (text, polars.String), (text, polars.Categorical)):
+            self.kinds.append((convert, lambda column, kind=kind: polars.Series(column, dtype=kind)))
+
+    def add_arrow(self):
+        import pyarrow
+
+        def chunked(column, kind, encode):
+            halves = [pyarrow.array(half, kind) for half in (column[:9], column[9:])]
+            return pyarrow.chunked_array([encode(half) for half in halves])
+        for convert, kind in ((number, pyarrow.float64()), (whole, pyarrow.int64()),
+                              (text, pyarrow.string())):
+            for encode in (lambda half: half, lambda half: half.dictionary_encode()):
+                self.kinds.append((convert, lambda column, kind=kind, encode=encode:
+                                   chunked(column, kind, encode)))
 
     def options(self, unused):
         return ["--format", "python"]
 
-    def evaluate(self, text, unused, names, columns):
+    def evaluate(self, module_text, unused, names, columns):
         module = {}
-        exec(compile(text, "bins.py", "exec"), module)
+        exec(compile(module_text, "bins.py", "exec"), module)
+        assign_bins = module["assign_bins"]
         arrays = {name: self.numpy.array(column, dtype=object if is_text(column) else float)
                   for name, column in zip(names, columns)}
-        return list(module["assign_bins"](arrays).values())
+        bins = list(assign_bins(arrays).values())
+        for convert, make in self.kinds:
+            given = [[convert(value) if convert else value for value in column]
+                     for column in columns]
+            found = assign_bins({name: make(column) for name, column in zip(names, given)})
+            for column, values, wanted, new in zip(columns, given, bins, found.values()):
+                missing = wanted[column.index(None)]
+                wanted = [missing if value is None else bin for value, bin in zip(values, wanted)]
+                self.numpy.testing.assert_array_equal(new, self.numpy.array(wanted, new.dtype))
+        return bins
 
 
-class Pmml(Engine):
-    """Evaluates the part of PMML that is written, by its own rules."""
+class Jpmml(Engine):
+    """JPMML-Evaluator, which scripts/engines puts beside the Python packages.
 
-    has_nan = False
-    has_intervals = False
+    It evaluates models: one is made here that does nothing but hand out the bins.
+    """
+
     has_controls = False
+    has_text_columns = False
+
+    def __init__(self):
+        self.jars = os.path.join(sys.prefix, "jpmml", "*")
+        if not glob.glob(self.jars) or shutil.which("java") is None:
+            skip("JPMML-Evaluator (scripts/engines) or Java")
+
+    def __enter__(self):
+        program = os.path.join(os.path.dirname(__file__), "jpmml", "EvaluatePmml.java")
+        self.java = subprocess.Popen(
+            ["java", "-XX:TieredStopAtLevel=1", "-cp", self.jars, program],
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, encoding="utf-8")
+        return self
+
+    def __exit__(self, *unused):
+        self.java.stdin.close()
+        self.java.wait()
 
     def options(self, unused):
         return ["--format", "pmml"]
 
     def evaluate(self, text, unused, names, columns):
+        space = "http://www.dmg.org/PMML-4_4"
+        ElementTree.register_namespace("", space)
         root = ElementTree.fromstring(text.encode())
-        space = root.tag[:-len("PMML")]
-        for element in root.iter():
-            element.tag = element.tag.removeprefix(space)
-        assert space == "{http://www.dmg.org/PMML-4_4}" and root.get("version") == "4.4"
-        assert [child.tag for child in root] == ["Header", "DataDictionary",
-                                                 "TransformationDictionary"]
-        fields = {field.get("name"): field for field in root.find("DataDictionary")}
-        assert list(fields) == names
-        derived = list(root.find("TransformationDictionary"))
+        assert root.tag == f"{{{space}}}PMML" and root.get("version") == "4.4"
+        derived = list(root.find(f"{{{space}}}TransformationDictionary"))
         assert [field.get("name") for field in derived] == [name + "~" for name in names]
-        return [[self.derive(field[0], fields[name], value) for value in column]
-                for name, field, column in zip(names, derived, columns)]
 
-    def derive(self, expression, field, value):
-        read = str if field.get("dataType") == "string" else float
-        missing = [read(each.get("value")) for each in field
-                   if each.get("property") == "missing"]
-        if value is None or value in missing:
-            return expression.get("mapMissingTo")
-        if expression.tag == "MapValues":
-            for row in expression.find("InlineTable"):
-                if read(row.find("category").text) == value:
-                    return row.findtext("bin")
-            return expression.get("defaultValue")
-        for each in expression:
-            interval = each.find("Interval")
-            low = float(interval.get("leftMargin", "-inf"))
-            high = float(interval.get("rightMargin", "inf"))
-            right = {"openClosed": True, "closedOpen": False}[interval.get("closure")]
-            above = value > low if right else value >= low
-            below = value <= high if right else value < high
-            if (above or interval.get("leftMargin") is None) and (
-                    below or interval.get("rightMargin") is None):
-                return each.get("binValue")
-        return expression.get("defaultValue")
+        def add(parent, tag, **attributes):
+            return ElementTree.SubElement(parent, f"{{{space}}}{tag}", attributes)
+        model = add(root, "RegressionModel", functionName="regression")
+        schema, output = add(model, "MiningSchema"), add(model, "Output")
+        add(model, "RegressionTable", intercept="0")
+        for number, (name, field) in enumerate(zip(names, derived)):
+            add(schema, "MiningField", name=name)
+            result = add(output, "OutputField", name=str(number), feature="transformedValue",
+                         optype=field.get("optype"), dataType=field.get("dataType"))
+            add(result, "FieldRef", field=field.get("name"))
+        with tempfile.NamedTemporaryFile(suffix=".pmml") as file:
+            file.write(ElementTree.tostring(root, encoding="utf-8"))
+            file.flush()
+            rows = list(zip(*columns))
+            lines = [f"{file.name}\t{len(rows)}", "\t".join(map(quote, names))]
+            lines += ["\t".join(map(self.write, row)) for row in rows]
+            self.java.stdin.write("\n".join(lines) + "\n")
+            self.java.stdin.flush()
+            results = [self.java.stdout.readline().rstrip("\n").split("\t") for _ in rows]
+        return list(zip(*(map(self.read, fields) for fields in results)))
+
+    @staticmethod
+    def write(value):
+        if value is None:
+            return ""
+        if isinstance(value, str):
+            return "s" + quote(value)
+        return "d" + quote(repr(value).replace("inf", "Infinity").replace("nan", "NaN"))
+
+    @staticmethod
+    def read(field):
+        return unquote_plus(field[1:]) if field else None
 
 
-ENGINES = {"sqlite": Sqlite, "duckdb": DuckDb, "postgresql": Postgresql, "python": Python,
-           "pmml": Pmml}
+ENGINES = {"sqlite": Sqlite, "duckdb": DuckDb, "postgresql": Postgresql, "mysql": MariaDb,
+           "spark": Spark, "python": Python, "jpmml": Jpmml}

@@ -650,9 +650,7 @@ class Bins:
     ) -> str:
         """Write a PMML 4.4 document that derives the bins. Parameters as for `to_sql`."""
         results, form = self._export(target, as_)
-        text, notes = self._model.pmml(results, form, suffix, missing)
-        _warn(notes)
-        return text
+        return self._model.pmml(results, form, suffix, missing)
 
     def to_python(
         self,
