@@ -3,14 +3,15 @@
 #include <algorithm>
 #include <cmath>
 
-#include "algorithm/binentropy.h"
+#include "algorithm/nearlog.h"
 
 namespace MCBinning {
 
-RunningSplit::RunningSplit(const std::vector<double>& totals) : fTotal(totals[0]) {
+RunningSplit::RunningSplit(const std::vector<double>& totals) {
   for (std::size_t category = 0; category + 1 < totals.size(); ++category) {
     const double total = totals[category + 1];
     if (total == 0.0) continue;
+    fTotal += total;
     fCategories.push_back(static_cast<std::uint8_t>(category));
     fTotals[category] = total;
     fTerms[category] = Term(category, 0.0);
@@ -18,8 +19,10 @@ RunningSplit::RunningSplit(const std::vector<double>& totals) : fTotal(totals[0]
   AddTerms();
 }
 
+double RunningSplit::ScoreOf(double entropy) const { return entropy * std::log(2.0) * fTotal; }
+
 double RunningSplit::Term(std::size_t category, double left) const {
-  return -XLogX(left) - XLogX(fTotals[category] - left);
+  return -NearXLogX(left) - NearXLogX(fTotals[category] - left);
 }
 
 void RunningSplit::AddTerms() {
@@ -28,7 +31,7 @@ void RunningSplit::AddTerms() {
   fMoves = 0;
 }
 
-void RunningSplit::Place(const std::vector<double>& left) {
+void RunningSplit::Place(const double* left) {
   fLeftWeight = 0.0;
   for (const std::uint8_t category : fCategories) {
     fLeftWeight += left[category];
@@ -49,19 +52,21 @@ void RunningSplit::Move(std::uint8_t category, double weight) {
 }
 
 double RunningSplit::GetScore() const {
-  return XLogX(fLeftWeight) + XLogX(fTotal - fLeftWeight) + fTermSum;
+  return NearXLogX(fLeftWeight) + NearXLogX(fTotal - fLeftWeight) + fTermSum;
 }
 
 // On the way each h_k is not below its chord, and g not below its tangent at the middle of the way.
 // Both are linear in the weights that move, so the sum is least at one of each category's ends.
-double RunningSplit::Advance(const std::vector<double>& left) {
+double RunningSplit::Advance(const double* left) {
   double moved = 0.0;
   for (const std::uint8_t category : fCategories) moved += left[category] - fLeft[category];
   if (moved == 0.0) return GetScore();
   const double middle = fLeftWeight + moved / 2.0;
-  const double slope = std::log(middle) - std::log(fTotal - middle);
+  const double leftLog = NearLog(middle);
+  const double rightLog = NearLog(fTotal - middle);
+  const double slope = leftLog - rightLog;
 
-  double least = XLogX(middle) + XLogX(fTotal - middle) - slope * moved / 2.0 + fTermSum;
+  double least = middle * leftLog + (fTotal - middle) * rightLog - slope * moved / 2.0 + fTermSum;
   for (const std::uint8_t category : fCategories) {
     const double change = left[category] - fLeft[category];
     if (change == 0.0) continue;

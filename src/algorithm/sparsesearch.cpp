@@ -109,7 +109,7 @@ int SparseSearch::FindRow(int first, int last, const std::vector<double>& totals
                       fTable.GetRows(search.first, search.last + 1).size == rowCount;
   if (isPure) return 0;  // no boundary anywhere
   const Weights start = SumBefore(search.first);
-  for (const Part& part : BoundParts(search, split)) {
+  for (const SplitPart& part : MakeParts(search, split)) {
     if (part.leastScore <= search.limit) ScanPart(search, split, part, start);
   }
   return static_cast<int>(search.best.GetRow());
@@ -124,29 +124,24 @@ void SparseSearch::ScanPlainly(Search& search, std::vector<double>& left,
   }
 }
 
-// Divides the interval at the borders of blocks, bounds the parts, and limits the best score by
-// that of the splits between them. (A split between two rows of one and the same category is not
-// evaluated, but one end of its run is, and no worse: so any split limits the best one.)
-std::vector<SparseSearch::Part> SparseSearch::BoundParts(Search& search,
-                                                         RunningSplit& split) const {
+std::vector<SplitPart> SparseSearch::MakeParts(Search& search, RunningSplit& split) const {
   const std::size_t end = search.last + 1;
-  const double margin = RunningSplit::kMargin * split.GetWeight();
-  std::vector<Part> parts;
   if (end - search.first <= kSparseBlockRows) return {{search.first, end, 0.0}};
   Weights left(GetCategoryCount());
-  for (std::size_t first = search.first; first < end;) {
-    const std::size_t next = std::min((first / kSparseBlockRows + 1) * kSparseBlockRows, end);
-    AddRows(first, next, left);
-    const double least = split.Advance(left);
-    parts.push_back({first, next, least});
-    search.limit = std::min(search.limit, split.GetScore() + margin);
-    first = next;
-  }
-  return parts;
+  std::size_t row = search.first;
+  const auto weightsBefore = [&](std::size_t next) {
+    AddRows(row, next, left);
+    row = next;
+    return left.data();
+  };
+  const auto borderAbove = [](std::size_t below) {
+    return (below / kSparseBlockRows + 1) * kSparseBlockRows;
+  };
+  return BoundParts(split, search.first, end, borderAbove, weightsBefore, search.limit);
 }
 
 // `start` are the weights of all rows below the interval.
-void SparseSearch::ScanPart(Search& search, RunningSplit& split, const Part& part,
+void SparseSearch::ScanPart(Search& search, RunningSplit& split, const SplitPart& part,
                             const Weights& start) const {
   Weights before(GetCategoryCount());
   if (part.first > search.first) {
@@ -155,7 +150,7 @@ void SparseSearch::ScanPart(Search& search, RunningSplit& split, const Part& par
       before[category] -= start[category];
     }
   }
-  split.Place(before);
+  split.Place(before.data());
   std::vector<double> scores;
   scores.reserve(part.end - part.first);
   for (std::size_t row = part.first; row < part.end; ++row) {
@@ -167,13 +162,13 @@ void SparseSearch::ScanPart(Search& search, RunningSplit& split, const Part& par
     if (IsRightBorderClosed()) scores.push_back(split.GetScore());
   }
   const double least = *std::min_element(scores.begin(), scores.end());
-  search.limit = std::min(search.limit, least + RunningSplit::kMargin * split.GetWeight());
+  search.limit = std::min(search.limit, least + split.GetMargin());
   if (least <= search.limit) EvaluateRows(search, part, before, scores);
 }
 
 // Evaluates the splits of a part whose score is within the limit. `before` are the interval's
 // weights below the part.
-void SparseSearch::EvaluateRows(Search& search, const Part& part, const Weights& before,
+void SparseSearch::EvaluateRows(Search& search, const SplitPart& part, const Weights& before,
                                 const std::vector<double>& scores) const {
   std::vector<double> left(search.totals.size());
   std::vector<double> right(search.totals.size());

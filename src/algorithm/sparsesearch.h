@@ -5,10 +5,9 @@
 
 #include "algorithm/rowsearch.h"
 #include "algorithm/sparsetable.h"
+#include "algorithm/splitparts.h"
 
 namespace MCBinning {
-
-class RunningSplit;
 
 // Finds splits among the rows of a sparse table, for many categories.
 //
@@ -37,13 +36,6 @@ class SparseSearch : public RowSearch {
     BestSplit best;
   };
 
-  // A block of an interval's rows.
-  struct Part {
-    std::size_t first;
-    std::size_t end;
-    double leastScore;
-  };
-
   int FindRow(int first, int last, const std::vector<double>& totals, std::vector<double>& left,
               std::vector<double>& right) const override;
   void SumBlocks();
@@ -53,9 +45,10 @@ class SparseSearch : public RowSearch {
   bool IsCandidate(const Search& search, std::size_t row) const;
 
   void ScanPlainly(Search& search, std::vector<double>& left, std::vector<double>& right) const;
-  std::vector<Part> BoundParts(Search& search, RunningSplit& split) const;
-  void ScanPart(Search& search, RunningSplit& split, const Part& part, const Weights& start) const;
-  void EvaluateRows(Search& search, const Part& part, const Weights& before,
+  std::vector<SplitPart> MakeParts(Search& search, RunningSplit& split) const;
+  void ScanPart(Search& search, RunningSplit& split, const SplitPart& part,
+                const Weights& start) const;
+  void EvaluateRows(Search& search, const SplitPart& part, const Weights& before,
                     const std::vector<double>& scores) const;
 
   const SparseTable& fTable;

@@ -15,7 +15,6 @@ namespace {
 // A block is looked at whole; then its leaves, if need be; then a leaf's rows.
 constexpr std::size_t kBlockRows = 256;
 constexpr std::size_t kLeafRows = 16;
-constexpr std::size_t kBlocksPerGroup = 16;
 
 // Shorter intervals are scanned at once.
 constexpr std::size_t kFewRows = 2 * kBlockRows;
@@ -24,7 +23,7 @@ constexpr double kTwoTo52 = 4503599627370496.0;
 
 // With the number of categories known, the sums stay in registers.
 template <std::size_t kCategories>
-void AddRowsOf(const double* row, const double* end, SplitBound::Weights& weights) {
+void AddRowsOf(const double* row, const double* end, SplitSearch::Weights& weights) {
   std::array<double, kCategories> sums{};
   std::copy_n(weights.begin(), kCategories, sums.begin());
   for (; row < end; row += kCategories) {
@@ -39,7 +38,7 @@ void AddRowsOf(const double* row, const double* end, SplitBound::Weights& weight
 // Numbers above 2^51 may be taken for whole; their sum shows them. A few rows are summed side by
 // side, so that no addition waits for the one before.
 template <std::size_t kCategories>
-bool AddWholeRowsOf(const double* row, const double* end, SplitBound::Weights& weights) {
+bool AddWholeRowsOf(const double* row, const double* end, SplitSearch::Weights& weights) {
   constexpr std::size_t kLanes = std::max<std::size_t>(8 / kCategories, 1) * kCategories;
   std::array<double, kLanes> sums{};
   std::array<std::uint64_t, kLanes> lostBits{};
@@ -73,7 +72,7 @@ constexpr std::array kAddRows{&AddRowsOf<2>, &AddRowsOf<3>, &AddRowsOf<4>, &AddR
 constexpr std::array kAddWholeRows{&AddWholeRowsOf<2>, &AddWholeRowsOf<3>, &AddWholeRowsOf<4>,
                                    &AddWholeRowsOf<5>, &AddWholeRowsOf<6>, &AddWholeRowsOf<7>,
                                    &AddWholeRowsOf<8>};
-static_assert(kAddRows.size() == SplitBound::kMostCategories - 1 &&
+static_assert(kAddRows.size() == SplitSearch::kMostCategories - 1 &&
               kAddWholeRows.size() == kAddRows.size());
 
 void MoveRow(const double* row, std::vector<double>& left, std::vector<double>& right) {
@@ -92,7 +91,7 @@ SplitSearch::SplitSearch(const std::vector<double>& binTable, std::size_t catego
                          bool rightBorderClosed, int first, int last)
     : RowSearch(categoryCount, rightBorderClosed), fTable(binTable) {
   const bool isWorthIt = last - first >= static_cast<int>(kFewRows) && categoryCount >= 2 &&
-                         categoryCount <= SplitBound::kMostCategories;
+                         categoryCount <= SplitSearch::kMostCategories;
   if (isWorthIt) SumBlocks(static_cast<std::size_t>(first), static_cast<std::size_t>(last) + 1);
 }
 
@@ -193,42 +192,25 @@ void SplitSearch::ScanRows(Search& search, std::size_t first, std::size_t end) c
 }
 
 void SplitSearch::ScanBlocks(Search& search) const {
-  const SplitBound bound(search.totals.data() + 1, GetCategoryCount());
   const std::size_t end = search.last + 1;
-
-  // A split between two rows of one and the same category is not evaluated, but one end of
-  // its run is, and no worse: so any split's entropy limits the best one's.
   const Weights start = SumBefore(search.first);
-  const auto before = [&](std::size_t row) {
-    Weights weights = SumBefore(row);
+  Weights left;
+  const auto weightsBefore = [&](std::size_t row) {
+    left = SumBefore(row);
     for (std::size_t category = 0; category < GetCategoryCount(); ++category) {
-      weights[category] -= start[category];
+      left[category] -= start[category];
     }
-    return weights;
+    return left.data();
   };
-  for (std::size_t row = NextBorder(search.first, kBlockRows); row < end; row += kBlockRows) {
-    const Weights left = before(row);
-    search.limit = std::min(search.limit, bound.GetLeast(left, left) + SplitBound::kRounding);
+  const auto borderAbove = [&](std::size_t row) { return NextBorder(row, kBlockRows); };
+  RunningSplit split(search.totals);
+  const std::vector<SplitPart> parts =
+      BoundParts(split, search.first, end, borderAbove, weightsBefore, search.limit);
+  for (const SplitPart& part : parts) {
+    if (!(part.leastScore <= search.limit)) continue;
+    weightsBefore(part.first);
+    ScanPart(search, split, part, left);
   }
-
-  // Calls `visit` for each part of the rows that may hold the best split.
-  const auto forEach = [&](std::size_t first, std::size_t last, std::size_t step, auto visit) {
-    Weights low = before(first);
-    while (first < last) {
-      const std::size_t next = std::min(NextBorder(first, step), last);
-      const Weights high = before(next);
-      if (bound.GetLeast(low, high) <= search.limit) visit(first, next, low);
-      first = next;
-      low = high;
-    }
-  };
-  const auto scanBlock = [&](std::size_t first, std::size_t last, const Weights& low) {
-    ScanBlock(search, bound, first, last, low);
-  };
-  forEach(search.first, end, kBlocksPerGroup * kBlockRows,
-          [&](std::size_t first, std::size_t last, const Weights&) {
-            forEach(first, last, kBlockRows, scanBlock);
-          });
   if (!search.best.HasRow()) {
     std::fill(search.left.begin(), search.left.end(), 0.0);
     search.right = search.totals;
@@ -236,15 +218,16 @@ void SplitSearch::ScanBlocks(Search& search) const {
   }
 }
 
-// `before` are the interval's weights below row `first`.
-void SplitSearch::ScanBlock(Search& search, const SplitBound& bound, std::size_t first,
-                            std::size_t end, const Weights& before) const {
+// `before` are the interval's weights below the part.
+void SplitSearch::ScanPart(Search& search, RunningSplit& split, const SplitPart& part,
+                           const Weights& before) const {
+  split.Place(before.data());
   Weights low = before;
-  for (std::size_t row = first; row < end;) {
-    const std::size_t next = std::min(NextBorder(row, kLeafRows), end);
+  for (std::size_t row = part.first; row < part.end;) {
+    const std::size_t next = std::min(NextBorder(row, kLeafRows), part.end);
     Weights high = low;
     AddRows(row, next, high);
-    if (bound.GetLeast(low, high) <= search.limit) {
+    if (split.Advance(high.data()) <= search.limit) {
       search.left[0] = 0.0;
       for (std::size_t category = 0; category < GetCategoryCount(); ++category) {
         search.left[0] += low[category];
@@ -253,7 +236,8 @@ void SplitSearch::ScanBlock(Search& search, const SplitBound& bound, std::size_t
       Subtract(search.totals, search.left, search.right);
       ScanRows(search, row, next);
       if (search.best.HasRow()) {
-        search.limit = std::min(search.limit, search.best.GetEntropy() + SplitBound::kRounding);
+        const double best = split.ScoreOf(search.best.GetEntropy());
+        search.limit = std::min(search.limit, best + split.GetMargin());
       }
     }
     row = next;

@@ -1,20 +1,22 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <limits>
 #include <vector>
 
 #include "algorithm/rowsearch.h"
-#include "algorithm/splitbound.h"
+#include "algorithm/runningsplit.h"
+#include "algorithm/splitparts.h"
 
 namespace MCBinning {
 
 // Finds the best split of any interval of some rows of a bin table.
 //
 // The plain scan evaluates every row that can be a split. The block search gives the same
-// answer, bit by bit, and looks at few rows: whole blocks whose bound (see SplitBound) is
-// worse than a split already known are skipped, the others are scanned in row order with the
-// plain scan's own arithmetic. That is exact while all weights are whole numbers and sum up
+// answer, bit by bit, and looks at few rows: whole blocks whose bound (see RunningSplit) is
+// above the score of a split already known are skipped, the others are scanned in row order with
+// the plain scan's own arithmetic. That is exact while all weights are whole numbers and sum up
 // to less than 2^52, whatever the order they are added in; and it pays for few categories.
 // Otherwise every search is a plain scan.
 class SplitSearch : public RowSearch {
@@ -26,9 +28,11 @@ class SplitSearch : public RowSearch {
 
   void SumRows(int first, int last, std::vector<double>& sum) const override;
 
- private:
-  using Weights = SplitBound::Weights;
+  static constexpr std::size_t kMostCategories = 8;  // with more, every search is a plain scan
 
+  using Weights = std::array<double, kMostCategories>;  // by category
+
+ private:
   // An interval under search.
   struct Search {
     std::size_t first = 0;
@@ -37,7 +41,7 @@ class SplitSearch : public RowSearch {
     std::vector<double>& left;  // the split under evaluation
     std::vector<double>& right;
     BestSplit best = {};
-    // No split with more entropy than this is the best.
+    // No split with a greater score is the best.
     double limit = std::numeric_limits<double>::infinity();
   };
 
@@ -55,8 +59,8 @@ class SplitSearch : public RowSearch {
 
   void ScanRows(Search& search, std::size_t first, std::size_t end) const;
   void ScanBlocks(Search& search) const;
-  void ScanBlock(Search& search, const SplitBound& bound, std::size_t first, std::size_t end,
-                 const Weights& before) const;
+  void ScanPart(Search& search, RunningSplit& split, const SplitPart& part,
+                const Weights& before) const;
 
   const std::vector<double>& fTable;
   std::size_t fFirstRow = 0;       // the blocks begin there
