@@ -27,16 +27,18 @@ void AddMissing(ordered_json& parent, const char* key, const MissingDefinition& 
   if (missing.interval->high != DBL_MAX) interval["high"] = missing.interval->high;
 }
 
-ordered_json MakeSettings(const BinSettings& settings, const std::optional<WeightInfo>& weight) {
+ordered_json MakeSettings(const BinModel& model) {
+  const BinSettings& settings = model.settings;
+  const std::optional<WeightInfo>& weight = model.source.weight;
   ordered_json object;
   if (settings.algorithm == Algorithm::kSupervised) {
     object["prebin_above"] = settings.prebinAbove;
     object["prebins"] = settings.prebins;
     object["small_bins"] = settings.smallBins;
-    object["woe_adjust"] = settings.evidenceAdjustment;
   } else {
     object["bins"] = settings.bins;
   }
+  if (!model.targets.empty()) object["woe_adjust"] = settings.evidenceAdjustment;
   if (weight) {
     object["weight"] = weight->name;
     object["rounding"] = weight->rounding == IBINVariable::RoundTruncate ? "truncate" : "closest";
@@ -118,15 +120,16 @@ ordered_json MakeResult(const BinModel& model, const AttributeBins& bins) {
 
 std::string WriteBinFile(const BinModel& model) {
   const bool supervised = model.settings.algorithm == Algorithm::kSupervised;
+  const bool hasTargets = !model.targets.empty();
   ordered_json file = {{"format", kBinFileFormat},
-                       {"version", kBinFileVersion},
+                       {"version", supervised || !hasTargets ? 2 : kBinFileVersion},
                        {"tool", "mcbin " MCBINNING_VERSION_STRING},
                        {"algorithm", supervised ? "supervised" : "equal-frequency"},
                        {"closed", model.settings.rightClosed ? "right" : "left"},
-                       {"settings", MakeSettings(model.settings, model.source.weight)},
+                       {"settings", MakeSettings(model)},
                        {"source", MakeSource(model.source)},
                        {"attributes", MakeVariables(model.attributes, false)}};
-  if (supervised) file["targets"] = MakeVariables(model.targets, true);
+  if (hasTargets) file["targets"] = MakeVariables(model.targets, true);
   if (!model.refinements.empty()) file["refinements"] = model.refinements;
   ordered_json& results = file["results"] = ordered_json::array();
   for (const AttributeBins& bins : model.results) results.push_back(MakeResult(model, bins));

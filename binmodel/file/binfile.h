@@ -11,7 +11,7 @@ namespace MCBinModel {
 
 // What a bin file says it is, and the version of its format, which docs/bin-file.md describes.
 constexpr const char* kBinFileFormat = "mcbin-bins";
-constexpr int kBinFileVersion = 2;
+constexpr int kBinFileVersion = 3;
 
 // What it calls the kinds of variables, in the order of VariableKind.
 constexpr std::array<const char*, 3> kKindNames = {"continuous", "numeric-categorical",
@@ -19,8 +19,9 @@ constexpr std::array<const char*, 3> kKindNames = {"continuous", "numeric-catego
 
 // The text of the bin file: one JSON object, of which every number reads back as the same double.
 //
-// What a file says about statuses is their code and severity; details are not stored. Throws
-// Refusal with the place in the file for a number that is not finite and a text that is not
+// The file has the lowest version that says it all: 3 for equal-frequency bins with targets,
+// else 2. What a file says about statuses is their code and severity; details are not stored.
+// Throws Refusal with the place in the file for a number that is not finite and a text that is not
 // UTF-8. Requires a model whose lists fit together as those of a run do.
 MCBINMODEL_API std::string WriteBinFile(const BinModel& model);
 

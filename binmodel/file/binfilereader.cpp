@@ -144,11 +144,15 @@ BinSettings ReadSettings(const JsonNode& node, Algorithm algorithm) {
     settings.prebins = node.GetMember("prebins").GetInteger(2, INT_MAX);
     settings.smallBins = smallBins.GetWeight();
     if (settings.smallBins > 1.0) smallBins.Refuse("a share from 0 to 1 expected");
-    if (const auto adjust = node.FindMember("woe_adjust")) {
-      settings.evidenceAdjustment = adjust->GetWeight();
-    }
   } else {
     settings.bins = node.GetMember("bins").GetInteger(2, INT_MAX);
+  }
+  if (const auto adjust = node.FindMember("woe_adjust")) {
+    settings.evidenceAdjustment = adjust->GetWeight();
+    if (settings.evidenceAdjustment > kLargestEvidenceAdjustment) {
+      adjust->Refuse(
+          fmt::format("a weight from 0 to {} expected", FormatNumber(kLargestEvidenceAdjustment)));
+    }
   }
   return settings;
 }
@@ -371,7 +375,9 @@ BinModel ParseBinFile(std::string_view text, const std::string& name) {
   std::set<std::string> names;
   if (model.source.weight) names.insert(model.source.weight->name);
   model.attributes = ReadVariables(file.GetMember("attributes"), names);
-  if (supervised) model.targets = ReadTargets(file.GetMember("targets"), names);
+  if (supervised || file.FindMember("targets")) {
+    model.targets = ReadTargets(file.GetMember("targets"), names);
+  }
   const auto refinements = file.FindMember("refinements");
   if (refinements) model.refinements = refinements->GetTexts();
   ResultReader results(model);

@@ -54,7 +54,7 @@ Evidence MeasureEvidence(const BinModel& model, const AttributeBins& bins) {
   const VariableInfo* const target = model.GetTarget(bins);
   if (target == nullptr) {
     throw Refusal(RefusalCode::kEvidenceNeedsTarget, {},
-                  "weight of evidence needs a target, and equal-frequency bins have none");
+                  "weight of evidence needs a target, and these bins have none");
   }
   return MeasureEvidence(bins, EventCategory(*target), model.settings.evidenceAdjustment);
 }

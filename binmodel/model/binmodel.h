@@ -28,8 +28,8 @@ struct BestSplit {
   double threshold;  // what the gain did not exceed, bits
 };
 
-// The bins of one attribute: against one target, or without target (equal-frequency). What the run
-// did not get to, for lack of valid cases or because of an error, keeps its default.
+// The bins of one attribute: against one target, or without target. What the run did not get to,
+// for lack of valid cases or because of an error, keeps its default.
 struct AttributeBins {
   std::size_t attribute = 0;          // in BinModel::attributes
   std::optional<std::size_t> target;  // in BinModel::targets
@@ -39,7 +39,9 @@ struct AttributeBins {
   std::vector<double> binWeights;  // one more than cut points, or empty when there are no bins
   std::vector<std::vector<double>> classWeights;  // per bin, by category code of the target
 
-  std::uint64_t distinctValues = 0;    // of the attribute, among the valid cases
+  // Of the attribute, among the valid cases; of equal-frequency bins among those with a value,
+  // whether or not the target is there.
+  std::uint64_t distinctValues = 0;
   double validWeight = 0.0;            // of the cases with value (and target) present
   double weightWithMissing = 0.0;      // of all cases
   std::optional<double> minimum;       // of the valid cases; nothing when there is none, also below
@@ -59,7 +61,8 @@ struct BinModel {
   BinSettings settings;                  // how the bins were made
   BinSource source;                      // of what data
   std::vector<VariableInfo> attributes;  // what AttributeBins::attribute is an index of
-  std::vector<VariableInfo> targets;     // what AttributeBins::target is; categorical ones
+  std::vector<VariableInfo> targets;     // what AttributeBins::target is; categorical ones;
+                                         // equal-frequency bins may do without
   std::vector<AttributeBins> results;    // target by target, each attribute once
   std::vector<std::string> refinements;  // what the bins were joined for afterwards, in words
 

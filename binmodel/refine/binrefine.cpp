@@ -63,7 +63,8 @@ std::vector<Demand> ListDemands(const RefineSettings& settings,
       fmt::format("at most {} bin{}", settings.maxBins, settings.maxBins == 1 ? "" : "s"),
       member(&JoinLimits::maxBins));
   add(settings.minShare > 0.0,
-      fmt::format("a share of at least {} in every bin", FormatNumber(settings.minShare)),
+      fmt::format("at least {} of the weight that is not missing in every bin",
+                  FormatNumber(settings.minShare)),
       member(&JoinLimits::minShare));
   add(settings.minWeight > 0.0,
       fmt::format("a weight of at least {} in every bin", FormatNumber(settings.minWeight)),

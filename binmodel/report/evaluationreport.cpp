@@ -106,7 +106,7 @@ class Comparison {
   }
 
   std::string DescribeMidpoints() const {
-    if (fModel.settings.algorithm == Algorithm::kSupervised) return {};
+    if (fTarget != nullptr) return {};  // whose bins hold the cases that their cut points say
     const bool rightClosed = fModel.settings.rightClosed;
     std::string lines;
     for (const std::size_t cut : FindRoundedMidpoints(fFile, fRecounted, rightClosed)) {

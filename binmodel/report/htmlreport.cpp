@@ -32,10 +32,10 @@ class HtmlReport {
 
   std::string Render() const {
     std::string html = Head() + Introduction();
-    if (!fSupervised) {
+    if (fModel.targets.empty()) {
       std::vector<std::size_t> order(fModel.results.size());
       std::iota(order.begin(), order.end(), std::size_t{0});
-      return html + EqualFrequencyRanking(order) + Results(order, {}) + End();
+      return html + PlainRanking(order) + Results(order, {}) + End();
     }
     for (std::size_t target = 0; target < fModel.targets.size(); ++target) html += Target(target);
     return html + End();
@@ -101,7 +101,7 @@ class HtmlReport {
     HtmlTarget target{GroupClasses(fModel, index), std::nullopt};
     if (variable.GetCategoryCount() == 2) target.event = EventCategory(variable);
     return "<h2>Target " + Name(variable) + "</h2>\n" + Conventions(variable, target) +
-           SupervisedRanking(order, target) + Results(order, target);
+           TargetRanking(order, target) + Results(order, target);
   }
 
   std::string Conventions(const VariableInfo& variable, const HtmlTarget& target) const {
@@ -134,23 +134,21 @@ class HtmlReport {
                          : "Missing cases were not counted by class and take no part.";
   }
 
-  std::string SupervisedRanking(const std::vector<std::size_t>& order,
-                                const HtmlTarget& target) const {
+  std::string TargetRanking(const std::vector<std::size_t>& order, const HtmlTarget& target) const {
     double largestGain = 0.0;
     for (const std::size_t result : order) {
       largestGain = std::max(largestGain, fModel.results[result].informationGain.value_or(0.0));
     }
     std::string rows;
     for (const std::size_t result : order) {
-      rows += SupervisedRow(result, target, largestGain);
+      rows += TargetRow(result, target, largestGain);
     }
     return Ranking(std::string("<th>information gain</th><th>explained</th>") +
                        (target.event ? "<th>information value</th>" : ""),
                    rows);
   }
 
-  std::string SupervisedRow(std::size_t result, const HtmlTarget& target,
-                            double largestGain) const {
+  std::string TargetRow(std::size_t result, const HtmlTarget& target, double largestGain) const {
     const AttributeBins& bins = fModel.results[result];
     const double gain = bins.informationGain.value_or(0.0);
     const double bar = largestGain > 0.0 ? gain / largestGain : 0.0;
@@ -167,7 +165,7 @@ class HtmlReport {
     return RankingRow(result, cells);
   }
 
-  std::string EqualFrequencyRanking(const std::vector<std::size_t>& order) const {
+  std::string PlainRanking(const std::vector<std::size_t>& order) const {
     std::string rows;
     for (const std::size_t result : order) {
       const AttributeBins& bins = fModel.results[result];

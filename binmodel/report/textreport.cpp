@@ -197,7 +197,7 @@ std::string Title(const BinModel& model, const AttributeBins& bins) {
   return text + "\n";
 }
 
-std::string SupervisedSummary(const BinModel& model, const std::vector<std::size_t>& order) {
+std::string SummaryByTarget(const BinModel& model, const std::vector<std::size_t>& order) {
   const bool severalTargets = model.targets.size() > 1;
   TextTable table;
   table.AddColumn("attribute", Align::kLeft);
@@ -218,7 +218,7 @@ std::string SupervisedSummary(const BinModel& model, const std::vector<std::size
   return table.Render();
 }
 
-std::string EqualFrequencySummary(const BinModel& model) {
+std::string SummaryWithoutTarget(const BinModel& model) {
   TextTable table;
   table.AddColumn("attribute", Align::kLeft);
   table.AddColumn("bins", Align::kRight);
@@ -237,11 +237,13 @@ std::string EqualFrequencySummary(const BinModel& model) {
 
 std::string Heading(const BinModel& model) {
   const std::uint64_t used = model.source.recordCount - model.source.dropped.GetTotal();
-  if (model.settings.algorithm == Algorithm::kEqualFrequency) {
-    return fmt::format(
-        "Equal-frequency bins of {}: {} records, {} bins asked for, ideal share {}\n",
-        PrintableText(model.source.name), used, model.settings.bins,
-        FormatShare(1.0 / model.settings.bins));
+  const bool isSupervised = model.settings.algorithm == Algorithm::kSupervised;
+  std::string heading =
+      fmt::format("{} bins of {}: {} records", isSupervised ? "Supervised" : "Equal-frequency",
+                  PrintableText(model.source.name), used);
+  if (!isSupervised) heading += fmt::format(", {} bins asked for", model.settings.bins);
+  if (model.targets.empty()) {
+    return heading + fmt::format(", ideal share {}\n", FormatShare(1.0 / model.settings.bins));
   }
   std::string targets;
   for (const VariableInfo& target : model.targets) {
@@ -249,8 +251,7 @@ std::string Heading(const BinModel& model) {
     const std::string event = EventFact(model, target);
     if (!event.empty()) targets += " (" + event + ")";
   }
-  return fmt::format("Supervised bins of {}: {} records, target {}; gain in bits\n",
-                     PrintableText(model.source.name), used, targets);
+  return heading + fmt::format(", target {}; gain in bits\n", targets);
 }
 
 }  // namespace
@@ -262,8 +263,7 @@ void WriteTextReport(const BinModel& model, const TextStyle& style, const TextSi
     write("  refined to have " + PrintableText(asked) + "\n");
   }
   write("\n");
-  write(model.settings.algorithm == Algorithm::kSupervised ? SupervisedSummary(model, order)
-                                                           : EqualFrequencySummary(model));
+  write(model.targets.empty() ? SummaryWithoutTarget(model) : SummaryByTarget(model, order));
   for (const std::size_t index : order) {
     const AttributeBins& bins = model.results[index];
     write(Title(model, bins));

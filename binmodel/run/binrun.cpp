@@ -20,6 +20,7 @@
 #include "algorithm/ibinalgorithm.h"
 #include "algorithm/iefbinalgorithm.h"
 #include "binmodel/model/refusal.h"
+#include "binmodel/run/classcount.h"
 #include "binmodel/run/jobs.h"
 #include "binmodel/run/recordblocks.h"
 #include "binmodel/run/resultbins.h"
@@ -38,9 +39,11 @@ namespace {
 // What all shares of a run have in common.
 struct Run {
   const BinSettings& settings;
-  const RunVariables& variables;
+  const RunVariables& variables;  // without targets where the bins do not depend on them
   const ColumnSource& columns;
   const RunControl& control;
+  RunProgress& progress;
+  Jobs& jobs;
 };
 
 std::size_t CountThreads(int jobs, std::size_t attributeCount) {
@@ -56,14 +59,12 @@ void RequireNotCancelled(const Jobs& jobs) {
 // One algorithm object's share of a run: its variables, its records, and what it calls.
 class Share {
  public:
-  Share(const Run& run, const AttributeShare& attributes, RunProgress& progress, Jobs& jobs)
+  Share(const Run& run, const AttributeShare& attributes)
       : fRun(run),
         fAttributes(attributes),
         fVariables(MakeShareVariables(run.variables, attributes)),
         fRecords(run.columns, fVariables.columns),
-        fProgress(progress),
-        fJobs(jobs),
-        fJobProgress(progress, fRecords, jobs) {}
+        fJobProgress(run.progress, fRecords, run.jobs) {}
 
   const AttributeShare& GetAttributes() const { return fAttributes; }
   ShareVariables& GetVariables() { return fVariables; }
@@ -74,8 +75,8 @@ class Share {
   void SetCommon(Settings& settings) {
     settings.SetTempDirName(fRun.control.tempDir);
     settings.SetRightBorderClosed(fRun.settings.rightClosed);
-    settings.SetCancelPointer(&fJobs);
-    if (!fProgress.HasListener()) return;
+    settings.SetCancelPointer(&fRun.jobs);
+    if (!fRun.progress.HasListener()) return;
     settings.SetProgressListener(&fJobProgress);
     settings.SetNSkippedCasesReports(RunProgress::RecordsPerReport(fRecords.GetRecordCount()));
     settings.SetNSkippedAttReports(0);
@@ -84,8 +85,8 @@ class Share {
   // A failure of the whole run. What ended it may lie in the host's own objects.
   void CheckStatus(const MCBinning::MCStatus& status) const {
     fRecords.RethrowFailure();
-    fJobs.QueryCancel();
-    RequireNotCancelled(fJobs);
+    fRun.jobs.QueryCancel();
+    RequireNotCancelled(fRun.jobs);
     if (!status.IsError()) return;
     const bool isMemory = HasCode(status, MCBinning::StatusCode::kOutOfMemory);
     throw FailedRun(status, isMemory ? Extent() : "");
@@ -104,8 +105,6 @@ class Share {
   const AttributeShare& fAttributes;
   ShareVariables fVariables;
   RecordBlocks fRecords;
-  RunProgress& fProgress;
-  Jobs& fJobs;
   JobProgress fJobProgress;
 };
 
@@ -166,23 +165,38 @@ void RunEqualFrequency(const Run& run, Share& share, std::vector<AttributeBins>&
   }
 }
 
-std::vector<AttributeBins> RunShares(const Run& run) {
+std::vector<AttributeBins> RunShares(const Run& run, std::size_t threadCount,
+                                     const std::vector<AttributeShare>& shares,
+                                     std::size_t resultCount) {
   const bool isSupervised = run.settings.algorithm == Algorithm::kSupervised;
-  const std::size_t resultCount =
-      run.variables.attributes.size() * (isSupervised ? run.variables.targets.size() : 1);
-  const std::size_t threadCount = CountThreads(run.control.jobs, run.variables.attributes.size());
-  const std::vector<AttributeShare> shares = ShareOut(run.variables, threadCount);
-  RunProgress progress(run.control.progress,
-                       run.columns.GetRecordCount() * (shares.size() + resultCount));
   std::vector<AttributeBins> results(resultCount);
-  Jobs jobs({run.control.cancel,
-             progress.HasListener() ? std::function<void()>([&] { progress.Tell(); }) : nullptr});
-  jobs.Run(threadCount, shares.size(), [&](std::size_t index) {
-    Share share(run, shares[index], progress, jobs);
+  run.jobs.Run(threadCount, shares.size(), [&](std::size_t index) {
+    Share share(run, shares[index]);
     (isSupervised ? RunSupervised : RunEqualFrequency)(run, share, results);
   });
-  RequireNotCancelled(jobs);
+  RequireNotCancelled(run.jobs);
   return results;
+}
+
+// What equal-frequency bins are made of: they know no target.
+RunVariables WithoutTargets(const RunVariables& variables) {
+  RunVariables others;
+  others.attributes = variables.attributes;
+  others.attributeColumns = variables.attributeColumns;
+  others.weight = variables.weight;
+  return others;
+}
+
+// The results as those of CheckResults, for a model whose bins were counted by target.
+std::vector<std::size_t> ForEachTarget(const std::vector<std::size_t>& results,
+                                       const BinModel& model) {
+  std::vector<std::size_t> all;
+  for (std::size_t target = 0; target < model.targets.size(); ++target) {
+    for (const std::size_t result : results) {
+      all.push_back(target * model.attributes.size() + result);
+    }
+  }
+  return all;
 }
 
 void CheckCategories(const VariableInfo& variable, const char* use) {
@@ -215,9 +229,6 @@ void CheckVariables(const BinSettings& settings, const RunVariables& variables) 
   if (isSupervised && variables.targets.empty()) {
     throw Refusal("supervised binning needs a target");
   }
-  if (!isSupervised && !variables.targets.empty()) {
-    throw Refusal("equal-frequency binning takes no target");
-  }
   CheckNames(variables);
   for (const VariableInfo& target : variables.targets) CheckCategories(target, "the target");
   for (const VariableInfo& attribute : variables.attributes) {
@@ -233,15 +244,36 @@ BinModel MakeBins(const BinSettings& settings, RunVariables variables, const Col
     throw Refusal(fmt::format("a run cannot have {} threads", control.jobs));
   }
   CheckVariables(settings, variables);
+  const DroppedRecords dropped = CheckWeights(variables, columns, control);
+  const bool isSupervised = settings.algorithm == Algorithm::kSupervised;
+  const bool countsClasses = !isSupervised && !variables.targets.empty();
+  const RunVariables withoutTargets = countsClasses ? WithoutTargets(variables) : RunVariables();
+  const std::size_t threadCount = CountThreads(control.jobs, variables.attributes.size());
+  const std::vector<AttributeShare> shares = ShareOut(variables, threadCount);
+  const std::size_t resultCount =
+      variables.attributes.size() * (isSupervised ? variables.targets.size() : 1);
+  RunProgress progress(
+      control.progress,
+      columns.GetRecordCount() * (shares.size() * (countsClasses ? 2 : 1) + resultCount));
+  Jobs jobs({control.cancel,
+             progress.HasListener() ? std::function<void()>([&] { progress.Tell(); }) : nullptr});
+
   BinModel model;
   model.settings = settings;
   model.source.recordCount = columns.GetRecordCount();
-  model.source.dropped = CheckWeights(variables, columns, control);
+  model.source.dropped = dropped;
   if (variables.weight) model.source.weight = variables.weight->info;
-  model.results = RunShares({settings, variables, columns, control});
+  model.results = RunShares(
+      {settings, countsClasses ? withoutTargets : variables, columns, control, progress, jobs},
+      threadCount, shares, resultCount);
   model.attributes = std::move(variables.attributes);
   model.targets = std::move(variables.targets);
   std::vector<std::size_t> anew = CheckResults(model, variables, columns, control);
+  if (countsClasses) {
+    anew = ForEachTarget(anew, model);
+    CountClasses(model, variables, columns, {threadCount, shares, progress, jobs});
+    RequireNotCancelled(jobs);
+  }
   if (countedAnew != nullptr) *countedAnew = std::move(anew);
   return model;
 }

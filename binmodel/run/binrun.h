@@ -28,7 +28,8 @@ struct RunVariables {
   std::vector<VariableInfo> attributes;
   std::vector<std::size_t> attributeColumns;
 
-  // Categorical; of supervised binning only.
+  // Categorical. Supervised binning needs one; with equal-frequency binning, whose cut points know
+  // none, they are counted.
   std::vector<VariableInfo> targets;
   std::vector<std::size_t> targetColumns;
 
@@ -59,6 +60,11 @@ struct RunControl {
 // Bins every attribute against every target, or with equal-frequency binning on its own. The
 // results come target by target, in the order of the attributes; what went wrong with one is in
 // its status. The model's source has the numbers of records, the weight and nothing else.
+//
+// Equal-frequency cut points are those of all cases with a value. When there are targets the cases
+// are then counted in these bins by class, in another pass over the columns: weights are those of
+// the cases that have the target, too, as with supervised bins. Such bins have the same measures
+// and can be refined by event rates.
 //
 // Bins whose weights do not sum up to that of the valid cases are counted anew for the cut points
 // there are (see the guide: cut points between neighbouring doubles); `countedAnew` gets the

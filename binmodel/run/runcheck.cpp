@@ -6,13 +6,12 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
-#include <optional>
 #include <utility>
 
 #include "binmodel/apply/bincounter.h"
-#include "binmodel/apply/valuecoder.h"
 #include "binmodel/apply/weightcoder.h"
 #include "binmodel/run/columnblocks.h"
+#include "binmodel/run/recounting.h"
 #include "binmodel/run/resultbins.h"
 #include "common/statuscodes.h"
 #include "metadata/describe.h"
@@ -23,76 +22,9 @@ using MCBinning::StatusCode;
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
 void CheckCancelled(const RunControl& control) {
   if (control.cancel && control.cancel()) throw CancelledRun();
 }
-
-// The cases of some results, counted anew from the columns.
-class Recounting {
- public:
-  Recounting(const BinModel& model, const std::vector<std::size_t>& results,
-             const RunVariables& variables, const ColumnSource& source)
-      : fModel(model),
-        fCounter(model, results),
-        fBlocks(source, ColumnsOf(variables)),
-        fCodes(fCounter.GetVariables().size() * fBlocks.GetStride()),
-        fWeights(variables.weight ? fBlocks.GetStride() : 0) {
-    if (variables.weight) fWeightCoder.emplace(variables.weight->info);
-    for (const BinCounter::Variable& variable : fCounter.GetVariables()) {
-      fCoders.emplace_back(variable.GetInfo(model));
-    }
-  }
-
-  std::vector<RecountedBins> Count(const RunControl& control) {
-    while (const std::size_t count = fBlocks.ReadNext()) {
-      CheckCancelled(control);
-      AddBlock(count);
-    }
-    return fCounter.Finish();
-  }
-
- private:
-  // Those of the counter's variables, then the weight.
-  std::vector<SourceColumn> ColumnsOf(const RunVariables& variables) const {
-    std::vector<SourceColumn> columns;
-    for (const BinCounter::Variable& variable : fCounter.GetVariables()) {
-      const auto& places = variable.isTarget ? variables.targetColumns : variables.attributeColumns;
-      columns.push_back({places[variable.index], &variable.GetInfo(fModel)});
-    }
-    if (variables.weight) columns.push_back({variables.weight->column, nullptr});
-    return columns;
-  }
-
-  void AddBlock(std::size_t count) {
-    std::vector<const double*> columns;
-    for (std::size_t i = 0; i < fCoders.size(); ++i) {
-      const double* const values = fBlocks.GetValues(i);
-      double* const codes = fCodes.data() + i * fBlocks.GetStride();
-      if (fCounter.GetVariables()[i].GetInfo(fModel).IsCategorical()) {
-        std::copy_n(values, count, codes);
-        std::replace_if(
-            codes, codes + count, [](double code) { return !(code >= 0.0); }, kNaN);
-      } else {
-        fCoders[i].Code(ColumnView<double>{values}, count, codes);
-      }
-      columns.push_back(codes);
-    }
-    for (std::size_t i = 0; fWeightCoder && i < count; ++i) {
-      fWeights[i] = fWeightCoder->Code(fBlocks.GetValues(fCoders.size())[i]).value_or(kNaN);
-    }
-    fCounter.Add(columns.data(), fWeightCoder ? fWeights.data() : nullptr, count);
-  }
-
-  const BinModel& fModel;
-  BinCounter fCounter;
-  ColumnBlocks fBlocks;
-  std::vector<ValueCoder> fCoders;
-  std::optional<WeightCoder> fWeightCoder;
-  std::vector<double> fCodes;  // variable by variable
-  std::vector<double> fWeights;
-};
 
 // Weights are whole numbers: their sums are exact up to 2^53, and rounded beyond.
 bool IsSameWeight(double weight, double other, std::uint64_t recordCount) {
@@ -163,7 +95,12 @@ std::vector<std::size_t> CheckResults(BinModel& model, const RunVariables& varia
   if (doubtful.empty()) return {};
 
   std::vector<std::size_t> countedAnew;
-  for (RecountedBins& recounted : Recounting(model, doubtful, variables, columns).Count(control)) {
+  Recounting recounting(model, doubtful, variables, columns);
+  const auto goOn = [&](std::size_t /*recordCount*/) {
+    CheckCancelled(control);
+    return true;
+  };
+  for (RecountedBins& recounted : recounting.Count(goOn)) {
     AttributeBins& bins = model.results[recounted.result];
     AttributeBins& counts = recounted.counts;
     if (!IsSameWeight(counts.validWeight, bins.validWeight, recordCount)) {

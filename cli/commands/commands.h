@@ -32,6 +32,8 @@ struct ModelOutputOptions {
   std::optional<std::string> jsonFile;
   std::optional<std::string> reportFile;
   ColorChoice color = ColorChoice::kAuto;
+  bool quiet = false;
+  bool strict = false;
 };
 
 struct RunOptions : ModelOutputOptions {
@@ -49,8 +51,6 @@ struct RunOptions : ModelOutputOptions {
   // The run.
   std::optional<std::string> tempDir;  // unset: TMPDIR, or /tmp
   int jobs = 1;                        // 0: one for every core
-  bool quiet = false;
-  bool strict = false;
 };
 
 struct RefineOptions : ModelOutputOptions {

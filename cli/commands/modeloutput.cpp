@@ -1,8 +1,11 @@
 #include "cli/commands/modeloutput.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "binmodel/file/binfile.h"
+#include "binmodel/model/severity.h"
+#include "cli/terminal/exitguard.h"
 #include "cli/terminal/terminalstyle.h"
 #include "cli/terminal/usageerror.h"
 
@@ -25,6 +28,14 @@ void ModelOutput::Write(const MCBinModel::BinModel& model) {
     MCBinModel::WriteTextReport(model, fStyle, [&](std::string_view text) { fOut.Write(text); });
   }
   fOut.Close();
+}
+
+int ExitCodeOf(const MCBinModel::BinModel& model, bool strict) {
+  const bool allOk = std::all_of(
+      model.results.begin(), model.results.end(), [](const MCBinModel::AttributeBins& bins) {
+        return bins.status.IsOK() || MCBinModel::IsPlainNoCut(bins.status);
+      });
+  return strict && !allOk ? kExitWarnings : kExitDone;
 }
 
 void CheckModelOutput(const CommandInput& input, const ModelOutputOptions& options) {

@@ -29,6 +29,10 @@ class ModelOutput {
   std::optional<OutputFile> fReportFile;
 };
 
+// That of a command that made these bins: what `strict` asks for, or kExitDone. That nothing is
+// worth a cut is a result and no warning.
+int ExitCodeOf(const MCBinModel::BinModel& model, bool strict);
+
 // Refuses outputs of these options that cannot be what is meant, and what CheckFiles does. Throws
 // UsageError.
 void CheckModelOutput(const CommandInput& input, const ModelOutputOptions& options);

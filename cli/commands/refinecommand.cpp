@@ -1,16 +1,17 @@
-#include "binmodel/refine/binrefine.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/modeloutput.h"
-#include "cli/terminal/exitguard.h"
+#include "cli/commands/refinement.h"
 
 namespace MCBin {
 
 int RefineCommand(const RefineOptions& options) {
   CheckModelOutput({"the bin file", options.binFile}, options);
   ModelOutput output(options);
-  output.Write(MCBinModel::RefineModel(LoadBinFile(options.binFile), options.settings));
-  return kExitDone;
+  const MCBinModel::BinModel refined =
+      Refine(LoadBinFile(options.binFile), options.settings, options.quiet);
+  output.Write(refined);
+  return ExitCodeOf(refined, options.strict);
 }
 
 }  // namespace MCBin

@@ -2,21 +2,18 @@
 #include <fmt/ranges.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "binmodel/model/binmodel.h"
-#include "binmodel/model/severity.h"
 #include "binmodel/model/targetclasses.h"
-#include "binmodel/refine/binrefine.h"
 #include "binmodel/run/binrun.h"
 #include "binmodel/text/displaytext.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/modeloutput.h"
-#include "cli/terminal/exitguard.h"
+#include "cli/commands/refinement.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/progressbar.h"
 #include "cli/terminal/refusaltext.h"
@@ -118,13 +115,9 @@ int RunCommand(const RunOptions& options) {
   ModelOutput output(options);
   MCBinModel::BinModel model = MakeBins(options);
   if (!options.quiet) PrintCounts(model);
-  if (options.refinement) model = MCBinModel::RefineModel(model, *options.refinement);
+  if (options.refinement) model = Refine(model, *options.refinement, options.quiet);
   output.Write(model);
-  const bool allOk = std::all_of(
-      model.results.begin(), model.results.end(), [](const MCBinModel::AttributeBins& bins) {
-        return bins.status.IsOK() || MCBinModel::IsPlainNoCut(bins.status);
-      });
-  return options.strict && !allOk ? kExitWarnings : kExitDone;
+  return ExitCodeOf(model, options.strict);
 }
 
 }  // namespace MCBin

@@ -47,7 +47,7 @@ void AddApplyCommand(CLI::App& app, CommandAction& action) {
       ->excludes(suffix);
   AddMissingAs(command, apply.columns.missingText, "TEXT",
                "text for a missing value (as in the bin file, or an empty field)");
-  AddEvidence(command, apply.evidence);
+  AddEvidenceOfBins(command, apply.evidence);
   AddReading(command, raw->reading, apply);
   command.footer(kFooter);
   command.callback(

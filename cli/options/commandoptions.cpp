@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "binmodel/model/binsettings.h"
 #include "cli/options/optionlist.h"
 #include "cli/terminal/usageerror.h"
 
@@ -24,6 +25,18 @@ CLI::Validator NumberBetween(double least, double most) {
                     : fmt::format("{} is no number from {} to {}", text, least, most);
       },
       "");
+}
+
+void AddEvidenceOptions(CLI::App& command, EvidenceOptions& options, const char* defaultEvent,
+                        const char* defaultAdjustment) {
+  AddList(command, "--event", options.events, "CLASS",
+          fmt::format("class that weight of evidence is about ({})", defaultEvent));
+  command
+      .add_option("--woe-adjust", options.adjustment,
+                  fmt::format("add to both class weights in every bin for weight of evidence ({})",
+                              defaultAdjustment))
+      ->check(NumberBetween(0.0, MCBinModel::kLargestEvidenceAdjustment))
+      ->type_name("WEIGHT");
 }
 
 }  // namespace
@@ -46,14 +59,11 @@ void AddNumber(CLI::App& command, const std::string& flag, double& value, double
 }
 
 void AddEvidence(CLI::App& command, EvidenceOptions& options) {
-  constexpr double kLargestAdjustment = 1e6;
-  AddList(command, "--event", options.events, "CLASS",
-          "class that weight of evidence is about (larger number, later text)");
-  command
-      .add_option("--woe-adjust", options.adjustment,
-                  "add to both class weights in every bin for weight of evidence (0)")
-      ->check(NumberBetween(0.0, kLargestAdjustment))
-      ->type_name("WEIGHT");
+  AddEvidenceOptions(command, options, "larger number, later text", "0");
+}
+
+void AddEvidenceOfBins(CLI::App& command, EvidenceOptions& options) {
+  AddEvidenceOptions(command, options, "as in the bin file", "as in the bin file");
 }
 
 void AddClasses(CLI::App& command, EvidenceOptions& options) {
@@ -81,6 +91,8 @@ void AddModelOutput(CLI::App& command, const char* jsonFlags, RawModelOutput& ra
       ->type_name("FILE");
   AddChoice(command, "--color", raw.color, {"auto", "always", "never"},
             "colours on standard output (auto)");
+  command.add_flag("--quiet", options.quiet, "no progress and no notes on standard error");
+  command.add_flag("--strict", options.strict, "exit code 3 when a result has a warning or error");
 }
 
 void ParseModelOutput(const RawModelOutput& raw, ModelOutputOptions& options) {

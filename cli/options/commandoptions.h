@@ -23,14 +23,16 @@ void AddChoice(CLI::App& command, const std::string& flag, std::string& value,
 void AddNumber(CLI::App& command, const std::string& flag, double& value, double least, double most,
                const std::string& typeName, const std::string& help);
 
-// --event and --woe-adjust, and --classes of a command that lists classes.
+// --event and --woe-adjust, which a command that reads bins takes from the bin file unless they are
+// given, and --classes of a command that lists classes.
 void AddEvidence(CLI::App& command, EvidenceOptions& options);
+void AddEvidenceOfBins(CLI::App& command, EvidenceOptions& options);
 void AddClasses(CLI::App& command, EvidenceOptions& options);
 // A whole number from `least` up.
 void AddCount(CLI::App& command, const char* flag, int& count, int least, const char* help);
 
-// Of a command that makes bins: the bin file, by these flags, the page and colours, whose value
-// ParseModelOutput takes over.
+// Of a command that makes bins: the bin file, by these flags, the page, colours, whose value
+// ParseModelOutput takes over, --quiet and --strict.
 struct RawModelOutput {
   std::string color = "auto";
 };

@@ -41,7 +41,7 @@ void AddEvaluateCommand(CLI::App& app, CommandAction& action) {
           ->type_name("NAME");
   command.add_flag("--unweighted", evaluate.unweighted, "count every record once")
       ->excludes(weight);
-  AddEvidence(command, evaluate.evidence);
+  AddEvidenceOfBins(command, evaluate.evidence);
   AddClasses(command, evaluate.evidence);
   AddReading(command, raw->reading, evaluate);
   command.footer(kFooter);

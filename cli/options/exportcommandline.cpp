@@ -61,7 +61,7 @@ void AddExportCommand(CLI::App& app, CommandAction& action) {
       ->type_name("TEXT");
   AddMissingAs(command, exported.columns.missingText, "VALUE",
                "for a missing value (as in the bin file, or none)");
-  AddEvidence(command, exported.evidence);
+  AddEvidenceOfBins(command, exported.evidence);
   command.add_option("-o,--output", exported.output, "write to FILE (standard output)")
       ->type_name("FILE");
   command.add_flag("--quiet", exported.quiet, "no notes on standard error");

@@ -20,7 +20,8 @@ constexpr const char* kHelp =
 constexpr const char* kFooter =
     "Of all ways to join bins, the one that keeps the most information. The data are not needed.\n"
     "When one attribute cannot have such bins nothing is written; see --attributes.\n"
-    "Exit codes: 0 done, 1 input refused or no such bins, 2 wrong usage, 130 cancelled.";
+    "Exit codes: 0 done, 1 input refused or no such bins, 2 wrong usage,\n"
+    "3 with --strict when a result has a warning or an error, 130 cancelled.";
 
 struct RawOptions {
   RefineOptions refine;

@@ -60,7 +60,7 @@ void AddRefinement(CLI::App& command, RawRefinement& raw) {
   AddCount(command, "--max-bins", settings.maxBins, 1, "join bins until there are no more");
   AddCount(command, "--min-bins", settings.minBins, 1, "but no fewer than these");
   AddNumber(command, "--min-share", settings.minShare, 0.0, 1.0, "SHARE",
-            "of the weight, in every bin");
+            "of the weight that is not missing, in every bin");
   AddNumber(command, "--min-weight", settings.minWeight, 0.0, kMostWeight, "WEIGHT",
             "of every bin");
   AddNumber(command, "--min-event-weight", settings.minEventWeight, 0.0, kMostWeight, "WEIGHT",

@@ -28,7 +28,7 @@ void AddReportCommand(CLI::App& app, CommandAction& action) {
   AddBinFile(command, report->binFile);
   command.add_option("-o,--output", report->output, "the page; '-' or none: stdout")
       ->type_name("FILE");
-  AddEvidence(command, report->evidence);
+  AddEvidenceOfBins(command, report->evidence);
   AddClasses(command, report->evidence);
   command.footer(kFooter);
   command.callback(

@@ -23,7 +23,8 @@ constexpr const char* kSupervisedHelp =
 constexpr const char* kEqualFrequencyHelp =
     "Divides attributes into bins of about equal weight.\n"
     "  mcbin equal-frequency --bins 10 sales.csv\n"
-    "  mcbin equal-frequency --bins 4 --attributes price,area --json bins.json homes.csv\n";
+    "  mcbin equal-frequency --bins 4 --attributes price,area --json bins.json homes.csv\n"
+    "  mcbin equal-frequency --bins 100 --target y --max-bins 5 --monotonic either data.csv\n";
 
 constexpr const char* kFooter =
     "Lists are separated by commas; an option with a list may be repeated.\n"
@@ -74,16 +75,24 @@ void AddRunOptions(CLI::App& command, RawOptions& raw) {
            "attributes binned at the same time; 0: one on every core (1)");
   command.add_option("--temp-dir", raw.run.tempDir, "where temporary files go ($TMPDIR or /tmp)")
       ->type_name("DIR");
-  command.add_flag("--quiet", raw.run.quiet, "no progress and no notes on standard error");
-  command.add_flag("--strict", raw.run.strict, "exit code 3 when a result has a warning or error");
   AddRefinement(command, raw.refinement);
   command.footer(kFooter);
 }
 
+CLI::Option* AddTargets(CLI::App& command, RawOptions& raw, const std::string& help) {
+  AddList(command, "--target", raw.targets, "NAME", help);
+  return command.get_option("--target");
+}
+
+// What is measured against targets.
+void AddTargetMeasures(CLI::App& command, RawOptions& raw) {
+  AddEvidence(command, raw.run.evidence);
+  AddClasses(command, raw.run.evidence);
+}
+
 CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
   CLI::App& command = *app.add_subcommand("supervised", kSupervisedHelp);
-  AddList(command, "--target", raw.targets, "NAME", "column with the classes; may be repeated");
-  command.get_option("--target")->required();
+  AddTargets(command, raw, "column with the classes; may be repeated")->required();
   AddInputOptions(command, raw);
   AddCount(command, "--prebin-above", raw.run.settings.prebinAbove, 0,
            "pre-bin above this many distinct values; 0: never (1000)");
@@ -91,8 +100,7 @@ CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
            "number of equal-frequency pre-bins (1000)");
   AddNumber(command, "--small-bins", raw.run.settings.smallBins, 0.0, 1.0, "SHARE",
             "merge inner bins below this share of a neighbour (0)");
-  AddEvidence(command, raw.run.evidence);
-  AddClasses(command, raw.run.evidence);
+  AddTargetMeasures(command, raw);
   AddRunOptions(command, raw);
   return command;
 }
@@ -100,7 +108,13 @@ CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
 CLI::App& AddEqualFrequency(CLI::App& app, RawOptions& raw) {
   CLI::App& command = *app.add_subcommand("equal-frequency", kEqualFrequencyHelp);
   AddCount(command, "--bins", raw.run.settings.bins, 2, "number of bins (10)");
+  CLI::Option* const target =
+      AddTargets(command, raw, "column whose classes are counted in the bins; may be repeated");
   AddInputOptions(command, raw);
+  AddTargetMeasures(command, raw);
+  for (const char* const flag : {"--event", "--woe-adjust", "--classes"}) {
+    command.get_option(flag)->needs(target);
+  }
   AddRunOptions(command, raw);
   return command;
 }
@@ -113,11 +127,9 @@ RunOptions Finish(RawOptions raw) {
   run.settings.evidenceAdjustment = run.evidence.adjustment.value_or(0.0);
   ParseModelOutput(raw.output, run);
   run.refinement = ParseRefinement(raw.refinement);
-  if (run.settings.algorithm == MCBinModel::Algorithm::kEqualFrequency && run.refinement &&
-      run.refinement->NeedTwoClasses()) {
+  if (raw.targets.empty() && run.refinement && run.refinement->NeedTwoClasses()) {
     throw UsageError(
-        "equal-frequency: event rates, event weights and information value need a target, and so "
-        "mcbin supervised");
+        "equal-frequency: event rates, event weights and information value need a --target");
   }
   run.delimiter = ParseDelimiter(raw.delimiter);
   run.columns.targets = JoinLists(raw.targets);

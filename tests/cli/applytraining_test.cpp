@@ -51,6 +51,9 @@ TEST_P(ApplyTrainingTest, ReproducesEveryWeight) {
     for (const char* bins : {" --bins 2", " --bins 7", " --bins 40"}) {
       ExpectSameCounts(equalFrequency + closed + bins, data.path, program);
     }
+    const std::string byClass = equalFrequency + closed + " --bins 50 --target " + data.target;
+    ExpectSameCounts(byClass, data.path, program);
+    ExpectSameCounts(byClass + " --max-bins 5", data.path, program);
   }
 }
 

@@ -28,6 +28,8 @@ RUNS = [
      "--missing", "freq=-1,9000:", f"{data}/titanic_freq.csv"],
     ["supervised", "--target", "sex", "--attributes", "age", "--max-bins", "3", f"{data}/flchain.csv"],
     ["equal-frequency", "--bins", "5", "--closed", "left", f"{examples}/wdbc.csv"],
+    ["equal-frequency", "--target", "death", "--target", "sex", "--attributes", "age,creatinine",
+     f"{data}/flchain.csv"],
     ["equal-frequency", "--rounding", "truncate", "--weight", "weight",
      f"{data}/flchain_weighted.csv"],
 ]
@@ -49,7 +51,7 @@ for run in RUNS:
         return copied
 
     changes = [
-        lambda b: b.update(version=3),
+        lambda b: b.update(version=4),
         lambda b: b["results"][0]["missing"].pop("weight"),
         lambda b: b.pop("source"),
         lambda b: b["results"][0].pop("bin_weights"),
@@ -57,7 +59,7 @@ for run in RUNS:
         lambda b: b["results"][0]["status"].update(code=7),
         lambda b: b["attributes"][0].update(kind="ordinal"),
         lambda b: b["settings"].update(weight="w", rounding="up"),
-        lambda b: b.update(algorithm="equal-frequency" if "targets" in b else "supervised"),
+        lambda b: b.update(algorithm="supervised" if "bins" in b["settings"] else "equal-frequency"),
     ]
     for index, change in enumerate(changes):
         if validator.is_valid(damaged(change)):

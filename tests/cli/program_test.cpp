@@ -90,7 +90,8 @@ TEST(Refine, GivesTheSameFromABinFileAndAfterARun) {
   const auto refined = program.Run("refine bins.json -o refined.json" + demands);
   ASSERT_EQ(refined.exitCode, 0) << refined.err;
   EXPECT_NE(
-      refined.out.find("\n  refined to have at most 2 bins, a share of at least 0.2 in every "
+      refined.out.find("\n  refined to have at most 2 bins, at least 0.2 of the weight that is not "
+                       "missing in every "
                        "bin, an increasing or decreasing event rate; most information gain\n"),
       std::string::npos)
       << refined.out;
@@ -156,7 +157,7 @@ TEST(Guide, ShowsTheRealOutput) {
     EXPECT_EQ(line == "..." ? printed.substr(0, shown.size()) : printed, shown);
     ++commandsRun;
   }
-  EXPECT_EQ(commandsRun, 10);
+  EXPECT_EQ(commandsRun, 12);
 }
 
 }  // namespace

@@ -24,6 +24,7 @@
 
 namespace {
 
+using MCBinModel::Algorithm;
 using MCBinModel::BinModel;
 using MCBinModel::BinSettings;
 using MCBinModel::MemoryColumns;
@@ -58,11 +59,10 @@ class Data {
     fRun.weight = {{"w", IBINVariable::RoundClosest, {}}, Add(std::move(values))};
   }
 
-  // Supervised with a target.
+  // Without a target always equal-frequency bins.
   BinModel MakeBins(BinSettings settings = {}, const RunControl& control = {},
                     std::vector<std::size_t>* countedAnew = nullptr) const {
-    using MCBinModel::Algorithm;
-    settings.algorithm = fRun.targets.empty() ? Algorithm::kEqualFrequency : Algorithm::kSupervised;
+    if (fRun.targets.empty()) settings.algorithm = Algorithm::kEqualFrequency;
     return MCBinModel::MakeBins(settings, fRun, fColumns, control, countedAnew);
   }
 
@@ -96,8 +96,10 @@ class Data {
   RunVariables fRun;
 };
 
+constexpr Algorithm kBoth[] = {Algorithm::kSupervised, Algorithm::kEqualFrequency};
+
 // Two targets, weights that drop records, missing values; over several blocks.
-Data MakeManyRecords() {
+Data MakeManyRecords(bool withTargets = true) {
   constexpr std::size_t kCount = 10000;
   Data data(kCount);
   const auto column = [&](auto valueOf) {
@@ -111,52 +113,90 @@ Data MakeManyRecords() {
                         return i % 11 == 0 ? kNaN : number(i * 7919 * step % 1013) / 8.0;
                       }));
   }
+  data.SetWeight(column([=](std::size_t i) { return i % 13 == 0 ? kNaN : number(i % 5) / 2.0; }));
+  if (!withTargets) return data;
   data.AddTarget("t", 2, column([=](std::size_t i) { return number(i * 7919 % 1013 / 600); }));
   data.AddTarget("u", 3, column([=](std::size_t i) { return number(i % 4) - 1.0; }));
-  data.SetWeight(column([=](std::size_t i) { return i % 13 == 0 ? kNaN : number(i % 5) / 2.0; }));
   return data;
 }
 
 TEST(BinRun, TheNumberOfJobsMakesNoDifference) {
   const Data data = MakeManyRecords();
-  const auto run = [&](int jobs) {
-    RunControl control;
-    control.jobs = jobs;
-    return data.MakeBins({.prebinAbove = 50, .prebins = 20, .smallBins = 0.2}, control);
-  };
-  const std::string one = MCBinModel::WriteBinFile(run(1));
-  for (const int jobs : {2, 3, 7, 0}) EXPECT_EQ(MCBinModel::WriteBinFile(run(jobs)), one) << jobs;
+  for (const Algorithm algorithm : kBoth) {
+    const auto run = [&](int jobs) {
+      const BinSettings settings{
+          .algorithm = algorithm, .prebinAbove = 50, .prebins = 20, .smallBins = 0.2};
+      return MCBinModel::WriteBinFile(data.MakeBins(settings, {.jobs = jobs}));
+    };
+    const std::string one = run(1);
+    for (const int jobs : {2, 3, 7, 0}) EXPECT_EQ(run(jobs), one) << jobs;
+  }
 }
 
 TEST(BinRun, CountsWhatItReadsAndDrops) {
   const Data data = MakeManyRecords();
-  const BinModel model = data.MakeBins();
-  EXPECT_EQ(model.source.recordCount, 10000u);
-  EXPECT_EQ(model.source.dropped.missing, 770u);
-  EXPECT_EQ(model.source.dropped.zero, 1846u);
-  ASSERT_EQ(model.results.size(), 10u);
-  EXPECT_EQ(model.results[7].attribute, 2u);
-  EXPECT_EQ(model.results[7].target, 1u);
-  const auto again = data.CountAgain(model);
-  for (std::size_t i = 0; i < again.size(); ++i) {
-    EXPECT_TRUE(MCBinModel::HasSameCounts(model.results[i], again[i].counts)) << i;
+  for (const Algorithm algorithm : kBoth) {
+    const BinModel model = data.MakeBins({.algorithm = algorithm});
+    EXPECT_EQ(model.source.recordCount, 10000u);
+    EXPECT_EQ(model.source.dropped.missing, 770u);
+    EXPECT_EQ(model.source.dropped.zero, 1846u);
+    ASSERT_EQ(model.results.size(), 10u);
+    EXPECT_EQ(model.results[7].attribute, 2u);
+    EXPECT_EQ(model.results[7].target, 1u);
+    const auto again = data.CountAgain(model);
+    for (std::size_t i = 0; i < again.size(); ++i) {
+      EXPECT_TRUE(MCBinModel::HasSameCounts(model.results[i], again[i].counts)) << i;
+    }
   }
+}
+
+TEST(BinRun, EqualFrequencyCutPointsLookAtNoTarget) {
+  const BinModel plain = MakeManyRecords(false).MakeBins({.bins = 40});
+  const BinModel counted =
+      MakeManyRecords().MakeBins({.algorithm = Algorithm::kEqualFrequency, .bins = 40});
+  for (std::size_t i = 0; i < counted.results.size(); ++i) {
+    const MCBinModel::AttributeBins& bins = counted.results[i];
+    const MCBinModel::AttributeBins& all = plain.results[i % plain.results.size()];
+    EXPECT_EQ(bins.cutPoints, all.cutPoints);
+    EXPECT_EQ(bins.distinctValues, all.distinctValues);
+    EXPECT_EQ(bins.weightWithMissing, all.weightWithMissing);
+    const bool allHaveTarget = bins.target == 0u;
+    EXPECT_EQ(bins.binWeights == all.binWeights, allHaveTarget);
+    EXPECT_EQ(bins.validWeight < all.validWeight, !allHaveTarget);
+  }
+}
+
+TEST(BinRun, EqualFrequencyBinsWithoutACaseThatHasTheTargetAreNone) {
+  Data data(4);
+  data.AddAttribute("a", {1, 2, kNaN, kNaN});
+  data.AddAttribute("b", {1, 2, 3, 4});
+  data.AddTarget("t", 2, {-1, -1, 0, 1});
+  const BinModel model = data.MakeBins({.algorithm = Algorithm::kEqualFrequency, .bins = 2});
+  const MCBinModel::AttributeBins& none = model.results[0];
+  EXPECT_EQ(none.status.GetErrorCode(), 120015);
+  EXPECT_TRUE(none.cutPoints.empty() && none.binWeights.empty());
+  EXPECT_EQ(none.missing->classWeights, (std::vector<double>{1, 1}));
+  EXPECT_EQ(model.results[1].classWeights, (std::vector<std::vector<double>>{{0, 0}, {1, 1}}));
+  MCBinModel::ParseBinFile(MCBinModel::WriteBinFile(model), "");
 }
 
 // In passes over a record: one for every share of the attributes, one for every result.
 TEST(BinRun, TellsItsProgressInRecords) {
-  for (const int jobs : {1, 3}) {
+  for (const auto& [jobs, algorithm] : {std::pair{1, kBoth[0]}, {3, kBoth[0]}, {3, kBoth[1]}}) {
     std::vector<std::uint64_t> steps;
     RunControl control;
     control.jobs = jobs;
-    const std::uint64_t whole = 10000u * (static_cast<std::uint64_t>(jobs) + 10);
+    const auto shares = static_cast<std::uint64_t>(jobs);
+    // Equal-frequency bins are five, and then counted by share.
+    const std::uint64_t whole =
+        10000u * (algorithm == Algorithm::kSupervised ? shares + 10 : 2 * shares + 5);
     const auto caller = std::this_thread::get_id();
     control.progress = [&](std::uint64_t done, std::uint64_t total) {
       EXPECT_EQ(std::this_thread::get_id(), caller);
       EXPECT_EQ(total, whole);
       steps.push_back(done);
     };
-    MakeManyRecords().MakeBins({}, control);
+    MakeManyRecords().MakeBins({.algorithm = algorithm}, control);
     EXPECT_TRUE(std::is_sorted(steps.begin(), steps.end()));
     EXPECT_EQ(steps.front(), 0u);
     EXPECT_EQ(steps.back(), whole);
@@ -169,7 +209,7 @@ TEST(BinRun, TellsItsProgressInRecords) {
 TEST(BinRun, StopsWhenTheHostSaysSo) {
   const Data data = MakeManyRecords();
   const TempDir directory;
-  for (const int jobs : {1, 3}) {
+  for (const auto& [jobs, algorithm] : {std::pair{1, kBoth[0]}, {3, kBoth[0]}, {1, kBoth[1]}}) {
     bool hasStopped = true;
     int last = 0;
     for (; hasStopped; ++last) {
@@ -178,7 +218,7 @@ TEST(BinRun, StopsWhenTheHostSaysSo) {
       RunControl control{.tempDir = directory.Path(), .jobs = jobs};
       control.cancel = [&] { return hasStopped = ++asked > last; };
       try {
-        data.MakeBins({}, control);
+        data.MakeBins({.algorithm = algorithm}, control);
         EXPECT_FALSE(hasStopped) << last;
       } catch (const Refusal& refusal) {
         EXPECT_EQ(refusal.GetCode(), RefusalCode::kCancelled) << refusal.what();
@@ -247,9 +287,12 @@ TEST(BinRun, PutsEveryCaseIntoOneBin) {
     if (below(2) == 0) data.SetWeight(weights);
     const int bins = 2 + static_cast<int>(below(3));
     std::vector<std::size_t> countedAnew;
-    const BinModel model = data.MakeBins(
-        {.rightClosed = below(2) == 0, .prebinAbove = 1, .prebins = bins, .bins = bins}, {},
-        &countedAnew);
+    const BinModel model = data.MakeBins({.algorithm = kBoth[below(2)],
+                                          .rightClosed = below(2) == 0,
+                                          .prebinAbove = 1,
+                                          .prebins = bins,
+                                          .bins = bins},
+                                         {}, &countedAnew);
     countedAnewRuns += countedAnew.empty() ? 0 : 1;
     const MCBinModel::RecountedBins again = data.CountAgain(model)[0];
     const MCBinModel::AttributeBins& found = model.results[0];
