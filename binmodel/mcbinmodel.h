@@ -11,6 +11,7 @@
 #include "export/binexport.h"
 #include "file/binfile.h"
 #include "measure/binstatistics.h"
+#include "measure/discrimination.h"
 #include "measure/evidence.h"
 #include "model/binlookup.h"
 #include "model/binmodel.h"

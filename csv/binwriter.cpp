@@ -10,6 +10,7 @@
 #include "binmodel/model/binlookup.h"
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
+#include "binmodel/text/escape.h"
 #include "binmodel/text/number.h"
 
 namespace MCBin {
@@ -88,7 +89,7 @@ std::vector<std::string> BinWriter::MakeCells(
 
 std::string BinWriter::Ready(const std::string& text) const {
   std::string field;
-  AppendCsvField(field, text, false, fDelimiter);
+  MCBinModel::AppendField(field, text, false, fDelimiter);
   return field;
 }
 

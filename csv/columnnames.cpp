@@ -1,14 +1,14 @@
 #include "csv/columnnames.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
-#include <cctype>
 #include <numeric>
-#include <utility>
 
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
+#include "binmodel/text/similartexts.h"
 #include "binmodel/text/utf8.h"
 
 namespace MCBin {
@@ -17,29 +17,9 @@ using MCBinModel::RefusalCode;
 
 namespace {
 
-std::string LowerCase(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return text;
-}
-
 bool IsBinary(char c) {
   const bool ordinary = static_cast<unsigned char>(c) >= 0x20;
   return !ordinary && c != '\t' && c != '\n' && c != '\r';
-}
-
-// Single-character changes that turn one text into the other (Levenshtein).
-std::size_t EditDistance(const std::string& a, const std::string& b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
-    }
-  }
-  return row.back();
 }
 
 [[noreturn]] void Refuse(const std::string& place, const std::string& subject,
@@ -114,21 +94,13 @@ void ColumnNames::RefuseUnknown(const std::string& name) const {
 }
 
 std::string ColumnNames::Suggest(const std::string& name) const {
-  constexpr std::size_t kLongestCompared = 100;
   constexpr std::size_t kMostNames = 12;
-  std::string near;
-  std::string all;
-  for (const std::string& candidate : fNames) {
-    const std::size_t largestDistance = 1 + name.size() / 4;
-    const bool comparable = std::max(candidate.size(), name.size()) <= kLongestCompared;
-    if (comparable && EditDistance(LowerCase(candidate), LowerCase(name)) <= largestDistance) {
-      near += (near.empty() ? "" : ", ") + MCBinModel::QuotedText(candidate);
-    }
-    if (fNames.size() <= kMostNames)
-      all += (all.empty() ? "" : ", ") + MCBinModel::QuotedText(candidate);
-  }
-  if (!near.empty()) return "did you mean " + near + "?";
-  if (!all.empty()) return "the columns are " + all;
+  std::vector<std::string> listed = MCBinModel::FindSimilar(fNames, name);
+  const bool areSimilar = !listed.empty();
+  if (!areSimilar && fNames.size() <= kMostNames) listed = fNames;
+  for (std::string& column : listed) column = MCBinModel::QuotedText(column);
+  if (areSimilar) return fmt::format("did you mean {}?", fmt::join(listed, ", "));
+  if (!listed.empty()) return fmt::format("the columns are {}", fmt::join(listed, ", "));
   return fmt::format("the file has {} columns, the first is {}", fNames.size(),
                      MCBinModel::QuotedText(fNames[0]));
 }

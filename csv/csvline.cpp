@@ -1,21 +1,8 @@
 #include "csv/csvline.h"
 
-#include <algorithm>
-
 #include "binmodel/text/escape.h"
 
 namespace MCBin {
-
-void AppendCsvField(std::string& line, std::string_view text, bool quoted, char delimiter) {
-  const auto isSpecial = [delimiter](char c) {
-    return c == delimiter || c == '"' || c == '\n' || c == '\r';
-  };
-  if (!quoted && std::none_of(text.begin(), text.end(), isSpecial)) {
-    line += text;
-    return;
-  }
-  line += MCBinModel::QuoteDoubled(text, '"');
-}
 
 void CsvLine::Clear() {
   fText.clear();
@@ -29,7 +16,7 @@ void CsvLine::Separate() {
 
 void CsvLine::AddField(const CsvField& field) {
   Separate();
-  AppendCsvField(fText, field.text, field.quoted, fDelimiter);
+  MCBinModel::AppendField(fText, field.text, field.quoted, fDelimiter);
 }
 
 void CsvLine::AddReadyField(std::string_view field) {

@@ -7,10 +7,6 @@
 
 namespace MCBin {
 
-// A text as a field of a CSV file (RFC 4180): in double quotes, with its own quotes doubled,
-// when `quoted` says so or when it holds a quote, the delimiter or a line end.
-void AppendCsvField(std::string& line, std::string_view text, bool quoted, char delimiter);
-
 // Adds the fields of one record, each as it was quoted in its file.
 class CsvLine {
  public:
@@ -20,7 +16,7 @@ class CsvLine {
   void Clear();
   void AddField(const CsvField& field);
 
-  // A field as AppendCsvField made it.
+  // A field as MCBinModel::AppendField made it.
   void AddReadyField(std::string_view field);
 
   // The record so far, with its line end.

@@ -83,4 +83,17 @@ std::vector<std::size_t> LeaveOutFailedResults(const BinModel& model,
   return usable;
 }
 
+void DropTarget(AttributeBins& bins) {
+  bins.target.reset();
+  bins.classWeights.clear();
+  bins.modelEntropy.reset();
+  bins.informationGain.reset();
+  if (bins.missing) bins.missing->classWeights.clear();
+}
+
+BinModel WithoutTargets(BinModel model) {
+  for (AttributeBins& bins : model.results) DropTarget(bins);
+  return model;
+}
+
 }  // namespace MCBinModel

@@ -27,4 +27,11 @@ MCBINMODEL_API std::vector<std::size_t> LeaveOutFailedResults(
     const BinModel& model, const std::vector<std::size_t>& results, std::vector<std::string>& notes,
     const std::string& place = {});
 
+// What the result is without its target: weights of bins alone.
+MCBINMODEL_API void DropTarget(AttributeBins& bins);
+
+// The model as if nothing were known about its targets: what data without a target column can be
+// counted for. Results keep their places.
+MCBINMODEL_API BinModel WithoutTargets(BinModel model);
+
 }  // namespace MCBinModel

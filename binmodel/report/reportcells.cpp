@@ -9,6 +9,7 @@
 #include "binmodel/measure/binstatistics.h"
 #include "binmodel/model/bestsplit.h"
 #include "binmodel/model/severity.h"
+#include "binmodel/report/numbertext.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
 #include "metadata/describe.h"
@@ -43,6 +44,11 @@ std::vector<std::size_t> OrderByGain(const std::vector<AttributeBins>& results) 
 
 double CountedWeight(const AttributeBins& bins) {
   return bins.validWeight + (bins.missing ? bins.missing->weight : 0.0);
+}
+
+bool HasTwoClasses(const BinModel& model, const AttributeBins& bins) {
+  const VariableInfo* const target = model.GetTarget(bins);
+  return target != nullptr && target->GetCategoryCount() == 2;
 }
 
 const MissingBin* FindMissingBin(const AttributeBins& bins) {
@@ -95,7 +101,7 @@ std::string BestSplitText(const AttributeBins& bins) {
   if (!bins.bestSplit || !IsPlainNoCut(bins.status)) return "";
   constexpr int kDecimals = 4;
   return fmt::format("; best split at {}: gain {} bits, more than {} needed",
-                     FormatNumber(bins.bestSplit->cutPoint),
+                     NumberText(bins).OfValue(bins.bestSplit->cutPoint),
                      FormatFixed(bins.bestSplit->gain, kDecimals),
                      FormatFixed(bins.bestSplit->threshold, kDecimals));
 }

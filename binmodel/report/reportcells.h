@@ -15,7 +15,8 @@ namespace MCBinModel {
 
 constexpr std::size_t kNameWidth = 32;        // of an attribute or a target
 constexpr std::size_t kLabelWidth = 16;       // of a class
-constexpr std::size_t kMostClassColumns = 6;  // a target with more classes has no column for each
+constexpr std::size_t kMostCountColumns = 4;  // a target with more classes has no column of weights
+constexpr std::size_t kMostClassColumns = 12;  // nor one of shares with more than these
 
 // A measure with four decimals; "-" when it does not exist.
 std::string MeasureCell(const std::optional<double>& measure);
@@ -35,6 +36,9 @@ std::vector<std::size_t> OrderByGain(const std::vector<AttributeBins>& results);
 // Of the cases that shares are taken of: those with a value, and the missing ones if they were
 // counted.
 double CountedWeight(const AttributeBins& bins);
+
+// Whether the result is about a target of two classes.
+bool HasTwoClasses(const BinModel& model, const AttributeBins& bins);
 
 // The missing cases as a bin to show; null when they were not counted or there are none.
 const MissingBin* FindMissingBin(const AttributeBins& bins);

@@ -11,9 +11,12 @@
 #include "binmodel/measure/binstatistics.h"
 #include "binmodel/measure/evidence.h"
 #include "binmodel/model/bincodes.h"
-#include "binmodel/model/intervaltext.h"
 #include "binmodel/report/binreport.h"
+#include "binmodel/report/eventmeasures.h"
+#include "binmodel/report/numbertext.h"
 #include "binmodel/report/reportcells.h"
+#include "binmodel/report/reportwriter.h"
+#include "binmodel/report/resultrecords.h"
 #include "binmodel/report/texttable.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
@@ -27,13 +30,14 @@ using Align = TextTable::Align;
 constexpr std::size_t kBarWidth = 4;         // of a class share
 constexpr std::size_t kCutPointsWidth = 40;  // in a summary line
 
-std::string CutPointsCell(const std::vector<double>& cutPoints) {
-  if (cutPoints.empty()) return "-";
+std::string CutPointsCell(const AttributeBins& bins) {
+  const std::vector<std::string> cuts = NumberText(bins).OfCutPoints();
+  if (cuts.empty()) return "-";
   std::string text;
-  for (std::size_t i = 0; i < cutPoints.size(); ++i) {
-    const std::string next = (i == 0 ? "" : ", ") + FormatNumber(cutPoints[i]);
+  for (std::size_t i = 0; i < cuts.size(); ++i) {
+    const std::string next = (i == 0 ? "" : ", ") + cuts[i];
     if (i > 0 && text.size() + next.size() > kCutPointsWidth) {
-      return text + fmt::format(", \u2026 {} more", cutPoints.size() - i);
+      return text + fmt::format(", \u2026 {} more", cuts.size() - i);
     }
     text += next;
   }
@@ -78,44 +82,52 @@ class BinTable {
       : fModel(model),
         fStyle(style),
         fBins(bins),
+        fNumbers(bins),
         fAttribute(model.GetAttribute(bins)),
         fTarget(model.GetTarget(bins)) {
-    if (fTarget != nullptr && fTarget->GetCategoryCount() == 2) {
-      fEvidence = MeasureEvidence(model, bins);
-    }
+    if (HasTwoClasses(model, bins)) fEvidence = MeasureEvidence(model, bins);
   }
 
-  std::string Render() {
+  const TextTable& Make() {
     AddColumns();
     for (std::size_t bin = 0; bin < fBins.binWeights.size(); ++bin) AddBin(bin);
     const MissingBin* const missing = FindMissingBin(fBins);
     if (missing != nullptr) AddMissing(*missing);
     if (fBins.binWeights.size() > 1 || missing != nullptr) AddTotal();
-    return fTable.Render();
+    return fTable;
   }
 
  private:
-  bool HasClassColumns() const {
-    return fTarget != nullptr && fTarget->GetCategoryCount() <= kMostClassColumns;
-  }
+  // What a class gets: of few classes weight and share, of more the share alone, of many a mention
+  // in one column for all. Of two classes the share is that of the event, the event rate.
+  std::size_t CountClasses() const { return fTarget == nullptr ? 0 : fTarget->GetCategoryCount(); }
+  bool HasClassColumns() const { return fTarget != nullptr && CountClasses() <= kMostClassColumns; }
+  bool HasCountColumns() const { return CountClasses() <= kMostCountColumns; }
+  bool HasBars() const { return fStyle.bars && HasCountColumns(); }
 
   void AddColumns() {
     fTable.AddColumn(fAttribute.IsCategorical() ? "codes" : "interval", Align::kLeft);
     fTable.AddColumn("weight", Align::kRight);
     fTable.AddColumn("share", Align::kRight);
     if (HasClassColumns()) {
-      for (std::size_t code = 0; code < fTarget->GetCategoryCount(); ++code) {
+      for (std::size_t code = 0; code < CountClasses(); ++code) {
         fTable.AddColumn(ElideText(fTarget->GetLabel(code), kLabelWidth), Align::kRight);
-        fTable.AddColumn(fStyle.bars ? "%" + std::string(1 + kBarWidth, ' ') : "%", Align::kRight);
+        if (HasCountColumns() && !fEvidence) AddShareColumn("%");
       }
     } else if (fTarget != nullptr) {
       fTable.AddColumn("largest classes", Align::kLeft);
     }
     if (fEvidence) {
-      fTable.AddColumn("evidence", Align::kRight);
+      AddShareColumn("event rate");
+      fTable.AddColumn("weight of evidence", Align::kRight);
       fTable.AddColumn("inf. value", Align::kRight);
     }
     if (fAttribute.IsCategorical()) fTable.AddColumn("categories", Align::kLeft);
+  }
+
+  void AddShareColumn(std::string header) {
+    fTable.AddColumn(HasBars() ? header + std::string(1 + kBarWidth, ' ') : std::move(header),
+                     Align::kRight);
   }
 
   void AddBin(std::size_t bin) {
@@ -125,7 +137,7 @@ class BinTable {
     if (fEvidence) {
       measures = {MeasureCell(fEvidence->weights[bin]), MeasureCell(fEvidence->values[bin])};
     }
-    AddRow(IntervalText(fBins.cutPoints, bin, rightClosed), fBins.binWeights[bin],
+    AddRow(fNumbers.OfInterval(bin, rightClosed), fBins.binWeights[bin],
            hasClasses ? fBins.classWeights[bin] : std::vector<double>(), std::move(measures),
            fAttribute.IsCategorical() ? CategoriesCell(fAttribute, fBins, bin, rightClosed) : "");
   }
@@ -150,11 +162,15 @@ class BinTable {
                                       FormatShareOf(weight, CountedWeight(fBins))};
     if (HasClassColumns()) {
       for (std::size_t code = 0; code < classWeights.size(); ++code) {
-        cells.push_back(FormatNumber(classWeights[code]));
-        cells.push_back(ClassShareCell(code, classWeights[code], weight));
+        if (HasCountColumns()) cells.push_back(FormatNumber(classWeights[code]));
+        if (!fEvidence) cells.push_back(ClassShareCell(code, classWeights[code], weight));
       }
     } else if (fTarget != nullptr) {
       cells.push_back(LargestClassesCell(*fTarget, classWeights, weight));
+    }
+    if (fEvidence) {
+      const std::size_t event = fTarget->GetEvent();
+      cells.push_back(ClassShareCell(event, classWeights[event], weight));
     }
     std::move(measures.begin(), measures.end(), std::back_inserter(cells));
     if (fAttribute.IsCategorical()) cells.push_back(std::move(categories));
@@ -163,7 +179,7 @@ class BinTable {
 
   std::string ClassShareCell(std::size_t code, double classWeight, double weight) const {
     std::string share = FormatShareOf(classWeight, weight);
-    if (!fStyle.bars) return share;
+    if (!HasBars()) return share;
     return share + " " +
            ShareBar(weight > 0.0 ? classWeight / weight : 0.0, kBarWidth, code, fStyle);
   }
@@ -171,69 +187,127 @@ class BinTable {
   const BinModel& fModel;
   const TextStyle& fStyle;
   const AttributeBins& fBins;
+  const NumberText fNumbers;
   const VariableInfo& fAttribute;
   const VariableInfo* const fTarget;
   std::optional<Evidence> fEvidence;  // of a target with two classes
   TextTable fTable;
 };
 
+std::string ValuesFact(const AttributeBins& bins) {
+  const NumberText numbers(bins);
+  if (bins.distinctValues == 1) return "the only value is " + numbers.OfValue(*bins.minimum);
+  return fmt::format("{} distinct values from {} to {}", bins.distinctValues,
+                     numbers.OfValue(*bins.minimum), numbers.OfValue(*bins.maximum));
+}
+
 // What stands above a result's table.
-std::string Title(const BinModel& model, const AttributeBins& bins) {
-  std::string text = "\n" + ElideText(model.GetAttribute(bins).name, kNameWidth);
-  const VariableInfo* const target = model.GetTarget(bins);
-  if (target != nullptr) text += " by " + ElideText(target->name, kNameWidth);
-  if (!bins.status.IsOK()) text += "\n  " + StatusCell(bins) + BestSplitText(bins);
-  text += "\n  " + WeightFact(bins);
-  if (bins.minimum && bins.maximum) {
-    text += "; " + DescribeValues(bins.distinctValues, *bins.minimum, *bins.maximum);
-  }
+std::string Facts(const AttributeBins& bins) {
+  std::string text = WeightFact(bins);
+  if (bins.minimum && bins.maximum) text += "; " + ValuesFact(bins);
   if (bins.informationGain) {
     text += fmt::format("; gain {} of {} bits", FormatFixed(*bins.informationGain, 4),
                         FormatFixed(Entropy(SumClassWeights(bins)), 4));
   }
-  if (target != nullptr && target->GetCategoryCount() == 2 && !bins.binWeights.empty()) {
-    text += "; " + InformationValueFact(bins, MeasureEvidence(model, bins), MeasureCell);
-  }
-  return text + "\n";
+  return text;
 }
 
-std::string SummaryByTarget(const BinModel& model, const std::vector<std::size_t>& order) {
-  const bool severalTargets = model.targets.size() > 1;
-  TextTable table;
-  table.AddColumn("attribute", Align::kLeft);
-  if (severalTargets) table.AddColumn("target", Align::kLeft);
-  table.AddColumn("gain", Align::kRight);
-  table.AddColumn("bins", Align::kRight);
-  table.AddColumn("cut points", Align::kLeft);
-  table.AddColumn("status", Align::kLeft);
-  for (const std::size_t index : order) {
-    const AttributeBins& bins = model.results[index];
-    std::vector<std::string> cells = {ElideText(model.GetAttribute(bins).name, kNameWidth)};
-    if (severalTargets) cells.push_back(ElideText(model.GetTarget(bins)->name, kNameWidth));
-    cells.insert(cells.end(),
-                 {MeasureCell(bins.informationGain), std::to_string(bins.binWeights.size()),
-                  CutPointsCell(bins.cutPoints), StatusCell(bins)});
-    table.AddRow(std::move(cells));
-  }
-  return table.Render();
+std::string TwoClassFacts(const BinModel& model, const AttributeBins& bins) {
+  const EventMeasures measures = MeasureEvent(model, bins);
+  return fmt::format("{}; Gini {}, Kolmogorov-Smirnov {}",
+                     InformationValueFact(bins, MeasureEvidence(model, bins), MeasureCell),
+                     MeasureCell(measures.gini), MeasureCell(measures.kolmogorovSmirnov));
 }
 
-std::string SummaryWithoutTarget(const BinModel& model) {
-  TextTable table;
-  table.AddColumn("attribute", Align::kLeft);
-  table.AddColumn("bins", Align::kRight);
-  table.AddColumn("deviation", Align::kRight);
-  table.AddColumn("cut points", Align::kLeft);
-  table.AddColumn("status", Align::kLeft);
-  for (const AttributeBins& bins : model.results) {
-    const bool hasBins = !bins.binWeights.empty();
-    table.AddRow({ElideText(model.GetAttribute(bins).name, kNameWidth),
-                  std::to_string(bins.binWeights.size()),
-                  hasBins ? FormatShare(LargestShareDeviation(bins, model.settings.bins)) : "-",
-                  CutPointsCell(bins.cutPoints), StatusCell(bins)});
-  }
-  return table.Render();
+void WriteResult(const BinModel& model, const AttributeBins& bins, const TextStyle& style,
+                 ReportWriter& writer) {
+  std::string title = ElideText(model.GetAttribute(bins).name, kNameWidth);
+  const VariableInfo* const target = model.GetTarget(bins);
+  if (target != nullptr) title += " by " + ElideText(target->name, kNameWidth);
+  writer.AddHeading(title);
+  if (!bins.status.IsOK()) writer.AddFact(StatusCell(bins));
+  writer.AddFact(Facts(bins));
+  if (HasTwoClasses(model, bins)) writer.AddFact(TwoClassFacts(model, bins));
+  writer.AddTable(BinTable(model, bins, style).Make());
 }
+
+// The lines of results, those with cut points and the others, in tables of their own.
+class Summary {
+ public:
+  explicit Summary(const BinModel& model)
+      : fModel(model),
+        fHasTargets(!model.targets.empty()),
+        fHasEvents(std::any_of(
+            model.targets.begin(), model.targets.end(),
+            [](const VariableInfo& target) { return target.GetCategoryCount() == 2; })) {
+    AddNames(fRanking);
+    if (fHasTargets) fRanking.AddColumn("gain", Align::kRight);
+    if (fHasEvents) {
+      for (const char* name : {"inf. value", "Gini", "KS"}) fRanking.AddColumn(name, Align::kRight);
+    }
+    fRanking.AddColumn("bins", Align::kRight);
+    if (!fHasTargets) fRanking.AddColumn("deviation", Align::kRight);
+    fRanking.AddColumn("cut points", Align::kLeft);
+    fRanking.AddColumn("status", Align::kLeft);
+    AddNames(fUncut);
+    if (fHasEvents) fUncut.AddColumn("inf. value", Align::kRight);
+    fUncut.AddColumn("status", Align::kLeft);
+    fUncut.AddColumn("values", Align::kLeft);
+  }
+
+  void Add(const AttributeBins& bins) { bins.cutPoints.empty() ? AddUncut(bins) : AddRanked(bins); }
+
+  const TextTable& GetRanking() const { return fRanking; }
+  const TextTable& GetUncut() const { return fUncut; }
+
+ private:
+  void AddNames(TextTable& table) const {
+    table.AddColumn("attribute", Align::kLeft);
+    if (fModel.targets.size() > 1) table.AddColumn("target", Align::kLeft);
+  }
+
+  std::vector<std::string> NameCells(const AttributeBins& bins) const {
+    std::vector<std::string> cells = {ElideText(fModel.GetAttribute(bins).name, kNameWidth)};
+    if (fModel.targets.size() > 1) {
+      cells.push_back(ElideText(fModel.GetTarget(bins)->name, kNameWidth));
+    }
+    return cells;
+  }
+
+  void AddRanked(const AttributeBins& bins) {
+    std::vector<std::string> cells = NameCells(bins);
+    if (fHasTargets) cells.push_back(MeasureCell(bins.informationGain));
+    if (fHasEvents) {
+      const EventMeasures measures = MeasureEvent(fModel, bins);
+      for (const auto& measure :
+           {measures.informationValue, measures.gini, measures.kolmogorovSmirnov}) {
+        cells.push_back(MeasureCell(measure));
+      }
+    }
+    cells.push_back(std::to_string(bins.binWeights.size()));
+    if (!fHasTargets) {
+      cells.push_back(FormatShare(LargestShareDeviation(bins, fModel.settings.bins)));
+    }
+    cells.insert(cells.end(), {CutPointsCell(bins), StatusCell(bins)});
+    fRanking.AddRow(std::move(cells));
+  }
+
+  void AddUncut(const AttributeBins& bins) {
+    std::vector<std::string> cells = NameCells(bins);
+    if (fHasEvents) cells.push_back(MeasureCell(MeasureEvent(fModel, bins).informationValue));
+    cells.push_back(StatusCell(bins));
+    cells.push_back(WeightFact(bins) +
+                    (bins.minimum && bins.maximum ? "; " + ValuesFact(bins) : "") +
+                    BestSplitText(bins));
+    fUncut.AddRow(std::move(cells));
+  }
+
+  const BinModel& fModel;
+  const bool fHasTargets;
+  const bool fHasEvents;  // a target has two classes
+  TextTable fRanking;
+  TextTable fUncut;
+};
 
 std::string Heading(const BinModel& model) {
   const std::uint64_t used = model.source.recordCount - model.source.dropped.GetTotal();
@@ -243,7 +317,7 @@ std::string Heading(const BinModel& model) {
                   PrintableText(model.source.name), used);
   if (!isSupervised) heading += fmt::format(", {} bins asked for", model.settings.bins);
   if (model.targets.empty()) {
-    return heading + fmt::format(", ideal share {}\n", FormatShare(1.0 / model.settings.bins));
+    return heading + fmt::format(", ideal share {}", FormatShare(1.0 / model.settings.bins));
   }
   std::string targets;
   for (const VariableInfo& target : model.targets) {
@@ -251,24 +325,45 @@ std::string Heading(const BinModel& model) {
     const std::string event = EventFact(model, target);
     if (!event.empty()) targets += " (" + event + ")";
   }
-  return heading + fmt::format(", target {}; gain in bits\n", targets);
+  return heading + fmt::format(", target {}; gain in bits", targets);
 }
 
 }  // namespace
 
 void WriteTextReport(const BinModel& model, const TextStyle& style, const TextSink& write) {
-  const std::vector<std::size_t> order = OrderByGain(model.results);
-  write(Heading(model));
-  for (const std::string& asked : model.refinements) {
-    write("  refined to have " + PrintableText(asked) + "\n");
+  std::vector<std::size_t> order = OrderByGain(model.results);
+  std::stable_partition(order.begin(), order.end(),
+                        [&](std::size_t index) { return !model.results[index].cutPoints.empty(); });
+  const std::size_t all = order.size();
+  if (style.top > 0 && style.top < all) order.resize(style.top);
+  if (style.format != TableFormat::kText && style.format != TableFormat::kMarkdown) {
+    const DataTable table = style.summaryOnly ? ListResults(model, order) : ListBins(model, order);
+    return table.Write(style.format, write);
   }
-  write("\n");
-  write(model.targets.empty() ? SummaryWithoutTarget(model) : SummaryByTarget(model, order));
+
+  TextStyle shown = style;
+  if (style.format == TableFormat::kMarkdown) shown.bars = shown.color = false;
+  ReportWriter writer(style.format, write);
+  writer.AddTitle(Heading(model));
+  for (const std::string& asked : model.refinements) {
+    writer.AddFact("refined to have " + PrintableText(asked));
+  }
+  if (order.size() < all) {
+    writer.AddFact(fmt::format("the first {} of {} results", order.size(), all));
+  }
+  Summary summary(model);
+  for (const std::size_t index : order) summary.Add(model.results[index]);
+  if (summary.GetRanking().HasRows()) {
+    write("\n");
+    writer.AddTable(summary.GetRanking());
+  }
   for (const std::size_t index : order) {
     const AttributeBins& bins = model.results[index];
-    write(Title(model, bins));
-    if (!bins.binWeights.empty()) write(BinTable(model, bins, style).Render());
+    if (!style.summaryOnly && !bins.cutPoints.empty()) WriteResult(model, bins, shown, writer);
   }
+  if (!summary.GetUncut().HasRows()) return;
+  writer.AddHeading("Without cut points");
+  writer.AddTable(summary.GetUncut());
 }
 
 }  // namespace MCBinModel

@@ -55,6 +55,28 @@ std::string TextTable::Render() const {
   return text;
 }
 
+std::string TextTable::RenderMarkdown() const {
+  std::string text;
+  for (std::size_t row = 0; row < fRows.size(); ++row) {
+    for (const std::string& cell : fRows[row]) text += "| " + MarkdownText(cell) + " ";
+    text += "|\n";
+    if (row > 0) continue;
+    for (const Align align : fAligns) text += align == Align::kLeft ? "| --- " : "| ---: ";
+    text += "|\n";
+  }
+  return text;
+}
+
+std::string MarkdownText(std::string_view text) {
+  constexpr std::string_view kMarkup = "\\`*_[]<>|&~$#";
+  std::string escaped;
+  for (const char c : text) {
+    if (kMarkup.find(c) != std::string_view::npos) escaped += '\\';
+    escaped += c;
+  }
+  return escaped;
+}
+
 std::string ShareBar(double share, std::size_t width, std::size_t index, const TextStyle& style) {
   constexpr std::array<const char*, 8> kParts = {"", "▏", "▎", "▍", "▌", "▋", "▊", "▉"};
   constexpr std::array<int, 6> kColors = {34, 33, 32, 35, 36, 31};

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/utf8.h"
 
@@ -32,6 +34,14 @@ bool IsXmlCharacter(const CodePoint& c) {
   return c.value >= 0x20 || c.value == '\t' || c.value == '\n' || c.value == '\r';
 }
 
+// As UTF-16 has it.
+std::string JsonEscape(std::uint32_t c) {
+  constexpr std::uint32_t kFirstBeyond = 0x10000;
+  if (c < kFirstBeyond) return fmt::format("\\u{:04x}", c);
+  const std::uint32_t pair = c - kFirstBeyond;
+  return fmt::format("\\u{:04x}\\u{:04x}", 0xD800 + (pair >> 10), 0xDC00 + (pair & 0x3FF));
+}
+
 bool NeedsReference(std::uint32_t c) {
   return IsControl(c) || IsHidden(c) || c == '&' || c == '<' || c == '>' || c == '"';
 }
@@ -45,6 +55,33 @@ std::string QuoteDoubled(std::string_view text, char quote) {
     quoted += c;
   }
   return quoted + quote;
+}
+
+void AppendField(std::string& line, std::string_view text, bool quoted, char delimiter) {
+  const auto isSpecial = [delimiter](char c) {
+    return c == delimiter || c == '"' || c == '\n' || c == '\r';
+  };
+  if (!quoted && std::none_of(text.begin(), text.end(), isSpecial)) {
+    line += text;
+    return;
+  }
+  line += QuoteDoubled(text, '"');
+}
+
+std::string JsonText(std::string_view text) {
+  std::string escaped = "\"";
+  while (!text.empty()) {
+    const CodePoint next = TakeCodePoint(text);
+    if (!next.isUtf8) {
+      escaped += "\\ufffd";
+    } else if (IsControl(next.value) || IsHidden(next.value)) {
+      escaped += JsonEscape(next.value);
+    } else {
+      if (next.value == '"' || next.value == '\\') escaped += '\\';
+      escaped += next.bytes;
+    }
+  }
+  return escaped + '"';
 }
 
 std::string HtmlText(std::string_view text) {

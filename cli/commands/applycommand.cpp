@@ -29,8 +29,9 @@ int ApplyCommand(const ApplyOptions& options) {
   CheckFiles({{"the bin file", options.binFile}, {"the data", options.input}}, {});
   const bool outputIsTerminal = isatty(STDOUT_FILENO) == 1;
   ResultStream out;
-  BinsAndData given(options);
-  BinWriter writer(given.model, given.results, options.columns, given.names, given.missingTexts,
+  const BinsToUse bins(options);
+  DataFile given(bins.model, options, options.input);
+  BinWriter writer(bins.model, bins.results, options.columns, given.names, given.missingTexts,
                    given.delimiter);
 
   ProgressBar progress(!options.quiet && !outputIsTerminal && given.input.IsRegularFile());
@@ -41,7 +42,7 @@ int ApplyCommand(const ApplyOptions& options) {
   if (options.quiet) return kExitDone;
   PrintNotes(writer.GetNotes());
   if (options.columns.form == MCBinModel::BinForm::kWeightOfEvidence) {
-    PrintEvidenceNote(given.model, given.results);
+    PrintEvidenceNote(bins.model, bins.results);
     const std::optional<std::string> infinite = writer.DescribeInfinite();
     if (infinite) PrintNote(*infinite + "; --woe-adjust WEIGHT makes them finite");
   }

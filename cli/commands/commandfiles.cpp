@@ -110,10 +110,13 @@ std::vector<std::size_t> ChooseResults(const MCBinModel::BinModel& model,
                                            notes, binFile);
 }
 
-BinsAndData::BinsAndData(const DataOptions& options)
+BinsToUse::BinsToUse(const DataOptions& options)
     : model(LoadBinFile(options.binFile, options.evidence)),
-      results(ChooseResultsAloud(model, options)),
-      input(options.input, "a CSV file"),
+      results(ChooseResultsAloud(model, options)) {}
+
+DataFile::DataFile(const MCBinModel::BinModel& model, const DataOptions& options,
+                   const std::string& path)
+    : input(path, "a CSV file"),
       delimiter(options.delimiter.value_or(model.source.delimiter)),
       reader(input.Get(), input.GetName(), delimiter),
       names(ColumnNames::Read(reader)),

@@ -46,13 +46,20 @@ std::vector<std::size_t> ChooseResults(const MCBinModel::BinModel& model,
                                        const std::optional<std::string>& target,
                                        const std::string& binFile, std::vector<std::string>& notes);
 
-// A bin file and data to use its bins on, read up to the header.
-struct BinsAndData {
+// A bin file to use.
+struct BinsToUse {
   // Throws Refusal, UsageError and Interrupt::Requested. Prints what ChooseResults notes.
-  explicit BinsAndData(const DataOptions& options);
+  explicit BinsToUse(const DataOptions& options);
 
   const MCBinModel::BinModel model;
   const std::vector<std::size_t> results;  // as ChooseResults says
+};
+
+// Data to use bins on, read up to the header.
+struct DataFile {
+  // Throws Refusal, UsageError and Interrupt::Requested.
+  DataFile(const MCBinModel::BinModel& model, const DataOptions& options, const std::string& path);
+
   const InputStream input;
   const char delimiter;
   CsvReader reader;

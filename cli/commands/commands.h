@@ -27,11 +27,19 @@ struct EvidenceOptions {
   std::optional<double> adjustment;  // added to each class weight of a bin; 0: nothing is smoothed
 };
 
+// What tables on standard output look like.
+struct TableOptions {
+  MCBinModel::TableFormat format = MCBinModel::TableFormat::kText;
+  bool summaryOnly = false;
+  int top = 0;  // 0: all
+  ColorChoice color = ColorChoice::kAuto;
+};
+
 // Of a command that makes bins.
 struct ModelOutputOptions {
   std::optional<std::string> jsonFile;
   std::optional<std::string> reportFile;
-  ColorChoice color = ColorChoice::kAuto;
+  TableOptions tables;
   bool quiet = false;
   bool strict = false;
 };
@@ -74,6 +82,8 @@ struct ApplyOptions : DataOptions {
 };
 
 struct EvaluateOptions : DataOptions {
+  std::vector<std::string> inputs;  // none: standard input
+  TableOptions tables;
   std::optional<std::string> weight;  // unset: the bin file's
   bool unweighted = false;            // every record counts once, whatever the bin file says
 };
@@ -107,7 +117,7 @@ int RefineCommand(const RefineOptions& options);
 // Copies the input to standard output, record by record, with the bins of a bin file.
 int ApplyCommand(const ApplyOptions& options);
 
-// Counts the bins of a bin file on other data and prints both side by side.
+// Counts the bins of a bin file on other data, each file for itself, and prints all side by side.
 int EvaluateCommand(const EvaluateOptions& options);
 
 // Writes a bin file's rules in another language.

@@ -5,9 +5,12 @@
 #include <string_view>
 #include <vector>
 
+#include "binmodel/model/resultselection.h"
 #include "binmodel/report/binreport.h"
+#include "binmodel/text/displaytext.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/commands/commands.h"
+#include "cli/commands/modeloutput.h"
 #include "cli/terminal/exitguard.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/progressbar.h"
@@ -36,25 +39,51 @@ void PrintDropped(const MCBinModel::Recount& recount) {
                         DroppedText(dropped)));
 }
 
+// Whether the data have the target that the results are about.
+bool HasTarget(const BinsToUse& bins, const DataFile& file) {
+  const MCBinModel::VariableInfo* const target =
+      bins.model.GetTarget(bins.model.results[bins.results.front()]);
+  return target == nullptr || file.names.Contains(target->name);
+}
+
+MCBinModel::NamedRecount CountFile(const EvaluateOptions& options, const BinsToUse& bins,
+                                   const std::string& path) {
+  DataFile file(bins.model, options, path);
+  const bool hasTarget = HasTarget(bins, file);
+  ProgressBar progress(!options.quiet && file.input.IsRegularFile());
+  progress.StartBytes("counting", file.input.GetSize());
+  std::vector<std::string> notes;
+  const MCBinModel::Recount recount = CountRecords(
+      hasTarget ? bins.model : MCBinModel::WithoutTargets(bins.model), bins.results, file.names,
+      ChooseWeight(options, bins.model.source), file.missingTexts, file.reader,
+      [&](std::uint64_t bytesRead) { progress.Update(bytesRead); }, notes);
+  progress.Finish();
+  if (!options.quiet) {
+    if (!hasTarget) {
+      PrintNote(
+          fmt::format("{}: there is no target column {}, so only shares and stability are compared",
+                      MCBinModel::PrintableText(file.input.GetName()),
+                      MCBinModel::QuotedText(
+                          bins.model.GetTarget(bins.model.results[bins.results.front()])->name)));
+    }
+    PrintDropped(recount);
+    PrintNotes(notes);
+  }
+  return {file.input.GetName(), recount};
+}
+
 }  // namespace
 
 int EvaluateCommand(const EvaluateOptions& options) {
-  CheckFiles({{"the bin file", options.binFile}, {"the data", options.input}}, {});
+  std::vector<CommandInput> inputs = {{"the bin file", options.binFile}};
+  for (const std::string& path : options.inputs) inputs.push_back({"the data", path});
+  CheckFiles(inputs, {});
+  const MCBinModel::TextStyle style = MakeTextStyle(options.tables);
   ResultStream out;
-  BinsAndData given(options);
-  ProgressBar progress(!options.quiet && given.input.IsRegularFile());
-  progress.StartBytes("counting", given.input.GetSize());
-  std::vector<std::string> countNotes;
-  const MCBinModel::Recount recount = CountRecords(
-      given.model, given.results, given.names, ChooseWeight(options, given.model.source),
-      given.missingTexts, given.reader,
-      [&](std::uint64_t bytesRead) { progress.Update(bytesRead); }, countNotes);
-  progress.Finish();
-  if (!options.quiet) {
-    PrintDropped(recount);
-    PrintNotes(countNotes);
-  }
-  MCBinModel::WriteEvaluationReport(given.model, recount, given.input.GetName(),
+  const BinsToUse bins(options);
+  std::vector<MCBinModel::NamedRecount> data;
+  for (const std::string& path : options.inputs) data.push_back(CountFile(options, bins, path));
+  MCBinModel::WriteEvaluationReport(bins.model, data, style,
                                     [&](std::string_view text) { out.Write(text); });
   out.Close();
   return kExitDone;

@@ -11,8 +11,16 @@
 
 namespace MCBin {
 
+MCBinModel::TextStyle MakeTextStyle(const TableOptions& options) {
+  MCBinModel::TextStyle style = ChooseTextStyle(options.color);
+  style.format = options.format;
+  style.summaryOnly = options.summaryOnly;
+  style.top = static_cast<std::size_t>(options.top);
+  return style;
+}
+
 ModelOutput::ModelOutput(const ModelOutputOptions& options)
-    : fStyle(ChooseTextStyle(options.color)), fJsonOnly(options.jsonFile == "-") {
+    : fStyle(MakeTextStyle(options.tables)), fJsonOnly(options.jsonFile == "-") {
   if (options.jsonFile && *options.jsonFile != "-") fJsonFile.emplace(*options.jsonFile);
   if (options.reportFile) fReportFile.emplace(*options.reportFile);
 }
@@ -41,6 +49,14 @@ int ExitCodeOf(const MCBinModel::BinModel& model, bool strict) {
 void CheckModelOutput(const CommandInput& input, const ModelOutputOptions& options) {
   if (options.reportFile == "-") {
     throw UsageError("--report: give a file; 'mcbin report' writes to standard output");
+  }
+  const TableOptions& tables = options.tables;
+  const bool tablesAsked =
+      tables.format != MCBinModel::TableFormat::kText || tables.summaryOnly || tables.top > 0;
+  if (options.jsonFile == "-" && tablesAsked) {
+    throw UsageError(
+        "--json -: writes the bin file to standard output, and so no tables; give a file, or leave "
+        "--format, --summary and --top out");
   }
   CheckFiles({input}, {{"--json", options.jsonFile}, {"--report", options.reportFile}});
 }

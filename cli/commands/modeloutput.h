@@ -10,6 +10,9 @@
 
 namespace MCBin {
 
+// What suits standard output as it is now, which a ResultStream changes.
+MCBinModel::TextStyle MakeTextStyle(const TableOptions& options);
+
 // What a command writes of the bins that it made: tables on standard output, a bin file, a page.
 // The files are made before the command's work, so that it does not fail after it.
 class ModelOutput {

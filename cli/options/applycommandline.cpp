@@ -32,14 +32,9 @@ ApplyOptions Finish(RawOptions raw) {
   return raw.apply;
 }
 
-}  // namespace
-
-void AddApplyCommand(CLI::App& app, CommandAction& action) {
-  const auto raw = std::make_shared<RawOptions>();
-  ApplyOptions& apply = raw->apply;
-  CLI::App& command = *app.add_subcommand("apply", kHelp);
-  AddBinsAndData(command, apply);
-  AddBinForm(command, raw->form);
+void AddNewColumns(CLI::App& command, RawOptions& raw) {
+  ApplyOptions& apply = raw.apply;
+  AddBinForm(command, raw.form);
   CLI::Option* const suffix =
       command.add_option("--suffix", apply.columns.suffix, "of the new columns' names (_bin)")
           ->type_name("TEXT");
@@ -48,6 +43,20 @@ void AddApplyCommand(CLI::App& app, CommandAction& action) {
   AddMissingAs(command, apply.columns.missingText, "TEXT",
                "text for a missing value (as in the bin file, or an empty field)");
   AddEvidenceOfBins(command, apply.evidence);
+}
+
+}  // namespace
+
+void AddApplyCommand(CLI::App& app, CommandAction& action) {
+  const auto raw = std::make_shared<RawOptions>();
+  ApplyOptions& apply = raw->apply;
+  CLI::App& command = *app.add_subcommand("apply", kHelp);
+  AddBinsAndData(command, apply);
+  {
+    const OptionGroup group(command, "New columns");
+    AddNewColumns(command, *raw);
+  }
+  const OptionGroup group(command, "Input");
   AddReading(command, raw->reading, apply);
   command.footer(kFooter);
   command.callback(

@@ -1,13 +1,17 @@
 #include "cli/options/commandline.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
+#include <algorithm>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "binmodel/text/displaytext.h"
+#include "cli/options/optionspelling.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/resultstream.h"
 #include "cli/terminal/usageerror.h"
@@ -16,6 +20,7 @@ namespace MCBin {
 
 namespace {
 
+constexpr const char* kHelpGroup = "Help";
 constexpr const char* kToolHelp =
     "Bins the variables of a CSV file.\n"
     "  mcbin supervised --target species iris.csv      cut points that separate the classes\n"
@@ -25,7 +30,7 @@ constexpr const char* kToolHelp =
     "  mcbin evaluate bins.json new.csv                how the bins do on other data\n"
     "  mcbin export --format sql --table T bins.json   the bins as SQL, PMML or Python\n"
     "  mcbin report bins.json -o report.html           charts and tables as an HTML page\n"
-    "  mcbin supervised --help                         the options of a command\n";
+    "  mcbin help supervised                           the options of a command\n";
 
 // Help that begins with examples: the first line of a command's description says what it
 // does, the lines after it are its examples. A list of commands shows the first lines alone.
@@ -39,6 +44,25 @@ class HelpFormatter : public CLI::Formatter {
     if (lineEnd == std::string::npos) return description + "\n\n";
     return fmt::format("{}\n\n{}\n", description.substr(0, lineEnd),
                        description.substr(lineEnd + 1));
+  }
+
+  // With -h: what there is, by name.
+  std::string make_help(const CLI::App* app, std::string name,
+                        CLI::AppFormatMode mode) const override {
+    if (mode != CLI::AppFormatMode::All || app->get_parent() == nullptr) {
+      return CLI::Formatter::make_help(app, name, CLI::AppFormatMode::Normal);
+    }
+    std::string text = make_description(app) + make_usage(app, name);
+    for (const std::string& group : app->get_groups()) {
+      std::vector<std::string> names;
+      for (const CLI::Option* option : app->get_options()) {
+        if (option->nonpositional() && option->get_group() == group) {
+          names.push_back(option->get_name());
+        }
+      }
+      if (!names.empty()) text += fmt::format("{}:\n  {}\n", group, fmt::join(names, ", "));
+    }
+    return text + fmt::format("\n'mcbin {} --help' explains them.\n", app->get_name());
   }
 
   std::string make_subcommand(const CLI::App* app) const override {
@@ -61,11 +85,11 @@ std::string DescribeProblem(const CLI::App& app, const char* firstArgument,
                      MCBinModel::QuotedText(firstArgument), fmt::join(commands, ", "));
 }
 
-int Print(const std::string& text) {
+int Print(const std::string& text, int exitCode) {
   ResultStream out;
   out.Write(text);
   out.Close();
-  return kExitDone;
+  return exitCode;
 }
 
 }  // namespace
@@ -74,7 +98,9 @@ void AddCommands(CLI::App& app, CommandAction& action) {
   app.name("mcbin");
   app.description(kToolHelp);
   app.formatter(std::make_shared<HelpFormatter>());
-  app.set_version_flag("--version", "mcbin " MCBINNING_VERSION);
+  app.set_help_flag("--help", "explain every option")->group(kHelpGroup);
+  app.set_help_all_flag("-h", "the options by name")->group(kHelpGroup);
+  app.set_version_flag("--version", "mcbin " MCBINNING_VERSION)->group(kHelpGroup);
   app.require_subcommand(1);
   AddRunCommands(app, action);
   AddApplyCommand(app, action);
@@ -88,13 +114,18 @@ CommandLine ParseCommandLine(int argc, const char* const* argv) {
   CLI::App app;
   CommandAction action;
   AddCommands(app, action);
+  if (argc <= 1) {
+    return {[text = app.help()] { return Print(text, kExitUsage); }, kExitDone};
+  }
   try {
-    app.parse(argc, argv);
+    std::vector<std::string> arguments = CorrectArguments(app, {argv + 1, argv + argc});
+    std::reverse(arguments.begin(), arguments.end());  // as CLI11 takes them
+    app.parse(std::move(arguments));
     return {action, kExitDone};
   } catch (const CLI::Success& asked) {  // --help, --version
     std::ostringstream text;
     app.exit(asked, text);
-    return {[text = text.str()] { return Print(text); }, kExitDone};
+    return {[text = text.str()] { return Print(text, kExitDone); }, kExitDone};
   } catch (const CLI::ParseError& error) {
     PrintNote(DescribeProblem(app, argc > 1 ? argv[1] : nullptr, error) +
               "\nRun with --help for the options.");

@@ -2,17 +2,27 @@
 
 #include <fmt/format.h>
 
+#include <charconv>
 #include <limits>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "binmodel/model/binsettings.h"
+#include "binmodel/text/displaytext.h"
 #include "cli/options/optionlist.h"
 #include "cli/terminal/usageerror.h"
 
 namespace MCBin {
 
 namespace {
+
+const std::vector<std::pair<std::string, MCBinModel::TableFormat>> kTableFormats = {
+    {"text", MCBinModel::TableFormat::kText},
+    {"csv", MCBinModel::TableFormat::kCsv},
+    {"tsv", MCBinModel::TableFormat::kTsv},
+    {"json", MCBinModel::TableFormat::kJson},
+    {"markdown", MCBinModel::TableFormat::kMarkdown}};
 
 // NaN is none.
 CLI::Validator NumberBetween(double least, double most) {
@@ -22,7 +32,22 @@ CLI::Validator NumberBetween(double least, double most) {
         const bool fits =
             CLI::detail::lexical_cast(text, number) && number >= least && number <= most;
         return fits ? std::string()
-                    : fmt::format("{} is no number from {} to {}", text, least, most);
+                    : fmt::format("a number from {} to {} is expected, not {}", least, most,
+                                  MCBinModel::QuotedText(text));
+      },
+      "");
+}
+
+CLI::Validator WholeNumberFrom(int least) {
+  return CLI::Validator(
+      [least](const std::string& text) {
+        int number = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+        const bool isNumber = error == std::errc() && end == text.data() + text.size();
+        return isNumber && number >= least
+                   ? std::string()
+                   : fmt::format("a whole number from {} to {} is expected, not {}", least,
+                                 std::numeric_limits<int>::max(), MCBinModel::QuotedText(text));
       },
       "");
 }
@@ -40,6 +65,20 @@ void AddEvidenceOptions(CLI::App& command, EvidenceOptions& options, const char*
 }
 
 }  // namespace
+
+OptionGroup::OptionGroup(CLI::App& command, std::string name)
+    : fCommand(command), fName(std::move(name)), fFirst(command.get_options().size()) {}
+
+OptionGroup::~OptionGroup() {
+  for (CLI::Option* option : GetOptions()) {
+    if (option->get_group() == "Options") option->group(fName);
+  }
+}
+
+std::vector<CLI::Option*> OptionGroup::GetOptions() const {
+  const std::vector<CLI::Option*> all = fCommand.get_options();
+  return {all.begin() + static_cast<std::ptrdiff_t>(fFirst), all.end()};
+}
 
 void AddList(CLI::App& command, const std::string& flag, std::vector<std::string>& values,
              const std::string& typeName, const std::string& help) {
@@ -77,27 +116,39 @@ void AddClasses(CLI::App& command, EvidenceOptions& options) {
 }
 
 void AddCount(CLI::App& command, const char* flag, int& count, int least, const char* help) {
-  command.add_option(flag, count, help)
-      ->check(CLI::Range(least, std::numeric_limits<int>::max()).description(""))
-      ->type_name("N");
+  command.add_option(flag, count, help)->check(WholeNumberFrom(least))->type_name("N");
 }
 
-void AddModelOutput(CLI::App& command, const char* jsonFlags, RawModelOutput& raw,
+void AddTables(CLI::App& command, RawTables& raw, TableOptions& options) {
+  std::vector<std::string> names;
+  for (const auto& [name, format] : kTableFormats) names.push_back(name);
+  AddChoice(command, "--format", raw.format, names,
+            "what the tables are written as (text); csv, tsv and json with all digits");
+  command.add_flag("--summary", options.summaryOnly,
+                   "only the line of each attribute, not its bins");
+  AddCount(command, "--top", options.top, 1, "only the first N of them");
+  AddChoice(command, "--color", raw.color, {"auto", "always", "never"},
+            "colours on standard output (auto)");
+}
+
+void ParseTables(const RawTables& raw, TableOptions& options) {
+  for (const auto& [name, format] : kTableFormats) {
+    if (name == raw.format) options.format = format;
+  }
+  if (raw.color == "always") options.color = ColorChoice::kAlways;
+  if (raw.color == "never") options.color = ColorChoice::kNever;
+}
+
+void AddModelOutput(CLI::App& command, const char* jsonFlags, RawTables& raw,
                     ModelOutputOptions& options) {
   command
       .add_option(jsonFlags, options.jsonFile, "also write the bins to FILE; '-': to stdout only")
       ->type_name("FILE");
   command.add_option("--report", options.reportFile, "also write an HTML page with charts")
       ->type_name("FILE");
-  AddChoice(command, "--color", raw.color, {"auto", "always", "never"},
-            "colours on standard output (auto)");
+  AddTables(command, raw, options.tables);
   command.add_flag("--quiet", options.quiet, "no progress and no notes on standard error");
   command.add_flag("--strict", options.strict, "exit code 3 when a result has a warning or error");
-}
-
-void ParseModelOutput(const RawModelOutput& raw, ModelOutputOptions& options) {
-  if (raw.color == "always") options.color = ColorChoice::kAlways;
-  if (raw.color == "never") options.color = ColorChoice::kNever;
 }
 
 void AddBinFile(CLI::App& command, std::string& path) {
@@ -109,7 +160,7 @@ void AddCsvFile(CLI::App& command, std::string& path) {
 }
 
 void AddTargetOfBins(CLI::App& command, std::optional<std::string>& target) {
-  command.add_option("--target", target, "which target's bins, when there are several")
+  command.add_option("-t,--target", target, "which target's bins, when there are several")
       ->type_name("NAME");
 }
 

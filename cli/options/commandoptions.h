@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,6 +12,24 @@
 namespace MCBin {
 
 // What the subcommands' options have in common.
+
+// Options of a command that help lists together: all that are added while it lives and are in no
+// group yet.
+class OptionGroup {
+ public:
+  OptionGroup(CLI::App& command, std::string name);
+  ~OptionGroup();
+  OptionGroup(const OptionGroup&) = delete;
+  OptionGroup& operator=(const OptionGroup&) = delete;
+
+  // The options so far.
+  std::vector<CLI::Option*> GetOptions() const;
+
+ private:
+  CLI::App& fCommand;
+  const std::string fName;
+  const std::size_t fFirst;
+};
 
 // An option that may be repeated and takes one text each time.
 void AddList(CLI::App& command, const std::string& flag, std::vector<std::string>& values,
@@ -31,14 +50,18 @@ void AddClasses(CLI::App& command, EvidenceOptions& options);
 // A whole number from `least` up.
 void AddCount(CLI::App& command, const char* flag, int& count, int least, const char* help);
 
-// Of a command that makes bins: the bin file, by these flags, the page, colours, whose value
-// ParseModelOutput takes over, --quiet and --strict.
-struct RawModelOutput {
+// --format, --summary, --top and --color, of which ParseTables takes over what is still text.
+struct RawTables {
+  std::string format = "text";
   std::string color = "auto";
 };
-void AddModelOutput(CLI::App& command, const char* jsonFlags, RawModelOutput& raw,
+void AddTables(CLI::App& command, RawTables& raw, TableOptions& options);
+void ParseTables(const RawTables& raw, TableOptions& options);
+
+// Of a command that makes bins: the bin file, by these flags, the page, the tables, whose values
+// ParseTables takes over, --quiet and --strict.
+void AddModelOutput(CLI::App& command, const char* jsonFlags, RawTables& raw,
                     ModelOutputOptions& options);
-void ParseModelOutput(const RawModelOutput& raw, ModelOutputOptions& options);
 
 // The file that a command reads: a bin file, or a CSV file.
 void AddBinFile(CLI::App& command, std::string& path);

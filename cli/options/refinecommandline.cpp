@@ -25,13 +25,13 @@ constexpr const char* kFooter =
 
 struct RawOptions {
   RefineOptions refine;
-  RawModelOutput output;
+  RawTables output;
   RawRefinement refinement;
   std::vector<std::string> attributes;
 };
 
 RefineOptions Finish(RawOptions raw) {
-  ParseModelOutput(raw.output, raw.refine);
+  ParseTables(raw.output, raw.refine.tables);
   const auto settings = ParseRefinement(raw.refinement);
   if (!settings) {
     throw UsageError("refine: say what the bins are to be, for example --max-bins 5");

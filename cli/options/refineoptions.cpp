@@ -20,7 +20,6 @@ namespace {
 using MCBinModel::RateTrend;
 
 constexpr double kMostWeight = std::numeric_limits<double>::max();
-constexpr const char* kGroup = "Refined bins";
 
 const std::vector<std::pair<std::string, RateTrend>> kTrends = {
     {"increasing", RateTrend::kIncreasing},
@@ -56,7 +55,7 @@ void AddCutPoints(const char* flag, const std::string& value,
 
 void AddRefinement(CLI::App& command, RawRefinement& raw) {
   MCBinModel::RefineSettings& settings = raw.settings;
-  const std::size_t before = command.get_options().size();
+  const OptionGroup group(command, "Refined bins");
   AddCount(command, "--max-bins", settings.maxBins, 1, "join bins until there are no more");
   AddCount(command, "--min-bins", settings.minBins, 1, "but no fewer than these");
   AddNumber(command, "--min-share", settings.minShare, 0.0, 1.0, "SHARE",
@@ -75,11 +74,7 @@ void AddRefinement(CLI::App& command, RawRefinement& raw) {
   AddList(command, "--keep", raw.keep, "NAME=CUTS", "cut points that stay: a,b,...");
   AddChoice(command, "--objective", raw.objective, {"gain", "iv"},
             "what the bins keep most of (gain); iv: information value");
-  const std::vector<CLI::Option*> all = command.get_options();
-  for (std::size_t option = before; option < all.size(); ++option) {
-    all[option]->group(kGroup);
-    raw.options.push_back(all[option]);
-  }
+  for (const CLI::Option* option : group.GetOptions()) raw.options.push_back(option);
 }
 
 std::optional<MCBinModel::RefineSettings> ParseRefinement(const RawRefinement& raw) {

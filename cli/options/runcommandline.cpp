@@ -43,12 +43,13 @@ struct RawOptions {
   std::vector<std::string> missing;
   std::string rounding = "closest";
   std::string closed = "right";
-  RawModelOutput output;
+  RawTables output;
   RawRefinement refinement;
 };
 
-void AddInputOptions(CLI::App& command, RawOptions& raw) {
-  AddCsvFile(command, raw.run.input);
+// The targets come before these.
+void AddColumnOptions(CLI::App& command, RawOptions& raw) {
+  const OptionGroup group(command, "Columns");
   AddList(command, "--attributes", raw.attributes, "NAMES",
           "columns to bin (default: every continuous column)");
   AddList(command, "--categorical", raw.categorical, "NAMES",
@@ -59,6 +60,11 @@ void AddInputOptions(CLI::App& command, RawOptions& raw) {
       ->type_name("NAME");
   AddChoice(command, "--rounding", raw.rounding, {"closest", "truncate"},
             "how weights become whole numbers (closest)");
+}
+
+void AddInputOptions(CLI::App& command, RawOptions& raw) {
+  const OptionGroup group(command, "Input");
+  AddCsvFile(command, raw.run.input);
   AddList(command, "--na", raw.missingTexts, "TEXTS",
           "texts that mean missing, beside the empty field (NA)");
   AddList(command, "--missing", raw.missing, "NAME=VALUES",
@@ -68,24 +74,33 @@ void AddInputOptions(CLI::App& command, RawOptions& raw) {
 }
 
 void AddRunOptions(CLI::App& command, RawOptions& raw) {
-  AddChoice(command, "--closed", raw.closed, {"right", "left"},
-            "border that belongs to a bin (right)");
-  AddModelOutput(command, "--json", raw.output, raw.run);
+  {
+    const OptionGroup group(command, "Output");
+    AddModelOutput(command, "--json", raw.output, raw.run);
+  }
+  AddRefinement(command, raw.refinement);
+  const OptionGroup group(command, "Running");
   AddCount(command, "--jobs", raw.run.jobs, 0,
            "attributes binned at the same time; 0: one on every core (1)");
   command.add_option("--temp-dir", raw.run.tempDir, "where temporary files go ($TMPDIR or /tmp)")
       ->type_name("DIR");
-  AddRefinement(command, raw.refinement);
   command.footer(kFooter);
 }
 
+void AddClosed(CLI::App& command, RawOptions& raw) {
+  AddChoice(command, "--closed", raw.closed, {"right", "left"},
+            "border that belongs to a bin (right)");
+}
+
 CLI::Option* AddTargets(CLI::App& command, RawOptions& raw, const std::string& help) {
-  AddList(command, "--target", raw.targets, "NAME", help);
+  const OptionGroup group(command, "Columns");
+  AddList(command, "-t,--target", raw.targets, "NAME", help);
   return command.get_option("--target");
 }
 
 // What is measured against targets.
 void AddTargetMeasures(CLI::App& command, RawOptions& raw) {
+  const OptionGroup group(command, "Classes");
   AddEvidence(command, raw.run.evidence);
   AddClasses(command, raw.run.evidence);
 }
@@ -93,13 +108,18 @@ void AddTargetMeasures(CLI::App& command, RawOptions& raw) {
 CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
   CLI::App& command = *app.add_subcommand("supervised", kSupervisedHelp);
   AddTargets(command, raw, "column with the classes; may be repeated")->required();
+  AddColumnOptions(command, raw);
   AddInputOptions(command, raw);
-  AddCount(command, "--prebin-above", raw.run.settings.prebinAbove, 0,
-           "pre-bin above this many distinct values; 0: never (1000)");
-  AddCount(command, "--prebins", raw.run.settings.prebins, 2,
-           "number of equal-frequency pre-bins (1000)");
-  AddNumber(command, "--small-bins", raw.run.settings.smallBins, 0.0, 1.0, "SHARE",
-            "merge inner bins below this share of a neighbour (0)");
+  {
+    const OptionGroup group(command, "Method");
+    AddCount(command, "--prebin-above", raw.run.settings.prebinAbove, 0,
+             "pre-bin above this many distinct values; 0: never (1000)");
+    AddCount(command, "--prebins", raw.run.settings.prebins, 2,
+             "number of equal-frequency pre-bins (1000)");
+    AddNumber(command, "--small-bins", raw.run.settings.smallBins, 0.0, 1.0, "SHARE",
+              "merge inner bins below this share of a neighbour (0)");
+    AddClosed(command, raw);
+  }
   AddTargetMeasures(command, raw);
   AddRunOptions(command, raw);
   return command;
@@ -107,9 +127,14 @@ CLI::App& AddSupervised(CLI::App& app, RawOptions& raw) {
 
 CLI::App& AddEqualFrequency(CLI::App& app, RawOptions& raw) {
   CLI::App& command = *app.add_subcommand("equal-frequency", kEqualFrequencyHelp);
-  AddCount(command, "--bins", raw.run.settings.bins, 2, "number of bins (10)");
+  {
+    const OptionGroup group(command, "Method");
+    AddCount(command, "--bins", raw.run.settings.bins, 2, "number of bins (10)");
+    AddClosed(command, raw);
+  }
   CLI::Option* const target =
       AddTargets(command, raw, "column whose classes are counted in the bins; may be repeated");
+  AddColumnOptions(command, raw);
   AddInputOptions(command, raw);
   AddTargetMeasures(command, raw);
   for (const char* const flag : {"--event", "--woe-adjust", "--classes"}) {
@@ -125,7 +150,7 @@ RunOptions Finish(RawOptions raw) {
       raw.rounding == "truncate" ? IBINVariable::RoundTruncate : IBINVariable::RoundClosest;
   run.settings.rightClosed = raw.closed == "right";
   run.settings.evidenceAdjustment = run.evidence.adjustment.value_or(0.0);
-  ParseModelOutput(raw.output, run);
+  ParseTables(raw.output, run.tables);
   run.refinement = ParseRefinement(raw.refinement);
   if (raw.targets.empty() && run.refinement && run.refinement->NeedTwoClasses()) {
     throw UsageError(

@@ -133,11 +133,13 @@ TEST(Evaluate, PrintsBothSides) {
   const auto outcome = program.Run("evaluate --weight w bins.json new.csv");
   EXPECT_EQ(outcome.exitCode, 0);
   for (const char* part :
-       {"  a             3     0.0000     -  0.8113  differ\n",
+       {"  a             3     0.0000     -  0.8113  0.6250  1.0000  0.5000  1.0000  differ\n",
         "  data: weight 4 valid, 5 missing, 5 without target; from 0 to 3; entropy 0.0000, gain "
         "0.8113 bits; "
         "information value +inf\n",
-        "  (-inf, 1]         4     2  50.0%  50.0%    3     2   1     0    1.0986  +inf\n"}) {
+        "  (-inf, 1]         4     2  50.0%  50.0%    3     2       75.0%  100.0%              "
+        "1.0986  "
+        "+inf\n"}) {
     EXPECT_NE(outcome.out.find(part), std::string::npos) << part << outcome.out;
   }
   EXPECT_NE(outcome.err.find("1 of 6 records dropped for their weight"), std::string::npos);

@@ -14,8 +14,8 @@
 
 #include "binmodel/file/binfile.h"
 #include "binmodel/model/binmodel.h"
+#include "binmodel/text/escape.h"
 #include "binmodel/text/number.h"
-#include "csv/csvline.h"
 #include "fuzz/require.h"
 #include "support/dice.h"
 #include "support/scenario.h"
@@ -165,11 +165,11 @@ std::string AnyData(Dice& dice, const BinModel& model) {
     for (std::size_t i = 0; i < variables.size(); ++i) {
       const std::size_t attribute = i - std::min(i, model.targets.size());
       if (i > 0) data += model.source.delimiter;
-      MCBin::AppendCsvField(data,
-                            record == 0
-                                ? variables[i]->name
-                                : AnyField(dice, *variables[i], model.results[attribute].cutPoints),
-                            dice.OneIn(5), model.source.delimiter);
+      MCBinModel::AppendField(
+          data,
+          record == 0 ? variables[i]->name
+                      : AnyField(dice, *variables[i], model.results[attribute].cutPoints),
+          dice.OneIn(5), model.source.delimiter);
     }
     data += dice.OneOf({"\n", "\r\n"});
   }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -23,7 +24,8 @@ bool Contains(const std::string& text, const std::string& part) {
 
 TEST(TextReport, NamesTheLargestClasses) {
   const std::string text =
-      TextOf(SampleBins({"a", "b", "c", "d", "e", "f", "g"}, {{"x", {{1, 9, 2, 8, 3, 7, 0}}}}));
+      TextOf(SampleBins({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m"},
+                        {{"x", {{1, 9, 2, 8, 3, 7}, std::vector<double>(13, 1)}}}));
   EXPECT_TRUE(Contains(text, "b 9 (30.0%), d 8 (26.7%), f 7 (23.3%), 3 more\n")) << text;
 }
 
@@ -39,14 +41,17 @@ TEST(TextReport, LinesUpInEveryScript) {
   const std::vector<std::vector<double>> weights = {{3, 1}, {1, 3}};
   const std::string text = TextOf(SampleBins(
       {"ก่", "\u202Ey"}, {{"ชื่อ", weights}, {"日本", weights}, {"e\u0301\u0302", weights}}));
-  EXPECT_TRUE(Contains(text, "  ชื่อ         0.2500     2")) << text;
-  EXPECT_TRUE(Contains(text, "  日本       0.2500     2")) << text;
-  EXPECT_TRUE(Contains(text, "  e\u0301\u0302          0.2500     2")) << text;
-  EXPECT_TRUE(Contains(
-      text, "  interval   weight   share  ก่      %  \\u202Ey      %  evidence  inf. value\n"))
+  EXPECT_TRUE(Contains(text, "  ชื่อ         0.2500      1.0986  0.5000  0.5000     2")) << text;
+  EXPECT_TRUE(Contains(text, "  日本       0.2500      1.0986  0.5000  0.5000     2")) << text;
+  EXPECT_TRUE(Contains(text, "  e\u0301\u0302          0.2500      1.0986  0.5000  0.5000     2"))
       << text;
   EXPECT_TRUE(Contains(
-      text, "  (-inf, 1]       4   50.0%  3  75.0%        1  25.0%   -1.0986      0.5493\n"))
+      text,
+      "  interval   weight   share  ก่  \\u202Ey  event rate  weight of evidence  inf. value\n"))
+      << text;
+  EXPECT_TRUE(Contains(
+      text,
+      "  (-inf, 1]       4   50.0%  3        1       25.0%             -1.0986      0.5493\n"))
       << text;
 }
 
@@ -57,18 +62,90 @@ TEST(TextReport, ShowsMissingCasesAsTheLastBin) {
   const std::string text = TextOf(model);
   EXPECT_TRUE(Contains(text, "target t (event y); gain")) << text;
   EXPECT_TRUE(Contains(text, "weight 8 valid, 2 missing, 1 without target;")) << text;
-  EXPECT_TRUE(Contains(text, "information value 0.8789 (1.0986 without missing)\n")) << text;
   EXPECT_TRUE(Contains(text,
-                       "  (1, +inf)       4   40.0%  1  25.0%  3  75.0%    1.0986      0.4394\n"
-                       "  missing         2   20.0%  1  50.0%  1  50.0%    0.0000      0.0000\n"
-                       "  total          10  100.0%  5  50.0%  5  50.0%                0.8789\n"))
+                       "information value 0.8789 (1.0986 without missing); Gini 0.4800, "
+                       "Kolmogorov-Smirnov 0.4000\n"))
+      << text;
+  EXPECT_TRUE(
+      Contains(text,
+               "  (1, +inf)       4   40.0%  1  3       75.0%              1.0986      0.4394\n"
+               "  missing         2   20.0%  1  1       50.0%              0.0000      0.0000\n"
+               "  total          10  100.0%  5  5       50.0%                          0.8789\n"))
       << text;
 }
 
 TEST(TextReport, DrawsSharesInTheColoursOfTheirClasses) {
-  const std::string text = TextOf(SampleBins({"n", "y"}, {{"x", {{5, 3}}}}), {true, true});
+  const std::string text =
+      TextOf(SampleBins({"n", "y", "z"}, {{"x", {{5, 3, 0}, {1, 1, 1}}}}), {true, true});
   EXPECT_TRUE(Contains(text, "62.5% \x1b[34m██▌\x1b[0m ")) << text;
   EXPECT_TRUE(Contains(text, "37.5% \x1b[33m█▌\x1b[0m")) << text;
+}
+
+// One of each kind: with cut points, without, and with a name that tables could take for markup.
+BinModel MixedModel() {
+  BinModel model =
+      SampleBins({"n", "\u202Ey"}, {{"a|\"b,\n", {{3, 1}, {1, 3}}}, {"flat", {{4, 4}}}});
+  model.results[0].cutPoints = {0.15410000000000001};
+  model.results[0].minimum = 0.1;
+  model.results[0].maximum = 0.2;
+  model.results[0].distinctValues = 3;
+  model.results[0].missing = {2.0, {0.0, 2.0}};
+  return model;
+}
+
+TEST(TextReport, GivesAttributesWithoutCutPointsALineAtTheEnd) {
+  const std::string text = TextOf(MixedModel());
+  EXPECT_TRUE(Contains(text, "  (-inf, 0.1541] ")) << text;
+  EXPECT_TRUE(Contains(text, "\nWithout cut points\n")) << text;
+  EXPECT_EQ(text.find("flat"), text.rfind("flat")) << text;
+  MCBinModel::TextStyle first;
+  first.top = 1;
+  first.summaryOnly = true;
+  const std::string summary = TextOf(MixedModel(), first);
+  EXPECT_TRUE(Contains(summary, "  the first 1 of 2 results\n")) << summary;
+  EXPECT_FALSE(Contains(summary, "flat") || Contains(summary, "interval")) << summary;
+}
+
+TEST(TextReport, RoundsNumbersAsFarAsTheyStayApart) {
+  BinModel model = SampleBins({}, {{"x", {{1}, {1}, {1}, {1}}}});
+  MCBinModel::AttributeBins& bins = model.results[0];
+  bins.minimum = 0.0;
+  bins.maximum = 1e4;
+  bins.distinctValues = 1000;
+  bins.cutPoints = {1.0000000001, 1.0000000002, 1234.5678912345};
+  EXPECT_TRUE(Contains(TextOf(model), "  1.0000000001, 1.0000000002, ")) << TextOf(model);
+  EXPECT_TRUE(Contains(TextOf(model), "  (1.0000000002, 1235] ")) << TextOf(model);
+  bins.cutPoints = {10.123456789012, 23.315, 1234.5678912345};
+  EXPECT_TRUE(Contains(TextOf(model), "  10.12, 23.315, 1235 ")) << TextOf(model);
+}
+
+std::string Formatted(MCBinModel::TableFormat format, bool summaryOnly = false) {
+  MCBinModel::TextStyle style{true, true, format, summaryOnly, 0};
+  return TextOf(MixedModel(), style);
+}
+
+TEST(TextReport, HasFormatsForProgramsWithAllDigits) {
+  using MCBinModel::TableFormat;
+  EXPECT_TRUE(
+      Contains(Formatted(TableFormat::kCsv),
+               "attribute,target,bin,label,low,high,weight,share,event_rate,weight_of_evidence,"
+               "information_value,weight:n,weight:\\u202Ey,share:n,share:\\u202Ey\n"
+               "\"a|\"\"b,\\n\",t,0,\"(-inf, 0.15410000000000001]\",,0.15410000000000001,4,0.4,"
+               "0.25,-1.50407"))
+      << Formatted(TableFormat::kCsv);
+  const auto records = nlohmann::json::parse(Formatted(TableFormat::kJson, true));
+  EXPECT_EQ(records[0]["attribute"], "a|\"b,\n");
+  EXPECT_EQ(records[0]["cut_points"], nlohmann::json({0.15410000000000001}));
+  EXPECT_EQ(records[0]["information_value"], "inf");
+  EXPECT_EQ(records[1]["minimum"], nullptr);
+  EXPECT_EQ(Formatted(TableFormat::kJson).find("\u202E"), std::string::npos);
+}
+
+TEST(TextReport, EscapesMarkdown) {
+  const std::string text = Formatted(MCBinModel::TableFormat::kMarkdown);
+  EXPECT_TRUE(Contains(text, "\n## a\\|\"b,\\\\n by t\n")) << text;
+  EXPECT_TRUE(Contains(text, "\n| (-inf, 0.1541\\] | 4 | ")) << text;
+  EXPECT_FALSE(Contains(text, "\x1b[")) << text;
 }
 
 TEST(EvaluationReport, SetsTheDataBesideTheBinFile) {
@@ -84,12 +161,15 @@ TEST(EvaluationReport, SetsTheDataBesideTheBinFile) {
   std::string text;
   WriteEvaluationReport(model, recount, "new\x1b.csv",
                         [&](std::string_view piece) { text += piece; });
+  EXPECT_TRUE(Contains(text, " on new\\x1B.csv: 10 records, target t (event y)\n"));
   EXPECT_TRUE(
-      Contains(text, " on new\\x1B.csv: 10 records, target t; evidence is above 0 where y "));
-  EXPECT_TRUE(Contains(text, "  x             2     0.4159  0.2500  0.2500  differ\n")) << text;
+      Contains(text,
+               "  x             2     0.4159  0.2500  0.2500  0.5000  0.1905  0.5000  0.1905  "
+               "differ\n"))
+      << text;
   EXPECT_TRUE(Contains(text,
-                       "  (-inf, 1]       4     2  50.0%  20.0%  3     1  1     1   -1.0986  "
-                       "-0.8473\n"))
+                       "  (-inf, 1]       4     2  50.0%  20.0%  1     1       25.0%  50.0%   "
+                       "          -1.0986  -0.8473\n"))
       << text;
 }
 
@@ -107,8 +187,7 @@ TEST(EvaluationReport, ComparesMissingCasesWhereBothSidesCountedThem) {
   EXPECT_TRUE(Contains(report(), "the bin file has not counted its missing cases")) << report();
   model.results[0].missing = {2.0, {1.0, 1.0}};
   EXPECT_TRUE(Contains(report(), "  stability 0.4159 (0.0000 without missing)\n")) << report();
-  EXPECT_TRUE(Contains(report(), "  missing         2     8  20.0%  50.0%  1     2  1     6"))
-      << report();
+  EXPECT_TRUE(Contains(report(), "  missing         2     8  20.0%  50.0%  1     6")) << report();
 }
 
 }  // namespace
