@@ -194,7 +194,7 @@ TEST(Guide, ShowsTheRealOutput) {
     EXPECT_EQ(line == "..." ? printed.substr(0, shown.size()) : printed, shown);
     ++commandsRun;
   }
-  EXPECT_EQ(commandsRun, 12);
+  EXPECT_EQ(commandsRun, 14);
 }
 
 }  // namespace
