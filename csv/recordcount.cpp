@@ -1,11 +1,35 @@
 #include "csv/recordcount.h"
 
+#include <fmt/format.h>
+
+#include <string>
 #include <utility>
 
+#include "binmodel/model/refusal.h"
+#include "binmodel/text/displaytext.h"
 #include "csv/fieldcoder.h"
 #include "csv/weightcheck.h"
 
 namespace MCBin {
+
+using MCBinModel::Refusal;
+using MCBinModel::RefusalCode;
+
+namespace {
+
+void CheckCounts(const MCBinModel::BinModel& model, const MCBinModel::Recount& recount,
+                 const std::string& place) {
+  for (const MCBinModel::RecountedBins& recounted : recount.results) {
+    const MCBinModel::AttributeBins& counts = recounted.counts;
+    if (!counts.target || counts.validWeight > 0.0 || counts.missing->weight > 0.0) return;
+  }
+  const std::string target = model.GetTarget(recount.results.front().counts)->name;
+  throw Refusal(RefusalCode::kNoRecords, {place, target, {}},
+                fmt::format("no record has a class of the target {} that the bins know",
+                            MCBinModel::QuotedText(target)));
+}
+
+}  // namespace
 
 MCBinModel::Recount CountRecords(const MCBinModel::BinModel& model,
                                  const std::vector<std::size_t>& results, const ColumnNames& names,
@@ -30,13 +54,20 @@ MCBinModel::Recount CountRecords(const MCBinModel::BinModel& model,
     counter.Add(values.data(), *recordWeight);
   }
 
+  const std::uint64_t recordCount = pass.GetRecordCount();
+  if (recordCount == 0) {
+    throw Refusal(RefusalCode::kNoRecords, {reader.GetName(), {}, {}}, "there is no record");
+  }
+  if (weights) weights->GetCoder().CheckRecordsLeft(recordCount, reader.GetName());
   for (const FieldCoder& coder : coders) {
     std::optional<std::string> unknown = coder.DescribeUnknown();
     if (unknown) notes.push_back(*std::move(unknown));
   }
-  return {pass.GetRecordCount(),
-          weights ? weights->GetCoder().GetDropped() : MCBinModel::DroppedRecords{},
-          counter.Finish()};
+  MCBinModel::Recount recount{
+      recordCount, weights ? weights->GetCoder().GetDropped() : MCBinModel::DroppedRecords{},
+      counter.Finish()};
+  CheckCounts(model, recount, reader.GetName());
+  return recount;
 }
 
 }  // namespace MCBin

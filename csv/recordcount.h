@@ -17,8 +17,9 @@ namespace MCBin {
 // `results` are indexes into the model's; without `weight` every record counts once. `notes` gets
 // a line for each column with categories that the bin file does not know.
 //
-// Throws Refusal for a column that is not there and for what the reader, the weights and the
-// columns refuse; Interrupt::Requested when the user stops it.
+// Throws Refusal when there is nothing to count (RefusalCode::kNoRecords): no record, none with a
+// usable weight, or none with a known class of the target; for a column that is not there and for
+// what the reader, the weights and the columns refuse; Interrupt::Requested when the user stops it.
 MCBinModel::Recount CountRecords(const MCBinModel::BinModel& model,
                                  const std::vector<std::size_t>& results, const ColumnNames& names,
                                  const std::optional<MCBinModel::WeightInfo>& weight,

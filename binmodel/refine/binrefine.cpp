@@ -15,6 +15,7 @@
 #include "binmodel/refine/joinsearch.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
+#include "binmodel/text/similartexts.h"
 
 namespace MCBinModel {
 
@@ -57,9 +58,11 @@ std::vector<Demand> ListDemands(const RefineSettings& settings,
   const auto member = [none](auto limit) {
     return [none, limit](JoinLimits& limits) { limits.*limit = none.*limit; };
   };
-  add(settings.minBins > 1, fmt::format("at least {} bins", settings.minBins),
+  const bool isExact = !attribute && settings.minBins > 1 && settings.minBins == settings.maxBins;
+  add(isExact, fmt::format("{} bins", settings.minBins), nullptr);
+  add(settings.minBins > 1 && !isExact, fmt::format("at least {} bins", settings.minBins),
       member(&JoinLimits::minBins));
-  add(settings.maxBins > 0,
+  add(settings.maxBins > 0 && !isExact,
       fmt::format("at most {} bin{}", settings.maxBins, settings.maxBins == 1 ? "" : "s"),
       member(&JoinLimits::maxBins));
   add(settings.minShare > 0.0,
@@ -228,12 +231,33 @@ class Conflicts {
   std::size_t fCount = 0;
 };
 
+std::vector<std::string> NamesOf(const std::vector<VariableInfo>& variables) {
+  std::vector<std::string> names;
+  for (const VariableInfo& variable : variables) names.push_back(variable.name);
+  return names;
+}
+
+// Which class the demands are about, as it may be another one when the bins are looked at.
+std::string DescribeEvents(const std::vector<VariableInfo>& targets,
+                           const RefineSettings& settings) {
+  const bool needsEvent = settings.trend != RateTrend::kAny || settings.minRateDifference > 0.0 ||
+                          settings.minEventWeight > 0.0 || settings.minNoneventWeight > 0.0;
+  if (!needsEvent) return {};
+  std::vector<std::string> events;
+  for (const VariableInfo& target : targets) {
+    if (target.GetCategoryCount() != 2) continue;
+    events.push_back(QuotedText(target.GetLabel(target.GetEvent())) +
+                     (targets.size() > 1 ? " of " + QuotedText(target.name) : ""));
+  }
+  return events.empty() ? "" : fmt::format("; event {}", fmt::join(events, ", "));
+}
+
 bool IsChosen(const RefineSettings& settings, const std::string& attribute) {
   const std::vector<std::string>& chosen = settings.attributes;
   return chosen.empty() || std::find(chosen.begin(), chosen.end(), attribute) != chosen.end();
 }
 
-void CheckAttributes(const BinModel& model, const RefineSettings& settings) {
+void CheckAttributes(const std::vector<std::string>& attributes, const RefineSettings& settings) {
   std::vector<std::string> names = settings.attributes;
   std::vector<std::string> listed;
   for (const auto* lists : {&settings.breaks, &settings.keep}) {
@@ -241,12 +265,13 @@ void CheckAttributes(const BinModel& model, const RefineSettings& settings) {
   }
   names.insert(names.end(), listed.begin(), listed.end());
   for (const std::string& name : names) {
-    const bool isKnown =
-        std::any_of(model.results.begin(), model.results.end(),
-                    [&](const auto& bins) { return model.GetAttribute(bins).name == name; });
-    if (isKnown) continue;
-    throw Refusal(RefusalCode::kUnknownAttribute, {"", name, ""},
-                  fmt::format("there are no bins of an attribute {}", QuotedText(name)));
+    if (std::find(attributes.begin(), attributes.end(), name) != attributes.end()) continue;
+    std::vector<std::string> near = FindSimilar(attributes, name);
+    for (std::string& similar : near) similar = QuotedText(similar);
+    throw Refusal(
+        RefusalCode::kUnknownAttribute, {"", name, ""},
+        fmt::format("there are no bins of an attribute {}{}", QuotedText(name),
+                    near.empty() ? "" : fmt::format("; did you mean {}?", fmt::join(near, ", "))));
   }
   for (const std::string& name : listed) {
     if (IsChosen(settings, name)) continue;
@@ -287,7 +312,7 @@ AttributeBins RefineBins(const BinModel& model, std::size_t result,
 
 BinModel RefineModel(const BinModel& model, const RefineSettings& settings,
                      const std::function<bool()>& cancel) {
-  CheckAttributes(model, settings);
+  CheckAttributes(NamesOf(model.attributes), settings);
   BinModel refined = model;
   Conflicts conflicts;
   for (std::size_t result = 0; result < model.results.size(); ++result) {
@@ -303,24 +328,32 @@ BinModel RefineModel(const BinModel& model, const RefineSettings& settings,
     }
   }
   conflicts.ThrowIfAny();
-  refined.refinements.push_back(DescribeRefinement(settings));
+  refined.refinements.push_back(DescribeRefinement(settings) +
+                                DescribeEvents(model.targets, settings));
   return refined;
+}
+
+void CheckRefinement(const std::vector<VariableInfo>& attributes,
+                     const std::vector<VariableInfo>& targets, const RefineSettings& settings) {
+  CheckAttributes(NamesOf(attributes), settings);
+  if (targets.empty()) CheckTwoClasses(nullptr, settings);
+  for (const VariableInfo& target : targets) CheckTwoClasses(&target, settings);
 }
 
 std::string DescribeRefinement(const RefineSettings& settings) {
   std::vector<std::string> words;
   for (Demand& demand : ListDemands(settings, std::nullopt))
     words.push_back(std::move(demand.words));
-  std::string text =
-      fmt::format("{}{}most information {}", fmt::join(words, ", "), words.empty() ? "" : "; ",
-                  settings.objective == RefineObjective::kInformationGain ? "gain" : "value");
+  std::string text = fmt::format(
+      "{}{}the most information {}", fmt::join(words, ", "), words.empty() ? "" : ", and then ",
+      settings.objective == RefineObjective::kInformationGain ? "gain" : "value");
   if (settings.attributes.empty()) return text;
   constexpr std::size_t kMostNamed = 5;
   std::vector<std::string> names;
   for (const std::string& name : settings.attributes) {
     if (names.size() < kMostNamed) names.push_back(QuotedText(name));
   }
-  text += fmt::format("; only {}", fmt::join(names, ", "));
+  text += fmt::format("; attributes {}", fmt::join(names, ", "));
   const std::size_t unnamed = settings.attributes.size() - names.size();
   return unnamed == 0 ? text : fmt::format("{} and {} more", text, unnamed);
 }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "../model/binmodel.h"
 #include "../model/binmodelexport.h"
@@ -27,16 +28,23 @@ namespace MCBinModel {
 MCBINMODEL_API AttributeBins RefineBins(const BinModel& model, std::size_t result,
                                         const RefineSettings& settings);
 
-// The model with refined bins, and with DescribeRefinement in its refinements. Throws Refusal when
-// any of its results cannot be refined, with a reason for each of these, and for an attribute that
-// the model does not have, or that has cut points here and is not to be refined
-// (kUnknownAttribute); so all of it is refined, or nothing. `cancel`, if given, is asked before
-// each result whether to stop (kCancelled).
+// The model with refined bins, and with DescribeRefinement and the events in its refinements.
+// Throws Refusal when any of its results cannot be refined, with a reason for each of these, and
+// for an attribute that the model does not have, or that has cut points here and is not to be
+// refined (kUnknownAttribute); so all of it is refined, or nothing. `cancel`, if given, is asked
+// before each result whether to stop (kCancelled).
 MCBINMODEL_API BinModel RefineModel(const BinModel& model, const RefineSettings& settings,
                                     const std::function<bool()>& cancel = nullptr);
 
-// What the settings ask for, such as "at most 5 bins, an increasing event rate; most information
-// gain".
+// What can be said before there are bins of these variables: throws Refusal for an attribute that
+// the settings name wrongly (kUnknownAttribute) and for a target without the two classes that they
+// need (kRefineNeedsTwoClasses).
+MCBINMODEL_API void CheckRefinement(const std::vector<VariableInfo>& attributes,
+                                    const std::vector<VariableInfo>& targets,
+                                    const RefineSettings& settings);
+
+// What the settings ask for, such as "at most 5 bins, an increasing event rate, and then the most
+// information gain".
 MCBINMODEL_API std::string DescribeRefinement(const RefineSettings& settings);
 
 }  // namespace MCBinModel

@@ -66,10 +66,14 @@ class Comparison {
   Comparison(const Comparison&) = delete;
   Comparison& operator=(const Comparison&) = delete;
 
-  std::vector<std::string> SummaryRow() const {
+  // Whether there are two stability indexes: with the missing cases and without.
+  bool ComparesMissing() const { return fFile.missing && fBins.HasMissing(); }
+
+  std::vector<std::string> SummaryRow(bool withoutMissing) const {
     std::vector<std::string> cells = {ElideText(fAttribute.name, kNameWidth),
                                       std::to_string(fFile.cutPoints.size() + 1),
                                       MeasureCell(StabilityOfBins(fFile, fData))};
+    if (withoutMissing) cells.push_back(MeasureCell(StabilityOfValues()));
     if (fTarget != nullptr) {
       cells.push_back(MeasureCell(fFile.informationGain));
       cells.push_back(MeasureCell(fData.informationGain));
@@ -114,6 +118,17 @@ class Comparison {
     return line;
   }
 
+  Measure StabilityOfValues() const {
+    if (fFile.binWeights.size() != fData.binWeights.size()) return std::nullopt;
+    return StabilityIndex(fFile.binWeights, fData.binWeights);
+  }
+
+  // Why the stability index is infinite, when missing cases are to blame.
+  std::string DescribeOneSided() const {
+    if (FindMissingBin(fFile) == nullptr) return "; infinite, as only the data have missing cases";
+    return FindMissingBin(fData) == nullptr ? "; infinite, as the data have no missing cases" : "";
+  }
+
   void AddStability(ReportWriter& writer) const {
     if (!fFile.missing) {
       const double missing = fRecounted.counts.missing ? fRecounted.counts.missing->weight : 0.0;
@@ -122,9 +137,9 @@ class Comparison {
             "the bin file has not counted its missing cases as a bin, so no measure knows them");
       }
     } else if (fBins.HasMissing() && fFile.binWeights.size() == fData.binWeights.size()) {
-      writer.AddFact(fmt::format("stability {} ({} without missing)",
+      writer.AddFact(fmt::format("stability {} ({} without missing){}",
                                  MeasureCell(StabilityOfBins(fFile, fData)),
-                                 MeasureCell(StabilityIndex(fFile.binWeights, fData.binWeights))));
+                                 MeasureCell(StabilityOfValues()), DescribeOneSided()));
     }
   }
 
@@ -262,6 +277,10 @@ void WriteComparison(const BinModel& model, const NamedRecount& data, std::size_
   summary.AddColumn("attribute", Align::kLeft);
   summary.AddColumn("bins", Align::kRight);
   summary.AddColumn("stability", Align::kRight);
+  const bool withoutMissing = std::any_of(
+      results.begin(), results.begin() + static_cast<std::ptrdiff_t>(count),
+      [&](const RecountedBins& result) { return Comparison(model, result).ComparesMissing(); });
+  if (withoutMissing) summary.AddColumn("without missing", Align::kRight);
   std::vector<const char*> measures;
   if (hasTarget) measures.push_back("gain");
   if (HasTwoClasses(model, first)) measures.insert(measures.end(), {"Gini", "KS"});
@@ -270,8 +289,9 @@ void WriteComparison(const BinModel& model, const NamedRecount& data, std::size_
     summary.AddColumn("data", Align::kRight);
   }
   summary.AddColumn("counts", Align::kLeft);
-  for (std::size_t i = 0; i < count; ++i)
-    summary.AddRow(Comparison(model, results[i]).SummaryRow());
+  for (std::size_t i = 0; i < count; ++i) {
+    summary.AddRow(Comparison(model, results[i]).SummaryRow(withoutMissing));
+  }
 
   writer.AddTitle(fmt::format("Bins of {} on {}: {} records{}", PrintableText(model.source.name),
                               PrintableText(data.name), UsedRecords(data.recount),

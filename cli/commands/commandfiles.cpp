@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "binmodel/file/binfile.h"
+#include "binmodel/model/refusal.h"
 #include "binmodel/model/resultselection.h"
 #include "binmodel/model/targetclasses.h"
 #include "binmodel/report/reportcells.h"
@@ -56,6 +57,18 @@ void CheckAreTwoFiles(const CommandOutput& first, const CommandOutput& second) {
   const bool areOne = !place.empty() && place == resolved(second);
   if (first.path == second.path || areOne) {
     throw UsageError(fmt::format("{} and {} name the same file", first.option, second.option));
+  }
+}
+
+// Of a command that also reads data: which file comes first is easily mixed up.
+MCBinModel::BinModel LoadBinFileBeforeData(const DataOptions& options) {
+  try {
+    return LoadBinFile(options.binFile, options.evidence);
+  } catch (const MCBinModel::Refusal& refusal) {
+    if (refusal.GetCode() != MCBinModel::RefusalCode::kWrongFile) throw;
+    throw MCBinModel::Refusal(refusal.GetCode(),
+                              {refusal.GetPlace(), refusal.GetSubject(), refusal.GetDetail()},
+                              refusal.GetReason() + "; the bin file comes first, then the data");
   }
 }
 
@@ -111,8 +124,7 @@ std::vector<std::size_t> ChooseResults(const MCBinModel::BinModel& model,
 }
 
 BinsToUse::BinsToUse(const DataOptions& options)
-    : model(LoadBinFile(options.binFile, options.evidence)),
-      results(ChooseResultsAloud(model, options)) {}
+    : model(LoadBinFileBeforeData(options)), results(ChooseResultsAloud(model, options)) {}
 
 DataFile::DataFile(const MCBinModel::BinModel& model, const DataOptions& options,
                    const std::string& path)

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "binmodel/model/refusal.h"
 #include "binmodel/model/resultselection.h"
 #include "binmodel/report/binreport.h"
 #include "binmodel/text/displaytext.h"
@@ -32,6 +33,17 @@ std::optional<MCBinModel::WeightInfo> ChooseWeight(const EvaluateOptions& option
   return weight;
 }
 
+// A weight that the user has not named is not what they would look for.
+void CheckWeight(const EvaluateOptions& options,
+                 const std::optional<MCBinModel::WeightInfo>& weight, const DataFile& file) {
+  if (!weight || options.weight || file.names.Contains(weight->name)) return;
+  throw MCBinModel::Refusal(
+      MCBinModel::RefusalCode::kUnknownColumn, {file.input.GetName(), weight->name, {}},
+      fmt::format("there is no column {}, the weight in the bin file; --weight NAME names another, "
+                  "--unweighted counts every record once",
+                  MCBinModel::QuotedText(weight->name)));
+}
+
 void PrintDropped(const MCBinModel::Recount& recount) {
   const MCBinModel::DroppedRecords& dropped = recount.dropped;
   if (dropped.GetTotal() == 0) return;
@@ -50,12 +62,14 @@ MCBinModel::NamedRecount CountFile(const EvaluateOptions& options, const BinsToU
                                    const std::string& path) {
   DataFile file(bins.model, options, path);
   const bool hasTarget = HasTarget(bins, file);
+  const std::optional<MCBinModel::WeightInfo> weight = ChooseWeight(options, bins.model.source);
+  CheckWeight(options, weight, file);
   ProgressBar progress(!options.quiet && file.input.IsRegularFile());
   progress.StartBytes("counting", file.input.GetSize());
   std::vector<std::string> notes;
   const MCBinModel::Recount recount = CountRecords(
       hasTarget ? bins.model : MCBinModel::WithoutTargets(bins.model), bins.results, file.names,
-      ChooseWeight(options, bins.model.source), file.missingTexts, file.reader,
+      weight, file.missingTexts, file.reader,
       [&](std::uint64_t bytesRead) { progress.Update(bytesRead); }, notes);
   progress.Finish();
   if (!options.quiet) {

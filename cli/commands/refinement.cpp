@@ -10,6 +10,7 @@
 #include "binmodel/refine/binrefine.h"
 #include "binmodel/text/displaytext.h"
 #include "cli/terminal/notes.h"
+#include "io/interrupt.h"
 
 namespace MCBin {
 
@@ -44,7 +45,7 @@ void PrintSingleBins(const MCBinModel::BinModel& model, const MCBinModel::BinMod
 
 MCBinModel::BinModel Refine(const MCBinModel::BinModel& model,
                             const MCBinModel::RefineSettings& settings, bool quiet) {
-  MCBinModel::BinModel refined = MCBinModel::RefineModel(model, settings);
+  MCBinModel::BinModel refined = MCBinModel::RefineModel(model, settings, &Interrupt::IsRequested);
   if (!quiet) PrintSingleBins(model, refined, settings);
   return refined;
 }

@@ -9,6 +9,7 @@
 
 #include "binmodel/model/binmodel.h"
 #include "binmodel/model/targetclasses.h"
+#include "binmodel/refine/binrefine.h"
 #include "binmodel/run/binrun.h"
 #include "binmodel/text/displaytext.h"
 #include "cli/commands/commands.h"
@@ -60,12 +61,21 @@ auto ShowProgress(ProgressBar& progress) {
   };
 }
 
+// What is asked of refined bins, as far as the header says.
+void CheckCutPointNames(const RunOptions& options, const ColumnNames& names) {
+  if (!options.refinement) return;
+  for (const auto* lists : {&options.refinement->breaks, &options.refinement->keep}) {
+    for (const auto& [name, cuts] : *lists) names.Find(name);
+  }
+}
+
 // Reads the file once, then bins its columns. All temporary files are gone when it returns.
 MCBinModel::BinModel MakeBins(const RunOptions& options) {
   const PrivateDirectory directory(options.tempDir);
   const InputStream input(options.input, "a CSV file");
   CsvReader reader(input.Get(), input.GetName(), options.delimiter);
   const ColumnNames names = ColumnNames::Read(reader);
+  CheckCutPointNames(options, names);
   std::vector<ColumnNote> notes;
   const std::vector<ColumnRequest> requests = SelectColumns(names, options.columns, notes);
 
@@ -79,6 +89,9 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
       MakeInputVariables(input.GetName(), requests, scan, options.rounding, notes);
   MCBinModel::ChooseEvents(variables.targets, options.evidence.events);
   MCBinModel::RequireClasses(variables.targets, options.evidence.classes);
+  if (options.refinement) {
+    MCBinModel::CheckRefinement(variables.attributes, variables.targets, *options.refinement);
+  }
   if (!options.quiet) {
     for (const ColumnNote& note : notes) PrintNote(NoteText(note));
   }

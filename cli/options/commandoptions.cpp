@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <string_view>
@@ -52,14 +53,21 @@ CLI::Validator WholeNumberFrom(int least) {
       "");
 }
 
+void CheckDiffer(const char* flag, std::vector<std::string> names) {
+  std::sort(names.begin(), names.end());
+  const auto twice = std::adjacent_find(names.begin(), names.end());
+  if (twice == names.end()) return;
+  throw UsageError(fmt::format("{}: {} is named twice", flag, MCBinModel::QuotedText(*twice)));
+}
+
 void AddEvidenceOptions(CLI::App& command, EvidenceOptions& options, const char* defaultEvent,
                         const char* defaultAdjustment) {
   AddList(command, "--event", options.events, "CLASS",
           fmt::format("class that weight of evidence is about ({})", defaultEvent));
   command
-      .add_option("--woe-adjust", options.adjustment,
-                  fmt::format("add to both class weights in every bin for weight of evidence ({})",
-                              defaultAdjustment))
+      .add_option(
+          "--woe-adjust", options.adjustment,
+          fmt::format("add to both class weights of every bin for it ({})", defaultAdjustment))
       ->check(NumberBetween(0.0, MCBinModel::kLargestEvidenceAdjustment))
       ->type_name("WEIGHT");
 }
@@ -109,7 +117,10 @@ void AddClasses(CLI::App& command, EvidenceOptions& options) {
   command
       .add_option_function<std::vector<std::string>>(
           "--classes",
-          [&options](const std::vector<std::string>& lists) { options.classes = JoinLists(lists); },
+          [&options](const std::vector<std::string>& lists) {
+            options.classes = JoinLists(lists);
+            CheckDiffer("--classes", options.classes);
+          },
           "classes in the order to show them; others follow by number or text")
       ->allow_extra_args(false)
       ->type_name("NAMES");

@@ -59,7 +59,8 @@ std::string TakeOptionName(std::string_view& text, const char* option, const cha
   const bool quoted = !text.empty() && text.front() == '"';
   const std::size_t nameEnd = quoted ? text.rfind("\"=") : text.find('=');
   if (nameEnd == std::string_view::npos || nameEnd == 0) {
-    throw UsageError(fmt::format("{} {}: write {}", option, MCBinModel::QuotedText(whole), form));
+    throw UsageError(fmt::format("{} {}: write {}, a name with '=' in it in double quotes", option,
+                                 MCBinModel::QuotedText(whole), form));
   }
   const std::string_view name = quoted ? text.substr(0, nameEnd + 1) : text.substr(0, nameEnd);
   text.remove_prefix(name.size() + 1);

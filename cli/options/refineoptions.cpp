@@ -44,8 +44,11 @@ void AddCutPoints(const char* flag, const std::string& value,
   for (const std::string& item : SplitOptionNames(text)) {
     const MCBinModel::ParsedNumber number = MCBinModel::ParseNumber(item);
     if (number.kind != MCBinModel::NumberKind::kNumber) {
-      throw UsageError(fmt::format("{} {}: {} is no number", flag, MCBinModel::QuotedText(name),
-                                   MCBinModel::QuotedText(item)));
+      const bool mayBeName = item.find('=') != std::string::npos;
+      throw UsageError(
+          fmt::format("{} {}: {} is no number{}", flag, MCBinModel::QuotedText(name),
+                      MCBinModel::QuotedText(item),
+                      mayBeName ? "; write a name with '=' in it in double quotes" : ""));
     }
     cuts.push_back(number.value);
   }

@@ -52,6 +52,14 @@ TEST(Supervised, RoundsWeightsAndCountsDroppedRecords) {
                              "rounded to zero)"),
             std::string::npos)
       << outcome.err;
+  program.Run("supervised --target y --weight w w.csv --json bins.json");
+  program.Write("new.csv", "a,y\n1,x\n");
+  const auto unweighted = program.Run("evaluate bins.json new.csv");
+  EXPECT_EQ(unweighted.exitCode, 1);
+  EXPECT_NE(unweighted.err.find("'w', the weight in the bin file; --weight NAME names another, "
+                                "--unweighted"),
+            std::string::npos)
+      << unweighted.err;
   const json truncated = json::parse(program.Run(command + "--rounding truncate").out);
   EXPECT_EQ(truncated["results"][0]["valid_weight"], 3);
 }
@@ -89,14 +97,22 @@ TEST(Refine, GivesTheSameFromABinFileAndAfterARun) {
   ASSERT_EQ(program.Run(run + "after.json" + demands).exitCode, 0);
   const auto refined = program.Run("refine bins.json -o refined.json" + demands);
   ASSERT_EQ(refined.exitCode, 0) << refined.err;
-  EXPECT_NE(
-      refined.out.find("\n  refined to have at most 2 bins, at least 0.2 of the weight that is not "
-                       "missing in every "
-                       "bin, an increasing or decreasing event rate; most information gain\n"),
-      std::string::npos)
+  EXPECT_NE(refined.out.find(
+                "\n  refined to have at most 2 bins, at least 0.2 of the weight that is not "
+                "missing in every "
+                "bin, an increasing or decreasing event rate, and then the most information gain; "
+                "event 'malignant'\n"),
+            std::string::npos)
       << refined.out;
   EXPECT_EQ(json::parse(program.Read("refined.json")), json::parse(program.Read("after.json")));
   EXPECT_EQ(program.Run("apply refined.json examples/wdbc.csv").exitCode, 0);
+
+  for (const char* quiet : {"", " --quiet"}) {
+    const auto single = program.Run("refine bins.json --strict --min-share 1" + std::string(quiet));
+    EXPECT_EQ(single.exitCode, 0);
+    EXPECT_EQ(single.err.find("mcbin: refining left a single bin of '") == 0, *quiet == '\0')
+        << single.err;
+  }
 
   const auto impossible = program.Run("refine bins.json -o none.json --min-bins 9");
   EXPECT_EQ(impossible.exitCode, 1);

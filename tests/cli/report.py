@@ -20,7 +20,8 @@ def run(*arguments, text=None, **environment):
 class Report(unittest.TestCase):
     def test_of_a_run_is_a_page_of_its_own(self):
         with tempfile.TemporaryDirectory() as directory:
-            for command in (["supervised", "--target", "species"], ["equal-frequency"]):
+            for command in (["supervised", "--target", "species"], ["equal-frequency"],
+                            ["equal-frequency", "--target", "species"]):
                 path = os.path.join(directory, "report.html")
                 outcome = run(*command, "--report", path, EXAMPLES + "/iris.csv")
                 self.assertEqual(outcome.returncode, 0, outcome.stderr)

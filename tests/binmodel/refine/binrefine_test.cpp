@@ -333,7 +333,7 @@ TEST(Refine, SumsWeightsAndMeasuresAnew) {
   EXPECT_EQ(bins.weightWithMissing, model.results[0].weightWithMissing);
   ASSERT_EQ(refined.refinements.size(), 1u);
   EXPECT_EQ(refined.refinements[0],
-            "at most 3 bins, the cut points to be kept; most information gain");
+            "at most 3 bins, the cut points to be kept, and then the most information gain");
 }
 
 struct RefusedSettings {
@@ -399,7 +399,8 @@ INSTANTIATE_TEST_SUITE_P(
                         RefusalCode::kNoSuchCutPoint, "'x' has no cut point 7; nearest to it is 2"},
         RefusedSettings{"OtherAttribute", 2,
                         SettingsWith([](RefineSettings& asked) { asked.keep["y"] = {1.0}; }),
-                        RefusalCode::kUnknownAttribute, "there are no bins of an attribute 'y'"},
+                        RefusalCode::kUnknownAttribute,
+                        "there are no bins of an attribute 'y'; did you mean 'x'?"},
         RefusedSettings{"RatesOfThreeClasses", 3, SettingsWith([](RefineSettings& asked) {
                           asked.trend = RateTrend::kEither;
                         }),
@@ -432,13 +433,18 @@ TEST(Refine, TellsOfEveryAttributeAndRefinesNone) {
   settings.attributes = {"y"};
   const BinModel refined = MCBinModel::RefineModel(model, settings);
   EXPECT_EQ(refined.results[1].cutPoints.size(), 1u);
-  EXPECT_EQ(refined.refinements.back(), "at least 2 bins; most information gain; only 'y'");
+  EXPECT_EQ(refined.refinements.back(),
+            "at least 2 bins, and then the most information gain; attributes 'y'");
   settings.keep["x"] = {7.0};
   EXPECT_EQ(refusalOf(model, settings),
             "cut points of 'x' are given, but it is not among the attributes to be refined");
 
   RefineSettings rising;
   rising.trend = RateTrend::kIncreasing;
+  rising.minBins = rising.maxBins = 1;
+  EXPECT_EQ(
+      MCBinModel::RefineModel(model, rising).refinements.back(),
+      "at most 1 bin, an increasing event rate, and then the most information gain; event 'b'");
   EXPECT_EQ(
       refusalOf(SampleBins({"a", "b", "c"}, {{"x", {{1, 1, 1}}}, {"y", {{2, 1, 1}}}}), rising),
       "event rates, event weights and information value need a target with two classes; 't' "

@@ -187,7 +187,13 @@ TEST(EvaluationReport, ComparesMissingCasesWhereBothSidesCountedThem) {
   EXPECT_TRUE(Contains(report(), "the bin file has not counted its missing cases")) << report();
   model.results[0].missing = {2.0, {1.0, 1.0}};
   EXPECT_TRUE(Contains(report(), "  stability 0.4159 (0.0000 without missing)\n")) << report();
+  EXPECT_TRUE(Contains(report(), "  x             2     0.4159           0.0000  ")) << report();
   EXPECT_TRUE(Contains(report(), "  missing         2     8  20.0%  50.0%  1     6")) << report();
+  model.results[0].missing = {0.0, {0.0, 0.0}};
+  EXPECT_TRUE(Contains(report(),
+                       "  stability +inf (0.0000 without missing); infinite, as only the "
+                       "data have missing cases\n"))
+      << report();
 }
 
 }  // namespace
