@@ -21,29 +21,62 @@ std::string CategoryText(const std::string& label) {
   return QuoteDoubled(label, '"');
 }
 
-// A binary search that always takes the same steps: without a branch on the data, the processor
-// works on several values at once. `cutPoints` are filled up with infinities to one less than a
-// power of two.
-template <typename IsBelow>
-void SearchAll(const std::vector<double>& cutPoints, const double* values, std::size_t count,
-               std::int32_t lastBin, const IsBelow& isBelow, std::int32_t* bins) {
-  const auto firstStep = static_cast<std::int32_t>((cutPoints.size() + 1) / 2);
-  constexpr std::size_t kTogether = 64;
-  std::array<std::int32_t, kTogether> found;
-  for (std::size_t first = 0; first < count; first += kTogether) {
-    const std::size_t together = std::min(kTogether, count - first);
-    const double* const block = values + first;
-    found.fill(0);
-    for (std::int32_t step = firstStep; step > 0; step /= 2) {
-      const double* const middle = cutPoints.data() + step - 1;
-      for (std::size_t i = 0; i < together; ++i) {
-        found[i] += static_cast<std::int32_t>(isBelow(middle[found[i]], block[i])) * step;
-      }
-    }
-    for (std::size_t i = 0; i < together; ++i) {
-      bins[first + i] = std::isnan(block[i]) ? -1 : std::min(found[i], lastBin);
+// Cut points as a binary search meets them: the middle one first, at 1, and below place p those at
+// 2p and 2p + 1. Filled up with infinities to one less than a power of two, which is the number of
+// leaves.
+struct SearchTree {
+  std::vector<double> cutPoints;
+  std::size_t levelCount = 0;
+  std::int32_t lastBin = 0;
+
+  explicit SearchTree(const std::vector<double>& ascending)
+      : levelCount(std::bit_width(ascending.size())),
+        lastBin(static_cast<std::int32_t>(ascending.size())) {
+    cutPoints.assign(GetLeafCount(), std::numeric_limits<double>::infinity());
+    for (std::size_t place = 1; place < cutPoints.size(); ++place) {
+      const std::size_t below = levelCount - std::bit_width(place);
+      const std::size_t inLevel = place - std::bit_floor(place);
+      const std::size_t index = ((2 * inLevel + 1) << below) - 1;
+      if (index < ascending.size()) cutPoints[place] = ascending[index];
     }
   }
+
+  std::size_t GetLeafCount() const { return std::size_t{1} << levelCount; }
+};
+
+// The processor works on so many values at once, as every search takes the same steps, without a
+// branch on the data.
+constexpr std::size_t kTogether = 8;
+
+template <typename IsBelow>
+void SearchTogether(const SearchTree& tree, const double* values, const IsBelow& isBelow,
+                    std::int32_t* bins) {
+  std::array<std::size_t, kTogether> places;
+  places.fill(1);
+  for (std::size_t level = 0; level < tree.levelCount; ++level) {
+    for (std::size_t i = 0; i < kTogether; ++i) {
+      places[i] = 2 * places[i] + (isBelow(tree.cutPoints[places[i]], values[i]) ? 1U : 0U);
+    }
+  }
+  for (std::size_t i = 0; i < kTogether; ++i) {
+    const auto leaf = static_cast<std::int32_t>(places[i] - tree.GetLeafCount());
+    bins[i] = std::isnan(values[i]) ? -1 : std::min(leaf, tree.lastBin);
+  }
+}
+
+template <typename IsBelow>
+void SearchAll(const SearchTree& tree, const double* values, std::size_t count,
+               const IsBelow& isBelow, std::int32_t* bins) {
+  std::size_t first = 0;
+  for (; first + kTogether <= count; first += kTogether) {
+    SearchTogether(tree, values + first, isBelow, bins + first);
+  }
+  if (first == count) return;
+  std::array<double, kTogether> last{};
+  std::array<std::int32_t, kTogether> found;
+  std::copy(values + first, values + count, last.begin());
+  SearchTogether(tree, last.data(), isBelow, found.data());
+  std::copy_n(found.begin(), count - first, bins + first);
 }
 
 }  // namespace
@@ -56,13 +89,11 @@ std::size_t FindBin(const std::vector<double>& cutPoints, double value, bool rig
 
 void FindBins(const std::vector<double>& cutPoints, const double* values, std::size_t count,
               bool rightClosed, std::int32_t* bins) {
-  std::vector<double> filledUp = cutPoints;
-  filledUp.resize(std::bit_ceil(cutPoints.size() + 1) - 1, std::numeric_limits<double>::infinity());
-  const auto lastBin = static_cast<std::int32_t>(cutPoints.size());
+  const SearchTree tree(cutPoints);
   if (rightClosed) {
-    SearchAll(filledUp, values, count, lastBin, std::less<>(), bins);
+    SearchAll(tree, values, count, std::less<>(), bins);
   } else {
-    SearchAll(filledUp, values, count, lastBin, std::less_equal<>(), bins);
+    SearchAll(tree, values, count, std::less_equal<>(), bins);
   }
 }
 

@@ -73,11 +73,8 @@ def add_column(table: _core.Table, name: object, column: Any) -> None:
         _add_values(table, name, column)
     elif _is_pandas(column, "Series"):
         _add_series(table, name, column)
-    elif hasattr(column, "__arrow_c_stream__"):
+    elif hasattr(column, "__arrow_c_stream__") or hasattr(column, "__arrow_c_array__"):
         _add_arrow(table, name, column)
-    elif hasattr(column, "__arrow_c_array__"):
-        schema, array = column.__arrow_c_array__()
-        table.add_arrow_array(schema, array, name)
     elif isinstance(column, (bytes, bytearray)):
         raise TableTypeError(f"column {name!r} is {type(column).__name__}, which has no values")
     elif isinstance(column, (str, bool, int, float, np.generic)) or column is None:
@@ -94,7 +91,11 @@ def column_of(data: Any, default_name: str) -> tuple[str, Any]:
 
 def _add_arrow(table: _core.Table, name: str, column: Any) -> None:
     before = len(table.names())
-    table.add_arrow_stream(column.__arrow_c_stream__(), name)
+    if hasattr(column, "__arrow_c_stream__"):
+        table.add_arrow_stream(column.__arrow_c_stream__(), name)
+    else:
+        schema, array = column.__arrow_c_array__()
+        table.add_arrow_array(schema, array, name)
     if table.names()[before:] != [name]:
         raise TableTypeError(f"column {name!r} is a table or a struct and no column")
 

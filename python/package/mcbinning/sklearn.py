@@ -105,19 +105,23 @@ class _Discretizer(TransformerMixin, BaseEstimator):  # type: ignore[misc]
     def _encode(self, X: Any, target: str | None) -> Any:
         as_: Literal["woe", "index"] = "woe" if self.encode == "woe" else "index"
         frame = self.bins_.apply(X, as_, target=target)
-        columns = [frame[name] for name in frame.columns]
-        if self.encode == "woe":
-            return np.nan_to_num(np.column_stack(columns), nan=0.0, posinf=np.inf, neginf=-np.inf)
-        indexes = np.column_stack(columns)
-        if self.encode == "ordinal":
-            return np.where(indexes < 0, np.nan, indexes)
+        missing = 0.0 if self.encode == "woe" else np.nan
+        if self.encode in ("ordinal", "woe"):
+            encoded = np.empty((len(X), len(frame.columns)), order="F")
+            for place, name in enumerate(frame.columns):
+                values = frame[name]
+                encoded[:, place] = values
+                gone = np.isnan(values) if self.encode == "woe" else values < 0
+                encoded[gone, place] = missing
+            return encoded
+        indexes = np.column_stack([frame[name] for name in frame.columns])
         counts = np.array([len(self._cuts(self.bins_, name, target)) + 1 for name in self.bins_])
         first = np.concatenate([[0], np.cumsum(counts)])
         rows, features = np.nonzero(indexes >= 0)
         places = first[features] + indexes[rows, features]
         shape = (len(X), int(first[-1]))
-        encoded = sparse.csr_matrix((np.ones(len(rows)), (rows, places)), shape=shape)
-        return encoded if self.encode == "onehot" else encoded.toarray()
+        onehot = sparse.csr_matrix((np.ones(len(rows)), (rows, places)), shape=shape)
+        return onehot if self.encode == "onehot" else onehot.toarray()
 
     def inverse_transform(self, Xt: Any) -> Any:
         """Give bins a value: the middle of an interval, of an open one the number at its end.
