@@ -76,7 +76,10 @@ def make_case(seed, most_rows=400):
 def as_arrow(table):
     if isinstance(table, pa.Table):
         return table
-    return pa.table({name: pa.array(column) for name, column in table.items()})
+    columns = {name: pa.array(column) for name, column in table.items()}
+    return pa.table(
+        {n: c.cast(pa.string()) if pa.types.is_null(c.type) else c for n, c in columns.items()}
+    )
 
 
 def in_memory(table, missing=(), rounding="closest", **_):

@@ -123,8 +123,9 @@ def fit(
         Where temporary files go; the system's place for them without it.
     distinct
         Of an engine's table: count the distinct values of every attribute, for which all values
-        must meet. Otherwise `AttributeBins.distinct_values` is 1,001, or one more than
-        `prebin_above`, when there are so many or more. Tables in memory always count them.
+        must meet. Otherwise there may be more than `AttributeBins.distinct_values` when it is above
+        `prebin_above`; that of `fit_equal_frequency` is what was met, 1,001 at most. Tables in
+        memory always count them.
 
     Returns
     -------

@@ -13,7 +13,7 @@ from .._errors import TableTypeError
 from . import _plan, _sql
 from ._apply import find_column
 from ._rows import add_codes, other_names, weigh
-from ._sql import Array, Cases, Engine, MissingValues
+from ._sql import Array, Engine, MissingValues
 
 
 def evaluate_on(
@@ -56,11 +56,9 @@ def evaluate_on(
     code = "0" if target is None else _code(engine, target)
     queries = []
     for result in chosen:
-        cases = Cases(
-            _value(engine, variables[result["attribute"]]), code, weights.rounded, weights.kept
-        )
+        cases = weights.cases(_value(engine, variables[result["attribute"]]), code)
         query = _sql.place_cases(cases, dialect, result["cut_points"])
-        queries.append(_sql.count(dialect, query))
+        queries.append(_sql.count(dialect, query, cases.is_weighted))
     classes = 0 if target is None else len(target["categories"])
     summaries = [_plan.open_summary(answer, classes)[0] for answer in engine.ask(queries)]
     for result, summary in zip(chosen, summaries, strict=True):

@@ -126,7 +126,7 @@ class _Run:
         if target is not None:
             known = _sql.value_of(dialect, self._columns[target], self._missing_of(target))
             code = _sql.code_of(dialect, f"({known})", self._categories[target])
-        return Cases(value, code, self._weights.rounded, self._weights.kept)
+        return self._weights.cases(value, code)
 
     def _demand(self, attribute: int, target: int | None) -> _plan.Demand:
         settings = self._call.settings
@@ -156,8 +156,8 @@ class _Run:
     ) -> list[int]:
         """Count different values: exactly, or up to a limit where that takes another round."""
         limit = self._call.settings.get("prebin_above", _DISTINCT_COUNTED) + 1
-        numbers = [summary.distinct_at_least for summary in summaries]
-        open_ones = [place for place, summary in enumerate(summaries) if not summary.is_complete]
+        numbers = [summary.distinct for summary in summaries]
+        open_ones = [i for i, summary in enumerate(summaries) if not summary.is_distinct_exact]
         if not self._call.counts_distinct:
             for place in open_ones:
                 numbers[place] = min(numbers[place], limit)

@@ -10,7 +10,7 @@ from __future__ import annotations
 
 import math
 from collections.abc import Generator
-from dataclasses import dataclass
+from dataclasses import dataclass, replace
 
 import numpy as np
 
@@ -20,7 +20,7 @@ from ._sql import Answer, Array, Cases, Engine
 
 # What a table of results has at most, of one attribute.
 _RANGES = 65_536
-_VALUES_COLLECTED = 262_144
+_VALUES_COLLECTED = 524_288
 
 # Up to there a target weight is next to one whole number at most (docs/scale.md).
 LARGEST_WEIGHT = 2.0**51
@@ -72,6 +72,10 @@ class Summary:
         The weight of the cases without a value.
     no_class : float
         The weight of the cases without a class.
+    distinct : int
+        How many different values were met in the end, before ranges were joined.
+    is_distinct_exact : bool
+        Whether there are no others.
     """
 
     low: Array
@@ -80,6 +84,8 @@ class Summary:
     rows: Array
     missing: Array
     no_class: float
+    distinct: int = 0
+    is_distinct_exact: bool = False
 
     @property
     def is_complete(self) -> bool:
@@ -119,21 +125,21 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
         Rows that changed between two rounds.
     """
     query = _sql.open_ranges(cases)
-    answer = yield _sql.count(engine.dialect, query)
-    if float(answer["w"].sum()) != total:
+    answer = yield _sql.count(engine.dialect, query, cases.is_weighted)
+    if float(_sql.weights_of(answer).sum()) != total:
         raise changed(name)
     _check_finite(name, answer)
     summary, ids = open_summary(answer, demand.classes)
     while True:
         wanted = _wanted(summary, demand)
         if not wanted.any():
-            return summary
+            return _finish(summary, demand)
         _check_size(name, summary, demand)
         by_value = int(summary.rows[wanted].sum()) <= _VALUES_COLLECTED
         parts = 1 if by_value else max(16, _RANGES // int(wanted.sum()))
         query = _sql.divide(engine, query, _divide(summary, ids, wanted, parts))
         count = _sql.count_values if by_value else _sql.count
-        answer = yield count(engine.dialect, query)
+        answer = yield count(engine.dialect, query, cases.is_weighted)
         summary, ids = _refine(name, summary, wanted, answer, by_value)
 
 
@@ -180,7 +186,7 @@ def _gather(answer: Answer, keys: Array, classes: int) -> tuple[Array, Summary]:
     np.minimum.at(low, place, answer["lo"])
     np.maximum.at(high, place, answer["hi"])
     weights = np.zeros((count, max(classes, 1)))
-    np.add.at(weights, (place, _as_codes(answer["c"], classes)), answer["w"])
+    np.add.at(weights, (place, _as_codes(answer["c"], classes)), _sql.weights_of(answer))
     rows = np.bincount(place, weights=answer["n"], minlength=count)
     order = np.argsort(low, kind="stable")
     summary = Summary(
@@ -191,7 +197,7 @@ def _gather(answer: Answer, keys: Array, classes: int) -> tuple[Array, Summary]:
 
 def open_summary(answer: Answer, classes: int) -> tuple[Summary, Array]:
     """Make ranges of a first answer, and their ids."""
-    ranges, codes, weight = answer["r"], answer["c"], answer["w"]
+    ranges, codes, weight = answer["r"], answer["c"], _sql.weights_of(answer)
     has_class = codes >= 0 if classes else np.ones(len(codes), dtype=bool)
     is_missing = ranges == _sql.MISSING
     missing = np.zeros(max(classes, 1))
@@ -211,7 +217,7 @@ def _wanted(summary: Summary, demand: Demand) -> Array:
     several = summary.low < summary.high
     if _needs_all_values(summary, demand):
         return several
-    return several & _at_borders(summary, demand.bins)
+    return several & _at_borders(summary, demand.bins)[0]
 
 
 def percentile_targets(total: float, bins: int) -> Array:
@@ -232,30 +238,56 @@ def _is_equal(a: Array, b: Array) -> Array:
         return np.asarray(np.abs(a - b) / np.maximum(a, b) < _EPSILON)
 
 
-def _at_borders(summary: Summary, bins: int) -> Array:
-    """Tell which ranges hold the value of a percentile.
+def _at_borders(summary: Summary, bins: int) -> tuple[Array, Array]:
+    """Find the ranges that hold the value of a percentile, and those that a percentile ends with.
 
     A percentile that ends exactly with a range is the middle between its largest value and the
     next range's smallest; when that middle rounds onto one of them, both must be known.
+
+    Returns
+    -------
+    held, ended : numpy.ndarray of bool, of shape (ranges,)
+        Which ranges they are.
     """
-    weights = summary.weights.sum(axis=1)
-    up_to = np.cumsum(weights)
-    marked = np.zeros(len(weights), dtype=bool)
-    if len(weights) == 0:
-        return marked
+    up_to = np.cumsum(summary.weights.sum(axis=1))
+    held, ended = np.zeros(len(up_to), dtype=bool), np.zeros(len(up_to), dtype=bool)
+    if len(up_to) == 0:
+        return held, ended
     targets = percentile_targets(float(up_to[-1]), bins)
-    place = np.minimum(np.searchsorted(up_to, targets), len(weights) - 1)
+    place = np.minimum(np.searchsorted(up_to, targets), len(up_to) - 1)
     ends_here = _is_equal(targets, up_to[place])
     ends_before = (place > 0) & _is_equal(targets, up_to[place - 1])
-    marked[place[~ends_here & ~ends_before]] = True
+    held[place[~ends_here & ~ends_before]] = True
     below = np.concatenate([place[ends_here], place[ends_before & ~ends_here] - 1])
-    below = below[below + 1 < len(weights)]
+    below = below[below + 1 < len(up_to)]
+    ended[below] = True
     with np.errstate(over="ignore"):
         middle = (summary.high[below] + summary.low[below + 1]) / 2.0
     touching = below[~((summary.high[below] < middle) & (middle < summary.low[below + 1]))]
-    marked[touching] = True
-    marked[touching + 1] = True
-    return marked
+    held[touching] = True
+    held[touching + 1] = True
+    return held, ended
+
+
+def _finish(summary: Summary, demand: Demand) -> Summary:
+    """Count the values, and join the ranges between percentiles: some hundred are left."""
+    counted = replace(
+        summary, distinct=summary.distinct_at_least, is_distinct_exact=summary.is_complete
+    )
+    if _needs_all_values(summary, demand) or len(summary.low) == 0:
+        return counted
+    held, ended = _at_borders(summary, demand.bins)
+    starts = held | np.roll(held | ended, 1)
+    starts[0] = True
+    first = np.flatnonzero(starts)
+    last = np.append(first[1:], len(starts)) - 1
+    return replace(
+        counted,
+        low=summary.low[first],
+        high=summary.high[last],
+        weights=np.add.reduceat(summary.weights, first),
+        rows=np.add.reduceat(summary.rows, first),
+    )
 
 
 def _divide(summary: Summary, ids: Array, wanted: Array, parts: int) -> list[tuple[float, ...]]:

@@ -39,7 +39,7 @@ DIALECT = Dialect(
     text=_quote_text,
     is_nan="{} = float8 'NaN'",
     double="double precision",
-    whole="bigint",
+    whole="integer",
 )
 
 

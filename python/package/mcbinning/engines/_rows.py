@@ -11,7 +11,7 @@ import numpy as np
 from .. import _core
 from .._errors import InputError, WeightError, make_error
 from . import _plan, _sql
-from ._sql import Array, Column, Engine, MissingValues
+from ._sql import Array, Cases, Column, Engine, MissingValues
 
 _MOST_CATEGORIES = 256
 
@@ -38,6 +38,11 @@ class Weights:
     dropped: dict[str, int]
     total: float
     largest: float
+    is_weighted: bool
+
+    def cases(self, value: str, code: str) -> Cases:
+        """Make cases of expressions for the value and for the code of the class."""
+        return Cases(value, code, self.rounded, self.kept, self.is_weighted)
 
 
 def weigh(
@@ -77,7 +82,9 @@ def weigh(
             f"the weights sum up to {found['total']:g}; what an engine counts is exact up to 2^51, "
             "so divide them, for example by 1000"
         )
-    return Weights(rounded, kept, records, dropped, found["total"], found["highest"])
+    return Weights(
+        rounded, kept, records, dropped, found["total"], found["highest"], column is not None
+    )
 
 
 def find_categories(engine: Engine, column: Column, missing: MissingValues, kept: str) -> list[Any]:

@@ -32,7 +32,7 @@ DIALECT = Dialect(
     text=_quote_text,
     is_nan="isnan({})",
     double="DOUBLE",
-    whole="BIGINT",
+    whole="INT",
 )
 
 

@@ -33,7 +33,7 @@ class Dialect:
     is_nan : str
         A condition.
     double, whole : str
-        The types of 64 bits.
+        The types of 64 and of 32 bits.
     """
 
     name: str
@@ -176,12 +176,15 @@ class Cases:
         Expressions; the code is -1 where there is no class.
     kept : str
         A condition: which rows have a weight.
+    is_weighted : bool
+        Whether rows can weigh anything but 1.
     """
 
     value: str
     code: str
     weight: str
     kept: str
+    is_weighted: bool
 
     def write(self) -> str:
         """Write the query for the cases."""
@@ -196,6 +199,10 @@ MISSING, NEGATIVE, ZERO, POSITIVE = -1, 0, 1, 2
 
 # What a division of a range is made of: see `Range` of the plan.
 DIVISION = ("id", "base", "parts", "sign", "is_log", "low", "span")
+
+
+# That many divisions are written into a query.
+_FEW = 2
 
 
 def _signs(query: str) -> str:
@@ -216,14 +223,35 @@ def divide(engine: Engine, query: str, divisions: Sequence[Sequence[float]]) -> 
         Rows of `DIVISION`.
     """
     dialect = engine.dialect
+    if len(divisions) <= _FEW:
+        places = " ".join(f"WHEN {row[0]} THEN {_place_with(dialect, row)}" for row in divisions)
+        ids = ", ".join(str(row[0]) for row in divisions)
+        return (
+            f"SELECT CASE q.r {places} END AS r, q.v, q.c, q.w FROM ({query}) AS q "
+            f"WHERE q.r IN ({ids}) AND q.c >= 0"
+        )
     size = "t.sign * q.v"
-    place = f"(CASE WHEN t.is_log = 1 THEN LN({size}) ELSE {size} END - t.low) / t.span * t.parts"
-    part = f"GREATEST({dialect.number(0.0)}, LEAST(t.parts - 1, FLOOR({place})))"
+    place = _place(dialect, f"CASE WHEN t.is_log = 1 THEN LN({size}) ELSE {size} END", "t.low",
+                   "t.span", "t.parts", "t.base")  # fmt: skip
     return (
-        f"SELECT t.base + CAST({part} AS {dialect.whole}) AS r, q.v, q.c, q.w "
+        f"SELECT {place} AS r, q.v, q.c, q.w "
         f"FROM ({query}) AS q JOIN {engine.inline(divisions, DIVISION)} ON q.r = t.id "
         "WHERE q.c >= 0"
     )
+
+
+def _place_with(dialect: Dialect, division: Sequence[float]) -> str:
+    """Write the place in one division, whose numbers are known: no table is joined for it."""
+    _, base, parts, sign, is_log, low, span = division
+    size = "q.v" if sign > 0 else "(-q.v)"
+    return _place(dialect, f"LN({size})" if is_log else size, dialect.number(low),
+                  dialect.number(span), str(parts), str(base))  # fmt: skip
+
+
+def _place(dialect: Dialect, size: str, low: str, span: str, parts: str, base: str) -> str:
+    part = f"FLOOR(({size} - {low}) / {span} * {parts})"
+    least = dialect.number(0.0)
+    return f"{base} + CAST(GREATEST({least}, LEAST({parts} - 1, {part})) AS {dialect.whole})"
 
 
 def open_ranges(cases: Cases) -> str:
@@ -231,21 +259,31 @@ def open_ranges(cases: Cases) -> str:
     return _signs(cases.write())
 
 
-def count(dialect: Dialect, query: str) -> str:
+def count(dialect: Dialect, query: str, is_weighted: bool) -> str:
     """Ask for the weight, the rows and the ends of every range and class."""
     return (
-        f"SELECT r, c, CAST(SUM(w) AS {dialect.double}) AS w, "
-        f"COUNT(*) AS n, CAST(COALESCE(MIN(v), 0) AS {dialect.double}) AS lo, "
+        f"SELECT r, c, {_sums(dialect, is_weighted)}, "
+        f"CAST(COALESCE(MIN(v), 0) AS {dialect.double}) AS lo, "
         f"CAST(COALESCE(MAX(v), 0) AS {dialect.double}) AS hi FROM ({query}) AS q GROUP BY r, c"
     )
 
 
-def count_values(dialect: Dialect, query: str) -> str:
+def count_values(dialect: Dialect, query: str, is_weighted: bool) -> str:
     """Ask for the same of every value and class."""
     return (
-        f"SELECT 0 AS r, c, CAST(SUM(w) AS {dialect.double}) AS w, "
-        f"COUNT(*) AS n, v AS lo, v AS hi FROM ({query}) AS q GROUP BY v, c"
+        f"SELECT 0 AS r, c, {_sums(dialect, is_weighted)}, v AS lo, v AS hi "
+        f"FROM ({query}) AS q GROUP BY v, c"
     )
+
+
+def _sums(dialect: Dialect, is_weighted: bool) -> str:
+    weight = f"CAST(SUM(w) AS {dialect.double}) AS w, " if is_weighted else ""
+    return f"{weight}COUNT(*) AS n"
+
+
+def weights_of(answer: Answer) -> Array:
+    """Get the weights of an answer: without weights, the numbers of rows."""
+    return answer.get("w", answer["n"]).astype(np.float64)
 
 
 def write_values(dialect: Dialect, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:

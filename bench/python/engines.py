@@ -1,0 +1,90 @@
+"""Times bins of engines' tables. Usage: engines.py duckdb|parquet|spark [ROWS [COLUMNS]]
+
+duckdb: a column in memory, against quantile_disc of the same percentiles. parquet: a file, with
+memory_limit 1GB. spark: a cached data frame in local[2], against QuantileDiscretizer, and the bytes
+that were shuffled.
+"""
+
+import json
+import os
+import resource
+import sys
+import tempfile
+import time
+import urllib.request
+
+import mcbinning as mb
+
+
+def timed(name, call):
+    wall, cpu = time.time(), time.process_time()
+    answer = call()
+    print(f"{name}: {time.time() - wall:.1f} s, processor {time.process_time() - cpu:.1f} s")
+    return answer
+
+
+def bench_duckdb(rows, columns):
+    import duckdb
+
+    connection = duckdb.connect(config={"threads": 2})
+    connection.execute(
+        f"create table t as select random() + random() + random() as a, random() < 0.3 as y "
+        f"from range({rows})"
+    )
+    table = connection.table("t")
+    timed("equal frequency, 1,000 bins", lambda: mb.fit_equal_frequency(table.project("a"), 1000))
+    timed("supervised, 1,000 pre-bins", lambda: mb.fit(table, "y"))
+    shares = [k / 1000 for k in range(1, 1000)]
+    query = f"select quantile_disc(a, {shares}) from t"
+    timed("quantile_disc, 999 quantiles", connection.execute(query).fetchall)
+
+
+def bench_parquet(rows, columns):
+    import duckdb
+
+    with tempfile.TemporaryDirectory() as folder:
+        path = os.path.join(folder, "rows.parquet")
+        values = ", ".join(f"random() + random() as x{i}" for i in range(columns))
+        limits = {"threads": 2, "memory_limit": "1GB", "temp_directory": folder}
+        connection = duckdb.connect(config=limits)
+        connection.execute(
+            f"copy (select {values}, random() < 0.3 as y from range({rows})) to '{path}'"
+        )
+        table = connection.read_parquet(path)
+        timed(f"supervised, {columns} columns", lambda: mb.fit(table, "y"))
+    print(f"largest: {resource.getrusage(resource.RUSAGE_SELF).ru_maxrss >> 10} MiB")
+
+
+def shuffled(session):
+    """The bytes that all stages so far have written for others."""
+    root = f"{session.sparkContext.uiWebUrl}/api/v1/applications"
+    with urllib.request.urlopen(f"{root}/{session.sparkContext.applicationId}/stages") as answer:
+        return sum(stage["shuffleWriteBytes"] for stage in json.load(answer))
+
+
+def bench_spark(rows, columns):
+    from pyspark.ml.feature import QuantileDiscretizer
+    from pyspark.sql import SparkSession
+
+    session = SparkSession.builder.master("local[2]").getOrCreate()
+    session.sparkContext.setLogLevel("ERROR")
+    values = [f"randn({i}) as x{i}" for i in range(columns)]
+    frame = session.range(rows).selectExpr(*values, "rand(99) < 0.3 as y").cache()
+    frame.count()
+    names = [f"x{i}" for i in range(columns)]
+    for name, call in (
+        ("supervised, 1,000 pre-bins", lambda: mb.fit(frame, "y")),
+        ("equal frequency, 10 bins", lambda: mb.fit_equal_frequency(frame, 10, attributes=names)),
+    ):
+        before = shuffled(session)
+        timed(name, call)
+        print(f"shuffled: {(shuffled(session) - before) / (rows * columns * 8):.2%} of the values")
+    approximate = QuantileDiscretizer(
+        numBuckets=1000, relativeError=1e-4, inputCols=names, outputCols=[f"{n}_bin" for n in names]
+    )
+    timed("QuantileDiscretizer, 1e-4", lambda: approximate.fit(frame))
+
+
+kind, *sizes = sys.argv[1:]
+benches = {"duckdb": bench_duckdb, "parquet": bench_parquet, "spark": bench_spark}
+benches[kind](*map(int, [*sizes, *["20000000", "5"][len(sizes) :]]))
