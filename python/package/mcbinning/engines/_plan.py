@@ -298,10 +298,11 @@ def _divide(summary: Summary, ids: Array, wanted: Array, parts: int) -> list[tup
         sign = 1 if low > 0 else -1
         small, large = (low, high) if low > 0 else (-high, -low)
         is_log = large / small > _WIDE
-        if is_log:
-            small, large = math.log(small), math.log(large)
-        base = len(divisions) * parts
-        divisions.append((int(ids[place]), base, parts, sign, int(is_log), small, large - small))
+        ends = (math.log(small), math.log(large)) if is_log else (small, large)
+        base, span = len(divisions) * parts, ends[1] - ends[0]
+        divisions.append(
+            (int(ids[place]), base, parts, sign, int(is_log), small, large, ends[0], span)
+        )
     return divisions
 
 

@@ -197,8 +197,10 @@ class Cases:
 # Ranges by the sign of their values; a missing value is beside them.
 MISSING, NEGATIVE, ZERO, POSITIVE = -1, 0, 1, 2
 
-# What a division of a range is made of: see `Range` of the plan.
-DIVISION = ("id", "base", "parts", "sign", "is_log", "low", "span")
+# What a division of a range is made of: how it is called and what the first of its parts is, how
+# many there are, the sign of its values, whether they are divided by their logarithms, their least
+# and largest size, the least size or its logarithm, and how far it is from there to the largest.
+DIVISION = ("id", "base", "parts", "sign", "is_log", "small", "large", "low", "span")
 
 
 # That many divisions are written into a query.
@@ -230,9 +232,10 @@ def divide(engine: Engine, query: str, divisions: Sequence[Sequence[float]]) -> 
             f"SELECT CASE q.r {places} END AS r, q.v, q.c, q.w FROM ({query}) AS q "
             f"WHERE q.r IN ({ids}) AND q.c >= 0"
         )
-    size = "t.sign * q.v"
-    place = _place(dialect, f"CASE WHEN t.is_log = 1 THEN LN({size}) ELSE {size} END", "t.low",
-                   "t.span", "t.parts", "t.base")  # fmt: skip
+    # Within the ends, as an engine may compute this for other ranges before it leaves them out.
+    size = "LEAST(GREATEST(t.sign * q.v, t.small), t.large)"
+    size = f"CASE WHEN t.is_log = 1 THEN LN({size}) ELSE {size} END"
+    place = _place(dialect, size, "t.low", "t.span", "t.parts", "t.base")
     return (
         f"SELECT {place} AS r, q.v, q.c, q.w "
         f"FROM ({query}) AS q JOIN {engine.inline(divisions, DIVISION)} ON q.r = t.id "
@@ -242,7 +245,7 @@ def divide(engine: Engine, query: str, divisions: Sequence[Sequence[float]]) -> 
 
 def _place_with(dialect: Dialect, division: Sequence[float]) -> str:
     """Write the place in one division, whose numbers are known: no table is joined for it."""
-    _, base, parts, sign, is_log, low, span = division
+    _, base, parts, sign, is_log, _, _, low, span = division
     size = "q.v" if sign > 0 else "(-q.v)"
     return _place(dialect, f"LN({size})" if is_log else size, dialect.number(low),
                   dialect.number(span), str(parts), str(base))  # fmt: skip
