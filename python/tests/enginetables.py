@@ -9,7 +9,7 @@ import pyarrow as pa
 import pytest
 
 import mcbinning as mb
-from mcbinning.engines import _plan
+from mcbinning.engines import DuckDbTable, PostgresTable, SparkTable
 
 LARGEST = float(np.finfo(float).max)
 
@@ -119,11 +119,11 @@ def outcome(function, table, arguments):
 def compare(seed, make_table):
     """Bin a random table in an engine and in memory; the bins are the same to the bit."""
     table, function, arguments = make_case(seed)
-    ranges = (16, 20) if seed % 5 else (_plan._RANGES, _plan._VALUES_COLLECTED)
     counts = seed % 3 == 0
     with pytest.MonkeyPatch.context() as patch:
-        patch.setattr(_plan, "_RANGES", ranges[0])  # more rounds than so few rows would take
-        patch.setattr(_plan, "_VALUES_COLLECTED", ranges[1])
+        for engine in (DuckDbTable, PostgresTable, SparkTable) if seed % 5 else ():
+            patch.setattr(engine, "most_ranges", 16)  # more rounds than so few rows would take
+            patch.setattr(engine, "most_values", 20)
         found = outcome(function, make_table(table), arguments | {"distinct": counts})
     expected = outcome(function, in_memory(table, **arguments), arguments)
     if not counts and isinstance(expected[0], dict) and isinstance(found[0], dict):

@@ -13,7 +13,7 @@ from ._postgresql import PostgresTable
 from ._spark import SparkTable
 from ._sql import Engine
 
-__all__ = ["PostgresTable", "find_engine"]
+__all__ = ["DuckDbTable", "PostgresTable", "SparkTable", "find_engine"]
 
 
 def find_engine(table: object) -> Engine | None:

@@ -47,6 +47,8 @@ class DuckDbTable:
     """A relation. Nothing is kept in its database."""
 
     dialect = DIALECT
+    most_ranges = 65_536
+    most_values = 524_288
 
     def __init__(self, relation: Any) -> None:
         self._relation = relation

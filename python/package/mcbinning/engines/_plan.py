@@ -18,10 +18,6 @@ from .._errors import InputError, RunError
 from . import _sql
 from ._sql import Answer, Array, Cases, Engine
 
-# What a table of results has at most, of one attribute.
-_RANGES = 65_536
-_VALUES_COLLECTED = 524_288
-
 # Up to there a target weight is next to one whole number at most (docs/scale.md).
 LARGEST_WEIGHT = 2.0**51
 
@@ -135,8 +131,8 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
         if not wanted.any():
             return _finish(summary, demand)
         _check_size(name, summary, demand)
-        by_value = int(summary.rows[wanted].sum()) <= _VALUES_COLLECTED
-        parts = 1 if by_value else max(16, _RANGES // int(wanted.sum()))
+        by_value = int(summary.rows[wanted].sum()) <= engine.most_values
+        parts = 1 if by_value else max(16, engine.most_ranges // int(wanted.sum()))
         query = _sql.divide(engine, query, _divide(summary, ids, wanted, parts))
         count = _sql.count_values if by_value else _sql.count
         answer = yield count(engine.dialect, query, cases.is_weighted)

@@ -61,6 +61,8 @@ class PostgresTable:
     """
 
     dialect = DIALECT
+    most_ranges = 65_536
+    most_values = 524_288
 
     def __init__(self, connection: Any, query: str) -> None:
         is_name = re.fullmatch(r'\s*(\w+|"[^"]+")(\.(\w+|"[^"]+"))*\s*', query)

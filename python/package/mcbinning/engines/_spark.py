@@ -40,6 +40,8 @@ class SparkTable:
     """A data frame, which each round reads anew: cache one that is costly to make."""
 
     dialect = DIALECT
+    most_ranges = 8_192  # every task sends so many to others
+    most_values = 65_536
 
     def __init__(self, frame: Any) -> None:
         self._frame = frame

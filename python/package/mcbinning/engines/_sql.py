@@ -70,10 +70,20 @@ class Column:
 
 
 class Engine(Protocol):
-    """A table in an engine that answers queries."""
+    """A table in an engine that answers queries.
+
+    Attributes
+    ----------
+    dialect, columns
+        Its SQL, and what the table has.
+    most_ranges, most_values : int
+        How much it should answer at a time: ranges, or values where few rows are left.
+    """
 
     dialect: Dialect
     columns: list[Column]
+    most_ranges: int
+    most_values: int
 
     def ask(self, queries: Sequence[str]) -> list[Answer]:
         """Run queries over `ROWS`, which have the same columns: numbers without NULL, or texts."""
