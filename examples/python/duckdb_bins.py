@@ -17,7 +17,7 @@ print(bins.summary())
 
 binned = bins.apply(customers, as_="label")  # a relation: nothing is computed yet
 print(binned.aggregate("age_bin, count(*)").order("age_bin").fetchall())
-print(bins.evaluate(customers))
+print(bins.evaluate(customers).stability_index("age"))
 # end docs
 
 assert list(bins["age"].cut_points) == [29, 45]

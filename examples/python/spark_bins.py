@@ -15,7 +15,7 @@ print(bins.summary())
 
 binned = bins.apply(customers, as_="label")  # a data frame: nothing is computed yet
 print(sorted(map(tuple, binned.groupBy("age_bin").count().collect())))
-print(bins.evaluate(customers))
+print(bins.evaluate(customers).stability_index("age"))
 # end docs
 
 assert list(bins["age"].cut_points) == [29, 45]
