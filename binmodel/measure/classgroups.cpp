@@ -45,7 +45,8 @@ std::vector<ClassGroup> GroupClasses(const BinModel& model, std::size_t target) 
   }
   if (!all) {
     const auto firstOther = codes.begin() + static_cast<std::ptrdiff_t>(named);
-    groups.push_back({fmt::format("{} others", codes.size() - named), {firstOther, codes.end()}});
+    groups.push_back(
+        {fmt::format("others ({} classes)", codes.size() - named), {firstOther, codes.end()}});
   }
   return groups;
 }

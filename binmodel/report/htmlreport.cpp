@@ -21,6 +21,12 @@ namespace {
 
 constexpr std::size_t kPageNameWidth = 60;
 
+// Without the directories, which say nothing to those who get the page.
+std::string FileName(const std::string& path) {
+  const std::size_t slash = path.find_last_of('/');
+  return slash + 1 < path.size() ? path.substr(slash + 1) : path;
+}
+
 std::string Name(const VariableInfo& variable) {
   return HtmlText(ElideText(variable.name, kPageNameWidth));
 }
@@ -44,7 +50,7 @@ class HtmlReport {
  private:
   std::string Title() const {
     return (fSupervised ? "Supervised bins of " : "Equal-frequency bins of ") +
-           HtmlText(ElideText(fModel.source.name, kPageNameWidth));
+           HtmlText(ElideText(FileName(fModel.source.name), kPageNameWidth));
   }
 
   std::string Head() const {
@@ -83,10 +89,11 @@ class HtmlReport {
     if (!fSupervised) facts += fmt::format("<span>{} bins asked for</span> ", settings.bins);
     facts += settings.rightClosed ? "<span>bins (a, b] hold their upper border</span> "
                                   : "<span>bins [a, b) hold their lower border</span> ";
+    std::string html = "<p class=\"facts\">" + facts + "</p>\n";
     for (const std::string& asked : fModel.refinements) {
-      facts += " <span>refined to have " + HtmlText(asked) + "</span>";
+      html += "<p>Refined to have " + HtmlText(asked) + ".</p>\n";
     }
-    return "<p class=\"facts\">" + facts + "</p>\n";
+    return html;
   }
 
   std::vector<std::size_t> ResultsOf(std::size_t target) const {
@@ -153,7 +160,7 @@ class HtmlReport {
     const double gain = bins.informationGain.value_or(0.0);
     const double bar = largestGain > 0.0 ? gain / largestGain : 0.0;
     std::string cells = fmt::format(
-        "<td class=\"gain\" style=\"background-size:calc({:.4g}*(100% - 1.4rem)) 3px\">{}</td>",
+        "<td class=\"gain\" style=\"background-size:calc({:.4g}*(100% - 1.1rem)) 3px\">{}</td>",
         bar, HtmlMeasure(bins.informationGain));
     cells += fmt::format("<td>{}</td>", HtmlShare(gain, Entropy(SumClassWeights(bins))));
     if (target.event) {
@@ -193,7 +200,7 @@ class HtmlReport {
     const double missing =
         bins.missing ? bins.missing->weight : bins.weightWithMissing - bins.validWeight;
     return fmt::format(
-        "<tr><td class=\"t\"><a href=\"#r{}\">{}</a></td>{}<td>{}</td><td>{}</td>"
+        "<tr><td class=\"t w\"><a href=\"#r{}\">{}</a></td>{}<td>{}</td><td>{}</td>"
         "<td class=\"t s\">{}</td></tr>\n",
         result, Name(fModel.GetAttribute(bins)), measures, bins.binWeights.size(),
         HtmlShare(missing, bins.missing ? CountedWeight(bins) : bins.weightWithMissing),
@@ -202,8 +209,15 @@ class HtmlReport {
 
   std::string Results(const std::vector<std::size_t>& order, const HtmlTarget& target) const {
     std::string html;
-    for (const std::size_t result : order) html += RenderHtmlResult(fModel, result, target);
-    return html;
+    std::vector<std::size_t> plain;
+    for (const std::size_t result : order) {
+      if (IsPlainHtmlResult(fModel.results[result])) {
+        plain.push_back(result);
+      } else {
+        html += RenderHtmlResult(fModel, result, target);
+      }
+    }
+    return html + RenderHtmlPlainTable(fModel, plain, target);
   }
 
   const BinModel& fModel;

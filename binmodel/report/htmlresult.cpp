@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <numeric>
 #include <utility>
 
 #include "binmodel/apply/binvalues.h"
@@ -41,6 +42,10 @@ class HtmlResult {
         fTotals(SumCountedClassWeights(fBins)),
         fMissing(FindMissingBin(fBins)) {
     if (HasEvidence()) fEvidence = MeasureEvidence(model, fBins);
+    for (std::size_t bin = 0; bin < fBins.binWeights.size(); ++bin) {
+      fNames.push_back(ElideText(
+          BinLabel(fAttribute, fBins.cutPoints, bin, fModel.settings.rightClosed), kBinLabelWidth));
+    }
   }
 
   std::string Render() const {
@@ -51,8 +56,8 @@ class HtmlResult {
           fmt::format("<p class=\"{}\">{}{}</p>\n", IsPlainNoCut(fBins.status) ? "soft" : "warn",
                       StatusCell(fBins), BestSplitText(fBins));
     }
-    if (fBins.binWeights.empty()) return html + "</div>\n</section>\n";
-    return html + Legend() + RenderBinChart(Chart()) + "\n</div>\n" + Table() + "</section>\n";
+    return html + Legend() + "</div>\n<div class=\"pair\"><div class=\"scroll\">" +
+           RenderBinChart(Chart()) + "</div>\n" + Table() + "</div>\n</section>\n";
   }
 
  private:
@@ -94,16 +99,8 @@ class HtmlResult {
     return "<ul class=\"legend\">" + items + "</ul>\n";
   }
 
-  // Too wide for paper at the usual size.
-  bool IsWide() const { return fTarget.groups.size() > 4; }
-
   std::string GroupLabel(std::size_t group) const {
     return HtmlText(ElideText(fTarget.groups[group].label, kClassWidth));
-  }
-
-  std::string BinName(std::size_t bin) const {
-    return ElideText(BinLabel(fAttribute, fBins.cutPoints, bin, fModel.settings.rightClosed),
-                     kBinLabelWidth);
   }
 
   BinChart Chart() const {
@@ -115,16 +112,14 @@ class HtmlResult {
     }
     chart.missing = MissingChartBin();
     if (fAttribute.IsCategorical()) {
-      for (std::size_t bin = 0; bin < fBins.binWeights.size(); ++bin) {
-        chart.binLabels.push_back(BinName(bin));
-      }
+      chart.binLabels = fNames;
     } else {
       for (const double cut : fBins.cutPoints) chart.borderLabels.push_back(AxisLabel(cut));
     }
     chart.lineCount = fTarget.event ? 1 : fTarget.groups.size();
-    chart.lineCaption = "share of each class in the bin";
+    chart.lineCaption = "share of each class";
     if (fTarget.event) {
-      chart.lineCaption = fmt::format("share of {} in the bin; dashed: in all bins",
+      chart.lineCaption = fmt::format("share of {}; dashed: overall",
                                       ElideText(fTarget.groups.front().label, kClassWidth));
     }
     if (fTarget.event && CountedWeight(fBins) > 0.0) {
@@ -136,8 +131,8 @@ class HtmlResult {
 
   BinChart::Bin ChartBin(std::size_t bin) const {
     const double weight = fBins.binWeights[bin];
-    if (!fTarget.groups.empty()) return ClassBin(BinName(bin), weight, fBins.classWeights[bin]);
-    return {{BinName(bin), WeightLine(weight)}, weight, {weight}};
+    if (!fTarget.groups.empty()) return ClassBin(fNames[bin], weight, fBins.classWeights[bin]);
+    return {{fNames[bin], WeightLine(weight)}, weight, {weight}};
   }
 
   std::string WeightLine(double weight) const {
@@ -177,9 +172,8 @@ class HtmlResult {
   }
 
   std::string Table() const {
-    std::string html = "<div class=\"scroll\"><table" +
-                       std::string(IsWide() ? " class=\"wide\"" : "") + ">\n<thead><tr>" +
-                       HeaderCells() + "</tr></thead>\n<tbody>\n";
+    std::string html =
+        "<div class=\"scroll\"><table>\n<thead><tr>" + HeaderCells() + "</tr></thead>\n<tbody>\n";
     for (std::size_t bin = 0; bin < fBins.binWeights.size(); ++bin) html += BinRow(bin);
     if (fMissing != nullptr) html += MissingRow();
     html += TotalRow();
@@ -202,7 +196,7 @@ class HtmlResult {
 
   std::string BinRow(std::size_t bin) const {
     const std::vector<double> none;
-    std::string html = WeightCells(HtmlText(BinName(bin)), fBins.binWeights[bin],
+    std::string html = WeightCells(HtmlText(fNames[bin]), fBins.binWeights[bin],
                                    fTarget.groups.empty() ? none : fBins.classWeights[bin]);
     if (HasEvidence()) {
       html += Cell(HtmlMeasure(fEvidence.weights[bin])) + Cell(HtmlMeasure(fEvidence.values[bin]));
@@ -227,8 +221,9 @@ class HtmlResult {
 
   std::string WeightCells(const std::string& name, double weight,
                           const std::vector<double>& classWeights) const {
-    std::string html = "<td class=\"t\">" + name + "</td>" + Cell(FormatNumber(weight)) +
-                       Cell(HtmlShare(weight, CountedWeight(fBins)));
+    std::string html =
+        fmt::format("<td class=\"t{}\">{}</td>", fAttribute.IsCategorical() ? " w" : "", name) +
+        Cell(FormatNumber(weight)) + Cell(HtmlShare(weight, CountedWeight(fBins)));
     for (const ClassGroup& group : fTarget.groups) {
       const double part = GroupWeight(group, classWeights);
       html += Cell(FormatNumber(part)) + Cell(HtmlShare(part, weight));
@@ -244,9 +239,56 @@ class HtmlResult {
   const std::vector<double> fTotals;  // of the classes
   const MissingBin* const fMissing;
   Evidence fEvidence;
+  std::vector<std::string> fNames;  // of the bins
 };
 
+// The share of the event in a bin; "–" without weight.
+std::string EventShare(const HtmlTarget& target, const std::vector<double>& classWeights) {
+  return HtmlShare(classWeights[*target.event],
+                   std::accumulate(classWeights.begin(), classWeights.end(), 0.0));
+}
+
+std::string PlainRow(const BinModel& model, std::size_t result, const HtmlTarget& target) {
+  const AttributeBins& bins = model.results[result];
+  const MissingBin* const missing = FindMissingBin(bins);
+  const std::string name = ElideText(model.GetAttribute(bins).name, kTitleWidth);
+  std::string cells = fmt::format(
+      "<td class=\"t w\">{}</td><td>{}</td><td>{}</td><td>{}</td><td class=\"t\">{}</td>",
+      HtmlText(name), FormatNumber(bins.validWeight),
+      FormatNumber(missing != nullptr ? missing->weight
+                                      : bins.weightWithMissing - bins.validWeight),
+      bins.distinctValues,
+      bins.minimum && bins.maximum
+          ? fmt::format("{} to {}", FormatNumber(*bins.minimum), FormatNumber(*bins.maximum))
+          : "–");
+  if (target.event) {
+    const bool counted = !bins.classWeights.empty();
+    cells += Cell(counted ? EventShare(target, SumClassWeights(bins)) : "–") +
+             Cell(missing != nullptr ? EventShare(target, missing->classWeights) : "–");
+  }
+  return fmt::format("<tr id=\"r{}\">{}<td class=\"t s\">{}{}</td></tr>\n", result, cells,
+                     StatusCell(bins), BestSplitText(bins));
+}
+
 }  // namespace
+
+bool IsPlainHtmlResult(const AttributeBins& bins) { return bins.cutPoints.empty(); }
+
+std::string RenderHtmlPlainTable(const BinModel& model, const std::vector<std::size_t>& results,
+                                 const HtmlTarget& target) {
+  if (results.empty()) return {};
+  std::string html =
+      "<h3>Without cut points</h3>\n<div class=\"scroll\"><table>\n<thead><tr>"
+      "<th class=\"t\">attribute</th><th>valid</th><th>missing</th><th>distinct values</th>"
+      "<th class=\"t\">values</th>";
+  if (target.event) {
+    html += fmt::format("<th>share of {}</th><th>in missing</th>",
+                        HtmlText(ElideText(target.groups.front().label, kClassWidth)));
+  }
+  html += "<th class=\"t\">status</th></tr></thead>\n<tbody>\n";
+  for (const std::size_t result : results) html += PlainRow(model, result, target);
+  return html + "</tbody></table></div>\n";
+}
 
 std::string RenderHtmlResult(const BinModel& model, std::size_t result, const HtmlTarget& target) {
   return HtmlResult(model, result, target).Render();

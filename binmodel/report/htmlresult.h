@@ -18,6 +18,14 @@ struct HtmlTarget {
 // The part of a report about one result, with chart and table; its id is "r<result>".
 std::string RenderHtmlResult(const BinModel& model, std::size_t result, const HtmlTarget& target);
 
+// Whether the result has no chart of its own, as there is nothing to tell apart: a row of
+// RenderHtmlPlainTable() takes its place.
+bool IsPlainHtmlResult(const AttributeBins& bins);
+
+// A table of such results, if there are any; the id of a row is "r<result>".
+std::string RenderHtmlPlainTable(const BinModel& model, const std::vector<std::size_t>& results,
+                                 const HtmlTarget& target);
+
 // A measure with four decimals: "∞" when it is infinite, "–" when it does not exist.
 std::string HtmlMeasure(const std::optional<double>& measure);
 

@@ -20,13 +20,18 @@ constexpr double kRight = 8.0;
 constexpr double kTop = 24.0;
 constexpr double kMostPlotWidth = 836.0;
 constexpr double kLeastPlotWidth = 220.0;
-constexpr double kMostSlotWidth = 120.0;
+constexpr double kMostSlotWidth = 72.0;
+constexpr double kMostCategoryWidth = 96.0;
+constexpr double kLabelledSlotWidth = 40.0;  // of categories that all have their label
+constexpr double kWideSlots = 6.0;           // more bins than these are narrower
+constexpr double kLaterSlotWidth = 24.0;     // what each of them adds
+constexpr double kLeastScale = 0.8;          // on a narrow screen; then the chart scrolls
 constexpr double kMissingGap = 14.0;
 constexpr double kMostMissingWidth = 64.0;
 constexpr double kLeastMissingWidth = 48.0;
-constexpr double kWeightHeight = 150.0;
+constexpr double kWeightHeight = 130.0;
 constexpr double kPanelGap = 38.0;
-constexpr double kShareHeight = 90.0;
+constexpr double kShareHeight = 80.0;
 constexpr double kLabelHeight = 24.0;
 constexpr double kCharacterWidth = 6.6;
 constexpr std::size_t kLongestLabel = 18;
@@ -107,7 +112,7 @@ class BinChartWriter {
   explicit BinChartWriter(const BinChart& chart)
       : fChart(chart),
         fSlots(static_cast<double>(chart.bins.size())),
-        fPlotWidth(std::clamp(kMostSlotWidth * fSlots, kLeastPlotWidth, kMostPlotWidth)),
+        fPlotWidth(PlotWidth()),
         fSlotWidth(SlotWidth()),
         fBinsRight(kLeft + fSlots * fSlotWidth),
         fWeights(kTop, kWeightHeight, LargestWeight(), 4),
@@ -115,12 +120,13 @@ class BinChartWriter {
 
   std::string Render() {
     const double right = HasMissing() ? fBinsRight + kMissingGap + MissingWidth() : fBinsRight;
-    const std::string width = Coord(std::ceil(right + kRight + LastLabelOverhang()));
+    fWidth = std::ceil(right + kRight + LastLabelOverhang());
+    const std::string width = Coord(fWidth);
     const std::string height = Coord(Bottom() + kLabelHeight);
     std::string svg = fmt::format(
-        "<svg viewBox=\"0 0 {0} {1}\" width=\"{0}\" height=\"{1}\" role=\"img\" "
-        "aria-label=\"{2}\">",
-        width, height, HtmlText(fChart.description));
+        "<svg viewBox=\"0 0 {0} {1}\" width=\"{0}\" height=\"{1}\" style=\"min-width:{2}px\" "
+        "role=\"img\" aria-label=\"{3}\">",
+        width, height, Coord(std::floor(kLeastScale * fWidth)), HtmlText(fChart.description));
     svg += Caption("weight", kTop) + fWeights.Render(kLeft, right, AxisNumber);
     svg += Bars() + MissingBar() + Reference();
     if (fChart.lineCount > 0) {
@@ -135,6 +141,15 @@ class BinChartWriter {
   bool HasMissing() const { return fChart.missing.weight > 0.0; }
   bool HasMissingParts() const { return HasMissing() && !fChart.missing.parts.empty(); }
 
+  bool HasCategories() const { return !fChart.binLabels.empty(); }
+
+  double PlotWidth() const {
+    const double slotWidth = HasCategories() ? kMostCategoryWidth : kMostSlotWidth;
+    return std::clamp(slotWidth * std::min(fSlots, kWideSlots) +
+                          kLaterSlotWidth * std::max(fSlots - kWideSlots, 0.0),
+                      kLeastPlotWidth, kMostPlotWidth);
+  }
+
   // All bins are equally wide, and so is the missing one within its limits.
   double SlotWidth() const {
     if (!HasMissing()) return fPlotWidth / fSlots;
@@ -144,9 +159,10 @@ class BinChartWriter {
   }
 
   // Above a panel.
-  static std::string Caption(const std::string& text, double panelTop) {
+  std::string Caption(const std::string& text, double panelTop) const {
+    const auto room = static_cast<std::size_t>(fWidth / kCharacterWidth);
     return fmt::format("<text class=\"cap\" x=\"0\" y=\"{}\">{}</text>", Coord(panelTop - 11.0),
-                       HtmlText(text));
+                       HtmlText(ElideText(text, room)));
   }
 
   double MissingWidth() const { return fPlotWidth - kMissingGap - fSlots * fSlotWidth; }
@@ -279,7 +295,8 @@ class BinChartWriter {
     return svg;
   }
 
-  // A bin without weight has no share: the line has a gap there.
+  // A bin without weight has no share: the line has a gap there. Categories have no order that a
+  // line could follow.
   std::string Lines() const {
     std::string svg;
     for (std::size_t line = 0; line < fChart.lineCount; ++line) {
@@ -296,21 +313,30 @@ class BinChartWriter {
         }
         penDown = weight > 0.0;
       }
-      const bool many = fChart.bins.size() > kMostMarks;
-      svg += fmt::format("<path class=\"line l{}{}\" d=\"{}\"/>", line, many ? " thin" : "", path);
+      const bool many = fChart.bins.size() > kMostMarks && !HasCategories();
+      if (!HasCategories()) {
+        svg +=
+            fmt::format("<path class=\"line l{}{}\" d=\"{}\"/>", line, many ? " thin" : "", path);
+      }
       if (!many) svg += marks;
     }
     return svg;
   }
 
+  // How many characters a label may have. Those of categories are cut off rather than left out.
+  std::size_t LongestLabel() const {
+    if (!HasCategories() || fSlotWidth < kLabelledSlotWidth) return kLongestLabel;
+    return static_cast<std::size_t>(fSlotWidth / kCharacterWidth - 1.5);
+  }
+
   // Every n-th label, n as small as their widths allow.
   std::string Labels() const {
-    const bool atBorders = fChart.binLabels.empty();
+    const bool atBorders = !HasCategories();
     const std::vector<std::string>& labels = atBorders ? fChart.borderLabels : fChart.binLabels;
     std::vector<std::string> shown;
     std::size_t longest = 0;
     for (const std::string& label : labels) {
-      shown.push_back(ElideText(label, kLongestLabel));
+      shown.push_back(ElideText(label, LongestLabel()));
       longest = std::max(longest, DisplayWidth(shown.back()));
     }
     const double needed = (static_cast<double>(longest) + 1.5) * kCharacterWidth;
@@ -354,6 +380,7 @@ class BinChartWriter {
   const double fBinsRight;
   const Axis fWeights;
   const Axis fShares;
+  double fWidth = 0.0;
 };
 
 }  // namespace

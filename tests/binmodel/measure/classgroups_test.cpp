@@ -31,7 +31,7 @@ TEST(ClassGroups, PutTheEventFirstAndJoinTheSmallestOfMany) {
   const auto model = SampleBins({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"},
                                 {{"x", {{1, 20, 30, 2, 40, 50, 3, 60, 70, 80}}}});
   const std::vector<ClassGroup> groups = GroupClasses(model, 0);
-  EXPECT_EQ(LabelsOf(groups), (Labels{"j", "i", "h", "f", "e", "c", "b", "3 others"}));
+  EXPECT_EQ(LabelsOf(groups), (Labels{"j", "i", "h", "f", "e", "c", "b", "others (3 classes)"}));
   EXPECT_EQ(groups.back().codes, (std::vector<std::size_t>{6, 3, 0}));
   EXPECT_EQ(GroupWeight(groups.back(), model.results[0].classWeights[0]), 6.0);
 }

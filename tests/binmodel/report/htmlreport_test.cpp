@@ -56,6 +56,23 @@ TEST(HtmlReport, MakesAnEmptyCellInfiniteUnlessAdjusted) {
   EXPECT_EQ(Count(adjusted, "<td>2.5337</td>"), 1u);  // ln((4.5 / 7.5) / (0.5 / 10.5))
 }
 
+TEST(HtmlReport, PutsAttributesWithoutCutPointsIntoOneTable) {
+  BinModel model =
+      SampleBins({"n", "y"}, {{"a", {{3, 1}}}, {"b", {{20, 10}, {5, 25}}}, {"c", {{2, 2}}}});
+  model.source.name = "/home/x/data.csv";
+  model.results[0].missing = {4.0, {1.0, 3.0}};
+  model.refinements = {"at most 3 bins"};
+  const std::string page = MakeHtmlReport(model);
+  EXPECT_EQ(Count(page, "<section"), 1u);
+  EXPECT_EQ(Count(page, "<svg viewBox"), 1u);
+  EXPECT_EQ(Count(page, "<a href=\"#r0\">a</a>"), 1u);
+  EXPECT_EQ(Count(page, "<tr id=\"r0\"><td class=\"t w\">a</td><td>4</td><td>4</td>"), 1u);
+  EXPECT_EQ(Count(page, "<td>25.0%</td><td>75.0%</td>"), 1u);  // of y with a value, and without
+  EXPECT_EQ(Count(page, "<tr id=\"r2\">"), 1u);
+  EXPECT_EQ(Count(page, "bins of data.csv</"), 2u);
+  EXPECT_EQ(Count(page, "<p>Refined to have at most 3 bins.</p>"), 1u);
+}
+
 TEST(HtmlReport, LinksAttributesAndStaysSmall) {
   std::vector<std::pair<std::string, std::vector<std::vector<double>>>> attributes;
   for (int i = 0; i < 200; ++i)
@@ -106,6 +123,20 @@ TEST(BinChart, CutsATooHighMissingBarOffAndKeepsItsShares) {
   EXPECT_NEAR(heightOf(second), 3.0 * heightOf(first), 0.05);
   EXPECT_EQ(Count(svg, "\u2191 1000"), 1u);
   EXPECT_EQ(Count(svg, "<circle"), 2u);
+}
+
+TEST(BinChart, JoinsNoCategoriesByALine) {
+  MCBinModel::BinChart chart;
+  chart.bins = {{{}, 10, {5, 5}}, {{}, 20, {4, 16}}};
+  chart.lineCount = 1;
+  chart.borderLabels = {"1"};
+  EXPECT_EQ(Count(RenderBinChart(chart), "class=\"line"), 1u);
+  chart.borderLabels.clear();
+  chart.binLabels = {"{a rather long category, another}", "{b}"};
+  const std::string svg = RenderBinChart(chart);
+  EXPECT_EQ(Count(svg, "class=\"line"), 0u);
+  EXPECT_EQ(Count(svg, "<circle"), 2u);
+  EXPECT_EQ(Count(svg, "{b}"), 1u) << "each has its label";
 }
 
 TEST(BinChart, DrawsEachBinsOwnWeights) {
