@@ -52,8 +52,9 @@ bool PercentileCuts::Find(const std::vector<Case>& cases, double totalWeight,
   if (kHasTarget<Case>) return true;
 
   if (fRightBorderClosed) {
-    if (!cutPoints.empty() && cutPoints.back() == cases.back().value) cutPoints.pop_back();
-  } else if (!cutPoints.empty() && cutPoints.front() == cases.front().value) {
+    if (!cutPoints.empty() && cutPoints.back() == Unpacked(cases.back()).value)
+      cutPoints.pop_back();
+  } else if (!cutPoints.empty() && cutPoints.front() == Unpacked(cases.front()).value) {
     cutPoints.erase(cutPoints.begin());
     if (!binWeights.empty()) binWeights.erase(binWeights.begin());
   }
@@ -70,5 +71,9 @@ template bool PercentileCuts::Find(const std::vector<UnweightedCase>&, double, s
                                    std::vector<double>&) const;
 template bool PercentileCuts::Find(const std::vector<UnweightedEFCase>&, double,
                                    std::vector<double>&, std::vector<double>&) const;
+template bool PercentileCuts::Find(const std::vector<PackedCase<1>>&, double, std::vector<double>&,
+                                   std::vector<double>&) const;
+template bool PercentileCuts::Find(const std::vector<PackedCase<5>>&, double, std::vector<double>&,
+                                   std::vector<double>&) const;
 
 }  // namespace MCBinning

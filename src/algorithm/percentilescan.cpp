@@ -25,7 +25,7 @@ double PercentileScan<Case>::Next(double percent, const std::vector<double>& cut
   const bool isFinalPercent = std::fabs(percent - 100.0) <= 100.0 * kEpsilon;
   const double target = isFinalPercent ? fTotalWeight : fTotalWeight * percent / 100.0;
 
-  const double currentValue = fCases[fState.position == 0 ? 0 : fState.position - 1].value;
+  const double currentValue = ValueAt(fState.position == 0 ? 0 : fState.position - 1);
   if (target <= fState.weight && !cutPoints.empty() && currentValue == cutPoints.back()) {
     return currentValue;
   }
@@ -46,21 +46,27 @@ double PercentileScan<Case>::Next(double percent, const std::vector<double>& cut
 }
 
 template <typename Case>
+double PercentileScan<Case>::ValueAt(std::size_t position) const {
+  return Unpacked(fCases[position]).value;
+}
+
+template <typename Case>
 void PercentileScan<Case>::Advance(Step& step) const {
   while (step.position < fCases.size() &&
          (step.target > step.weight || IsRelativelyEqual(step.target, step.weight))) {
-    step.value = fCases[step.position].value;
+    const Case& first = fCases[step.position];
+    step.value = Unpacked(first).value;
     step.weightBefore = step.weight;
     if (IsRelativelyEqual(step.weight, step.target)) {
       step.isExact = true;
-      step.valueBelow = fCases[step.position - 1].value;
+      step.valueBelow = ValueAt(step.position - 1);
       ++step.position;
       return;
     }
     do {
-      step.weight += fCases[step.position].weight;
+      step.weight += Unpacked(fCases[step.position]).weight;
       ++step.position;
-    } while (step.position < fCases.size() && fCases[step.position].value == step.value);
+    } while (step.position < fCases.size() && HaveSameValue(fCases[step.position], first));
   }
 }
 
@@ -95,5 +101,7 @@ template class PercentileScan<BINDataTuple>;
 template class PercentileScan<EFBINDataTuple>;
 template class PercentileScan<UnweightedCase>;
 template class PercentileScan<UnweightedEFCase>;
+template class PercentileScan<PackedCase<1>>;
+template class PercentileScan<PackedCase<5>>;
 
 }  // namespace MCBinning

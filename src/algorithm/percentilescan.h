@@ -41,6 +41,7 @@ class PercentileScan {
     bool isExact;
   };
 
+  double ValueAt(std::size_t position) const;
   void Advance(Step& step) const;
   void AppendWeightsRightClosed(const Step& step, std::vector<double>& binWeights) const;
   void AppendWeightsRightOpen(const Step& step, std::vector<double>& binWeights) const;

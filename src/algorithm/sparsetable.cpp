@@ -40,12 +40,18 @@ void SparseTable::AddWeight(std::size_t category, double weight) {
 // category.
 template <typename Case>
 void SparseTable::AddCases(const Case* first, const Case* last) {
+  const auto forEach = [&](const auto& add) {
+    for (const Case* stored = first; stored < last; ++stored) {
+      const auto& item = Unpacked(*stored);
+      add(item.target, item.weight);
+    }
+  };
   if (last - first <= kFewCases) {
-    for (const Case* item = first; item < last; ++item) AddWeight(item->target, item->weight);
+    forEach([&](std::size_t category, double weight) { AddWeight(category, weight); });
     return;
   }
   std::array<double, 256> sums{};
-  for (const Case* item = first; item < last; ++item) sums[item->target] += item->weight;
+  forEach([&](std::size_t category, double weight) { sums[category] += weight; });
   for (std::size_t category = 0; category < fCategoryCount; ++category) {
     if (sums[category] != 0.0) AddWeight(category, sums[category]);
   }
@@ -66,10 +72,10 @@ MCStatus SparseTable::Fill(BINDataSet& dataSet, bool rightBorderClosed) {
     for (const auto* item = cases.data(); item < end;) {
       const auto* const first = item;
       do {
-        if (item->target >= fCategoryCount) return false;
+        if (Unpacked(*item).target >= fCategoryCount) return false;
         ++item;
-      } while (item < end && item->value == first->value);
-      AddRow(first->value);
+      } while (item < end && HaveSameValue(*item, *first));
+      AddRow(Unpacked(*first).value);
       AddCases(first, item);
     }
     return true;

@@ -21,6 +21,7 @@ using MCBinning::CaseStore;
 using MCBinning::Error;
 using MCBinning::Guard;
 using MCBinning::MCStatus;
+using MCBinning::PackedCase;
 using MCBinning::StatusCode;
 using MCBinning::StatusError;
 using MCBinning::UnweightedCase;
@@ -33,7 +34,7 @@ template <typename Case>
 unsigned int CountDistinct(const std::vector<Case>& sorted) {
   unsigned int count = sorted.empty() ? 0 : 1;
   for (std::size_t i = 1; i < sorted.size(); ++i) {
-    if (sorted[i].value != sorted[i - 1].value) ++count;
+    if (!MCBinning::HaveSameValue(sorted[i], sorted[i - 1])) ++count;
   }
   return count;
 }
@@ -118,10 +119,11 @@ void BINDataSet::Load(unsigned int attribute, unsigned int target) {
   fTargetFile = static_cast<unsigned int>(GetFile(target));
   fNumTargetCategories =
       static_cast<unsigned int>(fPreparator.GetNumOfCategories()[fTargetFile]) + 1;
+  const int file = GetFile(attribute);
   if (fHasWeight) {
-    LoadSorted(GetFile(attribute), *fTuples);
-  } else {
-    LoadSorted(GetFile(attribute), fCases->GetUnweighted<UnweightedCase>());
+    LoadSorted(file, *fTuples);
+  } else if (!LoadPacked<PackedCase<1>>(file) && !LoadPacked<PackedCase<5>>(file)) {
+    LoadSorted(file, fCases->GetUnweighted<UnweightedCase>());
   }
   if (fIsThresholdSet) {
     fNeedPreprocess = fThresholdDistinct > 0 && fNumDistinctValues > fThresholdDistinct;
@@ -144,18 +146,25 @@ std::vector<EFBINDataTuple>& BINDataSet::GetEFTuples() {
 }
 
 template <typename Case>
-void BINDataSet::LoadSorted(int file, std::vector<Case>& cases) {
-  fMinimum = fMaximum = MCMV::Missing();
-  ReadCases(file, cases);
-  if (cases.empty()) return;
-  fCases->Sort(cases);
-  fNumDistinctValues = CountDistinct(cases);
-  fMinimum = cases.front().value;
-  fMaximum = cases.back().value;
+bool BINDataSet::LoadPacked(int file) {
+  return fNumTargetCategories <= Case::kTargetCount &&
+         LoadSorted(file, fCases->GetUnweighted<Case>());
 }
 
 template <typename Case>
-void BINDataSet::ReadCases(int file, std::vector<Case>& cases) {
+bool BINDataSet::LoadSorted(int file, std::vector<Case>& cases) {
+  fMinimum = fMaximum = MCMV::Missing();
+  if (!ReadCases(file, cases)) return false;
+  if (cases.empty()) return true;
+  fCases->Sort(cases);
+  fNumDistinctValues = CountDistinct(cases);
+  fMinimum = MCBinning::Unpacked(cases.front()).value;
+  fMaximum = MCBinning::Unpacked(cases.back()).value;
+  return true;
+}
+
+template <typename Case>
+bool BINDataSet::ReadCases(int file, std::vector<Case>& cases) {
   fNumCases = 0;
   fNumDistinctValues = 0;
   fTotalWeight = 0.0;
@@ -164,16 +173,18 @@ void BINDataSet::ReadCases(int file, std::vector<Case>& cases) {
   fCases->SetMissingWeights({});
   if (!fPreparator.HasAnyFile()) {
     cases.clear();
-    return;
+    return true;
   }
   const int targetFile =
       MCBinning::kHasTarget<Case> ? static_cast<int>(fTargetFile) : CaseReader::kNoFile;
-  MCBinning::CaseSums sums = fReader->Read(file, {targetFile, fWeightFile}, cases);
+  auto sums = fReader->Read(file, {targetFile, fWeightFile}, cases);
+  if (!sums) return false;
   fNumCases = static_cast<unsigned int>(cases.size());
-  fTotalWeight = sums.weight;
-  fTotalWeightWithMissing = sums.weightWithMissing;
-  if (MCBinning::kHasTarget<Case>) fLargestTarget = sums.largestTarget;
-  fCases->SetMissingWeights(std::move(sums.missingWeights));
+  fTotalWeight = sums->weight;
+  fTotalWeightWithMissing = sums->weightWithMissing;
+  if (MCBinning::kHasTarget<Case>) fLargestTarget = sums->largestTarget;
+  fCases->SetMissingWeights(std::move(sums->missingWeights));
+  return true;
 }
 
 MCStatus BINDataSet::ReadNextAttribute(unsigned int file) {

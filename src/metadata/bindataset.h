@@ -116,10 +116,13 @@ class MCBINNING_API BINDataSet {
   bool FillDistinctBinTable(bool rightBorderClosed);
 
   // The valid cases of one file, against a target's or without one, in record order.
+  // False, and no cases, when their kind cannot hold them.
   template <typename Case>
-  void ReadCases(int file, std::vector<Case>& cases);
+  bool ReadCases(int file, std::vector<Case>& cases);
   template <typename Case>
-  void LoadSorted(int file, std::vector<Case>& cases);
+  bool LoadSorted(int file, std::vector<Case>& cases);
+  template <typename Case>
+  bool LoadPacked(int file);
 
   unsigned int fNumTargetCategories;
   bool fHasWeight;

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "metadata/pass/cases.h"
+
 namespace MCBinning {
 
 // A bin table of one row per distinct value, with the rows' boundaries.
@@ -26,7 +28,8 @@ bool FillBinTable(const Cases& cases, const std::vector<double>& cutPoints, bool
   const auto isAbove = [&](double value) {
     return rightBorderClosed ? !(value <= *upper) : !(value < *upper);
   };
-  for (const auto& item : cases) {
+  for (const auto& stored : cases) {
+    const auto& item = Unpacked(stored);
     while (isAbove(item.value)) {
       bin += categoryCount;
       if (++upper == beyondLast) return false;
@@ -47,17 +50,20 @@ template <typename Cases>
 bool FillDistinctBinTable(const Cases& cases, std::size_t distinctValues, bool rightBorderClosed,
                           std::size_t categoryCount, DistinctBinTable& table) {
   // Nothing lies above the last value, and a NaN comes last.
-  const double last = cases.back().value;
+  const double last = Unpacked(cases.back()).value;
   if (rightBorderClosed ? !(last <= DBL_MAX) : !(last < DBL_MAX)) return false;
   table.boundaries.assign(distinctValues, 0.0);
   table.weights.assign(distinctValues * categoryCount, 0.0);
   double* boundary = table.boundaries.data();
   double* bin = table.weights.data();
-  *boundary = cases.front().value;
-  for (const auto& item : cases) {
-    if (item.value != *boundary) {
+  *boundary = Unpacked(cases.front()).value;
+  const auto* previous = &cases.front();
+  for (const auto& stored : cases) {
+    const auto& item = Unpacked(stored);
+    if (!HaveSameValue(stored, *previous)) {
       *++boundary = item.value;
       bin += categoryCount;
+      previous = &stored;
     }
     bin[item.target] += item.weight;
   }

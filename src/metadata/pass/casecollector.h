@@ -49,6 +49,10 @@ class CaseCollector {
   }
 
   std::size_t GetCount() const { return fCount; }
+
+  // Whether all cases so far are of a kind that can be packed, if they are to be.
+  bool HoldsAll() const { return fHoldsAll; }
+
   double GetTotalWeight() const { return fTotalWeight; }
   double GetTotalWeightWithMissing() const { return fTotalWeightWithMissing; }
   unsigned int GetLargestTarget() const { return static_cast<unsigned int>(fLargestTarget); }
@@ -88,6 +92,7 @@ class CaseCollector {
     double totalWeight = fTotalWeight;
     double totalWeightWithMissing = fTotalWeightWithMissing;
     int largestTarget = fLargestTarget;
+    bool holdsAll = fHoldsAll;
     for (std::size_t i = 0; i < count; ++i) {
       const double value = values[i];
       const double weight = kIsWeighted ? weights[i] : 1.0;
@@ -99,6 +104,9 @@ class CaseCollector {
         target = targets[i];
         largestTarget = std::max(largestTarget, isValid ? target : 0);
       }
+      if constexpr (kIsPacked<Case>) {
+        holdsAll = holdsAll & (!isValid | Case::CanHold(value, static_cast<unsigned int>(target)));
+      }
       *next = Make(value, static_cast<std::uint8_t>(target), weight);
       next += isValid ? 1 : 0;
       if constexpr (kIsWeighted) {
@@ -108,6 +116,7 @@ class CaseCollector {
     }
     fCount = static_cast<std::size_t>(next - fCases);
     fLargestTarget = largestTarget;
+    fHoldsAll = holdsAll;
     if constexpr (kIsWeighted) {
       fTotalWeight = totalWeight;
       fTotalWeightWithMissing = totalWeightWithMissing;
@@ -124,7 +133,9 @@ class CaseCollector {
   }
 
   static Case Make(double value, std::uint8_t target, double weight) {
-    if constexpr (kHasTarget<Case> && kHasWeight) {
+    if constexpr (kIsPacked<Case>) {
+      return {value, target};
+    } else if constexpr (kHasTarget<Case> && kHasWeight) {
       return {value, target, weight};
     } else if constexpr (kHasWeight) {
       return {value, weight};
@@ -141,6 +152,7 @@ class CaseCollector {
   double fTotalWeight = 0.0;
   double fTotalWeightWithMissing = 0.0;
   int fLargestTarget = 0;
+  bool fHoldsAll = true;
   std::array<double, kCategoryCodes + 1> fMissingWeights{};  // the last is of no account
 };
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "common/guard.h"
@@ -48,9 +49,10 @@ class CaseReader {
   void Open(const Companions& companions);
 
   // The valid cases of the file at a position, in record order; none, and an error, when they
-  // cannot be read. A kind of case that has a target needs a target's file.
+  // cannot be read, or nothing, when the kind of case cannot hold them. A kind of case that has a
+  // target needs a target's file.
   template <typename Case>
-  CaseSums Read(int file, const Companions& companions, std::vector<Case>& cases) {
+  std::optional<CaseSums> Read(int file, const Companions& companions, std::vector<Case>& cases) {
     try {
       return ReadInStep(file, companions, cases);
     } catch (...) {
@@ -61,7 +63,8 @@ class CaseReader {
 
  private:
   template <typename Case>
-  CaseSums ReadInStep(int file, const Companions& companions, std::vector<Case>& cases) {
+  std::optional<CaseSums> ReadInStep(int file, const Companions& companions,
+                                     std::vector<Case>& cases) {
     FileIterator values;
     RequireWhole(file, values);
     if (kHasTarget<Case>) ReadTargets(companions.target);
@@ -81,12 +84,16 @@ class CaseReader {
       if (block.count > cases.size() - casesRead) break;  // has grown since it was looked at
       const std::uint16_t* const targets = kHasTarget<Case> ? fTargets.data() + casesRead : nullptr;
       collector.Add(targets, weights, block.values, block.count);
+      if (!collector.HoldsAll()) {
+        cases.clear();
+        return std::nullopt;
+      }
       casesRead += block.count;
     }
     if (casesRead != cases.size()) throw StatusError(StatusCode::kTempFileFailed);
     cases.resize(collector.GetCount());
-    return {collector.GetTotalWeight(), collector.GetTotalWeightWithMissing(),
-            collector.GetLargestTarget(), collector.GetMissingWeights()};
+    return CaseSums{collector.GetTotalWeight(), collector.GetTotalWeightWithMissing(),
+                    collector.GetLargestTarget(), collector.GetMissingWeights()};
   }
 
   std::size_t GetRecordCount() const;

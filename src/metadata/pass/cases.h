@@ -5,11 +5,12 @@
 
 #include "metadata/bindatatuple.h"
 #include "metadata/efbindatatuple.h"
+#include "metadata/pass/packedcase.h"
 
 namespace MCBinning {
 
-// What stands for a tuple while all weights are 1: less to sort and to read. Whatever reads
-// cases takes tuples or these alike.
+// What stands for a tuple while all weights are 1: less to sort and to read. A PackedCase stands
+// for one of these. Whatever reads cases takes tuples or these alike, by Unpacked().
 struct UnweightedCase {
   static constexpr double weight = 1.0;
   double value;
@@ -21,10 +22,34 @@ struct UnweightedEFCase {
   double value;
 };
 
+template <typename Case>
+inline constexpr bool kIsPacked = false;
+template <int kTargetBits>
+inline constexpr bool kIsPacked<PackedCase<kTargetBits>> = true;
+
 // Whether such cases belong to supervised binning.
 template <typename Case>
 inline constexpr bool kHasTarget =
-    std::is_same_v<Case, BINDataTuple> || std::is_same_v<Case, UnweightedCase>;
+    std::is_same_v<Case, BINDataTuple> || std::is_same_v<Case, UnweightedCase> || kIsPacked<Case>;
+
+// The case itself, or what a packed one stands for.
+template <typename Case>
+decltype(auto) Unpacked(const Case& item) {
+  if constexpr (kIsPacked<Case>) {
+    return UnweightedCase{item.GetValue(), item.GetTarget()};
+  } else {
+    return (item);
+  }
+}
+
+template <typename Case>
+bool HaveSameValue(const Case& a, const Case& b) {
+  if constexpr (kIsPacked<Case>) {
+    return a.GetKey() == b.GetKey();
+  } else {
+    return a.value == b.value;
+  }
+}
 
 inline BINDataTuple ToTuple(const UnweightedCase& item) {
   return {item.value, static_cast<std::uint8_t>(item.target), UnweightedCase::weight};

@@ -19,9 +19,11 @@ namespace MCBinning {
 // cases are sorted in, and a bin table's room.
 class CaseStore {
  public:
-  // Supervised cases, or those of equal-frequency binning, that weigh 1 each.
+  // Cases that weigh 1 each, of supervised or of equal-frequency binning. The other kinds let go of
+  // their memory.
   template <typename Case>
   std::vector<Case>& GetUnweighted() {
+    std::apply([this](auto&... kinds) { (KeepOnly<Case>(kinds), ...); }, fUnweighted);
     return std::get<std::vector<Case>>(fUnweighted);
   }
 
@@ -43,13 +45,16 @@ class CaseStore {
   // Makes the loaded cases tuples, unless they are, in `tuples`, which takes room for `capacity`.
   template <typename Tuple>
   void MakeTuples(std::vector<Tuple>& tuples, std::size_t capacity) {
-    using Case = std::conditional_t<kHasTarget<Tuple>, UnweightedCase, UnweightedEFCase>;
-    if (!std::holds_alternative<std::vector<Case>*>(fLoaded)) return;
-    const std::vector<Case>& cases = *std::get<std::vector<Case>*>(fLoaded);
-    tuples.reserve(capacity);
-    tuples.resize(cases.size());
-    std::transform(cases.begin(), cases.end(), tuples.begin(),
-                   [](const Case& item) { return ToTuple(item); });
+    const auto make = [&](const auto* cases) {
+      using Case = typename std::remove_pointer_t<decltype(cases)>::value_type;
+      if constexpr (!std::is_same_v<Case, Tuple> && kHasTarget<Case> == kHasTarget<Tuple>) {
+        tuples.reserve(capacity);
+        tuples.resize(cases->size());
+        std::transform(cases->begin(), cases->end(), tuples.begin(),
+                       [](const Case& item) { return ToTuple(Unpacked(item)); });
+      }
+    };
+    std::visit(make, fLoaded);
     fLoaded = &tuples;
   }
 
@@ -92,13 +97,27 @@ class CaseStore {
         fLoaded);
   }
 
-  std::tuple<std::vector<UnweightedCase>, std::vector<UnweightedEFCase>> fUnweighted;
-  std::variant<std::vector<UnweightedCase>*, std::vector<UnweightedEFCase>*,
-               std::vector<BINDataTuple>*, std::vector<EFBINDataTuple>*>
-      fLoaded = &std::get<std::vector<UnweightedCase>>(fUnweighted);
-  std::tuple<TupleSorter<UnweightedCase>, TupleSorter<UnweightedEFCase>, TupleSorter<BINDataTuple>,
-             TupleSorter<EFBINDataTuple>>
-      fSorters;
+  template <typename Case, typename Other>
+  void KeepOnly(std::vector<Other>& cases) {
+    if constexpr (!std::is_same_v<Case, Other>) {
+      std::vector<Other>().swap(cases);
+      std::get<TupleSorter<Other>>(fSorters) = TupleSorter<Other>();
+    }
+  }
+
+  template <typename... Cases>
+  struct Kinds {
+    using Vectors = std::tuple<std::vector<Cases>...>;
+    using Loaded = std::variant<std::vector<Cases>*..., std::vector<BINDataTuple>*,
+                                std::vector<EFBINDataTuple>*>;
+    using Sorters =
+        std::tuple<TupleSorter<Cases>..., TupleSorter<BINDataTuple>, TupleSorter<EFBINDataTuple>>;
+  };
+  using Unweighted = Kinds<UnweightedCase, UnweightedEFCase, PackedCase<1>, PackedCase<5>>;
+
+  Unweighted::Vectors fUnweighted;
+  Unweighted::Loaded fLoaded = &std::get<std::vector<UnweightedCase>>(fUnweighted);
+  Unweighted::Sorters fSorters;
   DistinctBinTable fBinTable;
   std::vector<double> fMissingWeights;
 };

@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "metadata/pass/cases.h"
+
 namespace MCBinning {
 
 // Sorts cases ascending by value: equal values (-0.0 and 0.0 are equal) keep their order,
@@ -50,10 +52,14 @@ class TupleSorter {
 
   // Ascends with the value; the same for -0.0 and 0.0, and for all NaN.
   static Key KeyOf(const Case& item) {
-    const double value = item.value;
-    const Key bits = std::bit_cast<Key>(value + 0.0);  // makes 0.0 of -0.0
-    const Key flip = static_cast<Key>(static_cast<std::int64_t>(bits) >> 63) | (Key{1} << 63);
-    return value != value ? ~Key{0} : bits ^ flip;
+    if constexpr (kIsPacked<Case>) {
+      return item.GetKey();
+    } else {
+      const double value = item.value;
+      const Key bits = std::bit_cast<Key>(value + 0.0);  // makes 0.0 of -0.0
+      const Key flip = static_cast<Key>(static_cast<std::int64_t>(bits) >> 63) | (Key{1} << 63);
+      return value != value ? ~Key{0} : bits ^ flip;
+    }
   }
 
   static bool IsLess(const Case& a, const Case& b) { return KeyOf(a) < KeyOf(b); }
@@ -62,52 +68,59 @@ class TupleSorter {
   // buckets of equal width. What lies beyond is in the first or in the last one.
   class Spread {
    public:
-    static constexpr std::size_t kBucketCount = 2048;
     static constexpr int kPartBits = 16;
 
     // The range is estimated from a sample: how evenly the buckets are filled decides about
     // the time only.
     Spread(const Case* cases, std::size_t count) {
       if (count <= kMostCases) return;
+      fBucketCount = std::min(std::bit_floor(count / kCasesPerBucket), kMostBuckets);
       std::array<Case, kSampleSize> sample{};
       for (std::size_t i = 0; i < kSampleSize; ++i) sample[i] = cases[count / kSampleSize * i];
       std::sort(sample.begin(), sample.end(), IsLess);
-      const double low = sample[kSampleTail].value;
-      const double high = sample[kSampleSize - 1 - kSampleTail].value;
+      const double low = Unpacked(sample[kSampleTail]).value;
+      const double high = Unpacked(sample[kSampleSize - 1 - kSampleTail]).value;
       if (!(high > low)) return;
       const double margin = (high - low) / 4.0;
       fLow = low - margin;
-      fScale = static_cast<double>(kBucketCount << kPartBits) / (high - low + 2.0 * margin);
+      fScale = static_cast<double>(fBucketCount << kPartBits) / (high - low + 2.0 * margin);
     }
+
+    std::size_t GetBucketCount() const { return fBucketCount; }
 
     bool IsUseful() const { return std::isfinite(fLow) && std::isfinite(fScale) && fScale > 0.0; }
 
     // Never descends while the value ascends, and a NaN is in the last bucket. Requires
     // IsUseful().
     std::size_t BucketOf(const Case& item) const {
-      constexpr auto kLast = static_cast<double>((kBucketCount << kPartBits) - 1);
-      const double position = (item.value - fLow) * fScale;
-      const double capped = position < kLast ? position : kLast;
+      const auto last = static_cast<double>((fBucketCount << kPartBits) - 1);
+      const double position = (Unpacked(item).value - fLow) * fScale;
+      const double capped = position < last ? position : last;
       return static_cast<std::uint32_t>(capped > 0.0 ? capped : 0.0) >> kPartBits;
     }
 
     // The same, with each bucket divided into 2^kPartBits parts. Not for values that are in
     // the first or in the last bucket.
     std::uint32_t PartOf(const Case& item) const {
-      return static_cast<std::uint32_t>((item.value - fLow) * fScale);
+      return static_cast<std::uint32_t>((Unpacked(item).value - fLow) * fScale);
     }
 
    private:
     static constexpr std::size_t kSampleSize = 256;
     static constexpr std::size_t kSampleTail = 5;  // of either side, which outliers may take
 
+    // With few cases in each, what a bucket takes to be sorted whatever it holds would count.
+    static constexpr std::size_t kCasesPerBucket = 128;
+    static constexpr std::size_t kMostBuckets = 2048;  // that are filled side by side
+
+    std::size_t fBucketCount = 0;
     double fLow = 0.0;
     double fScale = 0.0;
   };
 
   // Leaves the sorted cases in `scratch`.
   static void SortInBuckets(Case* cases, Case* scratch, std::size_t count, const Spread& spread) {
-    std::vector<std::uint32_t> ends(Spread::kBucketCount);
+    std::vector<std::uint32_t> ends(spread.GetBucketCount());
     for (std::size_t i = 0; i < count; ++i) ++ends[spread.BucketOf(cases[i])];
     AddUp(ends);
     for (std::size_t i = 0; i < count; ++i) scratch[ends[spread.BucketOf(cases[i])]++] = cases[i];
@@ -116,8 +129,10 @@ class TupleSorter {
     std::size_t first = 0;
     for (const std::size_t end : ends) {
       const std::size_t size = end - first;
-      // The first and the last bucket, or their neighbours where those are empty, have no parts.
-      if (first == 0 || end == count || size < kFewCases || size > kManyCases) {
+      // The first and the last bucket, or their neighbours where those are empty, have no parts;
+      // packed cases need none, as their keys are at hand.
+      const bool hasParts = !kIsPacked<Case> && first > 0 && end < count;
+      if (!hasParts || size < kFewCases || size > kManyCases) {
         SortRange(scratch + first, cases + first, size);
       } else {
         SortByDigits<8, 2>(scratch + first, cases + first, size, partOf, Spread::kPartBits);

@@ -1,0 +1,98 @@
+// Cases in one word against what they stand for: every bit of the value, the target, and the order.
+
+#include "metadata/pass/packedcase.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <random>
+#include <utility>
+#include <vector>
+
+#include "metadata/pass/tuplesort.h"
+#include "support/scenario.h"
+
+namespace {
+
+using Random = std::mt19937_64;
+using Held = std::vector<std::pair<std::uint64_t, unsigned int>>;  // bits of a value, target
+
+constexpr double kInfinity = HUGE_VAL;
+
+// Of all magnitudes, the rare ones included, and in part with ties.
+double Draw(Random& random) {
+  const double sign = random() % 2 == 0 ? 1.0 : -1.0;
+  switch (random() % 5) {
+    case 0:
+      return sign * 0.0;
+    case 1:
+      return std::bit_cast<double>(random());
+    case 2:
+      return sign * static_cast<double>(random() % 100) / 100.0;
+    default:
+      return std::normal_distribution<double>()(random);
+  }
+}
+
+template <int kTargetBits>
+void ExpectSortedAsValues(Random& random, std::size_t count) {
+  using Case = MCBinning::PackedCase<kTargetBits>;
+  std::vector<std::pair<double, unsigned int>> cases;
+  std::vector<Case> packed;
+  while (packed.size() < count) {
+    const double value = Draw(random);
+    const auto target = static_cast<unsigned int>(random() % Case::kTargetCount);
+    if (!Case::CanHold(value, target)) continue;
+    cases.emplace_back(value, target);
+    packed.emplace_back(value, target);
+  }
+  std::stable_sort(cases.begin(), cases.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  MCBinning::TupleSorter<Case>().Sort(packed);
+
+  Held expected, found;
+  for (const auto& [value, target] : cases) {
+    expected.emplace_back(std::bit_cast<std::uint64_t>(value), target);
+  }
+  for (const Case& item : packed) {
+    found.emplace_back(std::bit_cast<std::uint64_t>(item.GetValue()), item.GetTarget());
+  }
+  EXPECT_TRUE(found == expected) << kTargetBits << " target bits, " << count << " cases, seed "
+                                 << TestSeed();
+}
+
+TEST(PackedCase, IsSortedAsItsValueIs) {
+  Random random(TestSeed());
+  for (const std::size_t count : {2U, 31U, 3000U, 32769U, 100000U}) {
+    ExpectSortedAsValues<1>(random, count);
+    ExpectSortedAsValues<5>(random, count);
+  }
+}
+
+TEST(PackedCase, HoldsWhatItsBitsAreFor) {
+  const double nan = std::nan("");
+  struct Row {
+    double least, most;  // magnitudes that the bits end before
+    unsigned int targets;
+    bool (*canHold)(double value, unsigned int target);
+  };
+  for (const Row& row : {Row{0x1p-384, 0x1p640, 2, &MCBinning::PackedCase<1>::CanHold},
+                         Row{0x1p-24, 0x1p40, 32, &MCBinning::PackedCase<5>::CanHold}}) {
+    for (const double sign : {1.0, -1.0}) {
+      EXPECT_FALSE(row.canHold(sign * row.least, 0));
+      EXPECT_TRUE(row.canHold(sign * std::nextafter(row.least, 1.0), row.targets - 1));
+      EXPECT_TRUE(row.canHold(sign * std::nextafter(row.most, 0.0), 0));
+      EXPECT_FALSE(row.canHold(sign * row.most, 0));
+      EXPECT_FALSE(row.canHold(sign * kInfinity, 0));
+      EXPECT_FALSE(row.canHold(sign * nan, 0));
+      EXPECT_FALSE(row.canHold(sign * 5e-324, 0));
+      EXPECT_TRUE(row.canHold(sign * 0.0, 0));
+      EXPECT_FALSE(row.canHold(sign * 1.0, row.targets));
+    }
+  }
+}
+
+}  // namespace
