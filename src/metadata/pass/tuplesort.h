@@ -182,7 +182,7 @@ class TupleSorter {
     if (count <= kManyCases) {
       SortByKeys<8, 2>(cases, scratch, count, order);
     } else {
-      SortByKeys<11, 3>(cases, scratch, count, order);
+      SortByKeys<11, 2>(cases, scratch, count, order);
     }
   }
 
