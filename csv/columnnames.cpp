@@ -22,6 +22,29 @@ bool IsBinary(char c) {
   return !ordinary && c != '\t' && c != '\n' && c != '\r';
 }
 
+// Goes back to the last * where the rest does not match.
+bool MatchesPattern(std::string_view text, std::string_view pattern) {
+  std::size_t at = 0;
+  std::size_t wanted = 0;
+  std::size_t star = std::string_view::npos;
+  std::size_t starEnd = 0;  // of what the last * stands for
+  while (at < text.size()) {
+    if (wanted < pattern.size() && pattern[wanted] == '*') {
+      star = wanted++;
+      starEnd = at;
+    } else if (wanted < pattern.size() && (pattern[wanted] == '?' || pattern[wanted] == text[at])) {
+      ++at;
+      ++wanted;
+    } else if (star != std::string_view::npos) {
+      wanted = star + 1;
+      at = ++starEnd;
+    } else {
+      return false;
+    }
+  }
+  return pattern.find_first_not_of('*', wanted) == std::string_view::npos;
+}
+
 [[noreturn]] void Refuse(const std::string& place, const std::string& subject,
                          const std::string& reason) {
   throw MCBinModel::Refusal(RefusalCode::kInput, {place, subject, {}}, reason);
@@ -77,6 +100,25 @@ std::size_t ColumnNames::Find(const std::string& name) const {
     return static_cast<std::size_t>(found - fNames.begin());
   }
   RefuseUnknown(name);
+}
+
+bool ColumnNames::IsPattern(const std::string& name) const {
+  return name.find_first_of("*?") != std::string::npos && !Contains(name);
+}
+
+std::vector<std::size_t> ColumnNames::FindAll(const std::string& nameOrPattern) const {
+  if (!IsPattern(nameOrPattern)) return {Find(nameOrPattern)};
+  std::vector<std::size_t> positions;
+  for (std::size_t position = 0; position < fNames.size(); ++position) {
+    const std::string& name = fNames[position];
+    if (!name.empty() && MatchesPattern(name, nameOrPattern)) positions.push_back(position);
+  }
+  if (positions.empty()) {
+    throw MCBinModel::Refusal(
+        RefusalCode::kUnknownColumn, {fFileName, nameOrPattern, {}},
+        fmt::format("no column matches {}", MCBinModel::QuotedText(nameOrPattern)));
+  }
+  return positions;
 }
 
 void ColumnNames::RefuseUnknown(const std::string& name) const {

@@ -28,6 +28,11 @@ class ColumnNames {
   std::size_t Find(const std::string& name) const;
   bool Contains(const std::string& name) const;
 
+  // The positions of a column, or of all whose names match a pattern with * (any text) and ? (a
+  // character). Throws Refusal when there is none.
+  std::vector<std::size_t> FindAll(const std::string& nameOrPattern) const;
+  bool IsPattern(const std::string& name) const;
+
  private:
   void CheckDuplicates(const std::string& where) const;
   [[noreturn]] void RefuseUnknown(const std::string& name) const;

@@ -1,5 +1,8 @@
 #include "csv/columnscan.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "binmodel/model/usermissing.h"
 #include "binmodel/text/number.h"
 #include "common/missing.h"
@@ -9,6 +12,7 @@ namespace MCBin {
 namespace {
 
 constexpr double kNoCategory = -1.0;
+constexpr std::size_t kMostStrayTexts = 5;
 
 ColumnScan::Sighting MakeSighting(std::uint64_t line, std::string_view text) {
   constexpr std::size_t kShownBytes = 100;
@@ -34,13 +38,17 @@ ColumnScan::Value ColumnScan::GetMissing() const {
 
 ColumnScan::Value ColumnScan::Add(const CsvField& field, std::uint64_t line, bool counts) {
   Value value = GetMissing();
+  ++fFieldCount;
   if (!fFirstText) value.ifNumeric = AddNumber(field, line, counts);
+  if (fFirstText && fDifferentTexts.size() <= kMostStrayTexts) CountText(field);
   if (fTexts && counts) value.ifTexts = AddText(field.text, line);
   return value;
 }
 
 double ColumnScan::AddNumber(const CsvField& field, std::uint64_t line, bool counts) {
   const MCBinModel::ParsedNumber number = ParseNumber(field);
+  fIsWhole = fIsWhole && number.kind == MCBinModel::NumberKind::kNumber &&
+             number.value == std::trunc(number.value);
   if (number.kind == MCBinModel::NumberKind::kNumber && !fMayBeCategorical) return number.value;
   if (number.kind == MCBinModel::NumberKind::kText) {
     fFirstText = MakeSighting(line, field.text);
@@ -57,6 +65,22 @@ double ColumnScan::AddNumber(const CsvField& field, std::uint64_t line, bool cou
     fNumbers.reset();
   }
   return code;
+}
+
+void ColumnScan::CountText(const CsvField& field) {
+  if (ParseNumber(field).kind != MCBinModel::NumberKind::kText) return;
+  ++fTextFieldCount;
+  const std::string text = MakeSighting(0, MCBinModel::TrimBlanks(field.text)).text;
+  const bool isNew =
+      std::find(fDifferentTexts.begin(), fDifferentTexts.end(), text) == fDifferentTexts.end();
+  if (isNew) fDifferentTexts.push_back(text);
+}
+
+std::optional<ColumnScan::StrayTexts> ColumnScan::GetStrayTexts() const {
+  const bool areStray = fTextFieldCount > 0 && fDifferentTexts.size() <= kMostStrayTexts &&
+                        fTextFieldCount < fFieldCount - fTextFieldCount;
+  if (!areStray) return std::nullopt;
+  return StrayTexts{fTextFieldCount, fFieldCount - fTextFieldCount, fDifferentTexts};
 }
 
 double ColumnScan::AddText(std::string_view text, std::uint64_t line) {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "binmodel/model/variableinfo.h"
 #include "csv/columnrequest.h"
@@ -33,6 +34,13 @@ class ColumnScan {
     std::size_t bytes;  // of the whole
   };
 
+  // The texts among the numbers of a column that holds few different ones.
+  struct StrayTexts {
+    std::uint64_t fields;            // that hold one of them
+    std::uint64_t numbers;           // fields that do not
+    std::vector<std::string> texts;  // their beginnings, in the order of their appearance
+  };
+
   // What a field is worth, if the column turns out to be numeric or to hold texts: its number,
   // or its category code when the column may be categorical. The missing value, or the code -1,
   // where there is none.
@@ -53,9 +61,15 @@ class ColumnScan {
   // Every field so far is a number, or NaN, or infinite.
   bool IsNumeric() const { return !fFirstText; }
 
+  // Every field so far is a whole number.
+  bool IsWhole() const { return fIsWhole && IsNumeric(); }
+
   // The first field that is no number, and the first infinite one.
   const std::optional<Sighting>& GetFirstText() const { return fFirstText; }
   const std::optional<Sighting>& GetFirstInfinite() const { return fFirstInfinite; }
+
+  // Nothing of a column without texts, with many different ones or with more texts than numbers.
+  std::optional<StrayTexts> GetStrayTexts() const;
 
   // The first field that could not be a category, because there were too many or it is too
   // long; of the kind that the column turned out to be.
@@ -70,10 +84,15 @@ class ColumnScan {
  private:
   double AddNumber(const CsvField& field, std::uint64_t line, bool counts);
   double AddText(std::string_view text, std::uint64_t line);
+  void CountText(const CsvField& field);
 
   bool fMayBeCategorical;
   std::optional<Sighting> fFirstText;
   std::optional<Sighting> fFirstInfinite;
+  bool fIsWhole = true;
+  std::uint64_t fFieldCount = 0;      // not missing
+  std::uint64_t fTextFieldCount = 0;  // while there are few different ones
+  std::vector<std::string> fDifferentTexts;
   std::optional<BINCatNumEncoder> fNumbers;  // empty when ruled out or given up
   std::optional<BINStringEncoder> fTexts;
   std::optional<Sighting> fFirstNumberBeyond;

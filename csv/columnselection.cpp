@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <map>
+#include <numeric>
+#include <set>
 
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
@@ -34,15 +36,18 @@ class Selection {
  public:
   Selection(const ColumnNames& names, const ColumnChoice& choice)
       : fNames(names), fChoice(choice), fKinds(names.GetCount(), KindRequest::kDetect) {
-    for (const std::string& name : choice.categorical) SetKind(name, KindRequest::kCategorical);
-    for (const std::string& name : choice.continuous) SetKind(name, KindRequest::kContinuous);
+    for (const std::string& name : choice.categorical) SetKinds(name, KindRequest::kCategorical);
+    for (const std::string& name : choice.continuous) SetKinds(name, KindRequest::kContinuous);
+    for (const std::string& name : choice.exclude) {
+      for (const std::size_t position : names.FindAll(name)) fExcluded.insert(position);
+    }
     for (const MissingRequest& definition : choice.missing) SetMissing(definition);
   }
 
   std::vector<ColumnRequest> Select() {
     for (const std::string& name : fChoice.targets) AddNamed(name, ColumnUse::kTarget);
     if (fChoice.weight) AddNamed(*fChoice.weight, ColumnUse::kWeight);
-    for (const std::string& name : fChoice.attributes) AddNamed(name, ColumnUse::kAttribute);
+    for (const std::string& name : fChoice.attributes) AddAttributes(name);
     if (fChoice.attributes.empty()) AddOthers();
     return std::move(fRequests);
   }
@@ -63,12 +68,26 @@ class Selection {
   }
 
  private:
-  void SetKind(const std::string& name, KindRequest kind) {
-    KindRequest& known = fKinds[fNames.Find(name)];
-    if (known != KindRequest::kDetect && known != kind) {
-      Refuse(RefusalCode::kTwoKinds, name, "is both categorical and continuous");
+  void SetKinds(const std::string& name, KindRequest kind) {
+    for (const std::size_t position : fNames.FindAll(name)) {
+      KindRequest& known = fKinds[position];
+      if (known != KindRequest::kDetect && known != kind) {
+        Refuse(RefusalCode::kTwoKinds, fNames.GetName(position),
+               "is both categorical and continuous");
+      }
+      known = kind;
     }
-    known = kind;
+  }
+
+  void AddAttributes(const std::string& name) {
+    if (fNames.IsPattern(name)) {
+      AddUnused(fNames.FindAll(name));
+      return;
+    }
+    if (fExcluded.contains(fNames.Find(name))) {
+      Refuse(RefusalCode::kTwoUses, name, "cannot be an attribute and excluded");
+    }
+    AddNamed(name, ColumnUse::kAttribute);
   }
 
   void SetMissing(const MissingRequest& definition) {
@@ -99,8 +118,14 @@ class Selection {
   }
 
   void AddOthers() {
-    for (std::size_t position = 0; position < fNames.GetCount(); ++position) {
-      if (fNames.GetName(position).empty()) continue;
+    std::vector<std::size_t> positions(fNames.GetCount());
+    std::iota(positions.begin(), positions.end(), std::size_t{0});
+    AddUnused(positions);
+  }
+
+  void AddUnused(const std::vector<std::size_t>& positions) {
+    for (const std::size_t position : positions) {
+      if (fNames.GetName(position).empty() || fExcluded.contains(position)) continue;
       if (!fUses.emplace(position, ColumnUse::kAttribute).second) continue;
       Add(position, ColumnUse::kAttribute, fKinds[position] != KindRequest::kDetect);
     }
@@ -117,6 +142,7 @@ class Selection {
   std::vector<KindRequest> fKinds;                 // by position
   std::map<std::size_t, MissingRequest> fMissing;  // by position
   std::map<std::size_t, ColumnUse> fUses;          // by position
+  std::set<std::size_t> fExcluded;                 // by position
   std::vector<ColumnRequest> fRequests;
 };
 

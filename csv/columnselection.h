@@ -14,7 +14,9 @@ namespace MCBin {
 struct ColumnChoice {
   std::vector<std::string> targets;
   std::optional<std::string> weight;
+  // A name of these that no column has may be a pattern, with * for any text and ? for a character.
   std::vector<std::string> attributes;  // empty: every column that is left and can be binned
+  std::vector<std::string> exclude;     // no attributes
   std::vector<std::string> categorical;
   std::vector<std::string> continuous;
   std::vector<MissingRequest> missing;

@@ -23,12 +23,13 @@ std::size_t IndexOf(char c) { return static_cast<unsigned char>(c); }
 
 }  // namespace
 
-CsvReader::CsvReader(int file, std::string name, char delimiter)
+CsvReader::CsvReader(int file, std::string name, char delimiter, const NumberFormat& numbers)
     : fFile(file),
       fName(std::move(name)),
       fDelimiter(delimiter),
       fIsDelimiterInNumbers(std::string_view("0123456789.-").find(delimiter) !=
-                            std::string_view::npos) {
+                            std::string_view::npos),
+      fNumbers(numbers) {
   for (const char c : {delimiter, '\n', '\r', '\0'}) fIsSpecial[IndexOf(c)] = true;
   fCapacity = kChunkBytes;
   fBuffer = std::make_unique<char[]>(fCapacity + 1);
@@ -38,18 +39,10 @@ CsvReader::CsvReader(int file, std::string name, char delimiter)
 std::string CsvReader::Where(std::uint64_t line) const { return fmt::format("{}:{}", fName, line); }
 
 bool CsvReader::Next() {
-  if (!NextRecord()) return false;
+  do {
+    if (!NextRecord()) return false;
+  } while (fFieldCount != 1 && IsBlankLine());
   if (fFieldCount == 0) fFieldCount = fFields.size();
-  if (fFieldCount > 1 && IsBlankLine()) {
-    // Harmless at the end of the file only.
-    const std::uint64_t blankLine = fLine;
-    while (NextRecord()) {
-      if (IsBlankLine()) continue;
-      Refuse(Where(blankLine),
-             fmt::format("blank line in a file of {} columns; remove it", fFieldCount));
-    }
-    return false;
-  }
   CheckShape();
   return true;
 }
@@ -109,7 +102,7 @@ CsvReader::Outcome CsvReader::ParseRecord() {
 const char* CsvReader::ParseUnquoted(const char* begin) {
   PlainDecimal decimal;
   const char* at = begin;
-  if (!fIsDelimiterInNumbers) at = decimal.Read(begin);
+  if (!fIsDelimiterInNumbers && fNumbers.IsPlain()) at = decimal.Read(begin);
   if (fIsSpecial[IndexOf(*at)]) {
     AddField(begin, at, false, decimal.GetValue());
     return at;
@@ -158,6 +151,11 @@ const char* CsvReader::ParseQuoted(const char* open) {
 void CsvReader::AddField(const char* begin, const char* end, bool quoted,
                          std::optional<double> decimal) {
   fFields.push_back({{begin, static_cast<std::size_t>(end - begin)}, quoted, decimal});
+  if (fNumbers.IsPlain()) return;
+  CsvField& field = fFields.back();
+  const MCBinModel::ParsedNumber number = ParseNumber(field.text, fNumbers);
+  if (number.kind == MCBinModel::NumberKind::kNumber) field.decimal = number.value;
+  field.isText = number.kind == MCBinModel::NumberKind::kText;
 }
 
 CsvReader::Outcome CsvReader::FinishRecord(const char* next) {
@@ -186,7 +184,11 @@ void CsvReader::Refill() {
   MakeRoom();
   const std::size_t room = fCapacity - static_cast<std::size_t>(fEnd - fBuffer.get());
   const bool atStart = fBytesRead == 0;
-  const std::size_t got = InputStream::Read(fFile, fName, fEnd, room);
+  std::size_t got = ReadMore(room);
+  if (atStart && Unpacker::IsPacked({fEnd, got})) {
+    fUnpacker = std::make_unique<Unpacker>(fFile, fName, std::string_view(fEnd, got));
+    got = ReadMore(room);
+  }
 
   fAtFileEnd = got == 0;
   fBytesRead += got;
@@ -199,6 +201,10 @@ void CsvReader::Refill() {
         "\xEF\xBB\xBF";
     if (hasMark) fBegin += 3;
   }
+}
+
+std::size_t CsvReader::ReadMore(std::size_t room) {
+  return fUnpacker ? fUnpacker->Read(fEnd, room) : InputStream::Read(fFile, fName, fEnd, room);
 }
 
 // Moves what is not parsed yet to the front; a record that fills the buffer gets a larger one.
@@ -231,14 +237,13 @@ void CsvReader::CheckFileKind() const {
   if (startsWith("\xFF\xFE") || startsWith("\xFE\xFF")) {
     Refuse(fName, "this is UTF-16 text; convert it first: iconv -f UTF-16 -t UTF-8");
   }
-  const bool packed = startsWith("\x1F\x8B") || startsWith("PK\x03\x04") || startsWith("BZh91AY") ||
+  const bool packed = startsWith("PK\x03\x04") || startsWith("BZh91AY") ||
                       startsWith(
                           "\xFD"
-                          "7zXZ") ||
-                      startsWith("\x28\xB5\x2F\xFD");
+                          "7zXZ");
   if (packed) {
     Refuse(fName,
-           "this is a packed file or a spreadsheet, not CSV text; unpack it (gzip -dc FILE | mcbin "
+           "this is a packed file or a spreadsheet, not CSV text; unpack it (unzip -p FILE | mcbin "
            "...) or export it as CSV first");
   }
 }

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "csv/csvfield.h"
+#include "csv/numberformat.h"
+#include "io/unpacker.h"
 
 namespace MCBin {
 
@@ -16,20 +18,21 @@ namespace MCBin {
 //   Lines     end with LF, CRLF or CR; a UTF-8 byte-order mark is passed over.
 //   Quotes    a quoted field may hold delimiters, line ends and doubled quotes. A quote
 //             inside an unquoted field is an ordinary character.
-//   Blanks    belong to their field. A blank line is a record of one empty field; blank
-//             lines at the end of a file of several columns are passed over.
+//   Blanks    belong to their field. Blank lines are passed over; in a file of one column each is
+//             a record of one empty field.
+//   Packed    files of gzip and zstd, told by their first bytes, are unpacked.
 //   Shape     every record has as many fields as the first one.
 //   Memory    one record at a time, of at most kMaxRecordBytes; fields point into the
 //             buffer and live until the next call of Next().
 //   Failure   Refusal that names the file and the line: ragged or too long records,
-//             bad quoting, NUL bytes, UTF-16 or packed files, read errors.
+//             bad quoting, NUL bytes, UTF-16, other packed files, read errors.
 class CsvReader {
  public:
   static constexpr std::size_t kMaxRecordBytes = std::size_t{64} << 20;
 
   // Reads from the start of `file`, which stays the caller's; `name` is for messages.
   // `delimiter` is not a quote or a line end.
-  CsvReader(int file, std::string name, char delimiter);
+  CsvReader(int file, std::string name, char delimiter, const NumberFormat& numbers = {});
 
   // Reads the next record; false at the end of the file.
   bool Next();
@@ -39,8 +42,8 @@ class CsvReader {
   // The line on which the record begins, from 1.
   std::uint64_t GetLine() const { return fLine; }
 
-  // Bytes taken from the file so far.
-  std::uint64_t GetBytesRead() const { return fBytesRead; }
+  // Bytes taken from the file so far, packed ones of a packed file.
+  std::uint64_t GetBytesRead() const { return fUnpacker ? fUnpacker->GetBytesRead() : fBytesRead; }
 
   const std::string& GetName() const { return fName; }
 
@@ -62,6 +65,7 @@ class CsvReader {
   void Refill();
   void MakeRoom();
   void CheckFileKind() const;
+  std::size_t ReadMore(std::size_t room);
   bool IsBlankLine() const;
   void CheckShape() const;
   [[noreturn]] void RefuseNul() const;
@@ -70,7 +74,9 @@ class CsvReader {
   const std::string fName;
   const char fDelimiter;
   const bool fIsDelimiterInNumbers;
-  bool fIsSpecial[256] = {};  // ends the run of ordinary characters of an unquoted field
+  const NumberFormat fNumbers;
+  std::unique_ptr<Unpacker> fUnpacker;  // of a packed file
+  bool fIsSpecial[256] = {};            // ends the run of ordinary characters of an unquoted field
 
   std::unique_ptr<char[]> fBuffer;  // one more byte than its capacity: a NUL after the data
   std::size_t fCapacity = 0;

@@ -12,11 +12,9 @@ namespace MCBin {
 double FieldCoder::Code(const CsvReader& reader) {
   const CsvField& field = reader.GetFields()[fPosition];
   if (fMissingTexts.IsMissing(field)) return std::numeric_limits<double>::quiet_NaN();
-  const bool isNumber =
-      field.decimal && fVariable.kind != MCBinModel::VariableKind::kStringCategorical;
   try {
-    const MCBinModel::CodedValue coded =
-        isNumber ? fCoder.Code(*field.decimal) : fCoder.Code(field.text);
+    if (field.isText && fVariable.kind == MCBinModel::VariableKind::kContinuous) RefuseText(field);
+    const MCBinModel::CodedValue coded = CodeField(field);
     if (coded.isUnknown && fUnknownCount++ == 0) {
       fFirstUnknown =
           fmt::format("{} in line {}", MCBinModel::QuotedText(field.text), reader.GetLine());
@@ -27,6 +25,21 @@ double FieldCoder::Code(const CsvReader& reader) {
                               {reader.Where(), refusal.GetSubject(), refusal.GetDetail()},
                               refusal.GetReason());
   }
+}
+
+MCBinModel::CodedValue FieldCoder::CodeField(const CsvField& field) const {
+  constexpr MCBinModel::CodedValue kUnknown = {std::numeric_limits<double>::quiet_NaN(), true};
+  if (fVariable.kind == MCBinModel::VariableKind::kStringCategorical)
+    return fCoder.Code(field.text);
+  if (field.decimal) return fCoder.Code(*field.decimal);
+  return field.isText ? kUnknown : fCoder.Code(field.text);
+}
+
+void FieldCoder::RefuseText(const CsvField& field) const {
+  throw MCBinModel::Refusal(
+      MCBinModel::RefusalCode::kTextAmongNumbers, {{}, fVariable.name, std::string(field.text)},
+      fmt::format("{} in column {} is not a number", MCBinModel::QuotedText(field.text),
+                  MCBinModel::QuotedText(fVariable.name)));
 }
 
 std::optional<std::string> FieldCoder::DescribeUnknown() const {

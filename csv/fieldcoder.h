@@ -28,6 +28,9 @@ class FieldCoder {
   std::optional<std::string> DescribeUnknown() const;
 
  private:
+  MCBinModel::CodedValue CodeField(const CsvField& field) const;
+  [[noreturn]] void RefuseText(const CsvField& field) const;
+
   const MCBinModel::VariableInfo& fVariable;
   const std::size_t fPosition;
   const MissingTexts& fMissingTexts;

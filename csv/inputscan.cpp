@@ -103,6 +103,7 @@ InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& request
                               "there is a header but no record");
   }
   if (weights) {
+    scan.weightNote = weights->DescribeRounding();
     scan.dropped = weights->GetCoder().GetDropped();
     weights->GetCoder().CheckRecordsLeft(scan.recordCount, reader.GetName());
   }

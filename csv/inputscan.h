@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,7 +21,8 @@ namespace MCBin {
 struct InputScan {
   std::uint64_t recordCount = 0;  // the dropped ones included
   MCBinModel::DroppedRecords dropped;
-  std::vector<ColumnScan> columns;  // one per request; unused for the weight
+  std::optional<std::string> weightNote;  // that weights were rounded
+  std::vector<ColumnScan> columns;        // one per request; unused for the weight
 
   // The values of the records that were not dropped. Column i of the file is that of request
   // i if it is numeric, column textColumns[i] if it holds texts.

@@ -1,10 +1,17 @@
 #include "csv/inputvariables.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <cctype>
+#include <map>
+#include <set>
+#include <utility>
 
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/utf8.h"
+#include "csv/numberformat.h"
 
 namespace MCBin {
 
@@ -37,11 +44,13 @@ class Builder {
     if (!fNotNumeric.empty()) {
       fNotes.push_back({ColumnNote::Kind::kNotNumeric,
                         {},
-                        "left out because they are not numeric: " + fNotNumeric});
+                        "left out because they are not numeric: " + fNotNumeric + DecimalComma(),
+                        DecimalCommas()});
     }
     if (fVariables.attributes.empty()) {
-      Refuse({}, fmt::format("no column can be binned{}{}",
-                             fNotNumeric.empty() ? "" : "; not numeric: ", fNotNumeric));
+      Refuse({}, fmt::format("no column can be binned{}{}{}",
+                             fNotNumeric.empty() ? "" : "; not numeric: ", fNotNumeric,
+                             DecimalComma()));
     }
     return std::move(fVariables);
   }
@@ -72,7 +81,7 @@ class Builder {
   void AddAttribute(const ColumnRequest& request, const ColumnScan& scan, std::size_t column) {
     const bool categorical = request.kind == KindRequest::kCategorical;
     if (!categorical && !scan.IsNumeric()) {
-      LeaveOutText(request, *scan.GetFirstText());
+      LeaveOutText(request, scan);
       return;
     }
     if (categorical) {
@@ -91,13 +100,55 @@ class Builder {
     fVariables.attributeColumns.push_back(column);
   }
 
-  void LeaveOutText(const ColumnRequest& request, const ColumnScan::Sighting& text) {
+  static bool HasDecimalComma(const std::string& text) {
+    constexpr NumberFormat kComma{',', '.'};
+    return text.find(',') != std::string::npos &&
+           ParseNumber(text, kComma).kind == MCBinModel::NumberKind::kNumber;
+  }
+
+  std::vector<std::string> DecimalCommas() const {
+    return fDecimalComma.empty() ? std::vector<std::string>() : std::vector{fDecimalComma};
+  }
+
+  std::string DecimalComma() const {
+    if (fDecimalComma.empty()) return {};
+    return fmt::format("; {} is a number with a decimal comma",
+                       MCBinModel::QuotedText(fDecimalComma));
+  }
+
+  // "2 of 699 fields are texts: '?', 'x'".
+  static std::string StrayFact(const ColumnScan::StrayTexts& stray) {
+    std::vector<std::string> texts;
+    for (const std::string& text : stray.texts) texts.push_back(MCBinModel::QuotedText(text));
+    return fmt::format("{} of {} fields {}: {}", stray.fields, stray.fields + stray.numbers,
+                       stray.fields == 1 ? "is no number" : "are no numbers",
+                       fmt::join(texts, ", "));
+  }
+
+  void AddStrayNote(const ColumnRequest& request, const ColumnScan::StrayTexts& stray) {
+    fNotes.push_back({ColumnNote::Kind::kStrayTexts, request.name,
+                      fmt::format("left out: in column {}, {}",
+                                  MCBinModel::QuotedText(request.name), StrayFact(stray)),
+                      stray.texts});
+  }
+
+  void LeaveOutText(const ColumnRequest& request, const ColumnScan& scan) {
     if (request.byName) {
+      const ColumnScan::Sighting& text = *scan.GetFirstText();
+      const auto stray = scan.GetStrayTexts();
       throw MCBinModel::Refusal(
           RefusalCode::kTextInNamedColumn, About(request, text),
-          fmt::format("{} in column {} is not a number", MCBinModel::QuotedText(text.text),
-                      MCBinModel::QuotedText(request.name)));
+          fmt::format("{} in column {} is not a number{}", MCBinModel::QuotedText(text.text),
+                      MCBinModel::QuotedText(request.name),
+                      stray ? " (" + StrayFact(*stray) + ")" : ""));
     }
+    const auto stray = scan.GetStrayTexts();
+    if (stray) {
+      AddStrayNote(request, *stray);
+      return;
+    }
+    const ColumnScan::Sighting& text = *scan.GetFirstText();
+    if (fDecimalComma.empty() && HasDecimalComma(text.text)) fDecimalComma = text.text;
     constexpr int kMostNamed = 10;
     if (++fNotNumericCount > kMostNamed) {
       if (fNotNumericCount == kMostNamed + 1) fNotNumeric += " and more";
@@ -155,8 +206,27 @@ class Builder {
         info.texts.push_back(scan.GetTexts().Decode(code));
         CheckUtf8(request, info.texts.back());
       }
+      NoteTwins(request, info.texts);
     }
     return info;
+  }
+
+  // Categories that are most likely meant to be one.
+  void NoteTwins(const ColumnRequest& request, const std::vector<std::string>& texts) const {
+    std::map<std::string, const std::string*> known;
+    for (const std::string& text : texts) {
+      std::string plain(MCBinModel::TrimBlanks(text));
+      for (char& c : plain) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+      const auto [other, isNew] = known.emplace(std::move(plain), &text);
+      if (isNew) continue;
+      fNotes.push_back(
+          {ColumnNote::Kind::kOther, request.name,
+           fmt::format("column {}: {} and {} are two categories, which differ in "
+                       "blanks or letter case alone",
+                       MCBinModel::QuotedText(request.name), MCBinModel::QuotedText(*other->second),
+                       MCBinModel::QuotedText(text))});
+      return;
+    }
   }
 
   void CheckUtf8(const ColumnRequest& request, const std::string& text) const {
@@ -173,6 +243,7 @@ class Builder {
   MCBinModel::RunVariables fVariables;
   std::string fNotNumeric;
   int fNotNumericCount = 0;
+  std::string fDecimalComma;  // the first number that has one
 };
 
 }  // namespace
@@ -187,6 +258,29 @@ MCBinModel::RunVariables MakeInputVariables(const std::string& fileName,
     builder.Add(requests[i], scan.columns[i], scan.GetValueColumn(i));
   }
   return builder.Finish();
+}
+
+std::vector<ColumnNote> NoteIdentifiers(const MCBinModel::BinModel& model,
+                                        const std::vector<ColumnRequest>& requests,
+                                        const InputScan& scan) {
+  constexpr std::uint64_t kFewestRecords = 100;
+  std::vector<ColumnNote> notes;
+  if (model.source.weight) return notes;
+  std::set<std::string> wholes;
+  for (std::size_t i = 0; i < requests.size(); ++i) {
+    if (scan.columns[i].IsWhole()) wholes.insert(requests[i].name);
+  }
+  for (const MCBinModel::AttributeBins& bins : model.results) {
+    const std::string& name = model.GetAttribute(bins).name;
+    const bool allDiffer = bins.distinctValues >= kFewestRecords &&
+                           static_cast<double>(bins.distinctValues) == bins.validWeight;
+    if (!allDiffer || wholes.erase(name) == 0) continue;
+    notes.push_back({ColumnNote::Kind::kIdentifier, name,
+                     fmt::format("column {} has another whole number in every record, as "
+                                 "identifiers have",
+                                 MCBinModel::QuotedText(name))});
+  }
+  return notes;
 }
 
 }  // namespace MCBin

@@ -24,4 +24,10 @@ MCBinModel::RunVariables MakeInputVariables(const std::string& fileName,
                                             IBINVariable::BINWRoundingOption rounding,
                                             std::vector<ColumnNote>& notes);
 
+// A note for each attribute of these bins that has another whole number in every record, as
+// identifiers have. Weighted records are not told apart.
+std::vector<ColumnNote> NoteIdentifiers(const MCBinModel::BinModel& model,
+                                        const std::vector<ColumnRequest>& requests,
+                                        const InputScan& scan);
+
 }  // namespace MCBin

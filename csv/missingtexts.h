@@ -11,7 +11,8 @@
 namespace MCBin {
 
 // Which fields hold no value: empty or blank ones, and the texts of --na (blanks around
-// them ignored). A quoted empty field is a text, unless the list names it as "".
+// them ignored). One that is a number stands for all fields of that value: -999 for -999.0. A
+// quoted empty field is a text, unless the list names it as "".
 class MissingTexts {
  public:
   explicit MissingTexts(const std::vector<std::string>& texts);
@@ -28,6 +29,7 @@ class MissingTexts {
   bool IsMissingText(const CsvField& field) const;
 
   std::vector<std::string> fTexts;
+  std::vector<double> fNumbers;       // those of the texts that are numbers
   std::array<bool, 256> fMayBegin{};  // a missing text begins with one of these, or is empty
   bool fQuotedEmpty = false;
 };

@@ -59,6 +59,10 @@ MCBinModel::Recount CountRecords(const MCBinModel::BinModel& model,
     throw Refusal(RefusalCode::kNoRecords, {reader.GetName(), {}, {}}, "there is no record");
   }
   if (weights) weights->GetCoder().CheckRecordsLeft(recordCount, reader.GetName());
+  if (weights) {
+    std::optional<std::string> rounding = weights->DescribeRounding();
+    if (rounding) notes.push_back(*std::move(rounding));
+  }
   for (const FieldCoder& coder : coders) {
     std::optional<std::string> unknown = coder.DescribeUnknown();
     if (unknown) notes.push_back(*std::move(unknown));

@@ -12,6 +12,27 @@ namespace MCBin {
 
 using MCBinModel::NumberKind;
 
+std::optional<double> WeightCheck::Round(double weight) {
+  const std::uint64_t roundedToZero = fCoder.GetDropped().roundedToZero;
+  const std::optional<double> rounded = fCoder.Code(weight);
+  if (!rounded && fCoder.GetDropped().roundedToZero == roundedToZero) return rounded;
+  fSum += weight;
+  fRoundedSum += rounded.value_or(0.0);
+  if (rounded != weight) ++fRoundedCount;
+  return rounded;
+}
+
+std::optional<std::string> WeightCheck::DescribeRounding() const {
+  if (fRoundedCount == 0) return std::nullopt;
+  constexpr double kPercent = 100.0;
+  return fmt::format(
+      "column {}: {} weights are no whole numbers and were rounded; their total changed from "
+      "{:.10g} "
+      "to {:.10g} ({:+.2f}%)",
+      MCBinModel::QuotedText(fWeight.name), fRoundedCount, fSum, fRoundedSum,
+      kPercent * (fRoundedSum / fSum - 1.0));
+}
+
 std::optional<double> WeightCheck::Check(const CsvReader& reader) {
   constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
   const CsvField& field = reader.GetFields()[fPosition];
@@ -24,7 +45,7 @@ std::optional<double> WeightCheck::Check(const CsvReader& reader) {
       return fCoder.Code(kNaN);
     case NumberKind::kNumber:
       try {
-        return fCoder.Code(number.value);
+        return Round(number.value);
       } catch (const MCBinModel::Refusal&) {  // of a finite number: it is negative
         break;
       }

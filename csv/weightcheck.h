@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <string>
 
 #include "binmodel/apply/weightcoder.h"
 #include "csv/csvreader.h"
@@ -24,11 +26,19 @@ class WeightCheck {
 
   const MCBinModel::WeightCoder& GetCoder() const { return fCoder; }
 
+  // How many weights were rounded, and what became of their sum; nothing when none was.
+  std::optional<std::string> DescribeRounding() const;
+
  private:
+  std::optional<double> Round(double weight);
+
   const MCBinModel::WeightInfo& fWeight;
   const std::size_t fPosition;
   const MissingTexts& fMissingTexts;
   MCBinModel::WeightCoder fCoder;
+  std::uint64_t fRoundedCount = 0;
+  double fSum = 0.0;         // of the weights as they are in the file, also those rounded to zero
+  double fRoundedSum = 0.0;  // of what they became
 };
 
 }  // namespace MCBin

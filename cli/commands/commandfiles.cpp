@@ -130,9 +130,15 @@ DataFile::DataFile(const MCBinModel::BinModel& model, const DataOptions& options
                    const std::string& path)
     : input(path, "a CSV file"),
       delimiter(options.delimiter.value_or(model.source.delimiter)),
-      reader(input.Get(), input.GetName(), delimiter),
+      reader(input.Get(), input.GetName(), delimiter, options.numbers),
       names(ColumnNames::Read(reader)),
-      missingTexts(options.missingTexts.value_or(model.source.missingTexts)) {}
+      missingTexts(options.missingTexts.GetAll(model.source.missingTexts)) {}
+
+std::vector<std::string> MissingTextOptions::GetAll(const std::vector<std::string>& usual) const {
+  std::vector<std::string> all = only.value_or(usual);
+  all.insert(all.end(), added.begin(), added.end());
+  return all;
+}
 
 void WriteOutput(const std::string& path, std::string_view content, ResultStream& out) {
   if (path == "-") {

@@ -10,6 +10,7 @@
 #include "cli/terminal/terminalstyle.h"
 #include "csv/binwriter.h"
 #include "csv/columnselection.h"
+#include "csv/numberformat.h"
 #include "metadata/ibinvariable.h"
 
 namespace MCBin {
@@ -44,6 +45,14 @@ struct ModelOutputOptions {
   bool strict = false;
 };
 
+// Texts that mean missing, given beside the usual ones or in their place.
+struct MissingTextOptions {
+  std::vector<std::string> added;
+  std::optional<std::vector<std::string>> only;
+
+  std::vector<std::string> GetAll(const std::vector<std::string>& usual) const;
+};
+
 struct RunOptions : ModelOutputOptions {
   MCBinModel::BinSettings settings;
   EvidenceOptions evidence;
@@ -52,7 +61,8 @@ struct RunOptions : ModelOutputOptions {
   // The input and how to read it.
   std::string input = "-";
   char delimiter = ',';
-  std::vector<std::string> missingTexts = {"NA"};
+  NumberFormat numbers;
+  std::vector<std::string> missingTexts;
   ColumnChoice columns;
   IBINVariable::BINWRoundingOption rounding = IBINVariable::RoundClosest;
 
@@ -72,8 +82,9 @@ struct DataOptions {
   std::string input = "-";
   std::optional<std::string> target;
   EvidenceOptions evidence;
-  std::optional<char> delimiter;                         // unset: as the bin file says
-  std::optional<std::vector<std::string>> missingTexts;  // unset: as the bin file says
+  std::optional<char> delimiter;  // unset: as the bin file says
+  NumberFormat numbers;
+  MissingTextOptions missingTexts;  // the usual ones are the bin file's
   bool quiet = false;
 };
 

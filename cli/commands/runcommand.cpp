@@ -73,7 +73,7 @@ void CheckCutPointNames(const RunOptions& options, const ColumnNames& names) {
 MCBinModel::BinModel MakeBins(const RunOptions& options) {
   const PrivateDirectory directory(options.tempDir);
   const InputStream input(options.input, "a CSV file");
-  CsvReader reader(input.Get(), input.GetName(), options.delimiter);
+  CsvReader reader(input.Get(), input.GetName(), options.delimiter, options.numbers);
   const ColumnNames names = ColumnNames::Read(reader);
   CheckCutPointNames(options, names);
   std::vector<ColumnNote> notes;
@@ -94,6 +94,7 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
   }
   if (!options.quiet) {
     for (const ColumnNote& note : notes) PrintNote(NoteText(note));
+    if (scan.weightNote) PrintNote(*scan.weightNote);
   }
 
   std::vector<std::size_t> countedAnew;
@@ -104,6 +105,9 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
                                                     *scan.values, control, &countedAnew);
   progress.Finish();
   if (!options.quiet && !countedAnew.empty()) PrintCountedAnew(model, countedAnew);
+  if (!options.quiet) {
+    for (const ColumnNote& note : NoteIdentifiers(model, requests, scan)) PrintNote(NoteText(note));
+  }
   MCBinModel::OrderClasses(model, options.evidence.classes);
   model.source.name = input.GetName();
   model.source.delimiter = options.delimiter;

@@ -181,19 +181,63 @@ void AddBinsAndData(CLI::App& command, DataOptions& options) {
   AddTargetOfBins(command, options.target);
 }
 
-void AddReading(CLI::App& command, RawReading& raw, DataOptions& options) {
-  AddList(command, "--na", raw.missingTexts, "TEXTS",
-          "texts that mean missing, beside the empty field (as in the bin file)");
+void AddFileFormat(CLI::App& command, RawFileFormat& raw, const char* usualDelimiter) {
   command
       .add_option("--delimiter", raw.delimiter,
-                  "field delimiter; tab or '\\t' for a tab (as in the bin file)")
+                  fmt::format("field delimiter; tab or '\\t' for a tab ({})", usualDelimiter))
       ->type_name("CHAR");
+  AddChoice(command, "--decimal", raw.decimal, {".", ","}, "decimal mark of numbers (.)");
+  command.add_option("--thousands", raw.thousands, "mark between groups of three digits (none)")
+      ->type_name("CHAR");
+}
+
+FileFormat ParseFileFormat(const RawFileFormat& raw) {
+  FileFormat format;
+  if (!raw.delimiter.empty()) format.delimiter = ParseDelimiter(raw.delimiter);
+  format.numbers.decimal = raw.decimal.front();
+  if (raw.thousands.empty()) return format;
+  const bool isMark = raw.thousands.size() == 1 &&
+                      std::string_view(".,' _").find(raw.thousands[0]) != std::string_view::npos;
+  if (!isMark || raw.thousands == raw.decimal) {
+    throw UsageError(
+        "--thousands: give one of . , ' _ and blank that is not the decimal mark, which --decimal "
+        "says");
+  }
+  format.numbers.thousands = raw.thousands[0];
+  return format;
+}
+
+void CheckFileFormat(char delimiter, const NumberFormat& numbers) {
+  if (numbers.decimal == delimiter) {
+    throw UsageError(fmt::format(
+        "--decimal '{}' is the delimiter, too; say with --delimiter what parts the fields",
+        delimiter));
+  }
+}
+
+void AddMissingTexts(CLI::App& command, RawMissingTexts& raw, const char* usual) {
+  AddList(command, "--na", raw.added, "TEXTS",
+          fmt::format("texts that mean missing, beside the empty field and {}", usual));
+  AddList(command, "--na-only", raw.only, "TEXTS", fmt::format("the same, in place of {}", usual));
+}
+
+MissingTextOptions ParseMissingTexts(const RawMissingTexts& raw) {
+  MissingTextOptions options{JoinMissingTexts(raw.added), {}};
+  if (!raw.only.empty()) options.only = JoinMissingTexts(raw.only);
+  return options;
+}
+
+void AddReading(CLI::App& command, RawReading& raw, DataOptions& options) {
+  AddMissingTexts(command, raw.missingTexts, "those of the bin file");
+  AddFileFormat(command, raw.format, "as in the bin file");
   command.add_flag("--quiet", options.quiet, "no progress and no notes on standard error");
 }
 
 void ParseReading(const RawReading& raw, DataOptions& options) {
-  if (!raw.delimiter.empty()) options.delimiter = ParseDelimiter(raw.delimiter);
-  if (!raw.missingTexts.empty()) options.missingTexts = JoinMissingTexts(raw.missingTexts);
+  const FileFormat format = ParseFileFormat(raw.format);
+  options.delimiter = format.delimiter;
+  options.numbers = format.numbers;
+  options.missingTexts = ParseMissingTexts(raw.missingTexts);
 }
 
 void AddMissingAs(CLI::App& command, std::optional<std::string>& text, const std::string& typeName,

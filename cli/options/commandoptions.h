@@ -70,11 +70,34 @@ void AddCsvFile(CLI::App& command, std::string& path);
 // --target of a command that reads a bin file.
 void AddTargetOfBins(CLI::App& command, std::optional<std::string>& target);
 
+// --na, whose texts come beside the ones that hold anyway, and --na-only, whose texts replace them.
+struct RawMissingTexts {
+  std::vector<std::string> added;
+  std::vector<std::string> only;
+};
+void AddMissingTexts(CLI::App& command, RawMissingTexts& raw, const char* usual);
+MissingTextOptions ParseMissingTexts(const RawMissingTexts& raw);
+
+// --delimiter, --decimal and --thousands. ParseFileFormat throws UsageError, CheckFileFormat too
+// where one character has two meanings.
+struct RawFileFormat {
+  std::string delimiter;
+  std::string decimal = ".";
+  std::string thousands;
+};
+struct FileFormat {
+  std::optional<char> delimiter;
+  NumberFormat numbers;
+};
+void AddFileFormat(CLI::App& command, RawFileFormat& raw, const char* usualDelimiter);
+FileFormat ParseFileFormat(const RawFileFormat& raw);
+void CheckFileFormat(char delimiter, const NumberFormat& numbers);
+
 // Of a command that uses bins on data: both files and --target; --na, --delimiter and --quiet,
 // whose values ParseReading takes over. Throws UsageError.
 struct RawReading {
-  std::string delimiter;
-  std::vector<std::string> missingTexts;
+  RawFileFormat format;
+  RawMissingTexts missingTexts;
 };
 void AddBinsAndData(CLI::App& command, DataOptions& options);
 void AddReading(CLI::App& command, RawReading& raw, DataOptions& options);

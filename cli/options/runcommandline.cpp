@@ -18,7 +18,8 @@ constexpr const char* kSupervisedHelp =
     "Finds cut points that separate the classes of a target.\n"
     "  mcbin supervised --target species iris.csv\n"
     "  mcbin supervised --target churn --weight w --attributes age,income customers.csv\n"
-    "  zcat big.csv.gz | mcbin supervised --target y --json bins.json\n";
+    "  mcbin supervised -t y --na '?' --json bins.json big.csv.gz\n"
+    "  mcbin supervised -t y --decimal , --exclude 'id*' --summary --top 20 wide.csv\n";
 
 constexpr const char* kEqualFrequencyHelp =
     "Divides attributes into bins of about equal weight.\n"
@@ -34,12 +35,13 @@ constexpr const char* kFooter =
 // The options as CLI11 fills them; what needs a second look is still text.
 struct RawOptions {
   RunOptions run;
-  std::string delimiter = ",";
+  RawFileFormat format;
   std::vector<std::string> targets;
   std::vector<std::string> attributes;
+  std::vector<std::string> exclude;
   std::vector<std::string> categorical;
   std::vector<std::string> continuous;
-  std::vector<std::string> missingTexts;
+  RawMissingTexts missingTexts;
   std::vector<std::string> missing;
   std::string rounding = "closest";
   std::string closed = "right";
@@ -51,7 +53,8 @@ struct RawOptions {
 void AddColumnOptions(CLI::App& command, RawOptions& raw) {
   const OptionGroup group(command, "Columns");
   AddList(command, "--attributes", raw.attributes, "NAMES",
-          "columns to bin (default: every continuous column)");
+          "columns to bin; 'x*' is all that begin so (every continuous column)");
+  AddList(command, "--exclude", raw.exclude, "NAMES", "columns not to bin");
   AddList(command, "--categorical", raw.categorical, "NAMES",
           "columns to read as categories; as attributes binned by code");
   AddList(command, "--continuous", raw.continuous, "NAMES",
@@ -65,12 +68,10 @@ void AddColumnOptions(CLI::App& command, RawOptions& raw) {
 void AddInputOptions(CLI::App& command, RawOptions& raw) {
   const OptionGroup group(command, "Input");
   AddCsvFile(command, raw.run.input);
-  AddList(command, "--na", raw.missingTexts, "TEXTS",
-          "texts that mean missing, beside the empty field (NA)");
+  AddMissingTexts(command, raw.missingTexts, "NA");
   AddList(command, "--missing", raw.missing, "NAME=VALUES",
           "values of a column that count as missing: v1,v2,low:high");
-  command.add_option("--delimiter", raw.delimiter, "field delimiter; tab or '\\t' for a tab (,)")
-      ->type_name("CHAR");
+  AddFileFormat(command, raw.format, ", or ; with --decimal ,");
 }
 
 void AddRunOptions(CLI::App& command, RawOptions& raw) {
@@ -156,12 +157,16 @@ RunOptions Finish(RawOptions raw) {
     throw UsageError(
         "equal-frequency: event rates, event weights and information value need a --target");
   }
-  run.delimiter = ParseDelimiter(raw.delimiter);
+  const FileFormat format = ParseFileFormat(raw.format);
+  run.numbers = format.numbers;
+  run.delimiter = format.delimiter.value_or(format.numbers.decimal == ',' ? ';' : ',');
+  CheckFileFormat(run.delimiter, run.numbers);
   run.columns.targets = JoinLists(raw.targets);
   run.columns.attributes = JoinLists(raw.attributes);
+  run.columns.exclude = JoinLists(raw.exclude);
   run.columns.categorical = JoinLists(raw.categorical);
   run.columns.continuous = JoinLists(raw.continuous);
-  if (!raw.missingTexts.empty()) run.missingTexts = JoinMissingTexts(raw.missingTexts);
+  run.missingTexts = ParseMissingTexts(raw.missingTexts).GetAll({"NA"});
   for (const std::string& text : raw.missing)
     run.columns.missing.push_back(ParseMissingOption(text));
   return std::move(run);

@@ -1,12 +1,35 @@
 #include "cli/terminal/refusaltext.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <vector>
 
 #include "binmodel/text/displaytext.h"
+#include "binmodel/text/escape.h"
 
 namespace MCBin {
 
 using MCBinModel::RefusalCode;
+
+namespace {
+
+// The texts as the value of an option that takes a list, as a shell takes it.
+std::string ListOption(const std::vector<std::string>& texts) {
+  std::vector<std::string> items;
+  for (const std::string& text : texts) {
+    std::string item = MCBinModel::PrintableText(text);
+    const bool needsQuotes = item.find_first_of(",\"") != std::string::npos;
+    items.push_back(needsQuotes ? MCBinModel::QuoteDoubled(item, '"') : item);
+  }
+  std::string list = "'";
+  for (const char c : fmt::format("{}", fmt::join(items, ","))) {
+    list += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  }
+  return list + "'";
+}
+
+}  // namespace
 
 std::string RefusalText(const MCBinModel::Refusal& refusal) {
   const std::string place = refusal.GetPlace().empty() ? "" : refusal.GetPlace() + ": ";
@@ -92,7 +115,14 @@ std::string NoteText(const ColumnNote& note) {
           "column {} is described by an option but not among --attributes: it is not read",
           MCBinModel::QuotedText(note.subject));
     case ColumnNote::Kind::kNotNumeric:
-      return note.text + "; --categorical NAME bins a column by the codes of its categories";
+      return note.text + (note.texts.empty()
+                              ? "; --categorical NAME bins a column by the codes of its categories"
+                              : "; --decimal , reads decimal commas");
+    case ColumnNote::Kind::kStrayTexts:
+      return fmt::format("{}; read {} as missing with --na {}", note.text,
+                         note.texts.size() == 1 ? "it" : "them", ListOption(note.texts));
+    case ColumnNote::Kind::kIdentifier:
+      return fmt::format("{}; --exclude {} leaves it out", note.text, ListOption({note.subject}));
     case ColumnNote::Kind::kOther:
       break;
   }

@@ -55,6 +55,15 @@ const Columns kKinds[] = {
     {"DroppedRecordsAddNoText", "a,y,w\n1,q,0\n2,x,1\n3,z,2\n", "y --weight w",
      R"(y["x","z"] | a)"},
     {"DroppedRecordsAddNoNumber", "a,y,w\n1,7,0\n2,1,1\n3,2,2\n", "y --weight w", "y[1,2] | a"},
+    {"AttributesByPattern", "bal_2,x,bal_1,id,y\n1,1,1,1,x\n2,2,2,2,z\n", "y --attributes bal_*,x",
+     R"(y["x","z"] | bal_2 bal_1 x)"},
+    {"Excluded", "bal_2,x,bal_1,id,y\n1,1,1,1,x\n2,2,2,2,z\n", "y --exclude id,*_?",
+     R"(y["x","z"] | x)"},
+    {"DecimalCommaTakesSemicolons", "a;b;y\n1,5;1.5;x\n2,5;1.5;z\n", "y --decimal , --attributes a",
+     R"(y["x","z"] | a)"},
+    {"MissingTextsAreAdded", "a,y\n?,x\nNA,z\n1,x\n-999.0,z\n", "y --na ?,-999",
+     R"(y["x","z"] | a)"},
+    {"MissingTextsAreReplaced", "a,y\n1,x\n2,NA\n", "y --na-only ?", R"(y["NA","x"] | a)"},
     {"ManyTextsOfFewNumbers", "a,y\n1," + std::string(300, '0') + "1\n2,2\n", "y", "y[1,2] | a"},
 };
 
@@ -66,6 +75,50 @@ TEST(InputVariables, AreFoundWithKindsAndCategories) {
     ASSERT_EQ(outcome.err, "") << name;
     EXPECT_EQ(Describe(json::parse(outcome.out)), expected) << name;
   }
+}
+
+// A column is never lost in silence for one field.
+TEST(InputVariables, FewTextsAmongNumbersAreNamedWithTheirCure) {
+  const Program program;
+  std::string content = "a,b,c,y\n";
+  for (int i = 0; i < 50; ++i) {
+    content += i % 20 == 7 ? "?,it's," : "1,2,";
+    content += std::to_string(i) + (i % 2 == 0 ? ",x\n" : ",z\n");
+  }
+  const auto outcome = program.Run("supervised --target y", content);
+  EXPECT_NE(outcome.err.find("left out: in column 'a', 3 of 50 fields are no numbers: '?'; read it "
+                             "as missing with --na '?'\n"),
+            std::string::npos)
+      << outcome.err;
+  EXPECT_NE(outcome.err.find("--na 'it'\\''s'\n"), std::string::npos) << outcome.err;
+  const auto named = program.Run("supervised --target y --attributes a", content);
+  EXPECT_EQ(named.exitCode, 1);
+  EXPECT_NE(
+      named.err.find("'?' in column 'a' is not a number (3 of 50 fields are no numbers: '?')"),
+      std::string::npos)
+      << named.err;
+}
+
+TEST(InputVariables, WhatLooksLikeAMistakeIsPointedOut) {
+  const Program program;
+  std::string content = "id,a,w,y\n";
+  for (int i = 0; i < 120; ++i) {
+    content += std::to_string(7 * i) + "," + std::to_string(0.5 * i) + ",0.75," +
+               (i % 3 == 0 ? "yes\n" : (i % 3 == 1 ? "yes \n" : "no\n"));
+  }
+  const auto plain = program.Run("supervised --target y --exclude w", content);
+  const auto weighted = program.Run("supervised --target y --weight w", content);
+  for (const char* part :
+       {"column 'id' has another whole number in every record, as identifiers have; --exclude 'id'",
+        "column 'y': 'yes' and 'yes ' are two categories"}) {
+    EXPECT_NE(plain.err.find(part), std::string::npos) << plain.err;
+  }
+  EXPECT_EQ(plain.err.find("'a'"), std::string::npos) << plain.err;
+  EXPECT_NE(
+      weighted.err.find("column 'w': 120 weights are no whole numbers and were rounded; their "
+                        "total changed from 90 to 120 (+33.33%)"),
+      std::string::npos)
+      << weighted.err;
 }
 
 TEST(InputVariables, ATargetHasAtMost256Categories) {

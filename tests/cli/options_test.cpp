@@ -81,6 +81,12 @@ TEST(MissingTexts, KnowsEmptyFieldsAndTheList) {
   EXPECT_TRUE(other.IsMissing({"?", false}));
   EXPECT_TRUE(other.IsMissing({"", true}));
   EXPECT_FALSE(other.IsMissing({"NA", false}));
+
+  const MCBin::MissingTexts number({"-999"});
+  for (const char* text : {"-999", "-999.0", " -9.99e2"}) {
+    EXPECT_TRUE(number.IsMissing({text, false})) << text;
+  }
+  EXPECT_FALSE(number.IsMissing({"999", false}));
 }
 
 TEST(OptionList, SplitsAtCommasOutsideQuotes) {

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <zlib.h>
+#include <zstd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -67,7 +69,7 @@ const ReadExample kExamples[] = {
     {"QuoteInsideUnquoted", "5\" pipe,b\n", "1|5\" pipe|b\n"},
     {"BlankLinesAtTheEnd", "a,b\n1,2\n\n\r\n", "1|a|b\n2|1|2\n"},
     {"BlankLineInOneColumn", "a\n\n1\n", "1|a\n2|\n3|1\n"},
-    {"BlankLineBetween", "a,b\n\n1,2\n", "f:2: blank line"},
+    {"BlankLinesBetween", "\n\na,b\n\n1,2\n\n\r\n3,4\n", "3|a|b\n5|1|2\n8|3|4\n"},
     {"TooFewFields", "a,b\n1,2\n3\n", "f:3: 1 fields found, 2 expected"},
     {"TooManyFields", "a,b\n\"x\ny\",2\n3,4,5\n", "f:4: 3 fields found, 2 expected"},
     {"QuoteNeverClosed", "a,b\n1,2\n\"x,3\n4,5\n", "f:3: the quote opened here"},
@@ -78,7 +80,10 @@ const ReadExample kExamples[] = {
      "\xFF\xFE"
      "a",
      "f: this is UTF-16"},
-    {"Gzip", "\x1F\x8B\x08", "f: this is a packed file"}};
+    {"Bzip2", "BZh91AY", "f: this is a packed file"},
+    {"GzipCutOff", "\x1F\x8B\x08", "f: this packed file is cut off"},
+    {"GzipDamaged", "\x1F\x8Bxxxxxxxxxxxxxxxx", "f: this packed file is damaged"},
+    {"ZstdCutOff", "\x28\xB5\x2F\xFD", "f: this packed file is cut off"}};
 
 TEST(CsvReader, ReadsOrRefuses) {
   for (const auto& [name, content, expected] : kExamples) {
@@ -93,6 +98,72 @@ TEST(CsvReader, TakesAnotherDelimiter) {
   for (const std::string delimiter : {".", "-", "5"}) {  // which also occur in numbers
     EXPECT_EQ(ReadAll("12" + delimiter + "34\n", delimiter[0]), "1|12|34\n");
   }
+}
+
+std::string Gzip(const std::string& text) {
+  z_stream stream = {};
+  EXPECT_EQ(deflateInit2(&stream, 1, Z_DEFLATED, MAX_WBITS + 16, 8, Z_DEFAULT_STRATEGY), Z_OK);
+  std::string packed(deflateBound(&stream, text.size()), '\0');
+  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+  stream.avail_in = static_cast<uInt>(text.size());
+  stream.next_out = reinterpret_cast<Bytef*>(packed.data());
+  stream.avail_out = static_cast<uInt>(packed.size());
+  EXPECT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
+  packed.resize(stream.total_out);
+  deflateEnd(&stream);
+  return packed;
+}
+
+std::string Zstd(const std::string& text) {
+  std::string packed(ZSTD_compressBound(text.size()), '\0');
+  packed.resize(ZSTD_compress(packed.data(), packed.size(), text.data(), text.size(), 1));
+  return packed;
+}
+
+// Larger than the buffers on both sides, in two parts one after the other; and cut off anywhere.
+TEST(CsvReader, UnpacksGzipAndZstd) {
+  std::mt19937 random(3);
+  std::string content = "a,b\n";
+  while (content.size() < 4'000'000) {
+    content += std::to_string(random()) + "," + std::to_string(random()) + "\n";
+  }
+  const std::string expected = ReadAll(content);
+  const std::string head = content.substr(0, 1'500'000);
+  const std::string tail = content.substr(head.size());
+  for (const auto pack : {&Gzip, &Zstd}) {
+    const std::string packed = pack(head) + pack(tail);
+    EXPECT_TRUE(ReadAll(packed) == expected);
+    EXPECT_EQ(ReadAll(packed.substr(0, packed.size() - 1)), "f: this packed file is cut off");
+    std::string damaged = packed;
+    damaged[damaged.size() / 3] ^= 0x55;
+    EXPECT_TRUE(ReadAll(damaged) != expected);
+    EXPECT_EQ(ReadAll(pack("")), "");
+  }
+}
+
+TEST(NumberFormat, ReadsDecimalCommasAndGroups) {
+  constexpr double kText = -1e9;
+  const MCBin::NumberFormat comma{',', '\0'};
+  const MCBin::NumberFormat german{',', '.'};
+  const MCBin::NumberFormat swiss{'.', '\''};
+  struct Example {
+    MCBin::NumberFormat format;
+    const char* text;
+    double value;
+  };
+  for (const auto& [format, text, value] :
+       {Example{comma, "1,5", 1.5}, Example{comma, " -0,25e1 ", -2.5}, Example{comma, "1.5", kText},
+        Example{comma, "1.234,5", kText}, Example{comma, "-,5", -0.5},
+        Example{comma, "1,5,5", kText}, Example{german, "1.234,5", 1234.5},
+        Example{german, "-12.345.678", -12345678}, Example{german, "1.5", kText},
+        Example{german, "1234,5", 1234.5}, Example{german, "1234.567", kText},
+        Example{german, "1.2345", kText}, Example{german, ".123", kText},
+        Example{swiss, "1'234.5", 1234.5}, Example{swiss, "x", kText},
+        Example{swiss, "-", kText}}) {
+    const MCBinModel::ParsedNumber number = MCBin::ParseNumber(text, format);
+    EXPECT_EQ(number.kind == MCBinModel::NumberKind::kNumber ? number.value : kText, value) << text;
+  }
+  EXPECT_EQ(MCBin::ParseNumber("nan", comma).kind, MCBinModel::NumberKind::kNaN);
 }
 
 // Against the C library, which rounds correctly.
