@@ -14,6 +14,7 @@ struct Discrimination {
   double areaUnderCurve = 0.5;     // 0.5 without any order, 1 when all events stand last
   double kolmogorovSmirnov = 0.0;  // largest distance of the two classes' cumulative shares
 
+  // From 0 to 1, or below 0 where the order is turned round.
   double GetGini() const { return 2.0 * areaUnderCurve - 1.0; }
 };
 

@@ -52,8 +52,8 @@ MCBINMODEL_API void WriteEvaluationReport(const BinModel& model, const Recount& 
 
 // Other data, and what they are called.
 struct NamedRecount {
-  std::string name;
-  Recount recount;
+  std::string name;  // a file's, say
+  Recount recount;   // of them
 };
 
 // The same in a style, and of several data, such as months: then a column for each, and a line or
