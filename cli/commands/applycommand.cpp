@@ -1,7 +1,9 @@
 #include <unistd.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "cli/commands/commandfiles.h"
 #include "cli/commands/commands.h"
@@ -12,12 +14,51 @@
 #include "csv/binwriter.h"
 #include "csv/csvreader.h"
 #include "csv/recordpass.h"
+#include "io/outputfile.h"
 
 namespace MCBin {
 
 namespace {
 
-void CopyRecords(CsvReader& reader, BinWriter& writer, ResultStream& out, ProgressBar& progress) {
+// Where the records go: standard output, or a file that is there once all of them are.
+class RecordOutput {
+ public:
+  explicit RecordOutput(const std::string& path) {
+    if (path != "-") fFile.emplace(path);
+  }
+
+  void Write(std::string_view text) {
+    if (!fFile) {
+      fOut.Write(text);
+      return;
+    }
+    constexpr std::size_t kPendingSize = 65536;
+    fPending += text;
+    if (fPending.size() >= kPendingSize) WritePending();
+  }
+
+  void Close() {
+    if (fFile) {
+      WritePending();
+      fFile->Commit();
+    }
+    fOut.Close();
+  }
+
+  bool IsReaderGone() const { return fOut.IsReaderGone(); }
+
+ private:
+  void WritePending() {
+    fFile->Write(fPending);
+    fPending.clear();
+  }
+
+  ResultStream fOut;
+  std::optional<OutputFile> fFile;
+  std::string fPending;  // for the file
+};
+
+void CopyRecords(CsvReader& reader, BinWriter& writer, RecordOutput& out, ProgressBar& progress) {
   RecordPass pass(reader, [&](std::uint64_t bytesRead) { progress.Update(bytesRead); });
   while (!out.IsReaderGone() && pass.Next()) out.Write(writer.WriteRecord(reader));
   out.Close();
@@ -26,9 +67,10 @@ void CopyRecords(CsvReader& reader, BinWriter& writer, ResultStream& out, Progre
 }  // namespace
 
 int ApplyCommand(const ApplyOptions& options) {
-  CheckFiles({{"the bin file", options.binFile}, {"the data", options.input}}, {});
-  const bool outputIsTerminal = isatty(STDOUT_FILENO) == 1;
-  ResultStream out;
+  CheckFiles({{"the bin file", options.binFile}, {"the data", options.input}},
+             {{"--output", options.output}});
+  const bool outputIsTerminal = options.output == "-" && isatty(STDOUT_FILENO) == 1;
+  RecordOutput out(options.output);
   const BinsToUse bins(options);
   DataFile given(bins.model, options, options.input);
   BinWriter writer(bins.model, bins.results, options.columns, given.names, given.missingTexts,

@@ -90,6 +90,7 @@ struct DataOptions {
 
 struct ApplyOptions : DataOptions {
   BinColumns columns;
+  std::string output = "-";
 };
 
 struct EvaluateOptions : DataOptions {

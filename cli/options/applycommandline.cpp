@@ -43,6 +43,8 @@ void AddNewColumns(CLI::App& command, RawOptions& raw) {
   AddMissingAs(command, apply.columns.missingText, "TEXT",
                "text for a missing value (as in the bin file, or an empty field)");
   AddEvidenceOfBins(command, apply.evidence);
+  command.add_option("-o,--output", apply.output, "write to FILE (standard output)")
+      ->type_name("FILE");
 }
 
 }  // namespace

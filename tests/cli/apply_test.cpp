@@ -64,6 +64,22 @@ TEST(Apply, WritesBins) {
   }
 }
 
+TEST(Apply, WritesAFileOnceAllRecordsAreThereAndNoneThatItReads) {
+  const Program program;
+  program.Write("bins.json", kHandMadeBins);
+  program.Write("in.csv", "a,c\n0,x\n");
+  const std::string output = program.Run("apply bins.json in.csv").out;
+  EXPECT_EQ(program.Run("apply -o out.csv bins.json in.csv").out, "");
+  EXPECT_EQ(program.Read("out.csv"), output);
+  EXPECT_EQ(program.Run("apply -o out.csv bins.json -", "a,c\n0,x\n0\n").exitCode, 1);
+  EXPECT_EQ(program.Read("out.csv"), output);
+  for (const char* const input : {"in.csv", "bins.json"}) {
+    const std::string before = program.Read(input);
+    EXPECT_EQ(program.Run("apply bins.json in.csv -o " + std::string(input)).exitCode, 2) << input;
+    EXPECT_EQ(program.Read(input), before);
+  }
+}
+
 TEST(Apply, WritesMissingValuesAsTheirBin) {
   const Program program;
   program.Write("bins.json", BinsWithMissing());
