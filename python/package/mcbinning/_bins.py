@@ -5,7 +5,6 @@ from __future__ import annotations
 import contextlib
 import itertools
 import os
-import tempfile
 import warnings
 from collections.abc import Callable, Iterable, Iterator, Mapping, Sequence
 from dataclasses import dataclass
@@ -18,8 +17,6 @@ from ._errors import BinningWarning, InputError, TableTypeError, TargetError, un
 from ._frame import Frame, make_frame
 from ._table import add_column, as_table, check_names, column_of
 from .engines import find_engine
-from .engines._apply import apply_on
-from .engines._evaluate import evaluate_on
 
 if TYPE_CHECKING:
     from matplotlib.axes import Axes
@@ -458,6 +455,8 @@ class Bins:
             _warn(notes)
             form = _exported_form(as_)
             named = [self._attributes[self._model.result(i)["attribute"]] for i in usable]
+            from .engines._apply import apply_on
+
             return apply_on(engine, self._model, usable, named, form, suffix)
         core = as_table(table, names)
         columns = {name: index for index, name in enumerate(core.names())}
@@ -509,6 +508,8 @@ class Bins:
         engine = find_engine(table)
         if engine is not None:
             name = None if unweighted else self.settings["weight"] if weight is None else weight
+            from .engines._evaluate import evaluate_on
+
             counted, text = evaluate_on(engine, self._model, results, name)
             return Evaluation(self, before, Bins(counted), text)
         request = Request(table, names)
@@ -1148,7 +1149,7 @@ class Request:
             rounding == "truncate",
             list(events),
             _at_least("threads", threads, 0),
-            os.fspath(temp_dir) if temp_dir is not None else tempfile.gettempdir(),
+            os.fspath(temp_dir) if temp_dir is not None else _system_temp_dir(),
             distinct,
         )
         with _progress(progress) as report:
@@ -1327,6 +1328,8 @@ def _progress(progress: Progress) -> Iterator[Callable[[int, int], object] | Non
 def _write(path: Path, text: str) -> None:
     """Write a file beside its place, then put it there: a failure leaves what was there."""
     folder, name = os.path.split(os.path.abspath(os.fspath(path)))
+    import tempfile  # here, as importing it takes longer than importing this package
+
     descriptor, beside = tempfile.mkstemp(prefix=f".{name}.", dir=folder)
     try:
         with open(descriptor, "w", encoding="utf-8", newline="") as file:
@@ -1337,6 +1340,12 @@ def _write(path: Path, text: str) -> None:
     except BaseException:
         os.unlink(beside)
         raise
+
+
+def _system_temp_dir() -> str:
+    import tempfile
+
+    return tempfile.gettempdir()
 
 
 def _umask() -> int:
