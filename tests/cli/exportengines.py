@@ -338,8 +338,8 @@ class Jpmml(Engine):
 
     def __init__(self):
         self.jars = os.path.join(sys.prefix, "jpmml", "*")
-        if not glob.glob(self.jars) or shutil.which("java") is None:
-            skip("JPMML-Evaluator (scripts/engines) or Java")
+        if not glob.glob(self.jars) or shutil.which("javac") is None:
+            skip("JPMML-Evaluator (scripts/engines) or Java compiler")
 
     def __enter__(self):
         program = os.path.join(os.path.dirname(__file__), "jpmml", "EvaluatePmml.java")
