@@ -21,6 +21,7 @@ namespace MCBin {
 namespace {
 
 constexpr const char* kHelpGroup = "Help";
+constexpr std::size_t kShortHelpWidth = 76;
 constexpr const char* kToolHelp =
     "Bins the variables of a CSV file.\n"
     "  mcbin supervised --target species iris.csv      cut points that separate the classes\n"
@@ -54,13 +55,18 @@ class HelpFormatter : public CLI::Formatter {
     }
     std::string text = make_description(app) + make_usage(app, name);
     for (const std::string& group : app->get_groups()) {
-      std::vector<std::string> names;
+      std::string names;  // in lines
+      std::size_t width = 0;
       for (const CLI::Option* option : app->get_options()) {
-        if (option->nonpositional() && option->get_group() == group) {
-          names.push_back(option->get_name());
-        }
+        if (!option->nonpositional() || option->get_group() != group) continue;
+        const std::string spelling = option->get_name();
+        if (!names.empty()) names += ',';
+        const bool isNewLine = names.empty() || width + spelling.size() > kShortHelpWidth;
+        names += isNewLine ? names.empty() ? "  " : "\n  " : " ";
+        names += spelling;
+        width = (isNewLine ? 0 : width) + spelling.size() + 2;
       }
-      if (!names.empty()) text += fmt::format("{}:\n  {}\n", group, fmt::join(names, ", "));
+      if (!names.empty()) text += fmt::format("{}:\n{}\n", group, names);
     }
     return text + fmt::format("\n'mcbin {} --help' explains them.\n", app->get_name());
   }

@@ -134,7 +134,7 @@ void AddTables(CLI::App& command, RawTables& raw, TableOptions& options) {
   std::vector<std::string> names;
   for (const auto& [name, format] : kTableFormats) names.push_back(name);
   AddChoice(command, "--format", raw.format, names,
-            "what the tables are written as (text); csv, tsv and json with all digits");
+            "what the tables are written as (text); csv, tsv, json with all digits");
   command.add_flag("--summary", options.summaryOnly,
                    "only the line of each attribute, not its bins");
   AddCount(command, "--top", options.top, 1, "only the first N of them");
@@ -217,7 +217,7 @@ void CheckFileFormat(char delimiter, const NumberFormat& numbers) {
 
 void AddMissingTexts(CLI::App& command, RawMissingTexts& raw, const char* usual) {
   AddList(command, "--na", raw.added, "TEXTS",
-          fmt::format("texts that mean missing, beside the empty field and {}", usual));
+          fmt::format("texts that mean missing, beside an empty field and {}", usual));
   AddList(command, "--na-only", raw.only, "TEXTS", fmt::format("the same, in place of {}", usual));
 }
 
@@ -228,7 +228,7 @@ MissingTextOptions ParseMissingTexts(const RawMissingTexts& raw) {
 }
 
 void AddReading(CLI::App& command, RawReading& raw, DataOptions& options) {
-  AddMissingTexts(command, raw.missingTexts, "those of the bin file");
+  AddMissingTexts(command, raw.missingTexts, "the bin file's");
   AddFileFormat(command, raw.format, "as in the bin file");
   command.add_flag("--quiet", options.quiet, "no progress and no notes on standard error");
 }
