@@ -8,16 +8,8 @@ bins["age"].cut_points
 bins.apply(table, as_="label")
 """
 
-from ._bins import (
-    AttributeBins,
-    Bins,
-    Evaluation,
-    fit,
-    fit_equal_frequency,
-    from_cut_points,
-    load,
-    sql_dialects,
-)
+from ._attribute import AttributeBins
+from ._bins import Bins, load, sql_dialects
 from ._core import version as __version__
 from ._errors import (
     BinFileError,
@@ -33,6 +25,8 @@ from ._errors import (
     UnknownColumnError,
     WeightError,
 )
+from ._evaluation import Evaluation
+from ._fit import fit, fit_equal_frequency, from_cut_points
 from ._frame import Frame
 
 __all__ = [

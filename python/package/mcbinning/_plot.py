@@ -9,7 +9,7 @@ import numpy as np
 if TYPE_CHECKING:
     from matplotlib.axes import Axes
 
-    from ._bins import AttributeBins
+    from ._attribute import AttributeBins
 
 _MOST_CLASSES = 6
 

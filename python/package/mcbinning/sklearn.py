@@ -11,8 +11,9 @@ from sklearn.base import BaseEstimator, TransformerMixin
 from sklearn.utils.multiclass import check_classification_targets
 from sklearn.utils.validation import check_array, check_is_fitted
 
-from ._bins import Bins, fit, fit_equal_frequency, from_cut_points
+from ._bins import Bins
 from ._errors import unknown_column
+from ._fit import fit, fit_equal_frequency, from_cut_points
 
 try:
     from sklearn.utils.validation import _check_sample_weight, validate_data

@@ -10,8 +10,9 @@ from typing import Any
 import numpy as np
 
 from .. import _core
-from .._bins import FitCall, Report, Request
 from .._errors import TableTypeError
+from .._progress import Report
+from .._request import FitCall, Request
 from . import _plan, _sql
 from ._apply import find_column
 from ._rows import add_codes, find_categories, other_names, weigh
