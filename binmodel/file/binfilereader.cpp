@@ -23,7 +23,10 @@ namespace MCBinModel {
 
 namespace {
 
-void CheckFormat(const JsonNode& file) {
+constexpr int kTargetsVersion = 3;  // the first with targets of equal-frequency bins
+
+// The version.
+int CheckFormat(const JsonNode& file) {
   const auto format = file.FindMember("format");
   if (!format || format->GetText() != kBinFileFormat) {
     file.Refuse("this is no bin file, its member 'format' should be 'mcbin-bins'");
@@ -36,6 +39,7 @@ void CheckFormat(const JsonNode& file) {
                               "versions 1 to {}; use the program that wrote the file",
                               number, kBinFileVersion));
   }
+  return number;
 }
 
 // Names of variables: not empty, and each once. `seen` gains the name.
@@ -362,7 +366,7 @@ class ResultReader {
 BinModel ParseBinFile(std::string_view text, const std::string& name) {
   const nlohmann::json root = ParseJson(text, name);
   const JsonNode file(root, name);
-  CheckFormat(file);
+  const int version = CheckFormat(file);
 
   BinModel model;
   const bool supervised =
@@ -375,9 +379,12 @@ BinModel ParseBinFile(std::string_view text, const std::string& name) {
   std::set<std::string> names;
   if (model.source.weight) names.insert(model.source.weight->name);
   model.attributes = ReadVariables(file.GetMember("attributes"), names);
-  if (supervised || file.FindMember("targets")) {
-    model.targets = ReadTargets(file.GetMember("targets"), names);
+  const bool hasTargets = supervised || version >= kTargetsVersion;
+  if (const auto targets = file.FindMember("targets"); targets && !hasTargets) {
+    targets->Refuse(fmt::format("equal-frequency bins have targets from version {} on, this is {}",
+                                kTargetsVersion, version));
   }
+  if (hasTargets) model.targets = ReadTargets(file.GetMember("targets"), names);
   const auto refinements = file.FindMember("refinements");
   if (refinements) model.refinements = refinements->GetTexts();
   ResultReader results(model);

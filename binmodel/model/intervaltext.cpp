@@ -1,7 +1,5 @@
 #include "binmodel/model/intervaltext.h"
 
-#include <fmt/format.h>
-
 #include "binmodel/text/number.h"
 
 namespace MCBinModel {
@@ -14,12 +12,6 @@ std::string IntervalText(const std::vector<double>& cutPoints, std::size_t bin, 
   const std::string high =
       last ? "+inf)" : FormatNumber(cutPoints[bin]) + (rightClosed ? "]" : ")");
   return low + ", " + high;
-}
-
-std::string DescribeValues(std::uint64_t distinctCount, double minimum, double maximum) {
-  if (distinctCount == 1) return "the only value is " + FormatNumber(minimum);
-  return fmt::format("{} distinct values from {} to {}", distinctCount, FormatNumber(minimum),
-                     FormatNumber(maximum));
 }
 
 }  // namespace MCBinModel

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -10,8 +9,5 @@ namespace MCBinModel {
 // Bin `bin` of the bins that the cut points make, such as "(-inf, 5.5]" with the right
 // border closed or "[5.5, 6.1)" with the left. Requires bin <= cutPoints.size().
 std::string IntervalText(const std::vector<double>& cutPoints, std::size_t bin, bool rightClosed);
-
-// How many values there are and where they lie, such as "22 distinct values from 0.1 to 2.5".
-std::string DescribeValues(std::uint64_t distinctCount, double minimum, double maximum);
 
 }  // namespace MCBinModel

@@ -1,5 +1,6 @@
 #include "binmodel/report/comparedbins.h"
 
+#include "binmodel/measure/binstatistics.h"
 #include "binmodel/model/resultselection.h"
 #include "binmodel/report/reportcells.h"
 
@@ -13,6 +14,18 @@ ComparedBins::ComparedBins(const BinModel& model, const RecountedBins& recounted
 
 bool ComparedBins::HasMissing() const {
   return FindMissingBin(file) != nullptr || FindMissingBin(data) != nullptr;
+}
+
+std::optional<double> ComparedBins::StabilityWithoutMissing() const {
+  if (file.binWeights.size() != data.binWeights.size()) return std::nullopt;
+  return StabilityIndex(file.binWeights, data.binWeights);
+}
+
+bool LeavesOutMissing(const BinModel& model, const RecountedBins& recounted) {
+  const AttributeBins& file = model.results[recounted.result];
+  if (file.missing) return false;
+  const std::optional<MissingBin>& missing = recounted.counts.missing;
+  return (missing && missing->weight > 0.0) || file.weightWithMissing > file.validWeight;
 }
 
 }  // namespace MCBinModel

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "binmodel/apply/bincounter.h"
 
 namespace MCBinModel {
@@ -14,6 +16,13 @@ struct ComparedBins {
 
   // Some cases are missing on either side, and both have counted theirs.
   bool HasMissing() const;
+
+  // The stability index of the bins alone, whatever is missing.
+  std::optional<double> StabilityWithoutMissing() const;
 };
+
+// Whether there are missing cases on either side that no measure knows, as the model has not
+// counted its own.
+bool LeavesOutMissing(const BinModel& model, const RecountedBins& recounted);
 
 }  // namespace MCBinModel

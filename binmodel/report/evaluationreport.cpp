@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <optional>
 #include <set>
@@ -42,10 +43,20 @@ std::string BinCell(const BinModel& model, const AttributeBins& bins, std::size_
   return ElideText(BinLabel(attribute, bins.cutPoints, bin, rightClosed), kIntervalWidth);
 }
 
+bool IsInfiniteIndex(const Measure& measure) { return measure && std::isinf(*measure); }
+
 std::string TitleOf(const BinModel& model, const AttributeBins& bins) {
   const VariableInfo* const target = model.GetTarget(bins);
   std::string title = ElideText(model.GetAttribute(bins).name, kNameWidth);
   return target == nullptr ? title : title + " by " + ElideText(target->name, kNameWidth);
+}
+
+// Whether the stability index of one of the first results is not the one without missing cases.
+bool AnyHasMissing(const BinModel& model, const NamedRecount& data, std::size_t count) {
+  const auto first = data.recount.results.begin();
+  return std::any_of(
+      first, first + static_cast<std::ptrdiff_t>(count),
+      [&](const RecountedBins& recounted) { return ComparedBins(model, recounted).HasMissing(); });
 }
 
 // One result of the bin file beside its recount.
@@ -66,14 +77,11 @@ class Comparison {
   Comparison(const Comparison&) = delete;
   Comparison& operator=(const Comparison&) = delete;
 
-  // Whether there are two stability indexes: with the missing cases and without.
-  bool ComparesMissing() const { return fFile.missing && fBins.HasMissing(); }
-
   std::vector<std::string> SummaryRow(bool withoutMissing) const {
     std::vector<std::string> cells = {ElideText(fAttribute.name, kNameWidth),
                                       std::to_string(fFile.cutPoints.size() + 1),
                                       MeasureCell(StabilityOfBins(fFile, fData))};
-    if (withoutMissing) cells.push_back(MeasureCell(StabilityOfValues()));
+    if (withoutMissing) cells.push_back(MeasureCell(fBins.StabilityWithoutMissing()));
     if (fTarget != nullptr) {
       cells.push_back(MeasureCell(fFile.informationGain));
       cells.push_back(MeasureCell(fData.informationGain));
@@ -118,28 +126,24 @@ class Comparison {
     return line;
   }
 
-  Measure StabilityOfValues() const {
-    if (fFile.binWeights.size() != fData.binWeights.size()) return std::nullopt;
-    return StabilityIndex(fFile.binWeights, fData.binWeights);
-  }
-
-  // Why the stability index is infinite, when missing cases are to blame.
+  // Why the stability index is infinite, if it is.
   std::string DescribeOneSided() const {
+    if (!IsInfiniteIndex(StabilityOfBins(fFile, fData))) return "";
+    if (IsInfiniteIndex(fBins.StabilityWithoutMissing())) {
+      return "; infinite, as a bin is empty on one side";
+    }
     if (FindMissingBin(fFile) == nullptr) return "; infinite, as only the data have missing cases";
     return FindMissingBin(fData) == nullptr ? "; infinite, as the data have no missing cases" : "";
   }
 
   void AddStability(ReportWriter& writer) const {
-    if (!fFile.missing) {
-      const double missing = fRecounted.counts.missing ? fRecounted.counts.missing->weight : 0.0;
-      if (missing > 0.0 || fFile.weightWithMissing > fFile.validWeight) {
-        writer.AddFact(
-            "the bin file has not counted its missing cases as a bin, so no measure knows them");
-      }
+    if (LeavesOutMissing(fModel, fRecounted)) {
+      writer.AddFact(
+          "the bin file has not counted its missing cases as a bin, so no measure knows them");
     } else if (fBins.HasMissing() && fFile.binWeights.size() == fData.binWeights.size()) {
       writer.AddFact(fmt::format("stability {} ({} without missing){}",
                                  MeasureCell(StabilityOfBins(fFile, fData)),
-                                 MeasureCell(StabilityOfValues()), DescribeOneSided()));
+                                 MeasureCell(fBins.StabilityWithoutMissing()), DescribeOneSided()));
     }
   }
 
@@ -277,9 +281,7 @@ void WriteComparison(const BinModel& model, const NamedRecount& data, std::size_
   summary.AddColumn("attribute", Align::kLeft);
   summary.AddColumn("bins", Align::kRight);
   summary.AddColumn("stability", Align::kRight);
-  const bool withoutMissing = std::any_of(
-      results.begin(), results.begin() + static_cast<std::ptrdiff_t>(count),
-      [&](const RecountedBins& result) { return Comparison(model, result).ComparesMissing(); });
+  const bool withoutMissing = AnyHasMissing(model, data, count);
   if (withoutMissing) summary.AddColumn("without missing", Align::kRight);
   std::vector<const char*> measures;
   if (hasTarget) measures.push_back("gain");
@@ -313,6 +315,11 @@ class Series {
     WriteSizes();
     WriteMeasures(count, "Stability", false,
                   [](const ComparedBins& bins) { return StabilityOfBins(bins.file, bins.data); });
+    if (std::any_of(fData.begin(), fData.end(),
+                    [&](const NamedRecount& data) { return AnyHasMissing(fModel, data, count); })) {
+      WriteMeasures(count, "Stability without missing", false,
+                    [](const ComparedBins& bins) { return bins.StabilityWithoutMissing(); });
+    }
     if (!HasTargetSomewhere()) return;
     WriteMeasures(count, "Gain in bits", true,
                   [](const ComparedBins& bins) { return bins.data.informationGain; });

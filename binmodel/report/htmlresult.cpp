@@ -75,10 +75,8 @@ class HtmlResult {
 
   std::string Facts() const {
     std::string facts = "<span>" + WeightFact(fBins) + "</span> ";
-    if (fBins.minimum && fBins.maximum) {
-      facts += fmt::format("<span>{}</span> ",
-                           DescribeValues(fBins.distinctValues, *fBins.minimum, *fBins.maximum));
-    }
+    const std::string values = ValuesFact(fModel, fBins, FormatNumber);
+    if (!values.empty()) facts += "<span>" + values + "</span> ";
     if (fBins.informationGain) {
       facts += fmt::format("<span>information gain {} of {} bits</span> ",
                            HtmlMeasure(fBins.informationGain),

@@ -64,8 +64,18 @@ std::vector<double> SumCountedClassWeights(const AttributeBins& bins) {
   return sums;
 }
 
-std::string WeightFact(const AttributeBins& bins) {
+namespace {
+
+// Whether there are cases beside the counted ones: those without target.
+bool LacksTarget(const AttributeBins& bins) {
   constexpr double kRoundingError = 1e-9;
+  const double rest = bins.weightWithMissing - CountedWeight(bins);
+  return bins.missing && rest > kRoundingError * bins.weightWithMissing;
+}
+
+}  // namespace
+
+std::string WeightFact(const AttributeBins& bins) {
   const double rest = bins.weightWithMissing - CountedWeight(bins);
   if (!bins.missing) {
     const char* const counted = rest > 0.0 ? ", not counted by class" : "";
@@ -74,10 +84,20 @@ std::string WeightFact(const AttributeBins& bins) {
   }
   std::string fact = fmt::format("weight {} valid, {} missing", FormatNumber(bins.validWeight),
                                  FormatNumber(bins.missing->weight));
-  if (rest > kRoundingError * bins.weightWithMissing) {
-    fact += fmt::format(", {} without target", FormatNumber(rest));
-  }
+  if (LacksTarget(bins)) fact += fmt::format(", {} without target", FormatNumber(rest));
   return fact;
+}
+
+std::string ValuesFact(const BinModel& model, const AttributeBins& bins,
+                       const std::function<std::string(double)>& number) {
+  if (!bins.minimum || !bins.maximum) return {};
+  if (bins.distinctValues == 1) return "the only value is " + number(*bins.minimum);
+  const std::string range =
+      fmt::format("from {} to {}", number(*bins.minimum), number(*bins.maximum));
+  // Equal-frequency bins know the values of all cases, but the range of those with the target.
+  const bool ofAll = model.settings.algorithm == Algorithm::kEqualFrequency && LacksTarget(bins);
+  return fmt::format("{} distinct values{} {}", bins.distinctValues,
+                     ofAll ? " in all cases, with the target" : "", range);
 }
 
 std::string InformationValueFact(const AttributeBins& bins, const Evidence& evidence,

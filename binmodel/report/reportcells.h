@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -48,6 +49,11 @@ std::vector<double> SumCountedClassWeights(const AttributeBins& bins);
 
 // "weight 120 valid, 12 missing, 3 without target".
 std::string WeightFact(const AttributeBins& bins);
+
+// "22 distinct values from 0.1 to 2.5", the values written by `number`; empty when no case is
+// valid.
+std::string ValuesFact(const BinModel& model, const AttributeBins& bins,
+                       const std::function<std::string(double)>& number);
 
 // "information value 0.4012 (0.3871 without missing)", its measures written by `cell`.
 std::string InformationValueFact(const AttributeBins& bins, const Evidence& evidence,

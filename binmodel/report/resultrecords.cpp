@@ -170,6 +170,7 @@ DataTable ListRecountedResults(const BinModel& model, const std::vector<NamedRec
       SetNames(table, model, compared.file);
       table.Set("bins", Field(static_cast<double>(compared.file.cutPoints.size() + 1)));
       table.Set("stability", StabilityOfBins(compared.file, compared.data));
+      table.Set("stability_without_missing", compared.StabilityWithoutMissing());
       SetMeasures(table, model, compared.file, compared.file, "");
       SetMeasures(table, model, compared.file, compared.data, "data_");
       table.Set("counts", Field(HasSameCounts(compared.file, compared.data) ? "equal" : "differ"));

@@ -194,17 +194,16 @@ class BinTable {
   TextTable fTable;
 };
 
-std::string ValuesFact(const AttributeBins& bins) {
+std::string WeightAndValues(const BinModel& model, const AttributeBins& bins) {
   const NumberText numbers(bins);
-  if (bins.distinctValues == 1) return "the only value is " + numbers.OfValue(*bins.minimum);
-  return fmt::format("{} distinct values from {} to {}", bins.distinctValues,
-                     numbers.OfValue(*bins.minimum), numbers.OfValue(*bins.maximum));
+  const std::string values =
+      ValuesFact(model, bins, [&](double value) { return numbers.OfValue(value); });
+  return WeightFact(bins) + (values.empty() ? "" : "; " + values);
 }
 
 // What stands above a result's table.
-std::string Facts(const AttributeBins& bins) {
-  std::string text = WeightFact(bins);
-  if (bins.minimum && bins.maximum) text += "; " + ValuesFact(bins);
+std::string Facts(const BinModel& model, const AttributeBins& bins) {
+  std::string text = WeightAndValues(model, bins);
   if (bins.informationGain) {
     text += fmt::format("; gain {} of {} bits", FormatFixed(*bins.informationGain, 4),
                         FormatFixed(Entropy(SumClassWeights(bins)), 4));
@@ -226,7 +225,7 @@ void WriteResult(const BinModel& model, const AttributeBins& bins, const TextSty
   if (target != nullptr) title += " by " + ElideText(target->name, kNameWidth);
   writer.AddHeading(title);
   if (!bins.status.IsOK()) writer.AddFact(StatusCell(bins));
-  writer.AddFact(Facts(bins));
+  writer.AddFact(Facts(model, bins));
   if (HasTwoClasses(model, bins)) writer.AddFact(TwoClassFacts(model, bins));
   writer.AddTable(BinTable(model, bins, style).Make());
 }
@@ -296,9 +295,7 @@ class Summary {
     std::vector<std::string> cells = NameCells(bins);
     if (fHasEvents) cells.push_back(MeasureCell(MeasureEvent(fModel, bins).informationValue));
     cells.push_back(StatusCell(bins));
-    cells.push_back(WeightFact(bins) +
-                    (bins.minimum && bins.maximum ? "; " + ValuesFact(bins) : "") +
-                    BestSplitText(bins));
+    cells.push_back(WeightAndValues(fModel, bins) + BestSplitText(bins));
     fUncut.AddRow(std::move(cells));
   }
 

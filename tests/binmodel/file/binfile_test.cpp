@@ -194,6 +194,18 @@ TEST(BinFile, AnswersEveryEdit) {
   }
 }
 
+// Readers of version 2 would take the classes of such a file for nothing.
+TEST(BinFile, HasTargetsOfEqualFrequencyBinsFromVersionThreeOn) {
+  json file = Example();
+  file["algorithm"] = "equal-frequency";
+  file["settings"]["bins"] = 3;
+  EXPECT_EQ(RefusalOf(file.dump()).rfind("bins.json: /targets: equal-frequency bins have", 0), 0u);
+  file["version"] = 3;
+  EXPECT_EQ(RefusalOf(file.dump()), "accepted");
+  file.erase("targets");
+  EXPECT_NE(RefusalOf(file.dump()).find("/: the member 'targets'"), std::string::npos);
+}
+
 struct BadText {
   const char* name;
   std::string text;

@@ -74,6 +74,19 @@ TEST(TextReport, ShowsMissingCasesAsTheLastBin) {
       << text;
 }
 
+TEST(TextReport, SaysThatDistinctValuesMayBeThoseOfMoreCases) {
+  BinModel model = SampleBins({"n", "y"}, {{"x", {{3, 1}, {1, 3}}}});
+  MCBinModel::AttributeBins& bins = model.results[0];
+  bins.missing = {2.0, {1.0, 1.0}};
+  bins.minimum = bins.maximum = 1.0;
+  bins.distinctValues = 2;
+  model.settings.algorithm = MCBinModel::Algorithm::kEqualFrequency;
+  const char* const inAllCases = "; 2 distinct values in all cases, with the target from 1 to 1;";
+  EXPECT_TRUE(Contains(TextOf(model), inAllCases)) << TextOf(model);
+  bins.weightWithMissing = 10.0;
+  EXPECT_TRUE(Contains(TextOf(model), "; 2 distinct values from 1 to 1;")) << TextOf(model);
+}
+
 TEST(TextReport, DrawsSharesInTheColoursOfTheirClasses) {
   const std::string text =
       TextOf(SampleBins({"n", "y", "z"}, {{"x", {{5, 3, 0}, {1, 1, 1}}}}), {true, true});
@@ -194,6 +207,24 @@ TEST(EvaluationReport, ComparesMissingCasesWhereBothSidesCountedThem) {
                        "  stability +inf (0.0000 without missing); infinite, as only the "
                        "data have missing cases\n"))
       << report();
+  recount.results[0].counts.binWeights = {8, 0};
+  EXPECT_TRUE(Contains(report(), "(+inf without missing); infinite, as a bin is empty on one side"))
+      << report();
+  recount.results[0].counts.binWeights = {2, 6};
+  std::string several;
+  WriteEvaluationReport(model, {{"d", recount}, {"e", recount}}, {},
+                        [&](std::string_view piece) { several += piece; });
+  EXPECT_TRUE(Contains(several,
+                       "\nStability without missing\n  attribute       d       e\n"
+                       "  x          0.2747  0.2747\n"))
+      << several;
+  MCBinModel::TextStyle records;
+  records.format = MCBinModel::TableFormat::kJson;
+  records.summaryOnly = true;
+  std::string text;
+  WriteEvaluationReport(model, {{"d", recount}}, records,
+                        [&](std::string_view piece) { text += piece; });
+  EXPECT_NEAR(nlohmann::json::parse(text)[0]["stability_without_missing"], 0.274653, 1e-6);
 }
 
 }  // namespace
