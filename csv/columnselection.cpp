@@ -55,6 +55,14 @@ class Selection {
   // The columns that are described but that nothing uses.
   std::vector<ColumnNote> GetNotes() const {
     std::vector<ColumnNote> notes;
+    for (const std::string& name : fChoice.exclude) {
+      if (fNames.IsPattern(name)) continue;
+      const auto known = fUses.find(fNames.Find(name));
+      if (known == fUses.end()) continue;
+      notes.push_back({ColumnNote::Kind::kOther, name,
+                       fmt::format("column {} is {}, which cannot be excluded",
+                                   MCBinModel::QuotedText(name), Describe(known->second))});
+    }
     for (std::size_t position = 0; position < fKinds.size(); ++position) {
       const bool described =
           fKinds[position] != KindRequest::kDetect || fMissing.contains(position);

@@ -57,7 +57,8 @@ bool CsvReader::NextRecord() {
 }
 
 bool CsvReader::IsBlankLine() const {
-  return fFields.size() == 1 && fFields[0].text.empty() && !fFields[0].quoted;
+  return fFields.size() == 1 && !fFields[0].quoted &&
+         MCBinModel::TrimBlanks(fFields[0].text).empty();
 }
 
 void CsvReader::CheckShape() const {
@@ -203,8 +204,19 @@ void CsvReader::Refill() {
   }
 }
 
+// At the front enough to tell what kind of file it is, as a pipe may come byte by byte.
 std::size_t CsvReader::ReadMore(std::size_t room) {
-  return fUnpacker ? fUnpacker->Read(fEnd, room) : InputStream::Read(fFile, fName, fEnd, room);
+  constexpr std::size_t kEnoughAtFront = 8;
+  const std::size_t enough = fBytesRead == 0 ? kEnoughAtFront : 1;
+  std::size_t got = 0;
+  while (got < enough) {
+    char* const to = fEnd + got;
+    const std::size_t more = fUnpacker ? fUnpacker->Read(to, room - got)
+                                       : InputStream::Read(fFile, fName, to, room - got);
+    if (more == 0) break;
+    got += more;
+  }
+  return got;
 }
 
 // Moves what is not parsed yet to the front; a record that fills the buffer gets a larger one.

@@ -24,7 +24,7 @@ bool TakeWholes(std::string_view& text, char thousands, std::string& plain) {
   plain += text.substr(0, digits);
   text.remove_prefix(digits);
   if (text.empty() || thousands == '\0' || text[0] != thousands) return true;
-  if (digits == 0 || digits > kGroupDigits) return false;
+  if (digits == 0 || digits > kGroupDigits || plain[plain.size() - digits] == '0') return false;
   while (!text.empty() && text[0] == thousands) {
     digits = CountDigits(text.substr(1));
     if (digits != kGroupDigits) return false;

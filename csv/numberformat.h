@@ -14,8 +14,8 @@ struct NumberFormat {
   bool IsPlain() const { return decimal == '.' && thousands == '\0'; }
 };
 
-// What ParseNumber() does, of a number in this format: groups behind the first have three digits. A
-// number in another format is a text.
+// What ParseNumber() does, of a number in this format: groups behind the first have three digits,
+// and the first begins with another digit than 0. A number in another format is a text.
 MCBinModel::ParsedNumber ParseNumber(std::string_view text, const NumberFormat& format);
 
 }  // namespace MCBin

@@ -108,9 +108,12 @@ std::optional<double> StabilityIndex(const std::vector<double>& weights,
 }
 
 std::optional<double> StabilityOfBins(const AttributeBins& bins, const AttributeBins& others) {
-  if (bins.binWeights.size() != others.binWeights.size()) return std::nullopt;
   std::vector<double> weights = bins.binWeights;
   std::vector<double> otherWeights = others.binWeights;
+  // Bins without a valid case have no weights at all, but all cases may be missing there.
+  if (weights.empty()) weights.resize(otherWeights.size());
+  if (otherWeights.empty()) otherWeights.resize(weights.size());
+  if (weights.size() != otherWeights.size()) return std::nullopt;
   if (bins.missing && others.missing) {
     weights.push_back(bins.missing->weight);
     otherWeights.push_back(others.missing->weight);

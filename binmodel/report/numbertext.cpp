@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "binmodel/text/number.h"
 
@@ -40,6 +41,15 @@ std::string RoundedText(double value, double tolerance) {
   return exact;
 }
 
+// The tolerance where it is small beside what lies between the cut and the smallest and largest
+// value.
+double WithinEnds(const AttributeBins& bins, double cut, double tolerance) {
+  for (const std::optional<double>& end : {bins.minimum, bins.maximum}) {
+    if (end && *end != cut) tolerance = std::min(tolerance, kSmallPart * std::abs(cut - *end));
+  }
+  return tolerance;
+}
+
 }  // namespace
 
 NumberText::NumberText(const AttributeBins& bins) {
@@ -52,8 +62,12 @@ NumberText::NumberText(const AttributeBins& bins) {
     double tolerance = fTolerance;
     if (i > 0) tolerance = std::min(tolerance, kSmallPart * (cuts[i] - cuts[i - 1]));
     if (i + 1 < cuts.size()) tolerance = std::min(tolerance, kSmallPart * (cuts[i + 1] - cuts[i]));
-    fCutPoints.push_back(RoundedText(cuts[i], tolerance));
+    fCutPoints.push_back(RoundedText(cuts[i], WithinEnds(bins, cuts[i], tolerance)));
   }
+  // The ends are not rounded beyond the cuts, either.
+  if (cuts.empty()) return;
+  fTolerance = WithinEnds(bins, cuts.front(), fTolerance);
+  fTolerance = WithinEnds(bins, cuts.back(), fTolerance);
 }
 
 std::string NumberText::OfValue(double value) const { return RoundedText(value, fTolerance); }

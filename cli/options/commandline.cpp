@@ -1,7 +1,6 @@
 #include "cli/options/commandline.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <memory>
@@ -10,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "binmodel/text/displaytext.h"
 #include "cli/options/optionspelling.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/resultstream.h"
@@ -80,17 +78,6 @@ class HelpFormatter : public CLI::Formatter {
   }
 };
 
-std::string DescribeProblem(const CLI::App& app, const char* firstArgument,
-                            const CLI::ParseError& error) {
-  const bool unknownCommand =
-      app.get_subcommands().empty() && firstArgument != nullptr && firstArgument[0] != '-';
-  if (!unknownCommand) return error.what();
-  std::vector<std::string> commands;
-  for (const CLI::App* command : app.get_subcommands({})) commands.push_back(command->get_name());
-  return fmt::format("there is no command {}; the commands are {}",
-                     MCBinModel::QuotedText(firstArgument), fmt::join(commands, ", "));
-}
-
 int Print(const std::string& text, int exitCode) {
   ResultStream out;
   out.Write(text);
@@ -133,8 +120,7 @@ CommandLine ParseCommandLine(int argc, const char* const* argv) {
     app.exit(asked, text);
     return {[text = text.str()] { return Print(text, kExitDone); }, kExitDone};
   } catch (const CLI::ParseError& error) {
-    PrintNote(DescribeProblem(app, argc > 1 ? argv[1] : nullptr, error) +
-              "\nRun with --help for the options.");
+    PrintNote(std::string(error.what()) + "\nRun with --help for the options.");
   } catch (const UsageError& error) {
     PrintNote(error.what());
   }

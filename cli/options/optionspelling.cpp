@@ -4,6 +4,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 
 #include "binmodel/text/displaytext.h"
@@ -28,12 +29,30 @@ bool Contains(const Names& names, const std::string& name) {
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
+// The names that are near, or begin so.
+Names FindMeant(const Names& names, const std::string& name) {
+  Names meant = MCBinModel::FindSimilar(names, name);
+  if (!meant.empty() || name.empty()) return meant;
+  std::copy_if(names.begin(), names.end(), std::back_inserter(meant),
+               [&](const std::string& other) { return other.starts_with(name); });
+  return meant;
+}
+
+[[noreturn]] void RefuseCommand(const Names& commands, const std::string& name) {
+  const Names near = FindMeant(commands, name);
+  throw UsageError(
+      fmt::format("there is no command {}{}; the commands are {}\nRun mcbin --help for more.",
+                  MCBinModel::QuotedText(name),
+                  near.empty() ? "" : fmt::format("; did you mean {}?", fmt::join(near, " or ")),
+                  fmt::join(commands, ", ")));
+}
+
+// `command` is "mcbin", or one with its command.
 [[noreturn]] void RefuseOption(const std::string& option, const std::string& name,
                                const Names& names, const std::string& command) {
-  const Names near = MCBinModel::FindSimilar(names, name);
+  const Names near = FindMeant(names, name);
   throw UsageError(fmt::format(
-      "there is no option {}{}\nRun mcbin {} --help for the options.",
-      MCBinModel::QuotedText(option),
+      "there is no option {}{}\nRun {} --help for the options.", MCBinModel::QuotedText(option),
       near.empty() ? "" : fmt::format("; did you mean --{}?", fmt::join(near, " or --")), command));
 }
 
@@ -52,25 +71,47 @@ std::string Correct(const std::string& argument, const Names& names, const std::
   RefuseOption(option, name, names, command);
 }
 
+// An option in place of a value is none: the value was forgotten.
+void CheckHasValue(const CLI::App& command, const std::string& option, const std::string& next) {
+  const CLI::Option* const taken = command.get_option_no_throw(option);
+  if (taken == nullptr || taken->get_items_expected_min() == 0) return;
+  if (next.substr(0, 2) != "--" || !Contains(LongNamesOf(command), next.substr(2))) return;
+  throw UsageError(
+      fmt::format("{}: a value is missing before {}; write {}{}{} if this is the value", option,
+                  next, option, option[1] == '-' ? "=" : "", next));
+}
+
 }  // namespace
 
 std::vector<std::string> CorrectArguments(const CLI::App& app, std::vector<std::string> arguments) {
   if (arguments.empty()) return arguments;
+  const std::vector<const CLI::App*> commands = app.get_subcommands(nullptr);
+  Names commandNames;
+  for (const CLI::App* command : commands) commandNames.push_back(command->get_name());
   if (arguments[0] == "help") {
+    const bool isOther = arguments.size() > 1 && arguments[1][0] != '-' && arguments[1] != "help" &&
+                         !Contains(commandNames, arguments[1]);
+    if (isOther) RefuseCommand(commandNames, arguments[1]);
     arguments.erase(arguments.begin());
     arguments.resize(std::min<std::size_t>(arguments.size(), 1));
     arguments.emplace_back("--help");
   }
-  const std::vector<const CLI::App*> commands = app.get_subcommands(nullptr);
   const auto command = std::find_if(commands.begin(), commands.end(), [&](const CLI::App* other) {
     return other->get_name() == arguments[0];
   });
-  if (command == commands.end()) return arguments;
+  if (command == commands.end()) {
+    const std::string& first = arguments[0];
+    if (first.empty() || first[0] != '-') RefuseCommand(commandNames, first);
+    if (first.size() > 2 && first[1] == '-') Correct(first, LongNamesOf(app), "mcbin");
+    return arguments;
+  }
   const Names names = LongNamesOf(**command);
   for (std::size_t i = 1; i < arguments.size() && arguments[i] != "--"; ++i) {
     std::string& argument = arguments[i];
     const bool isOption = argument.size() > 2 && argument[0] == '-';
-    if (isOption) argument = Correct(argument, names, (*command)->get_name());
+    if (isOption) argument = Correct(argument, names, "mcbin " + (*command)->get_name());
+    const bool mayTakeNext = argument.size() > 1 && argument[0] == '-' && i + 1 < arguments.size();
+    if (mayTakeNext) CheckHasValue(**command, argument, arguments[i + 1]);
   }
   return arguments;
 }

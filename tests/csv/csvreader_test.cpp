@@ -6,11 +6,14 @@
 #include <zlib.h>
 #include <zstd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <random>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "binmodel/model/refusal.h"
@@ -56,6 +59,7 @@ struct ReadExample {
 const ReadExample kExamples[] = {
     {"Nothing", "", ""},
     {"NoLastLineEnd", "a,b\n1,2", "1|a|b\n2|1|2\n"},
+    {"BlankLines", "\na,b\n  \n\t\n1,2\n \n", "2|a|b\n5|1|2\n"},
     {"EveryLineEnd", "a,b\r\n1,2\r3,4\n", "1|a|b\n2|1|2\n3|3|4\n"},
     {"LastLineEndsWithCr", "a\r", "1|a\n"},
     {"ByteOrderMark",
@@ -158,8 +162,9 @@ TEST(NumberFormat, ReadsDecimalCommasAndGroups) {
         Example{german, "-12.345.678", -12345678}, Example{german, "1.5", kText},
         Example{german, "1234,5", 1234.5}, Example{german, "1234.567", kText},
         Example{german, "1.2345", kText}, Example{german, ".123", kText},
-        Example{swiss, "1'234.5", 1234.5}, Example{swiss, "x", kText},
-        Example{swiss, "-", kText}}) {
+        Example{german, "0.123", kText}, Example{german, "-00.123", kText},
+        Example{german, "0,123", 0.123}, Example{swiss, "1'234.5", 1234.5},
+        Example{swiss, "x", kText}, Example{swiss, "-", kText}}) {
     const MCBinModel::ParsedNumber number = MCBin::ParseNumber(text, format);
     EXPECT_EQ(number.kind == MCBinModel::NumberKind::kNumber ? number.value : kText, value) << text;
   }
@@ -230,6 +235,28 @@ TEST(CsvReader, RefusesWhatCannotBeReadToItsEnd) {
   close(ends[1]);
   EXPECT_EQ(ReadAll(ends[0], ','), "f: cannot read: Connection reset by peer");
   close(ends[0]);
+}
+
+// Whatever is told by the first bytes, although they come one by one.
+TEST(CsvReader, KnowsFilesThatArriveByteByByte) {
+  for (const auto& [content, expected] : {std::pair<std::string, std::string>{"\xEF\xBB\xBF"
+                                                                              "a,b\n1,2\n",
+                                                                              "1|a|b\n2|1|2\n"},
+                                          {Gzip("a,b\n1,2\n"), "1|a|b\n2|1|2\n"},
+                                          {"a", "1|a\n"}}) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    std::thread writer([&] {
+      for (const char c : content) {
+        if (write(ends[1], &c, 1) != 1) break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+      }
+      close(ends[1]);
+    });
+    EXPECT_EQ(ReadAll(ends[0], ','), expected);
+    writer.join();
+    close(ends[0]);
+  }
 }
 
 TEST(CsvReader, RefusesARecordWithoutEnd) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <optional>
 #include <random>
 #include <vector>
@@ -90,7 +91,12 @@ TEST(Stability, SeesThatMoreIsMissing) {
   others.missing = {597.0, {}};
   EXPECT_NEAR(*StabilityOfBins(bins, others), 1.7143, 5e-5);
   others.binWeights.clear();
-  EXPECT_EQ(StabilityOfBins(bins, others), std::nullopt);
+  EXPECT_EQ(StabilityOfBins(bins, others), std::numeric_limits<double>::infinity())
+      << "everything is missing now";
+  others.missing = {};
+  EXPECT_EQ(StabilityOfBins(bins, others), std::nullopt) << "nothing was counted";
+  others.binWeights = {1.0};
+  EXPECT_EQ(StabilityOfBins(bins, others), std::nullopt) << "these are other bins";
 }
 
 }  // namespace

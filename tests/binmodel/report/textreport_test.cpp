@@ -130,6 +130,9 @@ TEST(TextReport, RoundsNumbersAsFarAsTheyStayApart) {
   EXPECT_TRUE(Contains(TextOf(model), "  (1.0000000002, 1235] ")) << TextOf(model);
   bins.cutPoints = {10.123456789012, 23.315, 1234.5678912345};
   EXPECT_TRUE(Contains(TextOf(model), "  10.12, 23.315, 1235 ")) << TextOf(model);
+  bins.minimum = 0.123456789012;
+  bins.cutPoints = {0.123456809012, 23.315, 1234.5678912345};
+  EXPECT_TRUE(Contains(TextOf(model), "  0.12345681, 23.315, 1235 ")) << TextOf(model);
 }
 
 std::string Formatted(MCBinModel::TableFormat format, bool summaryOnly = false) {
