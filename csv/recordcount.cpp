@@ -24,9 +24,11 @@ void CheckCounts(const MCBinModel::BinModel& model, const MCBinModel::Recount& r
     if (!counts.target || counts.validWeight > 0.0 || counts.missing->weight > 0.0) return;
   }
   const std::string target = model.GetTarget(recount.results.front().counts)->name;
-  throw Refusal(RefusalCode::kNoRecords, {place, target, {}},
-                fmt::format("no record has a class of the target {} that the bins know",
-                            MCBinModel::QuotedText(target)));
+  throw Refusal(
+      RefusalCode::kNoRecords, {place, target, {}},
+      fmt::format("no record has a class of the target {} that the bins know; without this "
+                  "column shares and stability are compared",
+                  MCBinModel::QuotedText(target)));
 }
 
 }  // namespace

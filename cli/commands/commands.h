@@ -73,6 +73,7 @@ struct RunOptions : ModelOutputOptions {
 
 struct RefineOptions : ModelOutputOptions {
   std::string binFile;
+  EvidenceOptions evidence;
   MCBinModel::RefineSettings settings;
 };
 

@@ -1,13 +1,17 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "binmodel/model/refusal.h"
 #include "binmodel/model/resultselection.h"
 #include "binmodel/report/binreport.h"
+#include "binmodel/report/comparedbins.h"
 #include "binmodel/text/displaytext.h"
 #include "cli/commands/commandfiles.h"
 #include "cli/commands/commands.h"
@@ -51,17 +55,25 @@ void PrintDropped(const MCBinModel::Recount& recount) {
                         DroppedText(dropped)));
 }
 
-// Whether the data have the target that the results are about.
-bool HasTarget(const BinsToUse& bins, const DataFile& file) {
+// Of the target that the results are about; null without one.
+const std::string* TargetName(const BinsToUse& bins) {
   const MCBinModel::VariableInfo* const target =
       bins.model.GetTarget(bins.model.results[bins.results.front()]);
-  return target == nullptr || file.names.Contains(target->name);
+  return target == nullptr ? nullptr : &target->name;
 }
 
+void PrintWithoutTarget(const std::string& input, const std::string& why, const BinsToUse& bins) {
+  PrintNote(fmt::format("{}: {} {}, so only shares and stability are compared",
+                        MCBinModel::PrintableText(input), why,
+                        MCBinModel::QuotedText(*TargetName(bins))));
+}
+
+// Counts no classes where the data have no target, or when `ignoresTarget`.
 MCBinModel::NamedRecount CountFile(const EvaluateOptions& options, const BinsToUse& bins,
-                                   const std::string& path) {
+                                   const std::string& path, bool ignoresTarget) {
   DataFile file(bins.model, options, path);
-  const bool hasTarget = HasTarget(bins, file);
+  const std::string* const target = TargetName(bins);
+  const bool hasTarget = target == nullptr || (file.names.Contains(*target) && !ignoresTarget);
   const std::optional<MCBinModel::WeightInfo> weight = ChooseWeight(options, bins.model.source);
   CheckWeight(options, weight, file);
   ProgressBar progress(!options.quiet && file.input.IsRegularFile());
@@ -74,16 +86,46 @@ MCBinModel::NamedRecount CountFile(const EvaluateOptions& options, const BinsToU
   progress.Finish();
   if (!options.quiet) {
     if (!hasTarget) {
-      PrintNote(
-          fmt::format("{}: there is no target column {}, so only shares and stability are compared",
-                      MCBinModel::PrintableText(file.input.GetName()),
-                      MCBinModel::QuotedText(
-                          bins.model.GetTarget(bins.model.results[bins.results.front()])->name)));
+      PrintWithoutTarget(
+          file.input.GetName(),
+          ignoresTarget ? "no record has a known class of the target" : "there is no target column",
+          bins);
     }
     PrintDropped(recount);
     PrintNotes(notes);
   }
   return {file.input.GetName(), recount};
+}
+
+// A month whose outcomes are not there yet does not keep the other months from being compared.
+MCBinModel::NamedRecount CountOneOfSeveral(const EvaluateOptions& options, const BinsToUse& bins,
+                                           const std::string& path) {
+  try {
+    return CountFile(options, bins, path, false);
+  } catch (const MCBinModel::Refusal& refusal) {
+    std::error_code ignored;
+    const bool canReadAgain = path != "-" && std::filesystem::is_regular_file(path, ignored);
+    const std::string* const target = TargetName(bins);
+    const bool lacksClasses = refusal.GetCode() == MCBinModel::RefusalCode::kNoRecords &&
+                              target != nullptr && refusal.GetSubject() == *target;
+    if (!lacksClasses || !canReadAgain) throw;
+  }
+  return CountFile(options, bins, path, true);
+}
+
+void PrintMissingLeftOut(const MCBinModel::BinModel& model,
+                         const std::vector<MCBinModel::NamedRecount>& data) {
+  const bool isLeftOut = std::any_of(data.begin(), data.end(), [&](const auto& named) {
+    const std::vector<MCBinModel::RecountedBins>& results = named.recount.results;
+    return std::any_of(results.begin(), results.end(), [&](const auto& recounted) {
+      return MCBinModel::LeavesOutMissing(model, recounted);
+    });
+  });
+  if (isLeftOut) {
+    PrintNote(
+        "the bin file has not counted its missing cases as a bin, so missing values are in no "
+        "measure");
+  }
 }
 
 }  // namespace
@@ -96,7 +138,11 @@ int EvaluateCommand(const EvaluateOptions& options) {
   ResultStream out;
   const BinsToUse bins(options);
   std::vector<MCBinModel::NamedRecount> data;
-  for (const std::string& path : options.inputs) data.push_back(CountFile(options, bins, path));
+  for (const std::string& path : options.inputs) {
+    data.push_back(options.inputs.size() == 1 ? CountFile(options, bins, path, false)
+                                              : CountOneOfSeveral(options, bins, path));
+  }
+  if (!options.quiet) PrintMissingLeftOut(bins.model, data);
   MCBinModel::WriteEvaluationReport(bins.model, data, style,
                                     [&](std::string_view text) { out.Write(text); });
   out.Close();

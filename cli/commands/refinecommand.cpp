@@ -9,7 +9,7 @@ int RefineCommand(const RefineOptions& options) {
   CheckModelOutput({"the bin file", options.binFile}, options);
   ModelOutput output(options);
   const MCBinModel::BinModel refined =
-      Refine(LoadBinFile(options.binFile), options.settings, options.quiet);
+      Refine(LoadBinFile(options.binFile, options.evidence), options.settings, options.quiet);
   output.Write(refined);
   return ExitCodeOf(refined, options.strict);
 }

@@ -1,14 +1,9 @@
 #include "cli/commands/refinement.h"
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
-
 #include <cstddef>
-#include <string>
 #include <vector>
 
 #include "binmodel/refine/binrefine.h"
-#include "binmodel/text/displaytext.h"
 #include "cli/terminal/notes.h"
 #include "io/interrupt.h"
 
@@ -16,29 +11,19 @@ namespace MCBin {
 
 namespace {
 
-std::string NameOf(const MCBinModel::BinModel& model, const MCBinModel::AttributeBins& bins) {
-  const std::string name = MCBinModel::QuotedText(model.GetAttribute(bins).name);
-  if (model.targets.size() < 2) return name;
-  return name + " by " + MCBinModel::QuotedText(model.GetTarget(bins)->name);
-}
-
 void PrintSingleBins(const MCBinModel::BinModel& model, const MCBinModel::BinModel& refined,
                      const MCBinModel::RefineSettings& settings) {
-  constexpr std::size_t kMostNamed = 10;
   if (settings.maxBins == 1) return;
-  std::vector<std::string> names;
+  std::vector<std::size_t> single;
   for (std::size_t result = 0; result < refined.results.size(); ++result) {
     const MCBinModel::AttributeBins& bins = refined.results[result];
     const bool isSingle =
         bins.binWeights.size() == 1 && model.results[result].binWeights.size() > 1;
     const bool isAsked = settings.breaks.count(refined.GetAttribute(bins).name) > 0;
-    if (isSingle && !isAsked) names.push_back(NameOf(refined, bins));
+    if (isSingle && !isAsked) single.push_back(result);
   }
-  if (names.empty()) return;
-  const bool namesAll = names.size() <= kMostNamed;
-  if (!namesAll) names.resize(kMostNamed);
-  PrintNote(fmt::format("refining left a single bin of {}{}", fmt::join(names, ", "),
-                        namesAll ? "" : " and more"));
+  if (single.empty()) return;
+  PrintNote("refining left a single bin of " + NameResults(refined, single));
 }
 
 }  // namespace

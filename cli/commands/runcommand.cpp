@@ -2,6 +2,7 @@
 #include <fmt/ranges.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <utility>
@@ -51,6 +52,20 @@ void PrintCountedAnew(const MCBinModel::BinModel& model, const std::vector<std::
       "a cut point between two neighbouring numbers rounds onto one of them; the cases are counted "
       "anew for the cut points there are: {}{}",
       fmt::join(names, ", "), results.size() > names.size() ? " and more" : ""));
+}
+
+// Their weight of evidence cannot be told.
+void PrintBinsWithoutTarget(const MCBinModel::BinModel& model) {
+  std::vector<std::size_t> results;
+  for (std::size_t result = 0; result < model.results.size(); ++result) {
+    const MCBinModel::AttributeBins& bins = model.results[result];
+    const auto& weights = bins.binWeights;
+    const bool hasEmpty = std::find(weights.begin(), weights.end(), 0.0) != weights.end();
+    if (bins.target && hasEmpty) results.push_back(result);
+  }
+  if (results.empty()) return;
+  PrintNote("a bin has no case with the target, and so no weight of evidence: " +
+            NameResults(model, results));
 }
 
 auto ShowProgress(ProgressBar& progress) {
@@ -133,6 +148,7 @@ int RunCommand(const RunOptions& options) {
   MCBinModel::BinModel model = MakeBins(options);
   if (!options.quiet) PrintCounts(model);
   if (options.refinement) model = Refine(model, *options.refinement, options.quiet);
+  if (!options.quiet) PrintBinsWithoutTarget(model);
   output.Write(model);
   return ExitCodeOf(model, options.strict);
 }

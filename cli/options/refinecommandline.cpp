@@ -50,6 +50,11 @@ void AddRefineCommand(CLI::App& app, CommandAction& action) {
   AddList(command, "--attributes", raw->attributes, "NAMES",
           "whose bins to refine; the others stay as they are (all)");
   AddModelOutput(command, "-o,--json", raw->output, raw->refine);
+  {
+    const OptionGroup group(command, "Classes");
+    AddEvidenceOfBins(command, raw->refine.evidence);
+    AddClasses(command, raw->refine.evidence);
+  }
   AddRefinement(command, raw->refinement);
   command.footer(kFooter);
   command.callback(

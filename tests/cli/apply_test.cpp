@@ -159,6 +159,10 @@ TEST(Evaluate, PrintsBothSides) {
     EXPECT_NE(outcome.out.find(part), std::string::npos) << part << outcome.out;
   }
   EXPECT_NE(outcome.err.find("1 of 6 records dropped for their weight"), std::string::npos);
+  const auto summary = program.Run("evaluate --weight w --summary --format csv bins.json new.csv");
+  EXPECT_NE(summary.err.find("has not counted its missing cases as a bin, so missing values"),
+            std::string::npos)
+      << summary.err;
 }
 
 }  // namespace

@@ -114,11 +114,19 @@ TEST(Refine, GivesTheSameFromABinFileAndAfterARun) {
         << single.err;
   }
 
+  program.Run("refine bins.json -o other.json --max-bins 2 --event benign --woe-adjust 0.5 " +
+              std::string("--classes malignant"));
+  const json other = json::parse(program.Read("other.json"));
+  EXPECT_EQ(other["targets"][0]["event"], "benign");
+  EXPECT_EQ(other["targets"][0]["categories"][0], "malignant");
+  EXPECT_EQ(other["settings"]["woe_adjust"], 0.5);
+
   const auto impossible = program.Run("refine bins.json -o none.json --min-bins 9");
   EXPECT_EQ(impossible.exitCode, 1);
   EXPECT_NE(impossible.err.find("cannot be joined to have at least 9 bins"), std::string::npos);
   EXPECT_EQ(program.Run("refine bins.json").exitCode, 2);
-  EXPECT_EQ(program.Files(), (std::vector<std::string>{"after.json", "bins.json", "refined.json"}));
+  EXPECT_EQ(program.Files(),
+            (std::vector<std::string>{"after.json", "bins.json", "other.json", "refined.json"}));
 }
 
 TEST(Evaluate, SetsFilesSideBySideAlsoWithoutTarget) {
@@ -140,9 +148,25 @@ TEST(Evaluate, SetsFilesSideBySideAlsoWithoutTarget) {
     EXPECT_NE(both.out.find(part), std::string::npos) << part << both.out;
   }
   EXPECT_NE(both.err.find("july.csv: there is no target column 'y'"), std::string::npos);
+  program.Write("august.csv", "a,y\n1,\n4,?\n");
+  const auto later = program.Run("evaluate b.json --summary august.csv june.csv");
+  EXPECT_EQ(later.exitCode, 0) << later.err;
+  EXPECT_NE(later.err.find("august.csv: no record has a known class of the target 'y', so only"),
+            std::string::npos)
+      << later.err;
+  const auto alone = program.Run("evaluate b.json august.csv");
+  EXPECT_EQ(alone.exitCode, 1);
+  EXPECT_NE(alone.err.find("without this column shares and stability are"), std::string::npos);
   const json records = json::parse(program.Run("evaluate b.json july.csv --format json").out);
   EXPECT_EQ(records.size(), 2u);
   EXPECT_EQ(records[1]["data_share"], 0.5);
+}
+
+TEST(EqualFrequency, NotesBinsWithoutACaseOfTheTarget) {
+  const auto run = Program().Run("equal-frequency --bins 2 -t y", "a,y\n1,n\n2,y\n3,\n4,\n");
+  EXPECT_NE(run.err.find("a bin has no case with the target, and so no weight of evidence: 'a'\n"),
+            std::string::npos)
+      << run.err;
 }
 
 TEST(Help, IsShortOrLongAndComesWithoutAQuestion) {
