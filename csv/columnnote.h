@@ -9,8 +9,9 @@ namespace MCBin {
 struct ColumnNote {
   enum class Kind {
     kNotRead,     // a column is described, but is not among those to be read; subject: its name
-    kNotNumeric,  // columns were left out as they hold texts; `texts`: a number with decimal comma
-    kStrayTexts,  // a column of numbers was left out for a few texts; they are in `texts`
+    kNotNumeric,  // columns were left out as they hold texts
+    kStrayTexts,  // a column of numbers was left out for a few texts; they are in `texts`,
+                  // unless they are cut
     kIdentifier,  // a column has another whole number in every record; subject: its name
     kOther,
   };
@@ -19,6 +20,10 @@ struct ColumnNote {
   std::string subject;
   std::string text;
   std::vector<std::string> texts = {};
+
+  // Of kNotNumeric: the marks that make numbers of such texts; NUL: as they are.
+  char decimal = '\0';
+  char thousands = '\0';
 };
 
 }  // namespace MCBin

@@ -6,6 +6,7 @@
 #include "binmodel/model/usermissing.h"
 #include "binmodel/text/number.h"
 #include "common/missing.h"
+#include "csv/numberformat.h"
 
 namespace MCBin {
 
@@ -49,6 +50,7 @@ double ColumnScan::AddNumber(const CsvField& field, std::uint64_t line, bool cou
   const MCBinModel::ParsedNumber number = ParseNumber(field);
   fIsWhole = fIsWhole && number.kind == MCBinModel::NumberKind::kNumber &&
              number.value == std::trunc(number.value);
+  LookForDecimalPoint(field, number);
   if (number.kind == MCBinModel::NumberKind::kNumber && !fMayBeCategorical) return number.value;
   if (number.kind == MCBinModel::NumberKind::kText) {
     fFirstText = MakeSighting(line, field.text);
@@ -67,10 +69,22 @@ double ColumnScan::AddNumber(const CsvField& field, std::uint64_t line, bool cou
   return code;
 }
 
+void ColumnScan::LookForDecimalPoint(const CsvField& field,
+                                     const MCBinModel::ParsedNumber& number) {
+  const bool mayHaveOne = !fHasDecimalPoint && number.kind == MCBinModel::NumberKind::kNumber &&
+                          number.value != std::trunc(number.value);
+  if (!mayHaveOne) return;
+  constexpr NumberFormat kComma{',', '.'};
+  fHasDecimalPoint = ParseNumber(field.text, kComma).kind != MCBinModel::NumberKind::kNumber;
+}
+
 void ColumnScan::CountText(const CsvField& field) {
-  if (ParseNumber(field).kind != MCBinModel::NumberKind::kText) return;
+  const MCBinModel::ParsedNumber number = ParseNumber(field);
+  LookForDecimalPoint(field, number);
+  if (number.kind != MCBinModel::NumberKind::kText) return;
   ++fTextFieldCount;
-  const std::string text = MakeSighting(0, MCBinModel::TrimBlanks(field.text)).text;
+  const auto [line, text, bytes] = MakeSighting(0, MCBinModel::TrimBlanks(field.text));
+  fHasCutText = fHasCutText || text.size() < bytes;
   const bool isNew =
       std::find(fDifferentTexts.begin(), fDifferentTexts.end(), text) == fDifferentTexts.end();
   if (isNew) fDifferentTexts.push_back(text);
@@ -80,7 +94,7 @@ std::optional<ColumnScan::StrayTexts> ColumnScan::GetStrayTexts() const {
   const bool areStray = fTextFieldCount > 0 && fDifferentTexts.size() <= kMostStrayTexts &&
                         fTextFieldCount < fFieldCount - fTextFieldCount;
   if (!areStray) return std::nullopt;
-  return StrayTexts{fTextFieldCount, fFieldCount - fTextFieldCount, fDifferentTexts};
+  return StrayTexts{fTextFieldCount, fFieldCount - fTextFieldCount, fDifferentTexts, !fHasCutText};
 }
 
 double ColumnScan::AddText(std::string_view text, std::uint64_t line) {

@@ -39,6 +39,7 @@ class ColumnScan {
     std::uint64_t fields;            // that hold one of them
     std::uint64_t numbers;           // fields that do not
     std::vector<std::string> texts;  // their beginnings, in the order of their appearance
+    bool areWhole;                   // none of them is cut
   };
 
   // What a field is worth, if the column turns out to be numeric or to hold texts: its number,
@@ -64,6 +65,9 @@ class ColumnScan {
   // Every field so far is a whole number.
   bool IsWhole() const { return fIsWhole && IsNumeric(); }
 
+  // Some number would be none with a decimal comma; of those before and among few texts.
+  bool HasDecimalPoint() const { return fHasDecimalPoint; }
+
   // The first field that is no number, and the first infinite one.
   const std::optional<Sighting>& GetFirstText() const { return fFirstText; }
   const std::optional<Sighting>& GetFirstInfinite() const { return fFirstInfinite; }
@@ -85,14 +89,17 @@ class ColumnScan {
   double AddNumber(const CsvField& field, std::uint64_t line, bool counts);
   double AddText(std::string_view text, std::uint64_t line);
   void CountText(const CsvField& field);
+  void LookForDecimalPoint(const CsvField& field, const MCBinModel::ParsedNumber& number);
 
   bool fMayBeCategorical;
   std::optional<Sighting> fFirstText;
   std::optional<Sighting> fFirstInfinite;
   bool fIsWhole = true;
+  bool fHasDecimalPoint = false;
   std::uint64_t fFieldCount = 0;      // not missing
   std::uint64_t fTextFieldCount = 0;  // while there are few different ones
   std::vector<std::string> fDifferentTexts;
+  bool fHasCutText = false;                  // among these
   std::optional<BINCatNumEncoder> fNumbers;  // empty when ruled out or given up
   std::optional<BINStringEncoder> fTexts;
   std::optional<Sighting> fFirstNumberBeyond;

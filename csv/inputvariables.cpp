@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <algorithm>
 #include <cctype>
 #include <map>
 #include <set>
@@ -22,8 +23,8 @@ namespace {
 class Builder {
  public:
   Builder(const std::string& fileName, IBINVariable::BINWRoundingOption rounding,
-          std::vector<ColumnNote>& notes)
-      : fFileName(fileName), fRounding(rounding), fNotes(notes) {}
+          const NumberFormat& numbers, std::vector<ColumnNote>& notes)
+      : fFileName(fileName), fRounding(rounding), fNumbers(numbers), fNotes(notes) {}
 
   // `column` is that of the value file.
   void Add(const ColumnRequest& request, const ColumnScan& scan, std::size_t column) {
@@ -41,16 +42,19 @@ class Builder {
   }
 
   MCBinModel::RunVariables Finish() {
-    if (!fNotNumeric.empty()) {
+    const bool refusalSaysAll = fVariables.attributes.empty() && fMarks.text.empty();
+    if (!fNotNumeric.empty() && !refusalSaysAll) {
       fNotes.push_back({ColumnNote::Kind::kNotNumeric,
                         {},
-                        "left out because they are not numeric: " + fNotNumeric + DecimalComma(),
-                        DecimalCommas()});
+                        "left out because they are not numeric: " + fNotNumeric + MarksFact(),
+                        {},
+                        fMarks.decimal,
+                        fMarks.thousands});
     }
     if (fVariables.attributes.empty()) {
-      Refuse({}, fmt::format("no column can be binned{}{}{}",
-                             fNotNumeric.empty() ? "" : "; not numeric: ", fNotNumeric,
-                             DecimalComma()));
+      Refuse({},
+             fmt::format("no column can be binned{}{}{}",
+                         fNotNumeric.empty() ? "" : "; not numeric: ", fNotNumeric, MarksFact()));
     }
     return std::move(fVariables);
   }
@@ -100,20 +104,39 @@ class Builder {
     fVariables.attributeColumns.push_back(column);
   }
 
-  static bool HasDecimalComma(const std::string& text) {
-    constexpr NumberFormat kComma{',', '.'};
-    return text.find(',') != std::string::npos &&
-           ParseNumber(text, kComma).kind == MCBinModel::NumberKind::kNumber;
+  // Marks that make a number of a text; NUL: as the file was read by.
+  struct Marks {
+    std::string text;
+    char decimal = '\0';
+    char thousands = '\0';
+  };
+
+  // The marks of a text that is no number by those the file was read by; none when there are none.
+  Marks FindMarks(const std::string& text, const ColumnScan& scan) const {
+    const auto isNumber = [&text](const NumberFormat& format) {
+      return ParseNumber(text, format).kind == MCBinModel::NumberKind::kNumber;
+    };
+    const bool hasPoint = text.find('.') != std::string::npos;
+    if (fNumbers.decimal == '.' && text.find(',') != std::string::npos) {
+      if (!scan.HasDecimalPoint() && isNumber({',', '.'}))
+        return {text, ',', hasPoint ? '.' : '\0'};
+      if (isNumber({'.', ','})) return {text, '\0', ','};
+    }
+    if (fNumbers.decimal == ',' && hasPoint && isNumber({',', '.'})) return {text, '\0', '.'};
+    return {};
   }
 
-  std::vector<std::string> DecimalCommas() const {
-    return fDecimalComma.empty() ? std::vector<std::string>() : std::vector{fDecimalComma};
+  std::string MarksFact() const {
+    if (fMarks.text.empty()) return {};
+    return fmt::format("; {} is a number with {}", MCBinModel::QuotedText(fMarks.text),
+                       fMarks.decimal == ',' ? "a decimal comma" : "marks between its thousands");
   }
 
-  std::string DecimalComma() const {
-    if (fDecimalComma.empty()) return {};
-    return fmt::format("; {} is a number with a decimal comma",
-                       MCBinModel::QuotedText(fDecimalComma));
+  // Whether a text is a number by other marks, which are kept: the first one of all columns.
+  bool HasOtherMarks(const std::string& text, const ColumnScan& scan) {
+    const Marks marks = FindMarks(text, scan);
+    if (fMarks.text.empty()) fMarks = marks;
+    return !marks.text.empty();
   }
 
   // "2 of 699 fields are texts: '?', 'x'".
@@ -129,7 +152,7 @@ class Builder {
     fNotes.push_back({ColumnNote::Kind::kStrayTexts, request.name,
                       fmt::format("left out: in column {}, {}",
                                   MCBinModel::QuotedText(request.name), StrayFact(stray)),
-                      stray.texts});
+                      stray.areWhole ? stray.texts : std::vector<std::string>()});
   }
 
   void LeaveOutText(const ColumnRequest& request, const ColumnScan& scan) {
@@ -142,13 +165,15 @@ class Builder {
                       MCBinModel::QuotedText(request.name),
                       stray ? " (" + StrayFact(*stray) + ")" : ""));
     }
+    const ColumnScan::Sighting& text = *scan.GetFirstText();
     const auto stray = scan.GetStrayTexts();
-    if (stray) {
+    const std::vector<std::string> texts = stray ? stray->texts : std::vector{text.text};
+    const bool areNumbers = std::any_of(
+        texts.begin(), texts.end(), [&](const auto& other) { return HasOtherMarks(other, scan); });
+    if (stray && !areNumbers) {
       AddStrayNote(request, *stray);
       return;
     }
-    const ColumnScan::Sighting& text = *scan.GetFirstText();
-    if (fDecimalComma.empty() && HasDecimalComma(text.text)) fDecimalComma = text.text;
     constexpr int kMostNamed = 10;
     if (++fNotNumericCount > kMostNamed) {
       if (fNotNumericCount == kMostNamed + 1) fNotNumeric += " and more";
@@ -239,11 +264,12 @@ class Builder {
 
   const std::string& fFileName;
   const IBINVariable::BINWRoundingOption fRounding;
+  const NumberFormat& fNumbers;
   std::vector<ColumnNote>& fNotes;
   MCBinModel::RunVariables fVariables;
   std::string fNotNumeric;
   int fNotNumericCount = 0;
-  std::string fDecimalComma;  // the first number that has one
+  Marks fMarks;  // of the first text that is a number by them
 };
 
 }  // namespace
@@ -252,8 +278,9 @@ MCBinModel::RunVariables MakeInputVariables(const std::string& fileName,
                                             const std::vector<ColumnRequest>& requests,
                                             const InputScan& scan,
                                             IBINVariable::BINWRoundingOption rounding,
+                                            const NumberFormat& numbers,
                                             std::vector<ColumnNote>& notes) {
-  Builder builder(fileName, rounding, notes);
+  Builder builder(fileName, rounding, numbers, notes);
   for (std::size_t i = 0; i < requests.size(); ++i) {
     builder.Add(requests[i], scan.columns[i], scan.GetValueColumn(i));
   }

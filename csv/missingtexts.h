@@ -7,12 +7,17 @@
 #include <vector>
 
 #include "csv/csvfield.h"
+#include "csv/numberformat.h"
 
 namespace MCBin {
 
-// Which fields hold no value: empty or blank ones, and the texts of --na (blanks around
-// them ignored). One that is a number stands for all fields of that value: -999 for -999.0. A
-// quoted empty field is a text, unless the list names it as "".
+// The texts of --na for a file with such numbers, as MissingTexts takes them: -999.5 for -999,5.
+std::vector<std::string> PlainMissingTexts(std::vector<std::string> texts,
+                                           const NumberFormat& numbers);
+
+// Which fields hold no value: empty or blank ones, and these texts (blanks around them
+// ignored). One that is a number stands for all fields of that value, -999 for -999.0, however the
+// file writes its numbers. A quoted empty field is a text, unless the list names it as "".
 class MissingTexts {
  public:
   explicit MissingTexts(const std::vector<std::string>& texts);
@@ -28,9 +33,10 @@ class MissingTexts {
   }
   bool IsMissingText(const CsvField& field) const;
 
-  std::vector<std::string> fTexts;
-  std::vector<double> fNumbers;       // those of the texts that are numbers
-  std::array<bool, 256> fMayBegin{};  // a missing text begins with one of these, or is empty
+  std::vector<std::string> fTexts;        // those that are no numbers
+  std::vector<std::string> fNumberTexts;  // the others,
+  std::vector<double> fNumbers;           // and their values
+  std::array<bool, 256> fMayBegin{};      // a missing text begins with one of these, or is empty
   bool fQuotedEmpty = false;
 };
 

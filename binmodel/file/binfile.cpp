@@ -48,14 +48,15 @@ ordered_json MakeSettings(const BinModel& model) {
 }
 
 ordered_json MakeSource(const BinSource& source) {
-  return {{"name", source.name},
-          {"delimiter", std::string(1, source.delimiter)},
-          {"na", source.missingTexts},
-          {"records", source.recordCount},
-          {"dropped",
-           {{"missing_weight", source.dropped.missing},
-            {"zero_weight", source.dropped.zero},
-            {"weight_rounded_to_zero", source.dropped.roundedToZero}}}};
+  ordered_json object = {{"name", source.name}, {"delimiter", std::string(1, source.delimiter)}};
+  if (source.decimal != '.') object["decimal"] = std::string(1, source.decimal);
+  if (source.thousands != '\0') object["thousands"] = std::string(1, source.thousands);
+  object["na"] = source.missingTexts;
+  object["records"] = source.recordCount;
+  object["dropped"] = {{"missing_weight", source.dropped.missing},
+                       {"zero_weight", source.dropped.zero},
+                       {"weight_rounded_to_zero", source.dropped.roundedToZero}};
+  return object;
 }
 
 ordered_json MakeCategory(const VariableInfo& variable, std::size_t code) {

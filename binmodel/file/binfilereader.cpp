@@ -174,6 +174,17 @@ std::optional<WeightInfo> ReadWeight(const JsonNode& settings) {
   return weight;
 }
 
+void ReadNumberMarks(const JsonNode& node, BinSource& source) {
+  if (const auto decimal = node.FindMember("decimal")) {
+    source.decimal = decimal->GetChoice({".", ","}) == 0 ? '.' : ',';
+  }
+  const auto thousands = node.FindMember("thousands");
+  if (!thousands) return;
+  constexpr std::string_view kMarks(".,' _");
+  source.thousands = kMarks[thousands->GetChoice({".", ",", "'", " ", "_"})];
+  if (source.thousands == source.decimal) thousands->Refuse("this is the decimal mark, too");
+}
+
 void ReadSource(const JsonNode& node, BinModel& model) {
   model.source.name = node.GetMember("name").GetText();
   const JsonNode delimiter = node.GetMember("delimiter");
@@ -184,6 +195,7 @@ void ReadSource(const JsonNode& node, BinModel& model) {
     delimiter.Refuse("one ASCII character expected, such as ';'");
   }
   model.source.delimiter = character.front();
+  ReadNumberMarks(node, model.source);
   model.source.missingTexts = node.GetMember("na").GetTexts();
   model.source.recordCount = node.GetMember("records").GetCount();
   const JsonNode dropped = node.GetMember("dropped");

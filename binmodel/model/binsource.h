@@ -32,10 +32,13 @@ struct WeightInfo {
 struct BinSource {
   std::string name;      // of a file; any text, for people
   char delimiter = ',';  // between the fields of a line; an ASCII character
-  std::vector<std::string> missingTexts = {"NA"};  // fields that stand for a missing value
-  std::optional<WeightInfo> weight;                // nothing when every record weighs 1
-  std::uint64_t recordCount = 0;                   // the dropped ones included
-  DroppedRecords dropped;                          // of these, the ones without a usable weight
+  // Fields that stand for a missing value; numbers with a decimal point, whatever the marks are.
+  std::vector<std::string> missingTexts = {"NA"};
+  std::optional<WeightInfo> weight;  // nothing when every record weighs 1
+  std::uint64_t recordCount = 0;     // the dropped ones included
+  DroppedRecords dropped;            // of these, the ones without a usable weight
+  char decimal = '.';                // mark of a number's decimals, or ','
+  char thousands = '\0';  // between groups of three digits: one of . , ' _ and blank; NUL: none
 };
 
 }  // namespace MCBinModel

@@ -72,6 +72,13 @@ MCBinModel::BinModel LoadBinFileBeforeData(const DataOptions& options) {
   }
 }
 
+NumberFormat ChooseNumbers(const MCBinModel::BinSource& source, const DataOptions& options,
+                           char delimiter) {
+  const NumberFormat numbers = options.format.GetNumbers({source.decimal, source.thousands});
+  CheckFileFormat(delimiter, numbers);
+  return numbers;
+}
+
 std::vector<std::size_t> ChooseResultsAloud(const MCBinModel::BinModel& model,
                                             const DataOptions& options) {
   std::vector<std::string> notes;
@@ -129,15 +136,35 @@ BinsToUse::BinsToUse(const DataOptions& options)
 DataFile::DataFile(const MCBinModel::BinModel& model, const DataOptions& options,
                    const std::string& path)
     : input(path, "a CSV file"),
-      delimiter(options.delimiter.value_or(model.source.delimiter)),
-      reader(input.Get(), input.GetName(), delimiter, options.numbers),
+      delimiter(options.format.delimiter.value_or(model.source.delimiter)),
+      numbers(ChooseNumbers(model.source, options, delimiter)),
+      reader(input.Get(), input.GetName(), delimiter, numbers),
       names(ColumnNames::Read(reader)),
-      missingTexts(options.missingTexts.GetAll(model.source.missingTexts)) {}
+      missingTexts(options.missingTexts.GetAll(model.source.missingTexts, numbers)) {}
 
-std::vector<std::string> MissingTextOptions::GetAll(const std::vector<std::string>& usual) const {
-  std::vector<std::string> all = only.value_or(usual);
-  all.insert(all.end(), added.begin(), added.end());
+std::vector<std::string> MissingTextOptions::GetAll(const std::vector<std::string>& usual,
+                                                    const NumberFormat& numbers) const {
+  std::vector<std::string> all = only ? PlainMissingTexts(*only, numbers) : usual;
+  const std::vector<std::string> more = PlainMissingTexts(added, numbers);
+  all.insert(all.end(), more.begin(), more.end());
   return all;
+}
+
+NumberFormat FileFormatOptions::GetNumbers(const NumberFormat& usual) const {
+  return {decimal.value_or(usual.decimal), thousands.value_or(usual.thousands)};
+}
+
+void CheckFileFormat(char delimiter, const NumberFormat& numbers) {
+  if (numbers.thousands == numbers.decimal) {
+    throw UsageError(
+        "--thousands: give one of . , ' _ and blank that is not the decimal mark, which --decimal "
+        "says");
+  }
+  if (numbers.decimal == delimiter) {
+    throw UsageError(fmt::format(
+        "--decimal '{}' is the delimiter, too; say with --delimiter what parts the fields",
+        delimiter));
+  }
 }
 
 void WriteOutput(const std::string& path, std::string_view content, ResultStream& out) {

@@ -62,6 +62,7 @@ struct DataFile {
 
   const InputStream input;
   const char delimiter;
+  const NumberFormat numbers;
   CsvReader reader;
   const ColumnNames names;
   const MissingTexts missingTexts;

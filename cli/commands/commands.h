@@ -50,8 +50,22 @@ struct MissingTextOptions {
   std::vector<std::string> added;
   std::optional<std::vector<std::string>> only;
 
-  std::vector<std::string> GetAll(const std::vector<std::string>& usual) const;
+  // As MissingTexts takes them; the usual ones are so already.
+  std::vector<std::string> GetAll(const std::vector<std::string>& usual,
+                                  const NumberFormat& numbers) const;
 };
+
+// How a file parts its fields and writes its numbers, as far as it is given.
+struct FileFormatOptions {
+  std::optional<char> delimiter;
+  std::optional<char> decimal;
+  std::optional<char> thousands;  // NUL: none
+
+  NumberFormat GetNumbers(const NumberFormat& usual) const;
+};
+
+// Throws UsageError where one character has two meanings.
+void CheckFileFormat(char delimiter, const NumberFormat& numbers);
 
 struct RunOptions : ModelOutputOptions {
   MCBinModel::BinSettings settings;
@@ -83,8 +97,7 @@ struct DataOptions {
   std::string input = "-";
   std::optional<std::string> target;
   EvidenceOptions evidence;
-  std::optional<char> delimiter;  // unset: as the bin file says
-  NumberFormat numbers;
+  FileFormatOptions format;         // unset: as the bin file says
   MissingTextOptions missingTexts;  // the usual ones are the bin file's
   bool quiet = false;
 };

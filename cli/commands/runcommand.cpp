@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "binmodel/model/binmodel.h"
+#include "binmodel/model/refusal.h"
 #include "binmodel/model/targetclasses.h"
 #include "binmodel/refine/binrefine.h"
 #include "binmodel/run/binrun.h"
@@ -100,15 +101,24 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
   InputScan scan = ScanInput(reader, requests, options.rounding, missingTexts, directory.GetPath(),
                              [&](std::uint64_t bytesRead) { progress.Update(bytesRead); });
   progress.Finish();
-  MCBinModel::RunVariables variables =
-      MakeInputVariables(input.GetName(), requests, scan, options.rounding, notes);
+  const auto printNotes = [&] {
+    for (const ColumnNote& note : notes) PrintNote(NoteText(note));
+  };
+  MCBinModel::RunVariables variables;
+  try {
+    variables = MakeInputVariables(input.GetName(), requests, scan, options.rounding,
+                                   options.numbers, notes);
+  } catch (const MCBinModel::Refusal&) {
+    if (!options.quiet) printNotes();  // they say why there is nothing to bin
+    throw;
+  }
   MCBinModel::ChooseEvents(variables.targets, options.evidence.events);
   MCBinModel::RequireClasses(variables.targets, options.evidence.classes);
   if (options.refinement) {
     MCBinModel::CheckRefinement(variables.attributes, variables.targets, *options.refinement);
   }
   if (!options.quiet) {
-    for (const ColumnNote& note : notes) PrintNote(NoteText(note));
+    printNotes();
     if (scan.weightNote) PrintNote(*scan.weightNote);
   }
 
@@ -126,6 +136,8 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
   MCBinModel::OrderClasses(model, options.evidence.classes);
   model.source.name = input.GetName();
   model.source.delimiter = options.delimiter;
+  model.source.decimal = options.numbers.decimal;
+  model.source.thousands = options.numbers.thousands;
   model.source.missingTexts = options.missingTexts;
   model.source.recordCount = scan.recordCount;
   model.source.dropped = scan.dropped;

@@ -181,38 +181,31 @@ void AddBinsAndData(CLI::App& command, DataOptions& options) {
   AddTargetOfBins(command, options.target);
 }
 
-void AddFileFormat(CLI::App& command, RawFileFormat& raw, const char* usualDelimiter) {
+void AddFileFormat(CLI::App& command, RawFileFormat& raw, const UsualFileFormat& usual) {
   command
       .add_option("--delimiter", raw.delimiter,
-                  fmt::format("field delimiter; tab or '\\t' for a tab ({})", usualDelimiter))
+                  fmt::format("field delimiter; tab or '\\t' for a tab ({})", usual.delimiter))
       ->type_name("CHAR");
-  AddChoice(command, "--decimal", raw.decimal, {".", ","}, "decimal mark of numbers (.)");
-  command.add_option("--thousands", raw.thousands, "mark between groups of three digits (none)")
+  AddChoice(command, "--decimal", raw.decimal, {".", ","},
+            fmt::format("decimal mark of numbers ({})", usual.decimal));
+  command
+      .add_option("--thousands", raw.thousands,
+                  fmt::format("mark between groups of three digits ({})", usual.thousands))
       ->type_name("CHAR");
 }
 
-FileFormat ParseFileFormat(const RawFileFormat& raw) {
-  FileFormat format;
+FileFormatOptions ParseFileFormat(const RawFileFormat& raw) {
+  FileFormatOptions format;
   if (!raw.delimiter.empty()) format.delimiter = ParseDelimiter(raw.delimiter);
-  format.numbers.decimal = raw.decimal.front();
-  if (raw.thousands.empty()) return format;
-  const bool isMark = raw.thousands.size() == 1 &&
-                      std::string_view(".,' _").find(raw.thousands[0]) != std::string_view::npos;
-  if (!isMark || raw.thousands == raw.decimal) {
-    throw UsageError(
-        "--thousands: give one of . , ' _ and blank that is not the decimal mark, which --decimal "
-        "says");
+  if (!raw.decimal.empty()) format.decimal = raw.decimal.front();
+  if (!raw.thousands) return format;
+  const bool isMark = raw.thousands->size() <= 1 &&
+                      std::string_view(".,' _").find(*raw.thousands) != std::string_view::npos;
+  if (!isMark) {
+    throw UsageError("--thousands: give one of . , ' _ and blank, or '' when there is none");
   }
-  format.numbers.thousands = raw.thousands[0];
+  format.thousands = raw.thousands->empty() ? '\0' : raw.thousands->front();
   return format;
-}
-
-void CheckFileFormat(char delimiter, const NumberFormat& numbers) {
-  if (numbers.decimal == delimiter) {
-    throw UsageError(fmt::format(
-        "--decimal '{}' is the delimiter, too; say with --delimiter what parts the fields",
-        delimiter));
-  }
 }
 
 void AddMissingTexts(CLI::App& command, RawMissingTexts& raw, const char* usual) {
@@ -229,14 +222,13 @@ MissingTextOptions ParseMissingTexts(const RawMissingTexts& raw) {
 
 void AddReading(CLI::App& command, RawReading& raw, DataOptions& options) {
   AddMissingTexts(command, raw.missingTexts, "the bin file's");
-  AddFileFormat(command, raw.format, "as in the bin file");
+  constexpr const char* kUsual = "as in the bin file";
+  AddFileFormat(command, raw.format, {kUsual, kUsual, kUsual});
   command.add_flag("--quiet", options.quiet, "no progress and no notes on standard error");
 }
 
 void ParseReading(const RawReading& raw, DataOptions& options) {
-  const FileFormat format = ParseFileFormat(raw.format);
-  options.delimiter = format.delimiter;
-  options.numbers = format.numbers;
+  options.format = ParseFileFormat(raw.format);
   options.missingTexts = ParseMissingTexts(raw.missingTexts);
 }
 

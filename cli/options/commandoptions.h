@@ -78,20 +78,19 @@ struct RawMissingTexts {
 void AddMissingTexts(CLI::App& command, RawMissingTexts& raw, const char* usual);
 MissingTextOptions ParseMissingTexts(const RawMissingTexts& raw);
 
-// --delimiter, --decimal and --thousands. ParseFileFormat throws UsageError, CheckFileFormat too
-// where one character has two meanings.
+// --delimiter, --decimal and --thousands. ParseFileFormat throws UsageError.
 struct RawFileFormat {
   std::string delimiter;
-  std::string decimal = ".";
-  std::string thousands;
+  std::string decimal;
+  std::optional<std::string> thousands;  // an empty one: none
 };
-struct FileFormat {
-  std::optional<char> delimiter;
-  NumberFormat numbers;
+struct UsualFileFormat {  // in words
+  const char* delimiter;
+  const char* decimal;
+  const char* thousands;
 };
-void AddFileFormat(CLI::App& command, RawFileFormat& raw, const char* usualDelimiter);
-FileFormat ParseFileFormat(const RawFileFormat& raw);
-void CheckFileFormat(char delimiter, const NumberFormat& numbers);
+void AddFileFormat(CLI::App& command, RawFileFormat& raw, const UsualFileFormat& usual);
+FileFormatOptions ParseFileFormat(const RawFileFormat& raw);
 
 // Of a command that uses bins on data: both files and --target; --na, --delimiter and --quiet,
 // whose values ParseReading takes over. Throws UsageError.

@@ -71,7 +71,7 @@ void AddInputOptions(CLI::App& command, RawOptions& raw) {
   AddMissingTexts(command, raw.missingTexts, "NA");
   AddList(command, "--missing", raw.missing, "NAME=VALUES",
           "values of a column that count as missing: v1,v2,low:high");
-  AddFileFormat(command, raw.format, ", or ; with --decimal ,");
+  AddFileFormat(command, raw.format, {", or ; with --decimal ,", ".", "none"});
 }
 
 void AddRunOptions(CLI::App& command, RawOptions& raw) {
@@ -157,16 +157,16 @@ RunOptions Finish(RawOptions raw) {
     throw UsageError(
         "equal-frequency: event rates, event weights and information value need a --target");
   }
-  const FileFormat format = ParseFileFormat(raw.format);
-  run.numbers = format.numbers;
-  run.delimiter = format.delimiter.value_or(format.numbers.decimal == ',' ? ';' : ',');
+  const FileFormatOptions format = ParseFileFormat(raw.format);
+  run.numbers = format.GetNumbers({});
+  run.delimiter = format.delimiter.value_or(run.numbers.decimal == ',' ? ';' : ',');
   CheckFileFormat(run.delimiter, run.numbers);
   run.columns.targets = JoinLists(raw.targets);
   run.columns.attributes = JoinLists(raw.attributes);
   run.columns.exclude = JoinLists(raw.exclude);
   run.columns.categorical = JoinLists(raw.categorical);
   run.columns.continuous = JoinLists(raw.continuous);
-  run.missingTexts = ParseMissingTexts(raw.missingTexts).GetAll({"NA"});
+  run.missingTexts = ParseMissingTexts(raw.missingTexts).GetAll({"NA"}, run.numbers);
   for (const std::string& text : raw.missing)
     run.columns.missing.push_back(ParseMissingOption(text));
   return std::move(run);

@@ -14,19 +14,30 @@ using MCBinModel::RefusalCode;
 
 namespace {
 
-// The texts as the value of an option that takes a list, as a shell takes it.
+// The texts as the value of an option that takes a list, as a shell takes it; nothing where there
+// is none, or one that cannot be shown as it is.
 std::string ListOption(const std::vector<std::string>& texts) {
   std::vector<std::string> items;
   for (const std::string& text : texts) {
-    std::string item = MCBinModel::PrintableText(text);
-    const bool needsQuotes = item.find_first_of(",\"") != std::string::npos;
-    items.push_back(needsQuotes ? MCBinModel::QuoteDoubled(item, '"') : item);
+    if (MCBinModel::PrintableText(text) != text) return {};
+    const bool needsQuotes = text.empty() || text.find_first_of(",\"") != std::string::npos;
+    items.push_back(needsQuotes ? MCBinModel::QuoteDoubled(text, '"') : text);
   }
+  if (items.empty()) return {};
   std::string list = "'";
   for (const char c : fmt::format("{}", fmt::join(items, ","))) {
     list += c == '\'' ? std::string("'\\''") : std::string(1, c);
   }
   return list + "'";
+}
+
+std::string NotNumericAdvice(const ColumnNote& note) {
+  if (note.decimal == '\0' && note.thousands == '\0') {
+    return "; --categorical NAME bins a column by the codes of its categories";
+  }
+  if (note.thousands == '\0') return "; --decimal , reads decimal commas";
+  return fmt::format("; {}--thousands {} reads them", note.decimal == '\0' ? "" : "--decimal , ",
+                     note.thousands);
 }
 
 }  // namespace
@@ -115,14 +126,18 @@ std::string NoteText(const ColumnNote& note) {
           "column {} is described by an option but not among --attributes: it is not read",
           MCBinModel::QuotedText(note.subject));
     case ColumnNote::Kind::kNotNumeric:
-      return note.text + (note.texts.empty()
-                              ? "; --categorical NAME bins a column by the codes of its categories"
-                              : "; --decimal , reads decimal commas");
-    case ColumnNote::Kind::kStrayTexts:
+      return note.text + NotNumericAdvice(note);
+    case ColumnNote::Kind::kStrayTexts: {
+      const std::string list = ListOption(note.texts);
+      if (list.empty()) return note.text;
       return fmt::format("{}; read {} as missing with --na {}", note.text,
-                         note.texts.size() == 1 ? "it" : "them", ListOption(note.texts));
-    case ColumnNote::Kind::kIdentifier:
-      return fmt::format("{}; --exclude {} leaves it out", note.text, ListOption({note.subject}));
+                         note.texts.size() == 1 ? "it" : "them", list);
+    }
+    case ColumnNote::Kind::kIdentifier: {
+      const std::string list = ListOption({note.subject});
+      if (list.empty()) return note.text;
+      return fmt::format("{}; --exclude {} leaves it out", note.text, list);
+    }
     case ColumnNote::Kind::kOther:
       break;
   }

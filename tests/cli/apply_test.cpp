@@ -80,6 +80,30 @@ TEST(Apply, WritesAFileOnceAllRecordsAreThereAndNoneThatItReads) {
   }
 }
 
+TEST(Apply, ReadsNumbersAsTheRunDidUnlessToldOtherwise) {
+  const Program program;
+  std::string records = "a;y\n";
+  for (int i = 0; i < 9; ++i) records += "1.500,5;n\n2.500;n\n3.500,25;p\n4.500;p\n";
+  program.Write("in.csv", records + "-1.999,5;n\n-1999,50;n\n");
+  const auto run = program.Run(
+      "supervised -t y in.csv --json b.json --decimal , --thousands . --na \"-1.999,5\"");
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  const json source = json::parse(program.Read("b.json"))["source"];
+  EXPECT_EQ(source["decimal"], ",");
+  EXPECT_EQ(source["thousands"], ".");
+  EXPECT_EQ(source["na"], (json{"NA", "-1999.5"}));
+  const auto plain = program.Run("apply b.json in.csv");
+  EXPECT_EQ(plain.out.rfind("a;y;a_bin\n1.500,5;n;0\n2.500;n;0\n3.500,25;p;1\n4.500;p;1\n", 0), 0U)
+      << plain.out;
+  EXPECT_NE(plain.out.find("\n-1.999,5;n;\n-1999,50;n;\n"), plain.out.npos) << plain.out;
+  EXPECT_EQ(
+      program.Run("apply b.json --decimal . --thousands '' --delimiter ,", "a,y\n3.5,n\n").out,
+      "a,y,a_bin\n3.5,n,0\n");
+  const auto clash = program.Run("apply b.json in.csv --decimal .");
+  EXPECT_EQ(clash.exitCode, 2);
+  EXPECT_NE(clash.err.find("--thousands: give one"), clash.err.npos) << clash.err;
+}
+
 TEST(Apply, WritesMissingValuesAsTheirBin) {
   const Program program;
   program.Write("bins.json", BinsWithMissing());

@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <tuple>
 
 #include "cli/program.h"
 
@@ -97,6 +98,28 @@ TEST(InputVariables, FewTextsAmongNumbersAreNamedWithTheirCure) {
       named.err.find("'?' in column 'a' is not a number (3 of 50 fields are no numbers: '?')"),
       std::string::npos)
       << named.err;
+}
+
+// The option that is named must do what is said of it.
+TEST(InputVariables, AreGivenTheAdviceThatHelps) {
+  const std::string cut = "\"" + std::string(101, 'q') + "\"";
+  const std::tuple<const char*, std::string, std::string, const char*> examples[] = {
+      {"2", "1,5", "", "; '1,5' is a number with a decimal comma; --decimal , reads"},
+      {"2", "1.234,5", "", "; --decimal , --thousands . reads them\n"},
+      {"2,5", "1.234,5", " --decimal ,", "marks between its thousands; --thousands . reads them\n"},
+      {"2.5", "1,5", "", "is no number: '1,5'; read it as missing with --na '\"1,5\"'\n"},
+      {"2.5", "1,234.5", "", "; --thousands , reads them\n"},
+      {"2", "\"\"", "", "; read it as missing with --na '\"\"'\n"},
+      {"2", "q\x01", "", "is no number: 'q\\x01'\n"},
+      {"2", cut, "", "\xE2\x80\xA6'\n"}};
+  const Program program;
+  for (const auto& [number, text, options, advice] : examples) {
+    std::string content = "a;b;y\n";
+    for (int i = 0; i < 9; ++i) content += std::string(number) + ";1;" + "xz"[i % 2] + "\n";
+    content += text + ";1;x\n";
+    const auto outcome = program.Run("supervised -t y --delimiter ;" + options, content);
+    EXPECT_NE(outcome.err.find(advice), std::string::npos) << outcome.err;
+  }
 }
 
 TEST(InputVariables, WhatLooksLikeAMistakeIsPointedOut) {

@@ -89,6 +89,15 @@ TEST(MissingTexts, KnowsEmptyFieldsAndTheList) {
   EXPECT_FALSE(number.IsMissing({"999", false}));
 }
 
+TEST(MissingTexts, ArePlainNumbersWhateverTheMarksOfTheFile) {
+  EXPECT_EQ(MCBin::PlainMissingTexts({"?", "-999,50", "1.234", "1,234", "1.5"}, {',', '.'}),
+            (std::vector<std::string>{"?", "-999.5", "1234", "1.234", "1.5"}));
+  const MCBin::MissingTexts plain({"1.234"});
+  EXPECT_TRUE(plain.IsMissing({"1,2340", false, 1.234}));
+  EXPECT_FALSE(plain.IsMissing({"1.234", false, 1234.0})) << "a number of another value";
+  EXPECT_TRUE(plain.IsMissing({"1.234", false, std::nullopt, true})) << "a text";
+}
+
 TEST(OptionList, SplitsAtCommasOutsideQuotes) {
   using Names = std::vector<std::string>;
   EXPECT_EQ(MCBin::SplitOptionNames("a,b c,"), (Names{"a", "b c", ""}));

@@ -71,6 +71,7 @@ const Refusal kOfInput[] = {
     {"DecimalComma", kRun + "--delimiter ;", "a;y\n1,5;x\n2,5;z\n", 1,
      "no column can be binned; not numeric: 'a' (line 2: 1,5); '1,5' is a number with a decimal "
      "comma"},
+    {"StrayTextsAlone", kRun, "a,y\n1,x\n2,z\n?,z\n", 1, "as missing with --na '?'"},
     {"NoAttribute", kRun, "a,y\nq,x\nr,z\n", 1, "in.csv: no column can be binned"},
     {"BinaryJunk", kRun, std::string("\x01\x02y\0\xFF,\n", 8), 1, "binary file"},
     {"LongLine", kRun, std::string(10'000'000, 'a'), 1, "there is no column 'y'"},

@@ -28,7 +28,7 @@ json Example() {
     "settings": {"prebin_above": 1000, "prebins": 50, "small_bins": 0.25, "woe_adjust": 0.5,
                  "weight": "w", "rounding": "truncate",
                  "weight_user_missing": {"values": [99], "interval": {"low": 1000}}},
-    "source": {"name": "d.csv", "delimiter": ";", "na": ["?", "\"\""], "records": 9,
+    "source": {"name": "d.csv", "delimiter": ";", "decimal": ",", "na": ["?", "\"\""], "records": 9,
                "dropped": {"missing_weight": 1, "zero_weight": 0, "weight_rounded_to_zero": 1}},
     "attributes": [
       {"name": "a", "kind": "continuous", "user_missing": {"values": [0.1, -1]}},
@@ -136,6 +136,9 @@ const Edit kEdits[] = {
     {"MovedCut", "/results/0/cut_points/1", 2.25, "accepted"},
     {"RemovedResult", "/results/1", kRemoved, "accepted"},
     {"UnknownMember", "/attributes/0/comment", "x", "accepted"},
+    {"DecimalMark", "/source/decimal", ";", "/decimal: "},
+    {"ThousandsMark", "/source/thousands", "'", "accepted"},
+    {"MarkOfBoth", "/source/thousands", ",", "/thousands: this is the decimal mark, too"},
     {"OtherFormat", "/format", "x", "bins.json: /: this is no bin file"},
     {"EarlierVersion", "/version", 1, "accepted"},
     {"LaterVersion", "/version", 4, "/version: version 4 of the format is unknown"},
