@@ -63,10 +63,15 @@ nb::dict DescribeVariable(const VariableInfo& variable) {
   return described;
 }
 
-nb::list DescribeVariables(const std::vector<VariableInfo>& variables) {
-  nb::list described;
-  for (const VariableInfo& variable : variables) described.append(DescribeVariable(variable));
-  return described;
+const VariableInfo& VariableAt(const std::vector<VariableInfo>& variables, std::size_t index) {
+  if (index < variables.size()) return variables[index];
+  throw nb::index_error("there is no such variable");
+}
+
+nb::list NamesOf(const std::vector<VariableInfo>& variables) {
+  nb::list names;
+  for (const VariableInfo& variable : variables) names.append(variable.name);
+  return names;
 }
 
 nb::dict DescribeSettings(const BinModel& model) {
@@ -78,10 +83,10 @@ nb::dict DescribeSettings(const BinModel& model) {
     settings["prebin_above"] = model.settings.prebinAbove;
     settings["prebins"] = model.settings.prebins;
     settings["small_bins"] = model.settings.smallBins;
-    settings["woe_adjust"] = model.settings.evidenceAdjustment;
   } else {
     settings["bins"] = model.settings.bins;
   }
+  if (!model.targets.empty()) settings["woe_adjust"] = model.settings.evidenceAdjustment;
   const MCBinModel::BinSource& source = model.source;
   settings["source"] = source.name;
   settings["records"] = source.recordCount;
@@ -157,15 +162,29 @@ nb::object MeasureResult(const BinModel& model, std::size_t index,
   return measured;
 }
 
+// A model of one result, and of no other variables than its own.
 BinModel SelectOnly(const BinModel& model, std::size_t index) {
-  BinModel selected = model;
-  selected.results = {ResultAt(model, index)};
+  AttributeBins bins = ResultAt(model, index);
+  BinModel selected;
+  selected.settings = model.settings;
+  selected.source = model.source;
+  selected.refinements = model.refinements;
+  selected.attributes = {model.GetAttribute(bins)};
+  if (const VariableInfo* const target = model.GetTarget(bins)) {
+    selected.targets = {*target};
+    bins.target = 0;
+  }
+  bins.attribute = 0;
+  selected.results.push_back(std::move(bins));
   return selected;
 }
 
-BinModel RefineModel(const BinModel& model, const MCBinModel::RefineSettings& settings) {
+BinModel RefineModel(BinModel model, const MCBinModel::RefineSettings& settings,
+                     const std::vector<std::string>& events, std::optional<double> adjustment) {
   HostCalls host{nb::none()};
   const nb::gil_scoped_release unlocked;
+  ChooseEvents(model.targets, events);
+  if (adjustment) model.settings.evidenceAdjustment = *adjustment;
   return MCBinModel::RefineModel(model, settings, [&] { return host.QueryCancel(); });
 }
 
@@ -267,8 +286,8 @@ MCBinModel::BinSettings MakeSettings(const nb::dict& described) {
     settings.prebinAbove = nb::cast<int>(described["prebin_above"]);
     settings.prebins = nb::cast<int>(described["prebins"]);
     settings.smallBins = nb::cast<double>(described["small_bins"]);
-    settings.evidenceAdjustment = nb::cast<double>(described["woe_adjust"]);
   }
+  settings.evidenceAdjustment = nb::cast<double>(described["woe_adjust"]);
   return settings;
 }
 
@@ -331,14 +350,33 @@ void BindModel(nb::module_& module) {
           "source_name", [](const BinModel& model) { return model.source.name; },
           [](BinModel& model, std::string name) { model.source.name = std::move(name); })
       .def("settings", DescribeSettings)
-      .def("attributes", [](const BinModel& m) { return DescribeVariables(m.attributes); })
-      .def("targets", [](const BinModel& m) { return DescribeVariables(m.targets); })
+      .def("attribute_names", [](const BinModel& model) { return NamesOf(model.attributes); })
+      .def("target_names", [](const BinModel& model) { return NamesOf(model.targets); })
+      .def(
+          "attribute",
+          [](const BinModel& model, std::size_t index) {
+            return DescribeVariable(VariableAt(model.attributes, index));
+          },
+          "index"_a)
+      .def(
+          "target",
+          [](const BinModel& model, std::size_t index) {
+            return DescribeVariable(VariableAt(model.targets, index));
+          },
+          "index"_a)
       .def("__len__", [](const BinModel& model) { return model.results.size(); })
       .def("result", DescribeResult, "index"_a)
+      .def(
+          "variables_of",
+          [](const BinModel& model, std::size_t index) {
+            const AttributeBins& bins = ResultAt(model, index);
+            return std::pair(bins.attribute, bins.target);
+          },
+          "index"_a)
       .def("labels", LabelsOf, "index"_a)
       .def("evidence", MeasureResult, "index"_a, "adjustment"_a.none())
       .def("only", SelectOnly, "index"_a)
-      .def("refine", RefineModel, "settings"_a)
+      .def("refine", RefineModel, "settings"_a, "events"_a, "woe_adjust"_a.none())
       .def(
           "select",
           [](const BinModel& model, const std::optional<std::string>& target) {
@@ -394,6 +432,7 @@ void BindModel(nb::module_& module) {
         return StabilityOfBins(ResultAt(model, index), ResultAt(other, otherIndex));
       },
       "model"_a, "index"_a, "other"_a, "other_index"_a);
+  module.attr("largest_woe_adjust") = MCBinModel::kLargestEvidenceAdjustment;
   module.def("sql_dialects", MCBinModel::SqlDialectNames);
 }
 

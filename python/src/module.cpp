@@ -39,6 +39,11 @@ void BindTable(nb::module_& module) {
       .def("add_arrow_stream", &Table::AddArrowStream, "stream"_a, "name"_a)
       .def("add_arrow_array", &Table::AddArrowArray, "schema"_a, "array"_a, "name"_a)
       .def("__len__", &Table::GetLength)
+      .def("width", [](const Table& table) { return table.GetColumns().size(); })
+      .def(
+          "name",
+          [](const Table& table, std::size_t index) { return table.GetColumns().at(index).name; },
+          "index"_a)
       .def("names",
            [](const Table& table) {
              nb::list names;

@@ -142,6 +142,7 @@ def test_bins_are_kept_copied_and_compared(bins, customers, tmp_path):
     one = pickle.loads(pickle.dumps(bins["age"]))
     assert one == copy.copy(one) == bins["age"] != bins["city"]
     assert len({one, bins["age"], bins["city"]}) == 2
+    assert mb.fit(customers, "buys", attributes=["age"])["age"] == one  # whatever stood beside it
     evaluation = copy.deepcopy(bins.evaluate(customers))
     assert evaluation.stability_index("age") == 0
     assert [path.name for path in tmp_path.iterdir()] == ["bins.json"]
@@ -191,17 +192,15 @@ def test_exports_give_the_same_bins(bins, customers):
 @pytest.fixture(scope="module")
 def fine_bins():
     table = pd.read_csv(EXAMPLES / "wdbc.csv")
-    fine = mb.fit_equal_frequency(table.drop(columns="diagnosis"), 12)
-    return mb.from_cut_points(
-        {name: fine[name].cut_points for name in fine}, table, target="diagnosis"
-    )
+    return mb.fit_equal_frequency(table, 12, target="diagnosis", woe_adjust=0.25)
 
 
 @pytest.mark.parametrize(
     "wanted",
     [
         {"max_bins": 5, "min_bins": 2, "monotonic": "either", "min_rate_difference": 0.02},
-        {"min_share": 0.125, "min_weight": 80, "min_nonevent_weight": 10.5},
+        {"min_share": 0.125, "min_weight": 80, "min_nonevent_weight": 10.5, "woe_adjust": 0.5},
+        {"min_nonevent_weight": 20, "event": "benign", "monotonic": "decreasing"},
         {"max_bins": 4, "objective": "iv", "monotonic": "peak", "min_event_weight": 1},
         {"breaks": {"mean_area": [551.1, 596.6]}, "keep": {"worst_area": [686.5]}, "max_bins": 4,
          "monotonic": "increasing", "attributes": ["mean_area", "worst_area"]},
@@ -218,6 +217,8 @@ def test_refined_bins_are_those_of_the_tool(tool, tmp_path, fine_bins, wanted):
     refined = fine_bins.refine(**wanted)
     assert results_of(refined) == tool(tmp_path / "fine.json", "refine", *options)
     assert len(refined.settings["refinements"]) == 1
+    assert refined.settings["woe_adjust"] == wanted.get("woe_adjust", 0.25)
+    assert refined["mean_area"].event == wanted.get("event", "malignant")
     assert refined != fine_bins == mb.load(tmp_path / "fine.json")
 
 
@@ -231,6 +232,8 @@ def test_refined_bins_are_those_of_the_tool(tool, tmp_path, fine_bins, wanted):
         ({"attributes": []}, "input", "no attributes"),
         ({"max_bins": 0}, "input", "1 or more"),
         ({"monotonic": "up"}, "input", "'valley'"),
+        ({"event": "maybe"}, "unknown-class", "'yes'"),
+        ({"woe_adjust": -1}, "input", "from 0 to"),
     ],
 )
 def test_what_bins_cannot_be_is_refused(bins, wanted, code, text):

@@ -54,6 +54,10 @@ def test_data_sets_as_the_tool_bins_them(tool, name, target):
         for result in tool(path, "equal-frequency", "--bins", "7")
         if result["attribute"] != target
     ]
+    counted = mb.fit_equal_frequency(table, 20, target=target, closed="left", threads=2)
+    assert results_of(counted) == tool(
+        path, "equal-frequency", "--bins", "20", "--closed", "left", "--target", target
+    )
 
 
 cells = st.one_of(st.none(), st.integers(-5, 5), st.floats(-1e300, 1e300), st.just(-0.0))
@@ -238,6 +242,12 @@ Y = [0, 1, 0, 1]
         ),
         (lambda: mb.fit_equal_frequency({}, 4), ValueError),
         (lambda: mb.fit_equal_frequency({"a": A}, 2.5), TypeError),
+        (lambda: mb.fit_equal_frequency({"a": A}, 2, event="y"), mb.TargetError),
+        (
+            lambda: mb.fit_equal_frequency({"a": A, "y": Y}, 2, target="y", woe_adjust=2e6),
+            ValueError,
+        ),
+        (lambda: mb.fit_equal_frequency(duckdb.sql("select 1 a, 2 y"), 2, target="y"), ValueError),
         (lambda: mb.fit_equal_frequency({"a": A}, 2, temp_dir="/nowhere/at/all"), mb.RunError),
         (lambda: mb.from_cut_points({"a": [2, 1]}), ValueError),
         (lambda: mb.from_cut_points({"a": A}).refine(objective="iv"), mb.TargetError),
@@ -282,6 +292,18 @@ def test_progress_is_told_and_an_error_in_it_ends_the_run(tmp_path):
     with pytest.raises(ZeroDivisionError):
         mb.fit(values, classes, progress=fail, temp_dir=tmp_path)
     assert list(tmp_path.iterdir()) == []
+
+
+def test_a_bar_shows_the_progress_where_there_is_one(capsys, monkeypatch):
+    pytest.importorskip("tqdm")
+    values, classes = big_table(columns=2, rows=2000)
+    mb.fit(values, classes, progress=True)
+    assert "binning: 100%" in capsys.readouterr().err
+    mb.fit_equal_frequency(values, progress=False)
+    assert capsys.readouterr().err == ""
+    monkeypatch.setitem(sys.modules, "tqdm.auto", None)
+    with pytest.raises(mb.InputError, match="needs tqdm"):
+        mb.fit(values, classes, progress=True)
 
 
 def test_ctrl_c_stops_a_run_and_leaves_no_file(tmp_path):

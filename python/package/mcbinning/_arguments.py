@@ -7,6 +7,7 @@ from typing import Any, Literal
 
 import numpy as np
 
+from . import _core
 from ._errors import InputError, TableTypeError
 
 Closed = Literal["right", "left"]
@@ -40,6 +41,21 @@ def as_weight(name: str, value: float) -> float:
     if not 0.0 <= value < float("inf"):
         raise InputError(f"{name} is a weight from 0 up, not {value}")
     return float(value)
+
+
+def as_adjustment(name: str, value: float) -> float:
+    """Take a weight that is added to classes before weights of evidence are taken."""
+    if not 0.0 <= value <= _core.largest_woe_adjust:
+        raise InputError(f"{name} is a weight from 0 to {_core.largest_woe_adjust:g}, not {value}")
+    return float(value)
+
+
+def as_events(event: Any) -> list[str]:
+    """Write classes as texts: the library reads numbers in them where the target has numbers."""
+    if event is None:
+        return []
+    several = event if isinstance(event, (list, tuple)) else [event]
+    return [one if isinstance(one, str) else repr(float(one)) for one in several]
 
 
 def one_of(name: str, value: Any, known: Mapping[Any, Any]) -> Any:

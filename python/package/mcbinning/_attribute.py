@@ -7,6 +7,7 @@ from typing import TYPE_CHECKING, Any
 import numpy as np
 
 from . import _core
+from ._arguments import as_adjustment
 from ._frame import Frame, make_frame
 from ._notebook import in_notebook
 
@@ -21,13 +22,15 @@ class AttributeBins:
     bin from the lowest up.
     """
 
-    __slots__ = ("_index", "_model", "_result", "_variable")
+    __slots__ = ("_index", "_model", "_result", "_target", "_variable")
 
     def __init__(self, model: _core.Model, index: int) -> None:
         self._model = model
         self._index = index
         self._result = model.result(index)
-        self._variable = model.attributes()[self._result["attribute"]]
+        self._variable = model.attribute(self._result["attribute"])
+        target = self._result["target"]
+        self._target = None if target is None else model.target(target)
 
     @property
     def name(self) -> str:
@@ -49,14 +52,12 @@ class AttributeBins:
     @property
     def target(self) -> str | None:
         """The name of the target."""
-        index = self._result["target"]
-        return None if index is None else self._model.targets()[index]["name"]
+        return None if self._target is None else self._target["name"]
 
     @property
     def classes(self) -> list[str]:
         """The categories of the target; the columns of `class_weights`."""
-        index = self._result["target"]
-        return [] if index is None else list(self._model.targets()[index]["categories"])
+        return [] if self._target is None else list(self._target["categories"])
 
     @property
     def cut_points(self) -> np.ndarray[Any, np.dtype[np.float64]]:
@@ -133,13 +134,13 @@ class AttributeBins:
     @property
     def information_value(self) -> float | None:
         """Of a target with two classes; infinite where a bin lacks one of them."""
-        evidence = self._model.evidence(self._index, None)
+        evidence = self._evidence()
         return None if evidence is None else evidence["information_value"]
 
     @property
     def event(self) -> str | None:
         """Of two classes the one that weight of evidence is about."""
-        evidence = self._model.evidence(self._index, None)
+        evidence = self._evidence()
         return None if evidence is None else evidence["event"]
 
     @property
@@ -170,7 +171,7 @@ class AttributeBins:
         adjustment
             A weight from 0 up, added to both classes of each bin; without it that of the bins.
         """
-        evidence = self._model.evidence(self._index, adjustment)
+        evidence = self._evidence(adjustment)
         return None if evidence is None else np.array(evidence["weights"], dtype=np.float64)
 
     def table(self, adjustment: float | None = None) -> Frame:
@@ -199,7 +200,7 @@ class AttributeBins:
         }
         for place, name in enumerate(self.classes if count else []):
             columns[f"weight of {name}"] = self.class_weights[:, place].tolist()
-        evidence = self._model.evidence(self._index, adjustment)
+        evidence = self._evidence(adjustment)
         if evidence is not None:
             columns["woe"] = evidence["weights"]
             columns["information_value"] = evidence["values"]
@@ -230,6 +231,10 @@ class AttributeBins:
         from ._plot import plot_bins
 
         return plot_bins(self, ax)
+
+    def _evidence(self, adjustment: float | None = None) -> dict[str, Any] | None:
+        checked = None if adjustment is None else as_adjustment("adjustment", adjustment)
+        return self._model.evidence(self._index, checked)
 
     def _json(self) -> str:
         return self._model.only(self._index).write()

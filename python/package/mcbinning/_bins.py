@@ -9,7 +9,16 @@ from typing import Any, Literal
 import numpy as np
 
 from . import _core
-from ._arguments import as_cut_points, as_names, as_share, as_weight, at_least, one_of
+from ._arguments import (
+    as_adjustment,
+    as_cut_points,
+    as_events,
+    as_names,
+    as_share,
+    as_weight,
+    at_least,
+    one_of,
+)
 from ._attribute import AttributeBins, results_of
 from ._errors import BinFileError, InputError, unknown_column
 from ._evaluation import Evaluation
@@ -54,8 +63,8 @@ class Bins:
 
     def __init__(self, model: _core.Model, left_out: Sequence[str] = ()) -> None:
         self._model = model
-        self._attributes = [variable["name"] for variable in model.attributes()]
-        self._targets = [variable["name"] for variable in model.targets()]
+        self._attributes = model.attribute_names()
+        self._targets = model.target_names()
         self._left_out = tuple(left_out)
         self._selected: dict[str | None, dict[str, int]] = {}
 
@@ -89,11 +98,12 @@ class Bins:
         """Find the results for a target, by attribute."""
         found = self._selected.get(target)
         if found is None:
-            found = {}
-            for index in self._model.select(target):
-                found[self._attributes[self._model.result(index)["attribute"]]] = index
+            found = {self._name_of(index): index for index in self._model.select(target)}
             self._selected[target] = found
         return found
+
+    def _name_of(self, result: int) -> str:
+        return self._attributes[self._model.variables_of(result)[0]]
 
     def __getitem__(self, key: str | tuple[str, str]) -> AttributeBins:
         name, target = key if isinstance(key, tuple) else (key, None)
@@ -196,7 +206,7 @@ class Bins:
         if engine is not None:
             warn(notes)
             form = _exported_form(as_)
-            named = [self._attributes[self._model.result(i)["attribute"]] for i in usable]
+            named = [self._name_of(index) for index in usable]
             from .engines._apply import apply_on
 
             return apply_on(engine, self._model, usable, named, form, suffix)
@@ -258,10 +268,8 @@ class Bins:
             counted, text = evaluate_on(engine, self._model, results, weight)
             return Evaluation(before, results_of(counted), Bins(counted), text)
         request = Request(table, names)
-        wanted = {self._attributes[self._model.result(i)["attribute"]] for i in results}
-        wanted |= {
-            self._targets[t] for t in {self._model.result(i)["target"] for i in results} - {None}
-        }
+        wanted = {self._name_of(index) for index in results}
+        wanted |= {bins.target for bins in before if bins.target is not None}
         columns = {name: request.index(name) for name in sorted(wanted)}
         place = request.add_weight(weight)
         counted, text = self._model.count_on(results, request.table, columns, place, "other data")
@@ -282,6 +290,8 @@ class Bins:
         keep: Mapping[str, Sequence[float]] | None = None,
         objective: Literal["gain", "iv"] = "gain",
         attributes: Sequence[str] | None = None,
+        event: Any = None,
+        woe_adjust: float | None = None,
     ) -> Bins:
         """Join neighbouring bins to the best ones that are as you want them. No data are needed.
 
@@ -295,7 +305,7 @@ class Bins:
         min_share, min_weight
             What every bin has of the weight: a share from 0 to 1, and a weight.
         min_event_weight, min_nonevent_weight
-            What every bin has of the two classes of a target; `event` of `fit` is which is which.
+            What every bin has of the two classes of a target; the event is one of them.
         monotonic
             How the event's share goes from the lowest bin up: "increasing", "decreasing",
             "either" of these, or with one "peak" or "valley". Equal shares are allowed.
@@ -311,6 +321,8 @@ class Bins:
             every bin has then.
         attributes
             Which are refined; all of them without it.
+        event, woe_adjust
+            As for `fit`; those of the bins without them.
 
         Returns
         -------
@@ -344,7 +356,8 @@ class Bins:
             settings.attributes = as_names(attributes)
             if not settings.attributes:
                 raise InputError("there are no attributes to refine")
-        return Bins(self._model.refine(settings), self._left_out)
+        adjustment = None if woe_adjust is None else as_adjustment("woe_adjust", woe_adjust)
+        return Bins(self._model.refine(settings, as_events(event), adjustment), self._left_out)
 
     def to_json(self) -> str:
         """Get the text of a bin file; every number reads back as the same double."""
@@ -424,7 +437,8 @@ class Bins:
             A weight from 0 up, added to both classes before weights of evidence are taken; with 0 a
             bin that lacks a class has an infinite one. Without it, the one of the bins.
         """
-        return self._model.html(adjustment)
+        checked = None if adjustment is None else as_adjustment("adjustment", adjustment)
+        return self._model.html(checked)
 
     def to_text(self) -> str:
         """Make the tables that ``mcbin`` prints."""

@@ -50,7 +50,10 @@ class Evaluation:
         """
         columns: dict[str, list[Any]] = {
             "attribute": [bins.name for bins in self._after],
-            "stability_index": [self.stability_index(bins.name) for bins in self._after],
+            "stability_index": [
+                stability_index(before, after)
+                for before, after in zip(self._before, self._after, strict=True)
+            ],
         }
         if self.bins.targets:
             columns["gain"] = [bins.information_gain for bins in self._before]

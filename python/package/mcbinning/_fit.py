@@ -7,7 +7,15 @@ from collections.abc import Iterable, Mapping, Sequence
 from typing import Any, Literal
 
 from . import _core
-from ._arguments import Closed, as_cut_points, as_share, as_weight, at_least, is_right
+from ._arguments import (
+    Closed,
+    as_adjustment,
+    as_cut_points,
+    as_events,
+    as_share,
+    at_least,
+    is_right,
+)
 from ._attribute import results_of
 from ._bins import Bins
 from ._errors import InputError, TargetError
@@ -116,13 +124,13 @@ def fit(
         "prebins": at_least("prebins", prebins, 2),
         "prebin_above": at_least("prebin_above", prebin_above, 0),
         "small_bins": as_share("small_bins", small_bins),
-        "woe_adjust": as_weight("woe_adjust", woe_adjust),
+        "woe_adjust": as_adjustment("woe_adjust", woe_adjust),
     }
     request = _make_request(table, names)
     targets = request.add_targets(target)
     call, left_out = request.plan(
         settings, targets, weight, attributes, categorical, missing, rounding, threads, temp_dir,
-        _events(event), distinct=distinct,
+        as_events(event), distinct=distinct,
     )  # fmt: skip
     return _run(request, call, left_out, progress)
 
@@ -131,10 +139,13 @@ def fit_equal_frequency(
     table: Any,
     bins: int = 10,
     *,
+    target: Any = None,
     weight: Any = None,
     attributes: Sequence[str] | None = None,
     categorical: Iterable[str] = (),
     missing: Mapping[str, Any] | None = None,
+    event: Any = None,
+    woe_adjust: float = 0.0,
     closed: Closed = "right",
     rounding: Literal["closest", "truncate"] = "closest",
     names: Sequence[str] | None = None,
@@ -151,25 +162,38 @@ def fit_equal_frequency(
         As for `fit`.
     bins
         How many, from 2 up. There are fewer where values are few or repeated.
-    weight, attributes, categorical, missing, closed, rounding, names, threads, progress, temp_dir,
-    distinct
+    target
+        As for `fit`: its classes are counted in the bins, which then have weights of evidence and
+        can be refined by event rates. Cut points do not depend on it; weights are those of the
+        rows that have a class. Not of an engine's table.
+    weight, attributes, categorical, missing, event, woe_adjust, closed, rounding, names, threads,
+    progress, temp_dir, distinct
         As for `fit`.
 
     Returns
     -------
     Bins
-        A result for each attribute.
+        A result for each attribute, and each target.
 
     Raises
     ------
     InputError, TableTypeError
         As for `fit`.
     """
-    settings = {"right_closed": is_right(closed), "bins": at_least("bins", bins, 2)}
+    if target is None and (event is not None or woe_adjust):
+        raise TargetError("event and woe_adjust are about a target; name it with target=")
+    settings = {
+        "right_closed": is_right(closed),
+        "bins": at_least("bins", bins, 2),
+        "woe_adjust": as_adjustment("woe_adjust", woe_adjust),
+    }
+    if target is not None and find_engine(table) is not None:
+        raise TargetError("equal-frequency bins of an engine's table do not count a target")
     request = _make_request(table, names)
+    targets = [] if target is None else request.add_targets(target)
     call, left_out = request.plan(
-        settings, [], weight, attributes, categorical, missing, rounding, threads, temp_dir,
-        distinct=distinct,
+        settings, targets, weight, attributes, categorical, missing, rounding, threads, temp_dir,
+        as_events(event), distinct=distinct,
     )  # fmt: skip
     return _run(request, call, left_out, progress)
 
@@ -256,7 +280,7 @@ def _run(request: Request, call: FitCall, left_out: list[str], progress: Progres
 def _notes(model: _core.Model, anew: list[int], left_out: list[str]) -> list[str]:
     notes = []
     results = results_of(model)
-    is_of_several = len(model.targets()) > 1
+    is_of_several = len(model.target_names()) > 1
     for result in results:
         if result.code and result.code not in _ONE_BIN:
             against = f" against {result.target}" if is_of_several else ""
@@ -269,11 +293,3 @@ def _notes(model: _core.Model, anew: list[int], left_out: list[str]) -> list[str
     if left_out:
         notes.append(f"not binned, as they are no numbers: {', '.join(left_out)}")
     return notes
-
-
-def _events(event: Any) -> list[str]:
-    """Write classes as texts: the library reads numbers in them where the target has numbers."""
-    if event is None:
-        return []
-    several = event if isinstance(event, (list, tuple)) else [event]
-    return [one if isinstance(one, str) else repr(float(one)) for one in several]

@@ -27,12 +27,13 @@ class Frame:
         Which end of an interval belongs to it: ``"right"`` or ``"left"``.
     """
 
-    __slots__ = ("_closed", "_core", "_names")
+    __slots__ = ("_closed", "_core", "_names", "_places")
 
     def __init__(self, core: _core.Frame, closed: str = "right") -> None:
         self._core = core
         self._closed = closed
         self._names = core.names()
+        self._places = {name: place for place, name in enumerate(self._names)}
 
     @property
     def columns(self) -> list[str]:
@@ -66,9 +67,7 @@ class Frame:
         KeyError
             There is no such column.
         """
-        if name not in self._names:
-            raise KeyError(name)
-        index = self._names.index(name)
+        index = self._places[name]
         form = self._core.format(index)
         if form == "+s":
             return np.column_stack(self._core.ends(index))

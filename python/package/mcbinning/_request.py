@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+from collections import Counter
 from collections.abc import Iterable, Mapping, Sequence
 from dataclasses import dataclass
 from typing import Any
@@ -56,13 +57,15 @@ class Request:
 
     def __init__(self, data: Any, names: Sequence[str] | None) -> None:
         self.table = as_table(data, names)
+        self._places: dict[str, int] = {}
 
     def index(self, name: str) -> int:
         """Find a column, and refuse one that has no values."""
-        names = self.table.names()
-        if name not in names:
-            raise unknown_column(name, names)
-        place = names.index(name)
+        if len(self._places) != self.table.width():
+            self._places = {known: place for place, known in enumerate(self.table.names())}
+        if name not in self._places:
+            raise unknown_column(name, list(self._places))
+        place = self._places[name]
         if self.table.role(place) == "other":
             raise TableTypeError(f"column {name!r} is of {self.table.type(place)}, not of values")
         return place
@@ -82,7 +85,7 @@ class Request:
         if isinstance(target, (list, tuple)) and all(isinstance(name, str) for name in target):
             if not target:
                 raise TargetError("supervised binning needs a target")
-            if all(name in self.table.names() for name in target) or len(target) != len(self.table):
+            if len(target) != len(self.table) or set(target) <= set(self.table.names()):
                 return list(target)
         if target is None:
             raise TargetError("supervised binning needs a target")
@@ -138,9 +141,10 @@ class Request:
         categorical_places = {self.index(name) for name in categorical}
         used = {*target_places} | ({weight_place} if weight_place is not None else set())
         chosen, left_out = self._choose(attributes, used, categorical_places)
-        for place in [*chosen, *target_places]:
-            if (chosen + target_places).count(place) > 1 or place == weight_place:
-                raise InputError(f"column {self.table.names()[place]!r} is used twice")
+        uses = Counter([*chosen, *target_places])
+        for place, count in uses.items():
+            if count > 1 or place == weight_place:
+                raise InputError(f"column {self.table.name(place)!r} is used twice")
         if not chosen:
             raise InputError("there is no column of numbers to bin; name others in attributes=")
         if len(self.table) == 0:

@@ -90,13 +90,13 @@ def column_of(data: Any, default_name: str) -> tuple[str, Any]:
 
 
 def _add_arrow(table: _core.Table, name: str, column: Any) -> None:
-    before = len(table.names())
+    before = table.width()
     if hasattr(column, "__arrow_c_stream__"):
         table.add_arrow_stream(column.__arrow_c_stream__(), name)
     else:
         schema, array = column.__arrow_c_array__()
         table.add_arrow_array(schema, array, name)
-    if table.names()[before:] != [name]:
+    if table.width() != before + 1 or table.name(before) != name:
         raise TableTypeError(f"column {name!r} is a table or a struct and no column")
 
 
