@@ -6,6 +6,7 @@
 #include "apply/bincounter.h"
 #include "apply/binvalues.h"
 #include "apply/columnview.h"
+#include "apply/updatedcounts.h"
 #include "apply/valuecoder.h"
 #include "apply/weightcoder.h"
 #include "export/binexport.h"

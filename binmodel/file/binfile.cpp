@@ -3,6 +3,7 @@
 #include <cfloat>
 #include <utility>
 
+#include "binmodel/file/cutpointmark.h"
 #include "binmodel/file/jsonprinter.h"
 #include "binmodel/model/bestsplit.h"
 #include "binmodel/model/severity.h"
@@ -92,6 +93,9 @@ ordered_json MakeResult(const BinModel& model, const AttributeBins& bins) {
                       {"severity", DescribeSeverity(bins.status)},
                       {"text", MCBinning::Describe(bins.status)}};
   object["cut_points"] = bins.cutPoints;
+  object["counted_cut_points"] = bins.hasMovedCutPoints
+                                     ? kMovedCutPoints
+                                     : MarkCutPoints(bins.cutPoints, model.settings.rightClosed);
   object["bin_weights"] = bins.binWeights;
   if (bins.target) object["class_weights"] = bins.classWeights;
   if (bins.missing) {

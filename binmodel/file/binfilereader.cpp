@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "binmodel/file/binfile.h"
+#include "binmodel/file/cutpointmark.h"
 #include "binmodel/file/jsontree.h"
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
@@ -336,6 +337,10 @@ class ResultReader {
       node.Refuse("'valid_weight' is above 'weight_with_missing'");
     }
     ReadBins(node, fModel.GetTarget(bins), bins);
+    if (const auto mark = node.FindMember("counted_cut_points")) {
+      bins.hasMovedCutPoints =
+          mark->GetText() != MarkCutPoints(bins.cutPoints, fModel.settings.rightClosed);
+    }
     if (const auto missing = node.FindMember("missing")) {
       bins.missing = ReadMissingBin(*missing, fModel.GetTarget(bins),
                                     bins.weightWithMissing - bins.validWeight);

@@ -53,6 +53,10 @@ struct AttributeBins {
   // Counted by the run, and by BinCounter; nothing when that is not known, as of a bin file of
   // version 1.
   std::optional<MissingBin> missing;
+
+  // Cut points were moved since the cases were counted, as by hand in a bin file: weights and
+  // measures are those of the bins before. WithCounts() takes counts of other data.
+  bool hasMovedCutPoints = false;
 };
 
 // Everything that a run found: what is printed, and what a bin file holds. A plain value; copies

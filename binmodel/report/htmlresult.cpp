@@ -255,7 +255,7 @@ std::string PlainRow(const BinModel& model, std::size_t result, const HtmlTarget
       HtmlText(name), FormatNumber(bins.validWeight),
       FormatNumber(missing != nullptr ? missing->weight
                                       : bins.weightWithMissing - bins.validWeight),
-      bins.distinctValues,
+      KnowsDistinctValues(bins) ? std::to_string(bins.distinctValues) : "–",
       bins.minimum && bins.maximum
           ? fmt::format("{} to {}", FormatNumber(*bins.minimum), FormatNumber(*bins.maximum))
           : "–");

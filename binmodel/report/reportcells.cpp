@@ -88,6 +88,10 @@ std::string WeightFact(const AttributeBins& bins) {
   return fact;
 }
 
+bool KnowsDistinctValues(const AttributeBins& bins) {
+  return bins.distinctValues > 0 || !bins.minimum;
+}
+
 std::string ValuesFact(const BinModel& model, const AttributeBins& bins,
                        const std::function<std::string(double)>& number) {
   if (!bins.minimum || !bins.maximum) return {};
@@ -95,6 +99,7 @@ std::string ValuesFact(const BinModel& model, const AttributeBins& bins,
   const std::string range =
       fmt::format("from {} to {}", number(*bins.minimum), number(*bins.maximum));
   // Equal-frequency bins know the values of all cases, but the range of those with the target.
+  if (!KnowsDistinctValues(bins)) return range;
   const bool ofAll = model.settings.algorithm == Algorithm::kEqualFrequency && LacksTarget(bins);
   return fmt::format("{} distinct values{} {}", bins.distinctValues,
                      ofAll ? " in all cases, with the target" : "", range);

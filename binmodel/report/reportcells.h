@@ -50,6 +50,9 @@ std::vector<double> SumCountedClassWeights(const AttributeBins& bins);
 // "weight 120 valid, 12 missing, 3 without target".
 std::string WeightFact(const AttributeBins& bins);
 
+// Whether they were counted: other data's are not.
+bool KnowsDistinctValues(const AttributeBins& bins);
+
 // "22 distinct values from 0.1 to 2.5", the values written by `number`; empty when no case is
 // valid.
 std::string ValuesFact(const BinModel& model, const AttributeBins& bins,

@@ -133,7 +133,9 @@ DataTable ListResults(const BinModel& model, const std::vector<std::size_t>& res
     table.Set("cut_points", Field(bins.cutPoints));
     table.Set("valid_weight", Field(bins.validWeight));
     table.Set("missing_weight", bins.missing ? Field(bins.missing->weight) : Field());
-    table.Set("distinct_values", Field(static_cast<double>(bins.distinctValues)));
+    table.Set("distinct_values", KnowsDistinctValues(bins)
+                                     ? Field(static_cast<double>(bins.distinctValues))
+                                     : Field());
     table.Set("minimum", bins.minimum);
     table.Set("maximum", bins.maximum);
     table.Set("status", Field(StatusCell(bins)));

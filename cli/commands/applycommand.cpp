@@ -85,6 +85,7 @@ int ApplyCommand(const ApplyOptions& options) {
   PrintNotes(writer.GetNotes());
   if (options.columns.form == MCBinModel::BinForm::kWeightOfEvidence) {
     PrintEvidenceNote(bins.model, bins.results);
+    PrintMovedCutPoints(bins.model, bins.results);
     const std::optional<std::string> infinite = writer.DescribeInfinite();
     if (infinite) PrintNote(*infinite + "; --woe-adjust WEIGHT makes them finite");
   }

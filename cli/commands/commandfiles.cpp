@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
+#include <numeric>
 #include <system_error>
 #include <utility>
 
@@ -120,6 +122,24 @@ void PrintEvidenceNote(const MCBinModel::BinModel& model, const std::vector<std:
   const MCBinModel::VariableInfo& target = *model.GetTarget(model.results[results.front()]);
   PrintNote(fmt::format("weight of evidence for the target {}, {}",
                         MCBinModel::QuotedText(target.name), MCBinModel::EventFact(model, target)));
+}
+
+std::vector<std::size_t> AllResults(const MCBinModel::BinModel& model) {
+  std::vector<std::size_t> results(model.results.size());
+  std::iota(results.begin(), results.end(), std::size_t{0});
+  return results;
+}
+
+void PrintMovedCutPoints(const MCBinModel::BinModel& model,
+                         const std::vector<std::size_t>& results) {
+  std::vector<std::size_t> moved;
+  std::copy_if(results.begin(), results.end(), std::back_inserter(moved),
+               [&](std::size_t index) { return model.results[index].hasMovedCutPoints; });
+  if (moved.empty()) return;
+  PrintNote(fmt::format(
+      "warning: cut points were moved since the cases were counted, so that weights and weights of "
+      "evidence are not those of these bins: {}; 'mcbin evaluate --update FILE' counts them anew",
+      NameResults(model, moved)));
 }
 
 std::vector<std::size_t> ChooseResults(const MCBinModel::BinModel& model,

@@ -40,6 +40,13 @@ MCBinModel::BinModel LoadBinFile(const std::string& path, const EvidenceOptions&
 // two classes.
 void PrintEvidenceNote(const MCBinModel::BinModel& model, const std::vector<std::size_t>& results);
 
+// The indexes of all results of a model.
+std::vector<std::size_t> AllResults(const MCBinModel::BinModel& model);
+
+// Warns of those of these results whose counts are older than their cut points, if there are any.
+void PrintMovedCutPoints(const MCBinModel::BinModel& model,
+                         const std::vector<std::size_t>& results);
+
 // The results of a bin file that a command uses: those of one target, without the ones that an
 // error left without bins; `notes` gets a line about these. Throws Refusal.
 std::vector<std::size_t> ChooseResults(const MCBinModel::BinModel& model,

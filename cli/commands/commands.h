@@ -108,7 +108,8 @@ struct ApplyOptions : DataOptions {
 };
 
 struct EvaluateOptions : DataOptions {
-  std::vector<std::string> inputs;  // none: standard input
+  std::vector<std::string> inputs;        // none: standard input
+  std::optional<std::string> updateFile;  // the bins with the counts of the only input
   TableOptions tables;
   std::optional<std::string> weight;  // unset: the bin file's
   bool unweighted = false;            // every record counts once, whatever the bin file says

@@ -8,6 +8,8 @@
 #include <system_error>
 #include <vector>
 
+#include "binmodel/apply/updatedcounts.h"
+#include "binmodel/file/binfile.h"
 #include "binmodel/model/refusal.h"
 #include "binmodel/model/resultselection.h"
 #include "binmodel/report/binreport.h"
@@ -21,6 +23,7 @@
 #include "cli/terminal/progressbar.h"
 #include "cli/terminal/resultstream.h"
 #include "csv/recordcount.h"
+#include "io/outputfile.h"
 
 namespace MCBin {
 
@@ -128,13 +131,35 @@ void PrintMissingLeftOut(const MCBinModel::BinModel& model,
   }
 }
 
+// The bins with the counts of the data, as a bin file.
+std::string MakeUpdatedFile(const EvaluateOptions& options, const BinsToUse& bins,
+                            const MCBinModel::NamedRecount& data) {
+  const bool hasTarget = data.recount.results.front().counts.target.has_value();
+  if (TargetName(bins) != nullptr && !hasTarget) {
+    throw MCBinModel::Refusal(MCBinModel::RefusalCode::kInput, {data.name, *TargetName(bins), {}},
+                              "without the target column there are no classes to count anew");
+  }
+  MCBinModel::BinModel updated = MCBinModel::WithCounts(bins.model, data.recount);
+  MCBinModel::BinSource& source = updated.source;
+  const NumberFormat numbers = options.format.GetNumbers({source.decimal, source.thousands});
+  source.name = data.name;
+  source.delimiter = options.format.delimiter.value_or(source.delimiter);
+  source.decimal = numbers.decimal;
+  source.thousands = numbers.thousands;
+  source.missingTexts = options.missingTexts.GetAll(source.missingTexts, numbers);
+  source.weight = ChooseWeight(options, source);
+  return MCBinModel::WriteBinFile(updated);
+}
+
 }  // namespace
 
 int EvaluateCommand(const EvaluateOptions& options) {
   std::vector<CommandInput> inputs = {{"the bin file", options.binFile}};
   for (const std::string& path : options.inputs) inputs.push_back({"the data", path});
-  CheckFiles(inputs, {});
+  CheckFiles(inputs, {{"--update", options.updateFile}});
   const MCBinModel::TextStyle style = MakeTextStyle(options.tables);
+  std::optional<OutputFile> updateFile;
+  if (options.updateFile) updateFile.emplace(*options.updateFile);
   ResultStream out;
   const BinsToUse bins(options);
   std::vector<MCBinModel::NamedRecount> data;
@@ -142,7 +167,14 @@ int EvaluateCommand(const EvaluateOptions& options) {
     data.push_back(options.inputs.size() == 1 ? CountFile(options, bins, path, false)
                                               : CountOneOfSeveral(options, bins, path));
   }
-  if (!options.quiet) PrintMissingLeftOut(bins.model, data);
+  if (!options.quiet) {
+    PrintMissingLeftOut(bins.model, data);
+    if (!updateFile) PrintMovedCutPoints(bins.model, bins.results);
+  }
+  if (updateFile) {
+    updateFile->Write(MakeUpdatedFile(options, bins, data.front()));
+    updateFile->Commit();
+  }
   MCBinModel::WriteEvaluationReport(bins.model, data, style,
                                     [&](std::string_view text) { out.Write(text); });
   out.Close();

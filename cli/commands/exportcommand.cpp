@@ -80,6 +80,7 @@ int ExportCommand(const ExportOptions& options) {
   PrintNotes(notes);
   if (options.columns.form == MCBinModel::BinForm::kWeightOfEvidence) {
     PrintEvidenceNote(model, results);
+    PrintMovedCutPoints(model, results);
     PrintInfinite(model, results, options.columns.missingText);
   }
   return kExitDone;

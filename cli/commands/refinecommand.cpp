@@ -8,8 +8,9 @@ namespace MCBin {
 int RefineCommand(const RefineOptions& options) {
   CheckModelOutput({"the bin file", options.binFile}, options);
   ModelOutput output(options);
-  const MCBinModel::BinModel refined =
-      Refine(LoadBinFile(options.binFile, options.evidence), options.settings, options.quiet);
+  const MCBinModel::BinModel model = LoadBinFile(options.binFile, options.evidence);
+  if (!options.quiet) PrintMovedCutPoints(model, AllResults(model));
+  const MCBinModel::BinModel refined = Refine(model, options.settings, options.quiet);
   output.Write(refined);
   return ExitCodeOf(refined, options.strict);
 }

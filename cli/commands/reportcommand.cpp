@@ -1,5 +1,4 @@
 #include <cstddef>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -17,12 +16,12 @@ int ReportCommand(const ReportOptions& options) {
   CheckFiles({{"the bin file", options.binFile}}, {{"--output", options.output}});
   ResultStream out;
   const MCBinModel::BinModel model = LoadBinFile(options.binFile, options.evidence);
-  std::vector<std::size_t> results(model.results.size());
-  std::iota(results.begin(), results.end(), std::size_t{0});
+  const std::vector<std::size_t> results = AllResults(model);
   std::vector<std::string> notes;
   MCBinModel::LeaveOutFailedResults(model, results, notes, options.binFile);
   WriteOutput(options.output, MCBinModel::MakeHtmlReport(model), out);
   PrintNotes(notes);
+  PrintMovedCutPoints(model, results);
   return kExitDone;
 }
 

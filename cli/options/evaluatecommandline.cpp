@@ -4,6 +4,7 @@
 #include "cli/commands/commands.h"
 #include "cli/options/commandline.h"
 #include "cli/options/commandoptions.h"
+#include "cli/terminal/usageerror.h"
 
 namespace MCBin {
 
@@ -32,6 +33,10 @@ EvaluateOptions Finish(RawOptions raw) {
   ParseReading(raw.reading, raw.evaluate);
   ParseTables(raw.tables, raw.evaluate.tables);
   if (raw.evaluate.inputs.empty()) raw.evaluate.inputs = {"-"};
+  if (raw.evaluate.updateFile &&
+      (raw.evaluate.inputs.size() > 1 || raw.evaluate.updateFile == "-")) {
+    throw UsageError("--update: give one data file, and a file to write");
+  }
   return raw.evaluate;
 }
 
@@ -49,6 +54,10 @@ void AddEvaluateCommand(CLI::App& app, CommandAction& action) {
   AddTargetOfBins(command, evaluate.target);
   {
     const OptionGroup group(command, "Output");
+    command
+        .add_option("--update", evaluate.updateFile,
+                    "write the bins with the counts of the data to FILE")
+        ->type_name("FILE");
     AddTables(command, raw->tables, evaluate.tables);
   }
   {

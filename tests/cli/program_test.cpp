@@ -169,6 +169,54 @@ TEST(EqualFrequency, NotesBinsWithoutACaseOfTheTarget) {
       << run.err;
 }
 
+// A cut point moved by hand makes the counts beside it stale.
+TEST(Evaluate, UpdatesTheCountsOfMovedCutPoints) {
+  const Program program;
+  const std::string run = "supervised -t diagnosis --attributes worst_area,worst_texture ";
+  ASSERT_EQ(program.Run(run + "examples/wdbc.csv --json bins.json").exitCode, 0);
+  const json original = json::parse(program.Read("bins.json"));
+  json moved = original;
+  moved["results"][0]["cut_points"][0] = 710;
+  program.Write("moved.json", moved.dump());
+  moved["results"][0].erase("counted_cut_points");
+  program.Write("unmarked.json", moved.dump());
+  const auto warns = [&](const std::string& command) {
+    const std::string err = program.Run(command).err;
+    const bool namesOther = err.find("worst_texture") != std::string::npos;
+    return !namesOther && err.find("these bins: 'worst_area'; 'mcbin eval") != std::string::npos;
+  };
+  const std::string data = " examples/wdbc.csv";
+  for (const char* command :
+       {"apply --as woe ", "apply --quiet --as woe ", "apply --as label ", "evaluate ",
+        "export --format sql --table t --woe-adjust 1 --as woe ", "report "}) {
+    const std::string words = command;
+    const bool readsData = words[0] == 'a' || words.substr(0, 2) == "ev";
+    const bool usesWeights = words[0] != 'a' || words == "apply --as woe ";
+    EXPECT_EQ(warns(words + "moved.json" + (readsData ? data : "")), usesWeights) << command;
+    EXPECT_FALSE(warns(words + "bins.json" + (readsData ? data : ""))) << command;
+    EXPECT_FALSE(warns(words + "unmarked.json" + (readsData ? data : ""))) << command;
+  }
+  EXPECT_TRUE(warns("refine --max-bins 2 moved.json --json refined.json"));
+  EXPECT_TRUE(warns("report refined.json")) << "joined bins are no better than what was joined";
+
+  ASSERT_EQ(program.Run("evaluate moved.json --update new.json" + data).exitCode, 0);
+  EXPECT_FALSE(warns("report new.json"));
+  const json updated = json::parse(program.Read("new.json"));
+  EXPECT_NE(updated["results"][0]["class_weights"], original["results"][0]["class_weights"]);
+  EXPECT_EQ(updated["results"][0]["cut_points"], moved["results"][0]["cut_points"]);
+  json same = original;
+  same["results"][1]["distinct_values"] = 0;
+  EXPECT_EQ(updated["results"][1], same["results"][1]);
+  EXPECT_EQ(updated["source"], original["source"]);
+
+  program.Write("none.csv", "worst_area,worst_texture\n1,2\n");
+  EXPECT_EQ(program.Run("evaluate bins.json none.csv --update none.json").exitCode, 1);
+  EXPECT_EQ(program.Run("evaluate bins.json none.csv none.csv --update none.json").exitCode, 2);
+  EXPECT_EQ(program.Files(),
+            (std::vector<std::string>{"bins.json", "moved.json", "new.json", "none.csv",
+                                      "refined.json", "unmarked.json"}));
+}
+
 TEST(Help, IsShortOrLongAndComesWithoutAQuestion) {
   const Program program;
   const auto alone = program.Run("");

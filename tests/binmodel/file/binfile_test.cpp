@@ -37,13 +37,14 @@ json Example() {
                  "event": "n", "user_missing": {"values": ["q"]}}],
     "results": [
       {"attribute": "a", "target": "y", "status": {"code": 0, "severity": "ok", "text": "ok"},
-       "cut_points": [0.1, 2.5], "bin_weights": [3, 0, 4], "class_weights": [[3, 0], [0, 0], [1, 3]],
+       "cut_points": [0.1, 2.5], "counted_cut_points": "moved", "bin_weights": [3, 0, 4], "class_weights": [[3, 0], [0, 0], [1, 3]],
        "missing": {"weight": 1, "class_weights": [0, 1]},
        "valid_weight": 7, "weight_with_missing": 8, "distinct_values": 5, "minimum": -1.5,
        "maximum": 3, "model_entropy": 0.46, "information_gain": 0.5},
       {"attribute": "c", "target": "y",
        "status": {"code": 120015, "severity": "warning", "text": "no valid case"},
-       "cut_points": [], "bin_weights": [], "class_weights": [], "valid_weight": 0,
+       "cut_points": [], "counted_cut_points": "af63bd4c8601b7df",
+       "bin_weights": [], "class_weights": [], "valid_weight": 0,
        "weight_with_missing": 8, "distinct_values": 0,
        "best_split": {"cut_point": 3, "gain": 0.25, "threshold": 0.3, "meaning": "close"}}],
     "refinements": ["at most 3 bins"]})");
