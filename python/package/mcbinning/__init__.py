@@ -8,6 +8,8 @@ bins["age"].cut_points
 bins.apply(table, as_="label")
 """
 
+from typing import TYPE_CHECKING, Any
+
 from ._attribute import AttributeBins
 from ._bins import Bins, load, sql_dialects
 from ._core import version as __version__
@@ -28,6 +30,9 @@ from ._errors import (
 from ._evaluation import Evaluation
 from ._fit import fit, fit_equal_frequency, from_cut_points
 from ._frame import Frame
+
+if TYPE_CHECKING:
+    from . import engines as engines
 
 __all__ = [
     "AttributeBins",
@@ -53,3 +58,12 @@ __all__ = [
     "load",
     "sql_dialects",
 ]
+
+
+def __getattr__(name: str) -> Any:
+    """Import `engines` when it is asked for, as most tables are in memory."""
+    if name == "engines":
+        import importlib
+
+        return importlib.import_module(".engines", __name__)
+    raise AttributeError(f"module {__name__!r} has no attribute {name!r}")

@@ -20,6 +20,7 @@ from ._arguments import (
     one_of,
 )
 from ._attribute import AttributeBins, results_of
+from ._engine import find_engine
 from ._errors import BinFileError, InputError, unknown_column
 from ._evaluation import Evaluation
 from ._files import Path, write_text
@@ -28,7 +29,6 @@ from ._notebook import in_notebook
 from ._request import Request
 from ._table import as_table
 from ._warning import warn
-from .engines import find_engine
 
 Form = Literal["index", "label", "woe", "interval"]
 Trend = Literal["increasing", "decreasing", "either", "peak", "valley"]

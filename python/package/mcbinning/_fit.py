@@ -18,13 +18,13 @@ from ._arguments import (
 )
 from ._attribute import results_of
 from ._bins import Bins
+from ._engine import find_engine
 from ._errors import InputError, TargetError
 from ._files import Path
 from ._progress import Progress, reporting
 from ._request import FitCall, Request
 from ._table import check_names
 from ._warning import warn
-from .engines import find_engine
 
 _ONE_BIN = (120017, 120019)  # that no cut point says anything is an answer like any other
 

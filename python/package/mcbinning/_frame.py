@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import html
 from collections.abc import Iterator
 from typing import Any
 
@@ -135,6 +134,8 @@ class Frame:
         return "\n".join(lines)
 
     def _repr_html_(self) -> str:
+        import html
+
         def line(cells: list[str], tag: str) -> str:
             return "<tr>" + "".join(f"<{tag}>{html.escape(c)}</{tag}>" for c in cells) + "</tr>"
 
