@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "binmodel/model/usermissing.h"
+#include "binmodel/text/boolean.h"
 #include "binmodel/text/number.h"
 #include "common/missing.h"
 #include "csv/numberformat.h"
@@ -23,7 +24,10 @@ ColumnScan::Sighting MakeSighting(std::uint64_t line, std::string_view text) {
 }  // namespace
 
 ColumnScan::ColumnScan(const ColumnRequest& request)
-    : fMayBeCategorical(request.MayBeCategorical()) {
+    : fMayBeCategorical(request.MayBeCategorical()),
+      fForm(request.kind == KindRequest::kDetect && !fMayBeCategorical ? Form::kUnknown
+                                                                       : Form::kNumbers),
+      fMissingTexts(request.missing.values) {
   if (!fMayBeCategorical) return;
   fNumbers.emplace(kMaxCategories + 1);
   fTexts.emplace(kMaxCategories + 1);
@@ -40,10 +44,54 @@ ColumnScan::Value ColumnScan::GetMissing() const {
 ColumnScan::Value ColumnScan::Add(const CsvField& field, std::uint64_t line, bool counts) {
   Value value = GetMissing();
   ++fFieldCount;
-  if (!fFirstText) value.ifNumeric = AddNumber(field, line, counts);
+  if (fForm == Form::kUnknown) fForm = FormOf(field);
+  if (!fFirstText) {
+    value.ifNumeric =
+        fForm == Form::kBooleans ? AddBoolean(field, line) : AddNumber(field, line, counts);
+  }
   if (fFirstText && fDifferentTexts.size() <= kMostStrayTexts) CountText(field);
   if (fTexts && counts) value.ifTexts = AddText(field.text, line);
   return value;
+}
+
+ColumnScan::Form ColumnScan::FormOf(const CsvField& field) const {
+  const MCBinModel::NumberKind kind = ParseNumber(field).kind;
+  if (kind == MCBinModel::NumberKind::kNaN) return Form::kUnknown;
+  const bool isBoolean =
+      kind == MCBinModel::NumberKind::kText && MCBinModel::ParseBoolean(field.text);
+  return isBoolean ? Form::kBooleans : Form::kNumbers;
+}
+
+double ColumnScan::AddBoolean(const CsvField& field, std::uint64_t line) {
+  const auto boolean = MCBinModel::ParseBoolean(field.text);
+  if (!fFirstBoolean) {
+    fFirstBoolean = MakeSighting(line, field.text);
+    fBooleanPair = boolean->pair;
+  }
+  const bool isMissing =
+      std::find(fMissingTexts.begin(), fMissingTexts.end(), field.text) != fMissingTexts.end();
+  const bool isNaN = !boolean && ParseNumber(field).kind == MCBinModel::NumberKind::kNaN;
+  if (isMissing || isNaN) return GetMissing().ifNumeric;
+  if (boolean && boolean->pair == fBooleanPair) {
+    std::string& known = fBooleans[boolean->isTrue ? 1 : 0];
+    if (known.empty()) known = field.text;
+    if (known == field.text) return boolean->isTrue ? 1.0 : 0.0;
+  }
+  MakeBooleansTexts();
+  return GetMissing().ifNumeric;
+}
+
+// The column holds another text: none of them is a stray one.
+void ColumnScan::MakeBooleansTexts() {
+  fFirstText = fFirstBoolean;
+  fTextFieldCount = fFieldCount - 1;
+  fDifferentTexts = GetBooleans();
+}
+
+std::vector<std::string> ColumnScan::GetBooleans() const {
+  std::vector<std::string> texts(fBooleans.begin(), fBooleans.end());
+  std::erase(texts, "");
+  return texts;
 }
 
 double ColumnScan::AddNumber(const CsvField& field, std::uint64_t line, bool counts) {
@@ -116,6 +164,7 @@ const std::optional<ColumnScan::Sighting>& ColumnScan::GetFirstBeyond() const {
 }
 
 int ColumnScan::GetCategoryCount() const {
+  if (IsBoolean()) return static_cast<int>(GetBooleans().size());
   return IsNumeric() ? fNumbers->GetNumberOfCategories() : fTexts->GetNumberOfCategories();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -18,7 +20,9 @@ namespace MCBin {
 // when it may be categorical.
 //
 // Whether a column is numeric is known at the end only, so its categories are coded both
-// as numbers and as texts until one of the two is ruled out.
+// as numbers and as texts until one of the two is ruled out. What an attribute's column may be
+// without being named is decided by its first field: numbers, or booleans (see ParseBoolean()) with
+// one text for yes and one for no.
 //
 //   Memory   at most kMaxCategories + 1 categories of each kind, of at most
 //            kMaxCategoryBytes bytes; then the column's categories are given up.
@@ -59,11 +63,15 @@ class ColumnScan {
   // is dropped for its weight: it says something about the kind, but adds no category.
   Value Add(const CsvField& field, std::uint64_t line, bool counts);
 
-  // Every field so far is a number, or NaN, or infinite.
+  // Every field so far is a number, or NaN, or infinite; or all are booleans.
   bool IsNumeric() const { return !fFirstText; }
 
   // Every field so far is a whole number.
   bool IsWhole() const { return fIsWhole && IsNumeric(); }
+
+  // Every field so far is a boolean. The texts there are, by code: no comes first.
+  bool IsBoolean() const { return fForm == Form::kBooleans && !fFirstText; }
+  std::vector<std::string> GetBooleans() const;
 
   // Some number would be none with a decimal comma; of those before and among few texts.
   bool HasDecimalPoint() const { return fHasDecimalPoint; }
@@ -86,12 +94,23 @@ class ColumnScan {
   int GetCategoryCount() const;
 
  private:
+  // What the first field that is not NaN makes of a column.
+  enum class Form { kUnknown, kNumbers, kBooleans };
+
+  Form FormOf(const CsvField& field) const;
+  double AddBoolean(const CsvField& field, std::uint64_t line);
+  void MakeBooleansTexts();
   double AddNumber(const CsvField& field, std::uint64_t line, bool counts);
   double AddText(std::string_view text, std::uint64_t line);
   void CountText(const CsvField& field);
   void LookForDecimalPoint(const CsvField& field, const MCBinModel::ParsedNumber& number);
 
   bool fMayBeCategorical;
+  Form fForm = Form::kUnknown;
+  std::vector<std::string> fMissingTexts;  // of booleans
+  std::array<std::string, 2> fBooleans;    // the texts for no and yes, empty where there is none
+  std::size_t fBooleanPair = 0;
+  std::optional<Sighting> fFirstBoolean;
   std::optional<Sighting> fFirstText;
   std::optional<Sighting> fFirstInfinite;
   bool fIsWhole = true;

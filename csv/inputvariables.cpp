@@ -83,7 +83,7 @@ class Builder {
   }
 
   void AddAttribute(const ColumnRequest& request, const ColumnScan& scan, std::size_t column) {
-    const bool categorical = request.kind == KindRequest::kCategorical;
+    const bool categorical = request.kind == KindRequest::kCategorical || scan.IsBoolean();
     if (!categorical && !scan.IsNumeric()) {
       LeaveOutText(request, scan);
       return;
@@ -219,7 +219,10 @@ class Builder {
                                            const ColumnScan& scan) const {
     MCBinModel::VariableInfo info{
         request.name, MCBinModel::VariableKind::kStringCategorical, {}, {}, {}};
-    if (scan.IsNumeric()) {
+    if (scan.IsBoolean()) {
+      info.missing = request.missing.ForTexts();
+      info.texts = scan.GetBooleans();
+    } else if (scan.IsNumeric()) {
       info.kind = MCBinModel::VariableKind::kNumericCategorical;
       info.missing = request.missing.ForNumbers();
       for (int code = 0; code < scan.GetCategoryCount(); ++code) {

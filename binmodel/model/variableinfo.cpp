@@ -1,5 +1,6 @@
 #include "binmodel/model/variableinfo.h"
 
+#include "binmodel/text/boolean.h"
 #include "binmodel/text/number.h"
 
 namespace MCBinModel {
@@ -14,6 +15,12 @@ std::string VariableInfo::GetLabel(std::size_t code) const {
 
 std::size_t VariableInfo::GetEvent() const {
   if (event) return *event;
+  if (kind == VariableKind::kStringCategorical) {
+    const auto first = ParseBoolean(texts[0]);
+    const auto second = ParseBoolean(texts[1]);
+    const bool areOnePair = first && second && first->pair == second->pair;
+    if (areOnePair && first->isTrue != second->isTrue) return first->isTrue ? 0 : 1;
+  }
   const bool isNumeric = kind == VariableKind::kNumericCategorical;
   const bool firstIsEvent = isNumeric ? numbers[0] > numbers[1] : texts[0] > texts[1];
   return firstIsEvent ? 0 : 1;

@@ -35,9 +35,9 @@ struct MCBINMODEL_API VariableInfo {
   // The category of a code, as text. Requires code < GetCategoryCount().
   std::string GetLabel(std::size_t code) const;
 
-  // The code of the event: the chosen one, else the larger number or the text that comes later in
-  // byte order (1 of 0 and 1, yes of no and yes), so that it does not depend on the order of the
-  // records. Requires two categories.
+  // The code of the event: the chosen one, else what is true (of true and false, yes and no, t and
+  // f, y and n in any letter case), the larger number or the text that comes later in byte order,
+  // so that it does not depend on the order of the records. Requires two categories.
   std::size_t GetEvent() const;
 };
 

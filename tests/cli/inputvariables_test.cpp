@@ -65,6 +65,12 @@ const Columns kKinds[] = {
     {"MissingTextsAreAdded", "a,y\n?,x\nNA,z\n1,x\n-999.0,z\n", "y --na ?,-999",
      R"(y["x","z"] | a)"},
     {"MissingTextsAreReplaced", "a,y\n1,x\n2,NA\n", "y --na-only ?", R"(y["NA","x"] | a)"},
+    {"BooleansAreCategoriesNoFirst", "a,b,y\ntrue,Yes,x\n,No,z\nfalse,nan,x\n", "y",
+     R"(y["x","z"] | a["false","true"] b["No","Yes"])"},
+    {"BooleansInTwoSpellingsAreTexts", "a,b,c,y\nno,t,1,x\nNO,true,2,z\n", "y",
+     R"(y["x","z"] | c)"},
+    {"UserMissingBooleanIsNoCategory", "a,b,y\nt,1,x\nf,2,z\n", "y --missing a=f",
+     R"(y["x","z"] | b)"},
     {"ManyTextsOfFewNumbers", "a,y\n1," + std::string(300, '0') + "1\n2,2\n", "y", "y[1,2] | a"},
 };
 
@@ -111,7 +117,8 @@ TEST(InputVariables, AreGivenTheAdviceThatHelps) {
       {"2.5", "1,234.5", "", "; --thousands , reads them\n"},
       {"2", "\"\"", "", "; read it as missing with --na '\"\"'\n"},
       {"2", "q\x01", "", "is no number: 'q\\x01'\n"},
-      {"2", cut, "", "\xE2\x80\xA6'\n"}};
+      {"2", cut, "", "\xE2\x80\xA6'\n"},
+      {"yes", "maybe", "", "not numeric: 'a' (line 2: yes); --cat"}};
   const Program program;
   for (const auto& [number, text, options, advice] : examples) {
     std::string content = "a;b;y\n";

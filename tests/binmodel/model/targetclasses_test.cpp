@@ -55,6 +55,17 @@ TEST_P(OrderClassesTest, MovesWeightsAndEventWithTheClasses) {
   EXPECT_EQ(model.targets[1].GetLabel(model.targets[1].GetEvent()), "10") << "the larger one";
 }
 
+TEST(Event, IsWhatIsTrueOrComesLater) {
+  const auto eventOf = [](const std::vector<std::string>& texts) {
+    const VariableInfo target{"t", VariableKind::kStringCategorical, {}, {}, texts};
+    return texts[target.GetEvent()];
+  };
+  EXPECT_EQ(eventOf({"True", "false"}), "True");
+  EXPECT_EQ(eventOf({"no", "YES"}), "YES");
+  EXPECT_EQ(eventOf({"YES", "true"}), "true") << "two ways to say yes";
+  EXPECT_EQ(eventOf({"T", "no"}), "no") << "of two pairs";
+}
+
 const Order kOrders[] = {
     {"NumbersAscendingAndTexts", {}, {{1, 2}, {9, 10}, {1, 2, 3}}},
     {"NamedOnesFirst", {"yes", "b", "c", "b"}, {{2, 1}, {9, 10}, {2, 3, 1}}},
