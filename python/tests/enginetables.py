@@ -124,8 +124,12 @@ def compare(seed, make_table):
         for engine in (DuckDbTable, PostgresTable, SparkTable) if seed % 5 else ():
             patch.setattr(engine, "most_ranges", 16)  # more rounds than so few rows would take
             patch.setattr(engine, "most_values", 20)
-        found = outcome(function, make_table(table), arguments | {"distinct": counts})
+        told = []
+    more = {"distinct": counts, "progress": lambda *done: told.append(done)}
+    found = outcome(function, make_table(table), arguments | more)
+    assert told == sorted(told), seed
     expected = outcome(function, in_memory(table, **arguments), arguments)
+    counts = counts or arguments.get("prebin_above") == 0
     if not counts and isinstance(expected[0], dict) and isinstance(found[0], dict):
         for one, other in zip(found[0]["results"], expected[0]["results"]):
             assert one.pop("distinct_values") <= other.pop("distinct_values"), seed

@@ -2,7 +2,9 @@
 
 import json
 import os
+import signal
 import sys
+import threading
 import warnings
 
 import duckdb
@@ -196,8 +198,10 @@ def test_values_over_all_orders_of_magnitude_take_few_rounds(monkeypatch):
         found = fit(rows, attributes=["wide", "narrow"], distinct=True, **options)
         assert len(asked) <= 12, "of two attributes, with one for the weights and the classes each"
         assert found == fit(table, attributes=["wide", "narrow"], **options)
+        told.clear()
         fit(rows, progress=lambda *done: told.append(done), **options)
-        assert told[-1][0] == told[-1][1]
+        assert len(told) >= 3, "after every round"
+        assert told[-1][0] == told[-1][1] == max(told)[1]
 
 
 def test_bad_input_is_refused_before_anything_is_counted(monkeypatch):
@@ -252,6 +256,47 @@ def test_bad_input_is_refused_before_anything_is_counted(monkeypatch):
         bins.apply(rows.project("y"))
     with pytest.raises(mb.UnknownColumnError):
         bins.evaluate(rows.project("y"))
+
+
+def test_all_values_are_collected_but_for_the_inside_of_runs(monkeypatch):
+    rows = next(duckdb_tables())(rare := rare_events())
+    answered = []
+    ask = _duckdb.DuckDbTable._ask
+
+    def count_rows(self, query):
+        answer = ask(self, query)
+        answered.append(len(next(iter(answer.values()))))
+        return answer
+
+    monkeypatch.setattr(_duckdb.DuckDbTable, "_ask", count_rows)
+    monkeypatch.setattr(_duckdb.DuckDbTable, "most_ranges", 4096)
+    monkeypatch.setattr(_duckdb.DuckDbTable, "most_values", 4096)
+    for closed in "right", "left":
+        options = {"target": "y", "prebin_above": 0, "closed": closed}
+        found = mb.fit(rows, **options, most_values=40_000)
+        assert found == mb.fit(rare, **options)
+        assert len(found["a"].cut_points) > 0
+        assert max(answered) < 40_000
+    with pytest.raises(mb.InputError, match=r"more than 5,000 .* 200,000 rows.*most_values="):
+        mb.fit(rows, "y", prebin_above=0, most_values=5_000)
+
+
+def rare_events():
+    """A hundred rows of one class among 200,000 of the other, all values different."""
+    rng = np.random.default_rng(4)
+    n = 200_000
+    y = np.zeros(n)
+    y[rng.choice(n // 3, 100, replace=False)] = 1
+    return {"a": np.arange(n) + 0.5, "y": y}
+
+
+def test_ctrl_c_stops_the_engine():
+    connection = duckdb.connect()
+    rows = connection.sql("select random() as a, random() < 0.5 as y from range(1000000000000)")
+    threading.Timer(0.2, lambda: os.kill(os.getpid(), signal.SIGINT)).start()
+    with pytest.raises(KeyboardInterrupt):
+        mb.fit(rows, "y")
+    assert connection.sql("select 1").fetchall() == [(1,)]
 
 
 def test_rows_that_change_between_rounds_are_noticed():

@@ -49,6 +49,7 @@ def fit(
     progress: Progress = None,
     temp_dir: Path | None = None,
     distinct: bool = False,
+    most_values: int = 2_000_000,
 ) -> Bins:
     """Cut attributes where the classes of a target change, by minimum description length.
 
@@ -103,6 +104,9 @@ def fit(
         must meet. Otherwise there may be more than `AttributeBins.distinct_values` when it is above
         `prebin_above`; that of `fit_equal_frequency` is what was met, 1,001 at most. Tables in
         memory always count them.
+    most_values
+        Of an engine's table: without pre-bins, how many different values of an attribute are
+        collected at most, counted by class. Some 100 bytes each.
 
     Returns
     -------
@@ -131,6 +135,7 @@ def fit(
     call, left_out = request.plan(
         settings, targets, weight, attributes, categorical, missing, rounding, threads, temp_dir,
         as_events(event), distinct=distinct,
+        most_values=at_least("most_values", most_values, 1),
     )  # fmt: skip
     return _run(request, call, left_out, progress)
 

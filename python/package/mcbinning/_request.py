@@ -33,6 +33,7 @@ class FitCall:
     threads: int
     temp_dir: str
     counts_distinct: bool = False
+    most_values: int = 0
 
     def run(self, table: _core.Table, report: Report) -> tuple[_core.Model, list[int]]:
         """Bin a table; answers the bins, and which of them were counted anew."""
@@ -130,6 +131,7 @@ class Request:
         events: Sequence[str] = (),
         *,
         distinct: bool = False,
+        most_values: int = 0,
     ) -> tuple[FitCall, list[str]]:
         """Check what a run is told; answers it, and the columns that are not binned."""
         if rounding not in ("closest", "truncate"):
@@ -165,6 +167,7 @@ class Request:
             at_least("threads", threads, 0),
             os.fspath(temp_dir) if temp_dir is not None else system_temp_dir(),
             distinct,
+            most_values,
         )
         return call, left_out
 

@@ -28,6 +28,10 @@ _TIMES = {
 }
 
 
+# What DuckDB raises when it has stopped a query because a signal came.
+_INTERRUPTED = "Query interrupted"
+
+
 def _quote_text(text: str) -> str:
     return "'" + text.replace("'", "''") + "'"
 
@@ -49,6 +53,7 @@ class DuckDbTable:
     dialect = DIALECT
     most_ranges = 65_536
     most_values = 524_288
+    side_by_side = 1
 
     def __init__(self, relation: Any) -> None:
         self._relation = relation
@@ -62,7 +67,12 @@ class DuckDbTable:
         return [self._ask(query) for query in queries]
 
     def _ask(self, query: str) -> Answer:
-        found = self.derive(query).fetchnumpy()
+        try:
+            found = self.derive(query).fetchnumpy()
+        except RuntimeError as error:
+            if str(error) != _INTERRUPTED:
+                raise
+            raise KeyboardInterrupt from None
         return {name: np.asarray(column) for name, column in found.items()}
 
     def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:

@@ -5,7 +5,7 @@ from __future__ import annotations
 import json
 from collections.abc import Sequence
 from dataclasses import replace
-from typing import Any
+from typing import Any, Literal
 
 import numpy as np
 
@@ -21,8 +21,8 @@ from ._sql import Array, Cases, Engine, MissingValues
 # Up to there different values are counted where no setting says so.
 _DISTINCT_COUNTED = 1000
 
-# Of an attribute whose values must all be known: how many are collected at most.
-MOST_VALUES = 2_000_000
+# With so many categories of an attribute and a target, no limit of values is reached.
+_MOST_PAIRS = 256 * 256
 
 
 class EngineRequest(Request):
@@ -89,15 +89,25 @@ class _Run:
             for target in targets or [None]
             for attribute in self._call.attributes
         ]
-        summaries = self._summarise(pairs)
-        distinct = self._count_distinct(pairs, summaries)
-        for place, (pair, summary) in enumerate(zip(pairs, summaries, strict=True)):
-            result, counted_anew = self._bin(*pair, summary)
-            result["distinct_values"] = distinct[place]
-            file["results"].append(result)
-            if counted_anew:
-                anew.append(place)
+        told = _Told(self._report, len(pairs))
+        size = self._engine.side_by_side if self._needs_all_values else len(pairs)
+        for first in range(0, len(pairs), size):
+            batch = pairs[first : first + size]
+            summaries = self._summarise(batch, told)
+            distinct = self._count_distinct(batch, summaries)
+            for pair, summary, number in zip(batch, summaries, distinct, strict=True):
+                result, counted_anew = self._bin(*pair, summary)
+                result["distinct_values"] = number
+                if counted_anew:
+                    anew.append(len(file["results"]))
+                file["results"].append(result)
+        told.end()
         return _core.Model.parse(json.dumps(file), "bins"), anew
+
+    @property
+    def _needs_all_values(self) -> bool:
+        """Whether there are no pre-bins or bins whose borders would do."""
+        return self._call.settings.get("prebin_above") == 0
 
     def _rehearsal(self) -> _core.Table:
         """Make a table with every category, which the library refuses where it refuses this one."""
@@ -132,14 +142,18 @@ class _Run:
     def _demand(self, attribute: int, target: int | None) -> _plan.Demand:
         settings = self._call.settings
         classes = 0 if target is None else len(self._categories[target])
-        bins, above = settings.get("bins", 0), 0
-        if target is not None and settings["prebin_above"] > 0:
-            bins, above = settings["prebins"], settings["prebin_above"]
         if attribute in self._categories:
-            bins = 0
-        return _plan.Demand(classes, bins, above, MOST_VALUES)
+            return _plan.Demand(classes, 0, 0, _MOST_PAIRS)
+        if target is None:
+            return _plan.Demand(0, settings["bins"], 0, 0)
+        if self._needs_all_values:
+            closed: Literal["right", "left"] = "right" if settings["right_closed"] else "left"
+            return _plan.Demand(classes, 0, 0, self._call.most_values, closed)
+        return _plan.Demand(classes, settings["prebins"], settings["prebin_above"], 0)
 
-    def _summarise(self, pairs: Sequence[tuple[int, int | None]]) -> list[_plan.Summary]:
+    def _summarise(
+        self, pairs: Sequence[tuple[int, int | None]], told: _Told
+    ) -> list[_plan.Summary]:
         rounds = [
             _plan.summarise(
                 self._engine,
@@ -150,7 +164,7 @@ class _Run:
             )
             for attribute, target in pairs
         ]
-        return run_rounds(self._engine, rounds, self._report)
+        return run_rounds(self._engine, rounds, told)
 
     def _count_distinct(
         self, pairs: Sequence[tuple[int, int | None]], summaries: Sequence[_plan.Summary]
@@ -159,7 +173,7 @@ class _Run:
         limit = self._call.settings.get("prebin_above", _DISTINCT_COUNTED) + 1
         numbers = [summary.distinct for summary in summaries]
         open_ones = [i for i, summary in enumerate(summaries) if not summary.is_distinct_exact]
-        if not self._call.counts_distinct:
+        if not self._call.counts_distinct and not self._needs_all_values:
             for place in open_ones:
                 numbers[place] = min(numbers[place], limit)
             return numbers
@@ -189,7 +203,7 @@ class _Run:
             names.append(self._columns[target].name)
         table.add_numbers(next(other_names(names)), weights, False)
         settings = dict(self._call.settings)
-        if target is not None and not summary.is_complete:
+        if target is not None and not self._needs_all_values and not summary.is_complete:
             settings["prebin_above"] = 1  # the library must see that there are too many
         call = replace(
             self._call,
@@ -207,18 +221,33 @@ class _Run:
         return result, bool(anew)
 
 
-def run_rounds(
-    engine: Engine, rounds: Sequence[_plan.Round], report: Report
-) -> list[_plan.Summary]:
+class _Told:
+    """How many queries are done, of those that are expected: three for a summary, or more."""
+
+    def __init__(self, report: Report, summaries: int) -> None:
+        self._report = report
+        self._done, self._expected = 0, 3 * summaries
+
+    def begin(self, queries: int) -> None:
+        """Tell of queries that are asked next, when those before are done."""
+        self._expected = max(self._expected, self._done + queries)
+        if self._report is not None:
+            self._report(self._done, self._expected)
+        self._done += queries
+
+    def end(self) -> None:
+        """Tell that nothing is left to do."""
+        if self._report is not None:
+            self._report(self._expected, self._expected)
+
+
+def run_rounds(engine: Engine, rounds: Sequence[_plan.Round], told: _Told) -> list[_plan.Summary]:
     """Run summaries side by side: a round of all of them, then the next one of those that go on."""
     summaries: list[Any] = [None] * len(rounds)
     waiting = {place: next(one) for place, one in enumerate(rounds)}
-    done, expected = 0, 3 * len(rounds)
     while waiting:
-        if report is not None:
-            report(done, max(expected, done + len(waiting)))
+        told.begin(len(waiting))
         answers = engine.ask(list(waiting.values()))
-        done += len(waiting)
         following = {}
         for place, answer in zip(waiting, answers, strict=True):
             try:
@@ -226,6 +255,4 @@ def run_rounds(
             except StopIteration as end:
                 summaries[place] = end.value
         waiting = following
-    if report is not None:
-        report(max(expected, done), max(expected, done))
     return summaries

@@ -11,6 +11,7 @@ from __future__ import annotations
 import math
 from collections.abc import Generator
 from dataclasses import dataclass, replace
+from typing import Literal
 
 import numpy as np
 
@@ -43,13 +44,16 @@ class Demand:
     all_values_up_to : int
         With that many different values or fewer, all of them must be known.
     most_values : int
-        How many are collected at most when only the values themselves will do.
+        How many are collected at most when only the values themselves will do, by class.
+    joins_runs : {"", "right", "left"}
+        The closed side of bins, where the inside of a run of one class need not be known.
     """
 
     classes: int
     bins: int
     all_values_up_to: int
     most_values: int
+    joins_runs: Literal["", "right", "left"] = ""
 
 
 @dataclass(frozen=True)
@@ -126,16 +130,27 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
         raise changed(name)
     _check_finite(name, answer)
     summary, ids = open_summary(answer, demand.classes)
+    before = math.inf
     while True:
-        wanted = _wanted(summary, demand)
+        wanted = _wanted(summary, demand, engine.most_values)
         if not wanted.any():
             return _finish(summary, demand)
-        _check_size(name, summary, demand)
-        by_value = int(summary.rows[wanted].sum()) <= engine.most_values
-        parts = 1 if by_value else max(16, engine.most_ranges // int(wanted.sum()))
-        query = _sql.divide(engine, query, _divide(summary, ids, wanted, parts))
-        count = _sql.count_values if by_value else _sql.count
-        answer = yield count(engine.dialect, query, cases.is_weighted)
+        rows = int(summary.rows[wanted].sum())
+        spares = demand.bins > 0 or rows <= before / 2
+        before = rows
+        by_value = rows <= engine.most_values or not spares
+        if spares:
+            parts = 1 if by_value else max(16, engine.most_ranges // int(wanted.sum()))
+            query = _sql.divide(engine, query, _divide(summary, ids, wanted, parts))
+        else:
+            wanted[:] = True
+            query = _sql.with_value(cases)
+        if by_value:
+            limit = max(engine.most_values, demand.most_values)
+            answer = yield _sql.count_values(engine.dialect, query, cases.is_weighted, limit)
+        else:
+            answer = yield _sql.count(engine.dialect, query, cases.is_weighted)
+        _check_size(name, summary, wanted, len(answer["n"]), demand)
         summary, ids = _refine(name, summary, wanted, answer, by_value)
 
 
@@ -143,12 +158,15 @@ def _needs_all_values(summary: Summary, demand: Demand) -> bool:
     return demand.bins == 0 or summary.distinct_at_least <= demand.all_values_up_to
 
 
-def _check_size(name: str, summary: Summary, demand: Demand) -> None:
+def _check_size(name: str, summary: Summary, wanted: Array, answered: int, demand: Demand) -> None:
     """Refuse to collect what would not fit."""
-    if _needs_all_values(summary, demand) and summary.distinct_at_least > demand.most_values:
+    collected = answered + np.count_nonzero(summary.weights[~wanted])
+    if demand.bins == 0 and collected > demand.most_values:
         raise InputError(
-            f"{name!r} has more than {demand.most_values:,} different values, and all of "
-            "them would be collected; set prebin_above= to some thousands"
+            f"{name!r} has more than {demand.most_values:,} different values by class in its "
+            f"{int(summary.rows.sum()):,} rows, and all of them would be collected: set "
+            "prebin_above=1000, so that only the borders of pre-bins are, or most_values= to "
+            "more, some 100 bytes each"
         )
 
 
@@ -208,12 +226,29 @@ def open_summary(answer: Answer, classes: int) -> tuple[Summary, Array]:
     ), ids  # fmt: skip
 
 
-def _wanted(summary: Summary, demand: Demand) -> Array:
-    """Find the ranges that are to be divided."""
+def _wanted(summary: Summary, demand: Demand, few: int) -> Array:
+    """Find the ranges that are to be divided; those of a few rows all together."""
     several = summary.low < summary.high
-    if _needs_all_values(summary, demand):
+    if not _needs_all_values(summary, demand):
+        return several & _at_borders(summary, demand.bins)[0]
+    if not demand.joins_runs or summary.rows[several].sum() <= few:
         return several
-    return several & _at_borders(summary, demand.bins)[0]
+    return several & ~_inside_runs(summary, demand.joins_runs)
+
+
+def _inside_runs(summary: Summary, closed: Literal["right", "left"]) -> Array:
+    """Find the ranges whose values need not be told apart, as all of a run have one class.
+
+    Splits are evaluated at the first and at the last value of a run alone
+    (docs/method.md#choosing-a-cut): after them when the right side is closed, before them
+    otherwise. So the first, or else the last, must be known with its own weight; what follows it,
+    or goes before it, only as a whole, with its own ends.
+    """
+    is_pure = np.count_nonzero(summary.weights, axis=1) == 1
+    of = np.where(is_pure, summary.weights.argmax(axis=1), -1)
+    goes_on = is_pure[1:] & (of[1:] == of[:-1])
+    inside = np.insert(goes_on, 0, False) if closed == "right" else np.append(goes_on, False)
+    return inside[: len(of)]
 
 
 def percentile_targets(total: float, bins: int) -> Array:
@@ -266,14 +301,20 @@ def _at_borders(summary: Summary, bins: int) -> tuple[Array, Array]:
 
 
 def _finish(summary: Summary, demand: Demand) -> Summary:
-    """Count the values, and join the ranges between percentiles: some hundred are left."""
+    """Count the values, and join the ranges between percentiles, or inside of runs."""
     counted = replace(
         summary, distinct=summary.distinct_at_least, is_distinct_exact=summary.is_complete
     )
-    if _needs_all_values(summary, demand) or len(summary.low) == 0:
+    if len(summary.low) == 0:
         return counted
-    held, ended = _at_borders(summary, demand.bins)
-    starts = held | np.roll(held | ended, 1)
+    if not _needs_all_values(summary, demand):
+        held, ended = _at_borders(summary, demand.bins)
+        starts = held | np.roll(held | ended, 1)
+    elif demand.joins_runs:
+        inside = _inside_runs(summary, demand.joins_runs)
+        starts = ~(inside & np.roll(inside, 1))
+    else:
+        return counted
     starts[0] = True
     first = np.flatnonzero(starts)
     last = np.append(first[1:], len(starts)) - 1
@@ -335,7 +376,7 @@ def records_of(summary: Summary, has_target: bool) -> tuple[Array, Array, Array]
     """Make weighted cases that give the library what the cases themselves would.
 
     A range of several values becomes its two ends; how its weight is shared between them has no
-    influence, as neither a percentile nor a cut point lies within.
+    influence, as neither a percentile nor a split that is evaluated lies within.
 
     Returns
     -------

@@ -3,7 +3,8 @@
 from __future__ import annotations
 
 import re
-from collections.abc import Sequence
+from collections.abc import Callable, Sequence
+from concurrent.futures import ThreadPoolExecutor
 from typing import Any
 
 import numpy as np
@@ -63,6 +64,7 @@ class PostgresTable:
     dialect = DIALECT
     most_ranges = 65_536
     most_values = 524_288
+    side_by_side = 1
 
     def __init__(self, connection: Any, query: str) -> None:
         is_name = re.fullmatch(r'\s*(\w+|"[^"]+")(\.(\w+|"[^"]+"))*\s*', query)
@@ -77,6 +79,11 @@ class PostgresTable:
         return [self._ask(query) for query in queries]
 
     def _ask(self, query: str) -> Answer:
+        cancel = getattr(self._connection, "cancel_safe", None)
+        cancel = cancel or getattr(self._connection, "cancel", None)
+        return _run_with(cancel, lambda: self._run(query))
+
+    def _run(self, query: str) -> Answer:
         with self._connection.cursor() as cursor:
             cursor.execute(self.derive(query).query)
             names = [one[0] for one in cursor.description]
@@ -95,6 +102,19 @@ class PostgresTable:
     def wrap(self, table: PostgresTable) -> PostgresTable:
         """Make an engine of a table that was derived."""
         return table
+
+
+def _run_with(cancel: Callable[[], object] | None, run: Callable[[], Answer]) -> Answer:
+    """Run a query beside a thread that waits for Ctrl-C, and then has the server stop."""
+    if cancel is None:  # a driver that can only wait
+        return run()
+    with ThreadPoolExecutor(1) as pool:
+        running = pool.submit(run)
+        try:
+            return running.result()
+        except KeyboardInterrupt:
+            cancel()
+            raise
 
 
 def _describe(name: str, kind: int) -> Column:

@@ -2,8 +2,10 @@
 
 from __future__ import annotations
 
+import contextlib
 import re
-from collections.abc import Sequence
+import uuid
+from collections.abc import Iterator, Sequence
 from typing import Any
 
 import numpy as np
@@ -42,6 +44,7 @@ class SparkTable:
     dialect = DIALECT
     most_ranges = 8_192  # every task sends so many to others
     most_values = 65_536
+    side_by_side = 4
 
     def __init__(self, frame: Any) -> None:
         self._frame = frame
@@ -54,7 +57,8 @@ class SparkTable:
         if not queries:
             return []
         numbered = (f"SELECT q.*, {i} AS query FROM ({one}) AS q" for i, one in enumerate(queries))
-        found = _columns_of(self.derive(" UNION ALL ".join(numbered)))
+        with _cancelling(self._frame.sparkSession):
+            found = _columns_of(self.derive(" UNION ALL ".join(numbered)))
         place = found.pop("query")
         return [
             {name: column[place == i] for name, column in found.items()}
@@ -74,6 +78,24 @@ class SparkTable:
     def wrap(self, table: Any) -> SparkTable:
         """Make an engine of a table that was derived."""
         return SparkTable(table)
+
+
+@contextlib.contextmanager
+def _cancelling(session: Any) -> Iterator[None]:
+    """Have Spark stop the jobs of a block on Ctrl-C."""
+    tag = f"mcbinning-{uuid.uuid4().hex}"
+    try:
+        session.addTag(tag)
+    except RuntimeError:  # Spark 3.5 without Connect, whose own handler cancels all jobs
+        yield
+        return
+    try:
+        yield
+    except KeyboardInterrupt:
+        session.interruptTag(tag)
+        raise
+    finally:
+        session.removeTag(tag)
 
 
 def _columns_of(frame: Any) -> Answer:

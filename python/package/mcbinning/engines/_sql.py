@@ -78,15 +78,24 @@ class Engine(Protocol):
         Its SQL, and what the table has.
     most_ranges, most_values : int
         How much it should answer at a time: ranges, or values where few rows are left.
+    side_by_side : int
+        How many attributes are asked about at a time where all their values are collected.
     """
 
     dialect: Dialect
     columns: list[Column]
     most_ranges: int
     most_values: int
+    side_by_side: int
 
     def ask(self, queries: Sequence[str]) -> list[Answer]:
-        """Run queries over `ROWS`, which have the same columns: numbers without NULL, or texts."""
+        """Run queries over `ROWS`, which have the same columns: numbers without NULL, or texts.
+
+        Raises
+        ------
+        KeyboardInterrupt
+            On Ctrl-C, when the engine has been told to stop.
+        """
 
     def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
         """Make of some rows of doubles what can stand in FROM."""
@@ -272,6 +281,11 @@ def open_ranges(cases: Cases) -> str:
     return _signs(cases.write())
 
 
+def with_value(cases: Cases) -> str:
+    """Write the query for cases that have a value and a class."""
+    return f"SELECT v, c, w FROM ({cases.write()}) AS q WHERE v IS NOT NULL AND c >= 0"
+
+
 def count(dialect: Dialect, query: str, is_weighted: bool) -> str:
     """Ask for the weight, the rows and the ends of every range and class."""
     return (
@@ -281,11 +295,11 @@ def count(dialect: Dialect, query: str, is_weighted: bool) -> str:
     )
 
 
-def count_values(dialect: Dialect, query: str, is_weighted: bool) -> str:
-    """Ask for the same of every value and class."""
+def count_values(dialect: Dialect, query: str, is_weighted: bool, limit: int) -> str:
+    """Ask for the same of every value and class, but for no more than one above a limit."""
     return (
         f"SELECT 0 AS r, c, {_sums(dialect, is_weighted)}, v AS lo, v AS hi "
-        f"FROM ({query}) AS q GROUP BY v, c"
+        f"FROM ({query}) AS q GROUP BY v, c LIMIT {limit + 1}"
     )
 
 
