@@ -18,7 +18,7 @@ __all__ = ["DuckDbTable", "PostgresTable", "SparkTable", "find_engine"]
 
 def find_engine(table: object) -> Engine | None:
     """Get the engine of a table; None for a table in memory."""
-    if isinstance(table, PostgresTable):
+    if isinstance(table, (DuckDbTable, PostgresTable)):
         return table
     for cls in type(table).__mro__:
         if cls.__name__ == "DuckDBPyRelation":

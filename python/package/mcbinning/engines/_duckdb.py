@@ -9,6 +9,7 @@ from typing import Any
 import numpy as np
 
 from . import _sql
+from ._interrupt import run_with
 from ._sql import Answer, Column, Dialect
 
 _WHOLE = {
@@ -28,10 +29,6 @@ _TIMES = {
 }
 
 
-# What DuckDB raises when it has stopped a query because a signal came.
-_INTERRUPTED = "Query interrupted"
-
-
 def _quote_text(text: str) -> str:
     return "'" + text.replace("'", "''") + "'"
 
@@ -48,15 +45,24 @@ DIALECT = Dialect(
 
 
 class DuckDbTable:
-    """A relation. Nothing is kept in its database."""
+    """A relation. Nothing is kept in its database.
+
+    Parameters
+    ----------
+    relation
+        Of DuckDB.
+    connection
+        The relation's, by which Ctrl-C stops a query; before DuckDB 2 a relation does not know it.
+    """
 
     dialect = DIALECT
     most_ranges = 65_536
     most_values = 524_288
     side_by_side = 1
 
-    def __init__(self, relation: Any) -> None:
+    def __init__(self, relation: Any, connection: Any = None) -> None:
         self._relation = relation
+        self._connection = getattr(relation, "_con", None) if connection is None else connection
         self.columns = [
             _describe(name, str(kind))
             for name, kind in zip(relation.columns, relation.types, strict=True)
@@ -67,12 +73,8 @@ class DuckDbTable:
         return [self._ask(query) for query in queries]
 
     def _ask(self, query: str) -> Answer:
-        try:
-            found = self.derive(query).fetchnumpy()
-        except RuntimeError as error:
-            if str(error) != _INTERRUPTED:
-                raise
-            raise KeyboardInterrupt from None
+        cancel = getattr(self._connection, "interrupt", None)
+        found = run_with(cancel, self.derive(query).fetchnumpy)
         return {name: np.asarray(column) for name, column in found.items()}
 
     def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
@@ -85,7 +87,7 @@ class DuckDbTable:
 
     def wrap(self, table: Any) -> DuckDbTable:
         """Make an engine of a table that was derived."""
-        return DuckDbTable(table)
+        return DuckDbTable(table, self._connection)
 
 
 def _describe(name: str, kind: str) -> Column:

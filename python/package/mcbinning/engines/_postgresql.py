@@ -3,13 +3,13 @@
 from __future__ import annotations
 
 import re
-from collections.abc import Callable, Sequence
-from concurrent.futures import ThreadPoolExecutor
+from collections.abc import Sequence
 from typing import Any
 
 import numpy as np
 
 from . import _sql
+from ._interrupt import run_with
 from ._sql import Answer, Column, Dialect
 
 # The types of PostgreSQL by their number, which never changes, and their values as numbers.
@@ -81,7 +81,7 @@ class PostgresTable:
     def _ask(self, query: str) -> Answer:
         cancel = getattr(self._connection, "cancel_safe", None)
         cancel = cancel or getattr(self._connection, "cancel", None)
-        return _run_with(cancel, lambda: self._run(query))
+        return run_with(cancel, lambda: self._run(query))
 
     def _run(self, query: str) -> Answer:
         with self._connection.cursor() as cursor:
@@ -102,19 +102,6 @@ class PostgresTable:
     def wrap(self, table: PostgresTable) -> PostgresTable:
         """Make an engine of a table that was derived."""
         return table
-
-
-def _run_with(cancel: Callable[[], object] | None, run: Callable[[], Answer]) -> Answer:
-    """Run a query beside a thread that waits for Ctrl-C, and then has the server stop."""
-    if cancel is None:  # a driver that can only wait
-        return run()
-    with ThreadPoolExecutor(1) as pool:
-        running = pool.submit(run)
-        try:
-            return running.result()
-        except KeyboardInterrupt:
-            cancel()
-            raise
 
 
 def _describe(name: str, kind: int) -> Column:
