@@ -127,9 +127,9 @@ MCStatus EFBINAlgorithm::RunAlgorithm(unsigned int attribute) {
       if (fNumCases == 0) {
         result.status = Warning(StatusCode::kNoValidCase);
       } else {
-        MCBinning::LoadedCases::VisitEqualFrequency(*fDataSet, [&](const auto& cases) {
+        MCBinning::LoadedCases::VisitEqualFrequency(*fDataSet, [&](const auto& cases, auto* order) {
           return PercentileCuts(*fPreProcess)
-              .Find(cases, result.totals.weight, result.cutPoints, result.binWeights);
+              .Find(cases, result.totals.weight, result.cutPoints, result.binWeights, order);
         });
         if (result.totals.distinctValues == 1) {
           result.status = With(Warning(StatusCode::kOneDistinctValue), attribute);

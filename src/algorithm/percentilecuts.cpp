@@ -39,11 +39,12 @@ PercentileCuts::PercentileCuts(const BINEFPreProcess& preProcess)
 
 template <typename Case>
 bool PercentileCuts::Find(const std::vector<Case>& cases, double totalWeight,
-                          std::vector<double>& cutPoints, std::vector<double>& binWeights) const {
+                          std::vector<double>& cutPoints, std::vector<double>& binWeights,
+                          LazyOrder<Case>* order) const {
   if (fBinCount < 1 || cases.empty() || totalWeight <= 0.0) return false;
 
   const double step = 100.0 / fBinCount;
-  PercentileScan<Case> scan(cases, fRightBorderClosed, totalWeight);
+  PercentileScan<Case> scan(cases, fRightBorderClosed, totalWeight, order);
   for (int k = 0; k < fBinCount; ++k) {
     const double value = scan.Next(std::min(step * (k + 1), 100.0), cutPoints, binWeights);
     // The last step is made for its bin weight alone.
@@ -64,16 +65,17 @@ bool PercentileCuts::Find(const std::vector<Case>& cases, double totalWeight,
 }
 
 template bool PercentileCuts::Find(const std::vector<BINDataTuple>&, double, std::vector<double>&,
-                                   std::vector<double>&) const;
+                                   std::vector<double>&, LazyOrder<BINDataTuple>*) const;
 template bool PercentileCuts::Find(const std::vector<EFBINDataTuple>&, double, std::vector<double>&,
-                                   std::vector<double>&) const;
+                                   std::vector<double>&, LazyOrder<EFBINDataTuple>*) const;
 template bool PercentileCuts::Find(const std::vector<UnweightedCase>&, double, std::vector<double>&,
-                                   std::vector<double>&) const;
+                                   std::vector<double>&, LazyOrder<UnweightedCase>*) const;
 template bool PercentileCuts::Find(const std::vector<UnweightedEFCase>&, double,
-                                   std::vector<double>&, std::vector<double>&) const;
+                                   std::vector<double>&, std::vector<double>&,
+                                   LazyOrder<UnweightedEFCase>*) const;
 template bool PercentileCuts::Find(const std::vector<PackedCase<1>>&, double, std::vector<double>&,
-                                   std::vector<double>&) const;
+                                   std::vector<double>&, LazyOrder<PackedCase<1>>*) const;
 template bool PercentileCuts::Find(const std::vector<PackedCase<5>>&, double, std::vector<double>&,
-                                   std::vector<double>&) const;
+                                   std::vector<double>&, LazyOrder<PackedCase<5>>*) const;
 
 }  // namespace MCBinning

@@ -7,6 +7,7 @@
 #include "common/exactarithmetic.h"
 #include "common/missing.h"
 #include "metadata/pass/cases.h"
+#include "metadata/pass/lazyorder.h"
 
 namespace MCBinning {
 
@@ -52,8 +53,10 @@ double PercentileScan<Case>::ValueAt(std::size_t position) const {
 
 template <typename Case>
 void PercentileScan<Case>::Advance(Step& step) const {
+  std::size_t sortedEnd = fOrder != nullptr ? 0 : fCases.size();
   while (step.position < fCases.size() &&
          (step.target > step.weight || IsRelativelyEqual(step.target, step.weight))) {
+    if (step.position >= sortedEnd) sortedEnd = SkipBuckets(step);
     const Case& first = fCases[step.position];
     step.value = Unpacked(first).value;
     step.weightBefore = step.weight;
@@ -67,6 +70,22 @@ void PercentileScan<Case>::Advance(Step& step) const {
       step.weight += Unpacked(fCases[step.position]).weight;
       ++step.position;
     } while (step.position < fCases.size() && HaveSameValue(fCases[step.position], first));
+  }
+}
+
+// Leaves out the buckets at whose end the target is not reached, as the values in them would only
+// be added up: the weight is the number of cases then. Returns up to where cases are in their
+// places.
+template <typename Case>
+std::size_t PercentileScan<Case>::SkipBuckets(Step& step) const {
+  for (;;) {
+    const std::size_t end = fOrder->EndOfBucket(step.position);
+    const auto weight = static_cast<double>(end);
+    if (end == fCases.size() || step.target <= weight || IsRelativelyEqual(step.target, weight)) {
+      return fOrder->LookInto(step.position);
+    }
+    step.position = end;
+    step.weight = weight;
   }
 }
 

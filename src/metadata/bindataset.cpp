@@ -28,19 +28,6 @@ using MCBinning::UnweightedCase;
 using MCBinning::UnweightedEFCase;
 using MCBinning::Warning;
 
-namespace {
-
-template <typename Case>
-unsigned int CountDistinct(const std::vector<Case>& sorted) {
-  unsigned int count = sorted.empty() ? 0 : 1;
-  for (std::size_t i = 1; i < sorted.size(); ++i) {
-    if (!MCBinning::HaveSameValue(sorted[i], sorted[i - 1])) ++count;
-  }
-  return count;
-}
-
-}  // namespace
-
 BINDataSet::BINDataSet(MCCommon::RecordIterator& records, BINDataPreparator& preparator)
     : fNumTargetCategories(0),
       fHasWeight(false),
@@ -156,8 +143,7 @@ bool BINDataSet::LoadSorted(int file, std::vector<Case>& cases) {
   fMinimum = fMaximum = MCMV::Missing();
   if (!ReadCases(file, cases)) return false;
   if (cases.empty()) return true;
-  fCases->Sort(cases);
-  fNumDistinctValues = CountDistinct(cases);
+  fNumDistinctValues = fCases->Sort(cases);
   fMinimum = MCBinning::Unpacked(cases.front()).value;
   fMaximum = MCBinning::Unpacked(cases.back()).value;
   return true;

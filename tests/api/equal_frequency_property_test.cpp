@@ -1,5 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
 #include "support/scenario.h"
 #include "support/wholerun.h"
 
@@ -39,24 +46,38 @@ TEST(EqualFrequencyProperty, EverySmallInputAgreesWithTheReference) {
   }
 }
 
-// Accumulated percentages only drift apart over many cases and many bins.
+// Accumulated percentages only drift apart over many cases and many bins, and many cases without
+// weights are not sorted as a whole: with crowds, ends of the range, and bins that end where values
+// do, but for the last bit of a percentage.
 TEST(EqualFrequencyProperty, ManyCasesAgreeWithTheReference) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
   std::mt19937_64 random(TestSeed());
-  for (const int bins : {7, 100, 997}) {
-    Scenario scenario;
-    scenario.options.numberOfBins = bins;
-    scenario.options.rightBorderClosed = bins != 100;
+  std::normal_distribution<double> normal;
+  for (const int bins : {2, 7, 98, 997}) {
     std::vector<double> ascending;
     std::vector<double> ties;
+    std::vector<double> groups;
+    std::vector<double> spread;
+    std::vector<double> crowds;
     std::vector<double> weights;
-    for (int i = 0; i < 12000; ++i) {
+    for (int i = 0; i < 39200; ++i) {
       ascending.push_back(i);
-      ties.push_back(static_cast<double>(random() % 3000) / 7.0);
+      ties.push_back(static_cast<double>(random() % 3000) / 7.0 - 200.0);
+      groups.push_back(i % 98 + static_cast<double>(random() % 1000) / 5000.0);
+      spread.push_back(i % 1000 == 0 ? -kInfinity : i % 999 == 0 ? 0.0 : std::exp(normal(random)));
+      crowds.push_back(static_cast<double>(random() % 7) +
+                       (i % 3 == 0 ? 1e-13 * static_cast<double>(random() % 4000) : 0.0));
       weights.push_back(static_cast<double>(random() % 4));
     }
-    scenario.Append(Continuous(ascending));
-    scenario.Append(Continuous(ties));
-    EXPECT_EQ(DifferencesOf(scenario), "") << bins << " bins";
+    Scenario scenario;
+    for (const auto& values : {ascending, ties, groups, spread, crowds}) {
+      scenario.Append(Continuous(values));
+    }
+    for (const bool closed : {false, true}) {
+      scenario.options.numberOfBins = bins;
+      scenario.options.rightBorderClosed = closed;
+      EXPECT_EQ(DifferencesOf(scenario), "") << bins << " bins, right border closed " << closed;
+    }
     scenario.Append(Weights(weights));
     EXPECT_EQ(DifferencesOf(scenario), "") << bins << " bins, weighted";
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
@@ -49,6 +50,15 @@ bool HaveSameValue(const Case& a, const Case& b) {
   } else {
     return a.value == b.value;
   }
+}
+
+template <typename Case>
+unsigned int CountDistinctSorted(const Case* sorted, std::size_t count) {
+  unsigned int distinct = count == 0 ? 0 : 1;
+  for (std::size_t i = 1; i < count; ++i) {
+    if (!HaveSameValue(sorted[i], sorted[i - 1])) ++distinct;
+  }
+  return distinct;
 }
 
 inline BINDataTuple ToTuple(const UnweightedCase& item) {

@@ -10,6 +10,7 @@
 
 #include "metadata/pass/bintable.h"
 #include "metadata/pass/cases.h"
+#include "metadata/pass/lazyorder.h"
 #include "metadata/pass/tuplesort.h"
 
 namespace MCBinning {
@@ -33,9 +34,18 @@ class CaseStore {
     fLoaded = &cases;
   }
 
+  // Returns how many different values there are. What LazyOrder is for is sorted as far as it is
+  // looked at; the first and the last case are in their places.
   template <typename Case>
-  void Sort(std::vector<Case>& cases) {
-    std::get<TupleSorter<Case>>(fSorters).Sort(cases);
+  unsigned int Sort(std::vector<Case>& cases) {
+    auto& sorter = std::get<SorterOf<Case>>(fSorters);
+    if constexpr (kIsLazy<Case>) {
+      sorter.Begin(cases);
+      return sorter.CountDistinct();
+    } else {
+      sorter.Sort(cases);
+      return CountDistinctSorted(cases.data(), cases.size());
+    }
   }
 
   // Of the attribute whose cases are loaded; see LoadedCases.
@@ -48,6 +58,9 @@ class CaseStore {
     const auto make = [&](const auto* cases) {
       using Case = typename std::remove_pointer_t<decltype(cases)>::value_type;
       if constexpr (!std::is_same_v<Case, Tuple> && kHasTarget<Case> == kHasTarget<Tuple>) {
+        if constexpr (kIsLazy<Case>) {
+          if (!cases->empty()) std::get<SorterOf<Case>>(fSorters).SortAll();
+        }
         tuples.reserve(capacity);
         tuples.resize(cases->size());
         std::transform(cases->begin(), cases->end(), tuples.begin(),
@@ -59,14 +72,22 @@ class CaseStore {
   }
 
   // `visit` takes a vector of cases of any kind and returns the same type for all. It gets no cases
-  // when those that are loaded are of the other kind of binning.
+  // when those that are loaded are of the other kind of binning. Of equal-frequency binning it
+  // takes the order of the cases besides, as far as they are not sorted, or null.
   template <typename Visit>
   auto VisitSupervised(const Visit& visit) const {
     return VisitKind<true>(visit);
   }
   template <typename Visit>
-  auto VisitEqualFrequency(const Visit& visit) const {
-    return VisitKind<false>(visit);
+  auto VisitEqualFrequency(const Visit& visit) {
+    return VisitKind<false>([&](const auto& cases) {
+      using Case = typename std::remove_cvref_t<decltype(cases)>::value_type;
+      LazyOrder<Case>* order = nullptr;
+      if constexpr (kIsLazy<Case>) {
+        if (!cases.empty()) order = &std::get<SorterOf<Case>>(fSorters);
+      }
+      return visit(cases, order);
+    });
   }
 
   // Kept from attribute to attribute: to get and give back so much memory takes longer than to
@@ -80,6 +101,13 @@ class CaseStore {
   }
 
  private:
+  // Those that only a few percentiles are asked of.
+  template <typename Case>
+  static constexpr bool kIsLazy = std::is_same_v<Case, UnweightedEFCase>;
+
+  template <typename Case>
+  using SorterOf = std::conditional_t<kIsLazy<Case>, LazyOrder<Case>, TupleSorter<Case>>;
+
   static constexpr std::size_t kMostKeptNumbers = std::size_t{4} << 20;
 
   template <bool kIsSupervised, typename Visit>
@@ -101,7 +129,7 @@ class CaseStore {
   void KeepOnly(std::vector<Other>& cases) {
     if constexpr (!std::is_same_v<Case, Other>) {
       std::vector<Other>().swap(cases);
-      std::get<TupleSorter<Other>>(fSorters) = TupleSorter<Other>();
+      std::get<SorterOf<Other>>(fSorters) = SorterOf<Other>();
     }
   }
 
@@ -111,7 +139,7 @@ class CaseStore {
     using Loaded = std::variant<std::vector<Cases>*..., std::vector<BINDataTuple>*,
                                 std::vector<EFBINDataTuple>*>;
     using Sorters =
-        std::tuple<TupleSorter<Cases>..., TupleSorter<BINDataTuple>, TupleSorter<EFBINDataTuple>>;
+        std::tuple<SorterOf<Cases>..., SorterOf<BINDataTuple>, SorterOf<EFBINDataTuple>>;
   };
   using Unweighted = Kinds<UnweightedCase, UnweightedEFCase, PackedCase<1>, PackedCase<5>>;
 

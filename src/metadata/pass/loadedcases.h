@@ -27,8 +27,9 @@ class LoadedCases {
     return dataSet.fCases->VisitSupervised(visit);
   }
 
+  // The same, and their LazyOrder; null when they are sorted.
   template <typename Visit>
-  static auto VisitEqualFrequency(const BINDataSet& dataSet, const Visit& visit) {
+  static auto VisitEqualFrequency(BINDataSet& dataSet, const Visit& visit) {
     return dataSet.fCases->VisitEqualFrequency(visit);
   }
 

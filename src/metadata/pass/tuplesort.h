@@ -13,6 +13,9 @@
 
 namespace MCBinning {
 
+template <typename Case>
+class LazyOrder;
+
 // Sorts cases ascending by value: equal values (-0.0 and 0.0 are equal) keep their order,
 // NaN values of either sign come last, in their order too.
 //
@@ -32,8 +35,14 @@ class TupleSorter {
     fScratch.resize(cases.size());
     const Spread spread(cases.data(), cases.size());
     if (spread.IsUseful()) {
-      SortInBuckets(cases.data(), fScratch.data(), cases.size(), spread);
+      const Ends ends = SpreadOut(cases.data(), fScratch.data(), cases.size(), spread);
       cases.swap(fScratch);
+      std::size_t first = 0;
+      for (const std::size_t end : ends) {
+        SortBucket(cases.data() + first, fScratch.data() + first, end - first,
+                   first > 0 && end < cases.size(), spread);
+        first = end;
+      }
     } else {
       SortRange(cases.data(), fScratch.data(), cases.size());
     }
@@ -41,6 +50,8 @@ class TupleSorter {
   }
 
  private:
+  friend class LazyOrder<Case>;
+
   using Key = std::uint64_t;
 
   // Counts of cases. Those of a digit's values must be cleared and added up, which a few cases do
@@ -48,7 +59,8 @@ class TupleSorter {
   static constexpr std::size_t kFewCases = 32;      // below, inserting is faster
   static constexpr std::size_t kManyCases = 4096;   // above, larger digits are faster
   static constexpr std::size_t kMostCases = 32768;  // above, buckets are faster
-  static constexpr std::size_t kLargestKeptBuffer = std::size_t{32} << 20;  // bytes
+  static constexpr std::size_t kAhead = std::max<std::size_t>(64 / sizeof(Case), 1);  // a line
+  static constexpr std::size_t kLargestKeptBuffer = std::size_t{32} << 20;            // bytes
 
   // Ascends with the value; the same for -0.0 and 0.0, and for all NaN.
   static Key KeyOf(const Case& item) {
@@ -118,28 +130,42 @@ class TupleSorter {
     double fScale = 0.0;
   };
 
-  // Leaves the sorted cases in `scratch`.
-  static void SortInBuckets(Case* cases, Case* scratch, std::size_t count, const Spread& spread) {
-    std::vector<std::uint32_t> ends(spread.GetBucketCount());
+  using Ends = std::vector<std::uint32_t>;
+
+  // Leaves the cases in `scratch`, bucket by bucket, and says where each bucket ends.
+  static Ends SpreadOut(const Case* cases, Case* scratch, std::size_t count, const Spread& spread) {
+    Ends ends(spread.GetBucketCount());
     for (std::size_t i = 0; i < count; ++i) ++ends[spread.BucketOf(cases[i])];
     AddUp(ends);
-    for (std::size_t i = 0; i < count; ++i) scratch[ends[spread.BucketOf(cases[i])]++] = cases[i];
-
-    const auto partOf = [&](const Case& item) { return spread.PartOf(item); };
-    std::size_t first = 0;
-    for (const std::size_t end : ends) {
-      const std::size_t size = end - first;
-      // The first and the last bucket, or their neighbours where those are empty, have no parts;
-      // packed cases need none, as their keys are at hand.
-      const bool hasParts = !kIsPacked<Case> && first > 0 && end < count;
-      if (!hasParts || size < kFewCases || size > kManyCases) {
-        SortRange(scratch + first, cases + first, size);
-      } else {
-        SortByDigits<8, 2>(scratch + first, cases + first, size, partOf, Spread::kPartBits);
-        SortRuns(scratch + first, cases + first, size, partOf);
-      }
-      first = end;
+    for (std::size_t i = 0; i < count; ++i) {
+      std::uint32_t& end = ends[spread.BucketOf(cases[i])];
+      // Written to before long; to wait for the line then would take most of the time.
+      Prefetch(scratch + std::min(end + kAhead, count - 1));
+      scratch[end++] = cases[i];
     }
+    return ends;
+  }
+
+  // Sorts a bucket in place. One that lies between others that have cases has parts.
+  static void SortBucket(Case* cases, Case* scratch, std::size_t count, bool hasParts,
+                         const Spread& spread) {
+    // Packed cases need no parts, as their keys are at hand.
+    if (kIsPacked<Case> || !hasParts || count < kFewCases || count > kManyCases) {
+      SortRange(cases, scratch, count);
+      return;
+    }
+    const auto partOf = [&](const Case& item) { return spread.PartOf(item); };
+    SortByDigits<8, 2>(cases, scratch, count, partOf, Spread::kPartBits);
+    SortRuns(cases, scratch, count, partOf);
+  }
+
+  // The line of memory that is about to be written.
+  static void Prefetch(const Case* item) {
+#ifdef __GNUC__
+    __builtin_prefetch(item, 1);
+#else
+    static_cast<void>(item);
+#endif
   }
 
   // Turns counts into the positions where each begins.

@@ -1,4 +1,5 @@
-// The radix sort against a stable sort by comparison, bit by bit and in the order of ties.
+// The radix sort, as a whole and as far as somebody looks, against a stable sort by comparison: bit
+// by bit and in the order of ties.
 
 #include "metadata/pass/tuplesort.h"
 
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include "metadata/efbindatatuple.h"
+#include "metadata/pass/lazyorder.h"
 #include "support/rowname.h"
 #include "support/scenario.h"
 
@@ -64,29 +66,68 @@ void PrintTo(const Values& values, std::ostream* os) { *os << values.name; }
 
 class TupleSorterTest : public testing::TestWithParam<Values> {};
 
+std::vector<EFBINDataTuple> Draw(const Values& values, Random& random, std::size_t count) {
+  std::vector<EFBINDataTuple> cases;
+  for (std::size_t i = 0; i < count; ++i) {
+    // The weight tells where a case came from.
+    cases.push_back({values.draw(random, i), static_cast<double>(i)});
+  }
+  return cases;
+}
+
+std::vector<EFBINDataTuple> Sorted(std::vector<EFBINDataTuple> cases) {
+  std::stable_sort(cases.begin(), cases.end(), [](const auto& a, const auto& b) {
+    return std::isnan(b.value) ? !std::isnan(a.value) : a.value < b.value;
+  });
+  return cases;
+}
+
+void ExpectSame(const EFBINDataTuple& found, const EFBINDataTuple& expected) {
+  EXPECT_EQ(found.weight, expected.weight);
+  EXPECT_EQ(std::bit_cast<std::uint64_t>(found.value),
+            std::bit_cast<std::uint64_t>(expected.value));
+}
+
 TEST_P(TupleSorterTest, SortsAsAStableComparisonDoes) {
   Random random(TestSeed());
   MCBinning::TupleSorter<EFBINDataTuple> sorter;
   for (const std::size_t count : {0U, 1U, 2U, 31U, 32U, 3000U, 32768U, 32769U, 100000U}) {
     SCOPED_TRACE(testing::Message() << count << " cases, seed " << TestSeed());
-    std::vector<EFBINDataTuple> cases;
-    for (std::size_t i = 0; i < count; ++i) {
-      cases.push_back({GetParam().draw(random, i), static_cast<double>(i)});
-    }
-    std::vector<EFBINDataTuple> expected = cases;
-    std::stable_sort(expected.begin(), expected.end(), [](const auto& a, const auto& b) {
-      return std::isnan(b.value) ? !std::isnan(a.value) : a.value < b.value;
-    });
+    std::vector<EFBINDataTuple> cases = Draw(GetParam(), random, count);
+    const std::vector<EFBINDataTuple> expected = Sorted(cases);
 
     sorter.Sort(cases);
 
     ASSERT_EQ(cases.size(), expected.size());
-    for (std::size_t i = 0; i < count; ++i) {
-      // The weight tells where a case came from.
-      ASSERT_EQ(cases[i].weight, expected[i].weight) << "at " << i;
-      ASSERT_EQ(std::bit_cast<std::uint64_t>(cases[i].value),
-                std::bit_cast<std::uint64_t>(expected[i].value));
+    for (std::size_t i = 0; i < count && !HasFailure(); ++i) ExpectSame(cases[i], expected[i]);
+  }
+}
+
+TEST_P(TupleSorterTest, SortsWhatIsLookedInto) {
+  Random random(TestSeed());
+  MCBinning::LazyOrder<EFBINDataTuple> order;
+  for (const std::size_t count : {100000U, 1U, 3000U, 32769U, 100001U}) {
+    SCOPED_TRACE(testing::Message() << count << " cases, seed " << TestSeed());
+    std::vector<EFBINDataTuple> cases = Draw(GetParam(), random, count);
+    const std::vector<EFBINDataTuple> expected = Sorted(cases);
+
+    order.Begin(cases);
+    EXPECT_EQ(order.CountDistinct(),
+              MCBinning::CountDistinctSorted(expected.data(), expected.size()));
+    ExpectSame(cases.front(), expected.front());
+    ExpectSame(cases.back(), expected.back());
+    for (int look = 0; look < 20; ++look) {
+      const std::size_t position = random() % count;
+      const std::size_t end = order.LookInto(position);
+      EXPECT_EQ(end, order.EndOfBucket(position));
+      ASSERT_GT(end, position);
+      EXPECT_TRUE(end == count || !(expected[end - 1].value == expected[end].value));
+      for (std::size_t i = position; i < end && !HasFailure(); ++i) {
+        ExpectSame(cases[i], expected[i]);
+      }
     }
+    order.SortAll();
+    for (std::size_t i = 0; i < count && !HasFailure(); ++i) ExpectSame(cases[i], expected[i]);
   }
 }
 
