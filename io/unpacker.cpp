@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <zlib.h>
 #include <zstd.h>
+#include <zstd_errors.h>
 
 #include <algorithm>
 #include <new>
@@ -49,8 +50,13 @@ class Unpacker::Gzip : public Unpacker::Format {
   Gzip& operator=(const Gzip&) = delete;
 
   bool Unpack(std::string_view& packed, char* to, std::size_t room, std::size_t& got) override {
-    if (fIsBetweenParts && inflateReset(&fStream) != Z_OK) return false;
+    if (fIsBetweenParts) {
+      if (fHasPart) SkipPadding(packed);
+      if (packed.empty()) return true;
+      if (inflateReset(&fStream) != Z_OK) return false;
+    }
     fIsBetweenParts = false;
+    fHasPart = true;
     constexpr std::size_t kMost = std::size_t{1} << 30;  // its counts are unsigned int
     fStream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(packed.data()));
     fStream.avail_in = static_cast<uInt>(std::min(packed.size(), kMost));
@@ -66,13 +72,22 @@ class Unpacker::Gzip : public Unpacker::Format {
   }
 
  private:
+  // Tapes fill their last block up.
+  static void SkipPadding(std::string_view& packed) {
+    packed.remove_prefix(std::min(packed.find_first_not_of('\0'), packed.size()));
+  }
+
   z_stream fStream = {};
+  bool fHasPart = false;
 };
 
 class Unpacker::Zstd : public Unpacker::Format {
  public:
   Zstd() : fStream(ZSTD_createDStream()) {
     if (fStream == nullptr) throw std::bad_alloc();
+    // Also of `zstd --long=31`; the memory is taken as the text grows.
+    ZSTD_DCtx_setParameter(fStream, ZSTD_d_windowLogMax,
+                           ZSTD_dParam_getBounds(ZSTD_d_windowLogMax).upperBound);
   }
   ~Zstd() override { ZSTD_freeDStream(fStream); }
   Zstd(const Zstd&) = delete;
@@ -85,6 +100,7 @@ class Unpacker::Zstd : public Unpacker::Format {
     got = into.pos;
     packed.remove_prefix(from.pos);
     fIsBetweenParts = result == 0;
+    if (ZSTD_getErrorCode(result) == ZSTD_error_memory_allocation) throw std::bad_alloc();
     return ZSTD_isError(result) == 0;
   }
 

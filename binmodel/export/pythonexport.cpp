@@ -142,6 +142,9 @@ def assign_bins(columns):
 // with side="right" those up to it.
 constexpr const char* kHelpers = R"(
 
+_NUMBER_CHARACTERS = frozenset("+-.0123456789 \\taefintyAEFINTY")
+
+
 def _array(values):
     if isinstance(values, np.ma.MaskedArray):
         return values.astype(object).filled(None)
@@ -157,6 +160,14 @@ def _is_missing(value):
         return True
 
 
+def _number(value):
+    # float() alone would take "1_000" and digits of other scripts.
+    text = value.decode("latin-1") if isinstance(value, bytes) else value
+    if isinstance(text, str) and not _NUMBER_CHARACTERS.issuperset(text):
+        raise ValueError(f"{value!r} is no number")
+    return float(text)
+
+
 def _numbers(values):
     """A column as doubles, NaN where there is no value; a text that is no number is an error."""
     array = _array(values)
@@ -164,7 +175,7 @@ def _numbers(values):
         return array.astype(np.float64)
     if array.dtype.kind in "mM":
         raise TypeError("a column of numbers is needed, not one of times")
-    return np.array([np.nan if _is_missing(value) else float(value) for value in array], np.float64)
+    return np.array([np.nan if _is_missing(value) else _number(value) for value in array], np.float64)
 
 
 def _texts(values):

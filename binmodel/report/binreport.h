@@ -33,7 +33,7 @@ struct TextStyle {
   bool color = false;  // escape sequences that tell the classes apart
   TableFormat format = TableFormat::kText;  // bars and colours are for kText
   bool summaryOnly = false;                 // the ranking, without a table for each attribute
-  std::size_t top = 0;                      // only the first of the ranking; 0: all
+  std::size_t top = 0;  // only the first of the ranking; 0: all, and tables of the first 100
 };
 
 // The results as tables: a summary line for each, then a table for each that has cut points, and a
@@ -44,7 +44,8 @@ MCBINMODEL_API void WriteTextReport(const BinModel& model, const TextStyle& styl
                                     const TextSink& write);
 
 // What the model says and what other data say side by side: a summary line for each attribute,
-// then a table for each, in the order of the recount. `dataName` is what the data are called.
+// then a table for each, in the order of the recount; those without cut points come last, with a
+// line each. `dataName` is what the data are called.
 // Requires a recount of this model with at least one result. Where its counts know no target (see
 // WithoutTargets()), neither does the report.
 MCBINMODEL_API void WriteEvaluationReport(const BinModel& model, const Recount& recount,

@@ -12,6 +12,7 @@
 #include "binmodel/model/binlookup.h"
 #include "binmodel/model/intervaltext.h"
 #include "binmodel/model/severity.h"
+#include "binmodel/report/numbertext.h"
 #include "binmodel/report/reportcells.h"
 #include "binmodel/report/svgchart.h"
 #include "binmodel/text/displaytext.h"
@@ -25,11 +26,8 @@ namespace {
 constexpr std::size_t kTitleWidth = 100;
 constexpr std::size_t kClassWidth = 40;
 constexpr std::size_t kBinLabelWidth = 160;  // a bin may hold many categories
-constexpr int kAxisDigits = 6;
 
 std::string Cell(const std::string& content) { return "<td>" + content + "</td>"; }
-
-std::string AxisLabel(double cutPoint) { return fmt::format("{:.{}g}", cutPoint, kAxisDigits); }
 
 class HtmlResult {
  public:
@@ -37,14 +35,14 @@ class HtmlResult {
       : fModel(model),
         fResult(result),
         fBins(model.results[result]),
+        fNumbers(fBins),
         fAttribute(model.GetAttribute(fBins)),
         fTarget(target),
         fTotals(SumCountedClassWeights(fBins)),
         fMissing(FindMissingBin(fBins)) {
     if (HasEvidence()) fEvidence = MeasureEvidence(model, fBins);
     for (std::size_t bin = 0; bin < fBins.binWeights.size(); ++bin) {
-      fNames.push_back(ElideText(
-          BinLabel(fAttribute, fBins.cutPoints, bin, fModel.settings.rightClosed), kBinLabelWidth));
+      fNames.push_back(BinName(bin));
     }
   }
 
@@ -54,7 +52,7 @@ class HtmlResult {
     if (!fBins.status.IsOK()) {
       html +=
           fmt::format("<p class=\"{}\">{}{}</p>\n", IsPlainNoCut(fBins.status) ? "soft" : "warn",
-                      StatusCell(fBins), BestSplitText(fBins));
+                      StatusCell(fBins), BestSplitText(fModel, fBins));
     }
     return html + Legend() + "</div>\n<div class=\"pair\"><div class=\"scroll\">" +
            RenderBinChart(Chart()) + "</div>\n" + Table() + "</div>\n</section>\n";
@@ -62,6 +60,12 @@ class HtmlResult {
 
  private:
   bool HasEvidence() const { return fTarget.event && !fBins.classWeights.empty(); }
+
+  std::string BinName(std::size_t bin) const {
+    const bool rightClosed = fModel.settings.rightClosed;
+    if (!fAttribute.IsCategorical()) return fNumbers.OfInterval(bin, rightClosed);
+    return ElideText(BinLabel(fAttribute, fBins.cutPoints, bin, rightClosed), kBinLabelWidth);
+  }
 
   std::string Title() const {
     std::string title = HtmlText(ElideText(fAttribute.name, kTitleWidth));
@@ -75,8 +79,8 @@ class HtmlResult {
 
   std::string Facts() const {
     std::string facts = "<span>" + WeightFact(fBins) + "</span> ";
-    const std::string values = ValuesFact(fModel, fBins, FormatNumber);
-    if (!values.empty()) facts += "<span>" + values + "</span> ";
+    const std::string values = ValuesFact(fModel, fBins);
+    if (!values.empty()) facts += "<span>" + HtmlText(values) + "</span> ";
     if (fBins.informationGain) {
       facts += fmt::format("<span>information gain {} of {} bits</span> ",
                            HtmlMeasure(fBins.informationGain),
@@ -112,7 +116,7 @@ class HtmlResult {
     if (fAttribute.IsCategorical()) {
       chart.binLabels = fNames;
     } else {
-      for (const double cut : fBins.cutPoints) chart.borderLabels.push_back(AxisLabel(cut));
+      chart.borderLabels = fNumbers.OfCutPoints();
     }
     chart.lineCount = fTarget.event ? 1 : fTarget.groups.size();
     chart.lineCaption = "share of each class";
@@ -186,7 +190,7 @@ class HtmlResult {
     std::string html = fmt::format("<th class=\"t\">{}</th><th>weight</th><th>share</th>",
                                    fAttribute.IsCategorical() ? "categories" : "interval");
     for (std::size_t group = 0; group < fTarget.groups.size(); ++group) {
-      html += fmt::format("<th>{}</th><th>%</th>", GroupLabel(group));
+      html += fmt::format("<th class=\"c\">{}</th><th>%</th>", GroupLabel(group));
     }
     if (HasEvidence()) html += "<th>weight of<br/>evidence</th><th>information<br/>value</th>";
     return html;
@@ -232,6 +236,7 @@ class HtmlResult {
   const BinModel& fModel;
   const std::size_t fResult;
   const AttributeBins& fBins;
+  const NumberText fNumbers;
   const VariableInfo& fAttribute;
   const HtmlTarget& fTarget;
   const std::vector<double> fTotals;  // of the classes
@@ -246,6 +251,18 @@ std::string EventShare(const HtmlTarget& target, const std::vector<double>& clas
                    std::accumulate(classWeights.begin(), classWeights.end(), 0.0));
 }
 
+// Their range, or the categories; "–" without one.
+std::string PlainValues(const BinModel& model, const AttributeBins& bins) {
+  if (!bins.minimum || !bins.maximum) return "–";
+  const VariableInfo& attribute = model.GetAttribute(bins);
+  if (attribute.IsCategorical()) {
+    return ElideText(BinLabel(attribute, bins.cutPoints, 0, model.settings.rightClosed),
+                     kClassWidth);
+  }
+  const NumberText numbers(bins);
+  return numbers.OfValue(*bins.minimum) + " to " + numbers.OfValue(*bins.maximum);
+}
+
 std::string PlainRow(const BinModel& model, std::size_t result, const HtmlTarget& target) {
   const AttributeBins& bins = model.results[result];
   const MissingBin* const missing = FindMissingBin(bins);
@@ -256,16 +273,14 @@ std::string PlainRow(const BinModel& model, std::size_t result, const HtmlTarget
       FormatNumber(missing != nullptr ? missing->weight
                                       : bins.weightWithMissing - bins.validWeight),
       KnowsDistinctValues(bins) ? std::to_string(bins.distinctValues) : "–",
-      bins.minimum && bins.maximum
-          ? fmt::format("{} to {}", FormatNumber(*bins.minimum), FormatNumber(*bins.maximum))
-          : "–");
+      HtmlText(PlainValues(model, bins)));
   if (target.event) {
     const bool counted = !bins.classWeights.empty();
     cells += Cell(counted ? EventShare(target, SumClassWeights(bins)) : "–") +
              Cell(missing != nullptr ? EventShare(target, missing->classWeights) : "–");
   }
   return fmt::format("<tr id=\"r{}\">{}<td class=\"t s\">{}{}</td></tr>\n", result, cells,
-                     StatusCell(bins), BestSplitText(bins));
+                     StatusCell(bins), BestSplitText(model, bins));
 }
 
 }  // namespace
@@ -277,10 +292,11 @@ std::string RenderHtmlPlainTable(const BinModel& model, const std::vector<std::s
   if (results.empty()) return {};
   std::string html =
       "<h3>Without cut points</h3>\n<div class=\"scroll\"><table>\n<thead><tr>"
-      "<th class=\"t\">attribute</th><th>valid</th><th>missing</th><th>distinct values</th>"
+      "<th class=\"t\">attribute</th><th>valid</th><th>missing</th><th class=\"c\">distinct "
+      "values</th>"
       "<th class=\"t\">values</th>";
   if (target.event) {
-    html += fmt::format("<th>share of {}</th><th>in missing</th>",
+    html += fmt::format("<th class=\"c\">share of {}</th><th class=\"c\">in missing</th>",
                         HtmlText(ElideText(target.groups.front().label, kClassWidth)));
   }
   html += "<th class=\"t\">status</th></tr></thead>\n<tbody>\n";

@@ -39,6 +39,9 @@ th,td{padding:.28rem .55rem;text-align:right;white-space:nowrap}
 th{color:var(--soft);font-weight:600;border-bottom:1px solid var(--rule);vertical-align:bottom}
 td{border-bottom:1px solid var(--faint)}
 th.t,td.t{text-align:left}
+th.c{white-space:normal;max-width:8rem;overflow-wrap:break-word}
+@media screen{:where(.scroll) th:first-child,:where(.scroll) td:first-child{position:sticky;left:0;
+background:var(--bg)}}
 td.w{white-space:normal;overflow-wrap:break-word;max-width:26rem}
 .pair{display:flex;flex-wrap:wrap;gap:0 2rem;align-items:flex-start}
 .pair>*{max-width:100%}
@@ -71,27 +74,30 @@ svg .cap{font-weight:600}
 .k5{fill:var(--k5);background:var(--k5)}.l5{stroke:var(--k5)}
 .k6{fill:var(--k6);background:var(--k6)}.l6{stroke:var(--k6)}
 .k7{fill:var(--k7);background:var(--k7)}.l7{stroke:var(--k7)}
-@media screen and (max-width:40rem){body{padding:1rem 1rem 3rem}td.w{max-width:12rem}
+@media screen and (max-width:40rem){body{padding:1rem 1rem 3rem}td.w{max-width:11rem}
+td.gain{min-width:6rem}th{white-space:normal}
 th,td{padding:.28rem .5rem}}
 @media print{@page{margin:12mm}
 body{max-width:none;padding:0;font-size:9pt}
 h1{font-size:15pt}h2{font-size:12pt;margin-top:5mm}h3{font-size:10pt}
-.scroll{overflow:visible;background:none;margin:1mm 0}
-section{margin:1.5mm 0 0;padding-top:1.5mm}
+.scroll{overflow:visible;background:none;margin:.5mm 0}
+section{margin:1mm 0 0;padding-top:1mm}
 section,tr,svg,.head{break-inside:avoid}
 .head h3,.head .facts,ul.legend,ul.legend li{display:inline;margin:0 1em 0 0}
-.head .facts,ul.legend{font-size:7.5pt}
-.pair{gap:0 5mm}
+ul.legend li{white-space:nowrap}
+.head .facts,ul.legend{font-size:6.5pt}
+.pair{gap:0 4mm}
 .pair>*{flex:none}
-svg{min-width:0!important;max-height:36mm;width:auto}
+svg{min-width:0!important;max-height:30mm;width:auto}
 svg text{font-size:14px}
 h2,h3,.head{break-after:avoid}
 thead{display:table-header-group}
-table{font-size:7.5pt;line-height:1.3}
-th,td{padding:.08rem .25rem}
+table{font-size:7pt;line-height:1.2}
+th,td{padding:.03rem .2rem}
+th.c{max-width:5.5rem}
 section:not(.two) table{font-size:6pt}
 td.gain{padding-bottom:.3rem;background-position:.25rem 100%}
-td.w{overflow-wrap:anywhere}td.s{min-width:0}
+td.w{overflow-wrap:anywhere;min-width:8rem}td.s{min-width:0}
 a{color:inherit}}
 )css";
 

@@ -16,6 +16,12 @@
 
 namespace MCBinModel {
 
+std::string ResultTitle(const BinModel& model, const AttributeBins& bins) {
+  const VariableInfo* const target = model.GetTarget(bins);
+  std::string title = ElideText(model.GetAttribute(bins).name, kNameWidth);
+  return target == nullptr ? title : title + " by " + ElideText(target->name, kNameWidth);
+}
+
 std::string MeasureCell(const std::optional<double>& measure) {
   if (!measure) return "-";
   if (std::isinf(*measure)) return *measure > 0.0 ? "+inf" : "-inf";
@@ -92,12 +98,29 @@ bool KnowsDistinctValues(const AttributeBins& bins) {
   return bins.distinctValues > 0 || !bins.minimum;
 }
 
-std::string ValuesFact(const BinModel& model, const AttributeBins& bins,
-                       const std::function<std::string(double)>& number) {
+namespace {
+
+// Their codes say nothing.
+std::string CategoriesFact(const VariableInfo& attribute, const AttributeBins& bins) {
+  if (!KnowsDistinctValues(bins)) return {};
+  const double code = *bins.minimum;
+  const bool isOne = bins.distinctValues == 1 && code >= 0.0 &&
+                     code < static_cast<double>(attribute.GetCategoryCount());
+  if (!isOne) return fmt::format("{} categories", bins.distinctValues);
+  return "the only category is " +
+         ElideText(attribute.GetLabel(static_cast<std::size_t>(code)), kLabelWidth);
+}
+
+}  // namespace
+
+std::string ValuesFact(const BinModel& model, const AttributeBins& bins) {
   if (!bins.minimum || !bins.maximum) return {};
-  if (bins.distinctValues == 1) return "the only value is " + number(*bins.minimum);
+  const VariableInfo& attribute = model.GetAttribute(bins);
+  if (attribute.IsCategorical()) return CategoriesFact(attribute, bins);
+  const NumberText numbers(bins);
+  if (bins.distinctValues == 1) return "the only value is " + numbers.OfValue(*bins.minimum);
   const std::string range =
-      fmt::format("from {} to {}", number(*bins.minimum), number(*bins.maximum));
+      fmt::format("from {} to {}", numbers.OfValue(*bins.minimum), numbers.OfValue(*bins.maximum));
   // Equal-frequency bins know the values of all cases, but the range of those with the target.
   if (!KnowsDistinctValues(bins)) return range;
   const bool ofAll = model.settings.algorithm == Algorithm::kEqualFrequency && LacksTarget(bins);
@@ -122,11 +145,13 @@ std::string EventFact(const BinModel& model, const VariableInfo& target) {
   return fact;
 }
 
-std::string BestSplitText(const AttributeBins& bins) {
+std::string BestSplitText(const BinModel& model, const AttributeBins& bins) {
   if (!bins.bestSplit || !IsPlainNoCut(bins.status)) return "";
   constexpr int kDecimals = 4;
-  return fmt::format("; best split at {}: gain {} bits, more than {} needed",
-                     NumberText(bins).OfValue(bins.bestSplit->cutPoint),
+  const std::string place = model.GetAttribute(bins).IsCategorical()
+                                ? std::string()
+                                : " at " + NumberText(bins).OfValue(bins.bestSplit->cutPoint);
+  return fmt::format("; best split{}: gain {} bits, more than {} needed", place,
                      FormatFixed(bins.bestSplit->gain, kDecimals),
                      FormatFixed(bins.bestSplit->threshold, kDecimals));
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,6 +18,9 @@ constexpr std::size_t kLabelWidth = 16;       // of a class
 constexpr std::size_t kMostCountColumns = 4;  // a target with more classes has no column of weights
 constexpr std::size_t kMostClassColumns = 12;  // nor one of shares with more than these
 
+// What a result is called: "age by death".
+std::string ResultTitle(const BinModel& model, const AttributeBins& bins);
+
 // A measure with four decimals; "-" when it does not exist.
 std::string MeasureCell(const std::optional<double>& measure);
 
@@ -28,7 +30,7 @@ std::string StatusCell(const AttributeBins& bins);
 
 // What follows it where there is room: the best split and its numbers, after a semicolon; empty
 // when there is none.
-std::string BestSplitText(const AttributeBins& bins);
+std::string BestSplitText(const BinModel& model, const AttributeBins& bins);
 
 // Indexes of the results: the largest information gain first, those without a gain last, otherwise
 // in the order of the results.
@@ -53,10 +55,8 @@ std::string WeightFact(const AttributeBins& bins);
 // Whether they were counted: other data's are not.
 bool KnowsDistinctValues(const AttributeBins& bins);
 
-// "22 distinct values from 0.1 to 2.5", the values written by `number`; empty when no case is
-// valid.
-std::string ValuesFact(const BinModel& model, const AttributeBins& bins,
-                       const std::function<std::string(double)>& number);
+// "22 distinct values from 0.1 to 2.5", or "3 categories"; empty when no case is valid.
+std::string ValuesFact(const BinModel& model, const AttributeBins& bins);
 
 // "information value 0.4012 (0.3871 without missing)", its measures written by `cell`.
 std::string InformationValueFact(const AttributeBins& bins, const Evidence& evidence,

@@ -24,4 +24,16 @@ void ReportWriter::AddTable(const TextTable& table) {
   fWrite(fIsMarkdown ? "\n" + table.RenderMarkdown() : table.Render());
 }
 
+void ReportWriter::AddSummary(const TextTable& table) {
+  if (!table.HasRows()) return;
+  fWrite("\n");
+  AddTable(table);
+}
+
+void ReportWriter::AddUncut(const TextTable& table) {
+  if (!table.HasRows()) return;
+  AddHeading("Without cut points");
+  AddTable(table);
+}
+
 }  // namespace MCBinModel

@@ -17,6 +17,8 @@ class ReportWriter {
   void AddHeading(std::string_view heading);  // after what stands above it
   void AddFact(std::string_view fact);        // a line below a title or a heading
   void AddTable(const TextTable& table);
+  void AddSummary(const TextTable& table);  // below the title, of the results with cut points
+  void AddUncut(const TextTable& table);    // at the end, of those without
 
  private:
   const bool fIsMarkdown;

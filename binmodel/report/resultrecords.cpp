@@ -162,9 +162,9 @@ DataTable ListBins(const BinModel& model, const std::vector<std::size_t>& result
 }
 
 DataTable ListRecountedResults(const BinModel& model, const std::vector<NamedRecount>& data,
-                               std::size_t count) {
+                               const std::vector<std::size_t>& order) {
   DataTable table;
-  for (std::size_t i = 0; i < count; ++i) {
+  for (const std::size_t i : order) {
     for (const NamedRecount& named : data) {
       const ComparedBins compared(model, named.recount.results[i]);
       table.AddRecord();
@@ -182,9 +182,9 @@ DataTable ListRecountedResults(const BinModel& model, const std::vector<NamedRec
 }
 
 DataTable ListRecountedBins(const BinModel& model, const std::vector<NamedRecount>& data,
-                            std::size_t count) {
+                            const std::vector<std::size_t>& order) {
   DataTable table;
-  for (std::size_t i = 0; i < count; ++i) {
+  for (const std::size_t i : order) {
     for (const NamedRecount& named : data) {
       const ComparedBins compared(model, named.recount.results[i]);
       const std::optional<Evidence> fileEvidence = EvidenceOf(model, compared.file);

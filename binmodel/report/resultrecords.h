@@ -15,10 +15,10 @@ namespace MCBinModel {
 DataTable ListResults(const BinModel& model, const std::vector<std::size_t>& results);
 DataTable ListBins(const BinModel& model, const std::vector<std::size_t>& results);
 
-// The same of the first `count` results of other data beside those of the model, for all data.
+// The same of other data beside the model, for each data; `order` are indexes of recounted results.
 DataTable ListRecountedResults(const BinModel& model, const std::vector<NamedRecount>& data,
-                               std::size_t count);
+                               const std::vector<std::size_t>& order);
 DataTable ListRecountedBins(const BinModel& model, const std::vector<NamedRecount>& data,
-                            std::size_t count);
+                            const std::vector<std::size_t>& order);
 
 }  // namespace MCBinModel

@@ -34,6 +34,8 @@ constexpr double kPanelGap = 38.0;
 constexpr double kShareHeight = 80.0;
 constexpr double kLabelHeight = 24.0;
 constexpr double kCharacterWidth = 6.6;
+constexpr double kPrintedCharacterWidth =
+    8.0;  // on paper charts are smaller, their letters less so
 constexpr std::size_t kLongestLabel = 18;
 constexpr double kLeastRange = 1e-300;  // of an axis
 constexpr std::size_t kMostMarks = 80;  // bins, for a dot on each point of a line
@@ -326,7 +328,7 @@ class BinChartWriter {
   // How many characters a label may have. Those of categories are cut off rather than left out.
   std::size_t LongestLabel() const {
     if (!HasCategories() || fSlotWidth < kLabelledSlotWidth) return kLongestLabel;
-    return static_cast<std::size_t>(fSlotWidth / kCharacterWidth - 1.5);
+    return static_cast<std::size_t>(fSlotWidth / kPrintedCharacterWidth - 0.5);
   }
 
   // Every n-th label, n as small as their widths allow.
@@ -339,7 +341,7 @@ class BinChartWriter {
       shown.push_back(ElideText(label, LongestLabel()));
       longest = std::max(longest, DisplayWidth(shown.back()));
     }
-    const double needed = (static_cast<double>(longest) + 1.5) * kCharacterWidth;
+    const double needed = (static_cast<double>(longest) + 0.5) * kPrintedCharacterWidth;
     const auto every = static_cast<std::size_t>(std::max(1.0, std::ceil(needed / fSlotWidth)));
     std::string svg;
     std::string ticks;

@@ -17,6 +17,7 @@
 #include "binmodel/report/reportcells.h"
 #include "binmodel/report/reportwriter.h"
 #include "binmodel/report/resultrecords.h"
+#include "binmodel/report/shownresults.h"
 #include "binmodel/report/texttable.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/number.h"
@@ -195,9 +196,7 @@ class BinTable {
 };
 
 std::string WeightAndValues(const BinModel& model, const AttributeBins& bins) {
-  const NumberText numbers(bins);
-  const std::string values =
-      ValuesFact(model, bins, [&](double value) { return numbers.OfValue(value); });
+  const std::string values = ValuesFact(model, bins);
   return WeightFact(bins) + (values.empty() ? "" : "; " + values);
 }
 
@@ -220,10 +219,7 @@ std::string TwoClassFacts(const BinModel& model, const AttributeBins& bins) {
 
 void WriteResult(const BinModel& model, const AttributeBins& bins, const TextStyle& style,
                  ReportWriter& writer) {
-  std::string title = ElideText(model.GetAttribute(bins).name, kNameWidth);
-  const VariableInfo* const target = model.GetTarget(bins);
-  if (target != nullptr) title += " by " + ElideText(target->name, kNameWidth);
-  writer.AddHeading(title);
+  writer.AddHeading(ResultTitle(model, bins));
   if (!bins.status.IsOK()) writer.AddFact(StatusCell(bins));
   writer.AddFact(Facts(model, bins));
   if (HasTwoClasses(model, bins)) writer.AddFact(TwoClassFacts(model, bins));
@@ -295,7 +291,7 @@ class Summary {
     std::vector<std::string> cells = NameCells(bins);
     if (fHasEvents) cells.push_back(MeasureCell(MeasureEvent(fModel, bins).informationValue));
     cells.push_back(StatusCell(bins));
-    cells.push_back(WeightAndValues(fModel, bins) + BestSplitText(bins));
+    cells.push_back(WeightAndValues(fModel, bins) + BestSplitText(fModel, bins));
     fUncut.AddRow(std::move(cells));
   }
 
@@ -328,39 +324,30 @@ std::string Heading(const BinModel& model) {
 }  // namespace
 
 void WriteTextReport(const BinModel& model, const TextStyle& style, const TextSink& write) {
-  std::vector<std::size_t> order = OrderByGain(model.results);
-  std::stable_partition(order.begin(), order.end(),
-                        [&](std::size_t index) { return !model.results[index].cutPoints.empty(); });
-  const std::size_t all = order.size();
-  if (style.top > 0 && style.top < all) order.resize(style.top);
+  const ShownResults shown(
+      OrderByGain(model.results),
+      [&](std::size_t i) -> const AttributeBins& { return model.results[i]; }, style);
   if (style.format != TableFormat::kText && style.format != TableFormat::kMarkdown) {
-    const DataTable table = style.summaryOnly ? ListResults(model, order) : ListBins(model, order);
+    const DataTable table =
+        style.summaryOnly ? ListResults(model, shown.order) : ListBins(model, shown.order);
     return table.Write(style.format, write);
   }
 
-  TextStyle shown = style;
-  if (style.format == TableFormat::kMarkdown) shown.bars = shown.color = false;
+  TextStyle look = style;
+  if (style.format == TableFormat::kMarkdown) look.bars = look.color = false;
   ReportWriter writer(style.format, write);
   writer.AddTitle(Heading(model));
   for (const std::string& asked : model.refinements) {
     writer.AddFact("refined to have " + PrintableText(asked));
   }
-  if (order.size() < all) {
-    writer.AddFact(fmt::format("the first {} of {} results", order.size(), all));
-  }
+  shown.AddFacts(writer);
   Summary summary(model);
-  for (const std::size_t index : order) summary.Add(model.results[index]);
-  if (summary.GetRanking().HasRows()) {
-    write("\n");
-    writer.AddTable(summary.GetRanking());
+  for (const std::size_t index : shown.order) summary.Add(model.results[index]);
+  writer.AddSummary(summary.GetRanking());
+  for (std::size_t i = 0; i < shown.tables; ++i) {
+    WriteResult(model, model.results[shown.order[i]], look, writer);
   }
-  for (const std::size_t index : order) {
-    const AttributeBins& bins = model.results[index];
-    if (!style.summaryOnly && !bins.cutPoints.empty()) WriteResult(model, bins, shown, writer);
-  }
-  if (!summary.GetUncut().HasRows()) return;
-  writer.AddHeading("Without cut points");
-  writer.AddTable(summary.GetUncut());
+  writer.AddUncut(summary.GetUncut());
 }
 
 }  // namespace MCBinModel

@@ -82,6 +82,16 @@ std::string ElideText(std::string_view text, std::size_t width) {
   return elided + "\u2026";
 }
 
+std::string ElideMiddle(std::string_view text, std::size_t width) {
+  const std::string printable = PrintableText(text);
+  if (DisplayWidth(printable) <= width) return printable;
+  const std::string beginning = ElideText(printable, width - (width - 1) / 2);
+  std::size_t left = DisplayWidth(printable);
+  std::string_view end = printable;
+  while (left > (width - 1) / 2) left -= DisplayWidth(TakeCluster(end));
+  return beginning + std::string(end);
+}
+
 std::string QuotedText(std::string_view text) { return "'" + ElideText(text, 60) + "'"; }
 
 std::size_t DisplayWidth(std::string_view text) {

@@ -17,6 +17,9 @@ std::string PrintableText(std::string_view text);
 // one character, such as a letter with its accents, is not cut apart.
 std::string ElideText(std::string_view text, std::size_t width);
 
+// The same with the ellipsis in the middle, so that the end stays. Reads all of `text`.
+std::string ElideMiddle(std::string_view text, std::size_t width);
+
 // 'text' for messages: printable, at most 60 columns, in single quotes.
 std::string QuotedText(std::string_view text);
 

@@ -137,7 +137,7 @@ void AddTables(CLI::App& command, RawTables& raw, TableOptions& options) {
             "what the tables are written as (text); csv, tsv, json with all digits");
   command.add_flag("--summary", options.summaryOnly,
                    "only the line of each attribute, not its bins");
-  AddCount(command, "--top", options.top, 1, "only the first N of them");
+  AddCount(command, "--top", options.top, 1, "only the first N of them, with all their tables");
   AddChoice(command, "--color", raw.color, {"auto", "always", "never"},
             "colours on standard output (auto)");
 }

@@ -40,11 +40,11 @@ Names FindMeant(const Names& names, const std::string& name) {
 
 [[noreturn]] void RefuseCommand(const Names& commands, const std::string& name) {
   const Names near = FindMeant(commands, name);
-  throw UsageError(
-      fmt::format("there is no command {}{}; the commands are {}\nRun mcbin --help for more.",
-                  MCBinModel::QuotedText(name),
-                  near.empty() ? "" : fmt::format("; did you mean {}?", fmt::join(near, " or ")),
-                  fmt::join(commands, ", ")));
+  throw UsageError(fmt::format(
+      "there is no command {}; {} {}\nRun mcbin --help for more.", MCBinModel::QuotedText(name),
+      near.empty() ? "the commands are"
+                   : fmt::format("did you mean {}? The commands are", fmt::join(near, " or ")),
+      fmt::join(commands, ", ")));
 }
 
 // `command` is "mcbin", or one with its command.

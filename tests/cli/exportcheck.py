@@ -163,13 +163,14 @@ def check_text_columns(engine, directory):
     def evaluate(column):
         return list(engine.evaluate(text, TABLE, [variable["name"]], [[None, *column]])[0])
     wanted = list(map(str, evaluate([0.1, 1.7, 8.0, 123456.7891, -25.0])))
-    for column in (["0.1", "1.7", "8", "123456.7891", "-2.5e1"], ["abc", "", "-", "1.7.", "e5"]):
+    no_numbers = ["abc", "", "-", "1.7.", "e5", "1_000", "\u0661"]
+    for column in (["0.1", "1.7", "8", "123456.7891", "-2.5e1"], *([text] for text in no_numbers)):
         try:
             found = list(map(str, evaluate(column)))
         except Exception as error:
             print(f"{column} as text: {type(error).__name__}")
             continue
-        if found != (wanted if column[0] == "0.1" else wanted[:1] * len(wanted)):
+        if found != (wanted if column[0] == "0.1" else wanted[:1] * 2):
             sys.exit(f"{column} as text becomes {found}")
 
 

@@ -137,10 +137,11 @@ TEST(InputVariables, WhatLooksLikeAMistakeIsPointedOut) {
                (i % 3 == 0 ? "yes\n" : (i % 3 == 1 ? "yes \n" : "no\n"));
   }
   const auto plain = program.Run("supervised --target y --exclude w", content);
-  const auto weighted = program.Run("supervised --target y --weight w --exclude w", content);
-  EXPECT_NE(weighted.err.find("column 'w' is the weight, which cannot be excluded\n"),
-            std::string::npos)
-      << weighted.err;
+  const auto weighted = program.Run("supervised --target y --weight w --exclude w,y", content);
+  for (const char* part : {"column 'w' is the weight, which cannot be excluded\n",
+                           "column 'y' is a target, which cannot be excluded\n"}) {
+    EXPECT_NE(weighted.err.find(part), std::string::npos) << weighted.err;
+  }
   for (const char* part :
        {"column 'id' has another whole number in every record, as identifiers have; --exclude 'id'",
         "column 'y': 'yes' and 'yes ' are two categories"}) {

@@ -73,6 +73,27 @@ TEST(HtmlReport, PutsAttributesWithoutCutPointsIntoOneTable) {
   EXPECT_EQ(Count(page, "<p>Refined to have at most 3 bins.</p>"), 1u);
 }
 
+TEST(HtmlReport, RoundsNumbersAsTablesDoAndNamesCategories) {
+  BinModel model = SampleBins({"n", "y"}, {{"x", {{20, 10}, {5, 25}}}, {"c", {{3, 1}, {1, 3}}}});
+  model.results[0].cutPoints = {0.15410000000000001};
+  model.attributes[1].kind = MCBinModel::VariableKind::kStringCategorical;
+  model.attributes[1].texts = {"<a>", "b", "c"};
+  for (MCBinModel::AttributeBins& bins : model.results) {
+    bins.minimum = 0.0;
+    bins.maximum = 2.0;
+    bins.distinctValues = 3;
+  }
+  const std::string page = MakeHtmlReport(model);
+  EXPECT_EQ(Count(page, "0.15410"), 0u);
+  EXPECT_GT(Count(page, "0.1541]"), 0u);
+  EXPECT_EQ(Count(page, "<span>3 distinct values from 0 to 2</span>"), 1u);
+  EXPECT_EQ(Count(page, "<span>3 categories</span>"), 1u);
+  model.results[1].cutPoints.clear();
+  model.results[1].binWeights = {8};
+  model.results[1].classWeights = {{4, 4}};
+  EXPECT_EQ(Count(MakeHtmlReport(model), "<td>3</td><td class=\"t\">{&lt;a&gt;, b, c}</td>"), 1u);
+}
+
 TEST(HtmlReport, LinksAttributesAndStaysSmall) {
   std::vector<std::pair<std::string, std::vector<std::vector<double>>>> attributes;
   for (int i = 0; i < 200; ++i)

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -187,6 +188,65 @@ TEST(EvaluationReport, SetsTheDataBesideTheBinFile) {
                        "  (-inf, 1]       4     2  50.0%  20.0%  1     1       25.0%  50.0%   "
                        "          -1.0986  -0.8473\n"))
       << text;
+}
+
+// Recounts that say what the model says.
+MCBinModel::NamedRecount SameData(const BinModel& model, const std::string& name) {
+  MCBinModel::NamedRecount data{name, {}};
+  for (std::size_t i = 0; i < model.results.size(); ++i) {
+    data.recount.results.push_back({i, model.results[i], {}});
+  }
+  return data;
+}
+
+std::string EvaluationOf(const BinModel& model, const std::vector<std::string>& names,
+                         const MCBinModel::TextStyle& style = {}) {
+  std::vector<MCBinModel::NamedRecount> data;
+  for (const std::string& name : names) data.push_back(SameData(model, name));
+  std::string text;
+  WriteEvaluationReport(model, data, style, [&](std::string_view piece) { text += piece; });
+  return text;
+}
+
+TEST(Reports, FoldWideResults) {
+  std::vector<std::pair<std::string, std::vector<std::vector<double>>>> attributes;
+  for (int i = 0; i < 1000; ++i) {
+    attributes.push_back({"flat" + std::to_string(i), {{4, 4}}});
+    if (i < 120) attributes.push_back({"cut" + std::to_string(i), {{3, 1}, {1, 3}}});
+  }
+  BinModel model = SampleBins({"n", "y"}, attributes);
+  model.results[0].minimum = 1.0;
+  model.results[0].maximum = 2.0;
+  const auto lines = [](const std::string& text) {
+    return std::count(text.begin(), text.end(), '\n');
+  };
+  const std::string one = EvaluationOf(model, {"d"});
+  const std::string two = EvaluationOf(model, {"d", "e"});
+  for (const std::string& text : {TextOf(model), one, two}) {
+    EXPECT_LT(lines(text), 3'000);
+    EXPECT_TRUE(Contains(text, "  tables of the first 100 of 120 results with cut points\n"));
+    EXPECT_TRUE(Contains(text, "\nWithout cut points"));
+    EXPECT_TRUE(Contains(text, "\ncut99 by t"));
+    EXPECT_FALSE(Contains(text, "\ncut100 by t") || Contains(text, "\nflat0 by t"));
+  }
+  EXPECT_TRUE(Contains(one, "not counted by class; from 1 to 2  weight 8 valid"));
+  MCBinModel::TextStyle style;
+  style.top = 1120;
+  EXPECT_TRUE(Contains(EvaluationOf(model, {"d"}, style), "\ncut119 by t"));
+}
+
+TEST(EvaluationReport, TellsDataOfLongNamesApart) {
+  const BinModel model = SampleBins({"n", "y"}, {{"x", {{3, 1}, {1, 3}}}});
+  const std::string ends = EvaluationOf(
+      model, {"/a/portfolio_of_customers_2024-01.csv", "/b/portfolio_of_customers_2024-02.csv"});
+  EXPECT_TRUE(Contains(ends, "\n  attribute  portfolio_\u202624-01.csv  portfolio_\u202624-02.csv\n"))
+      << ends;
+  EXPECT_TRUE(Contains(ends, "\n  portfolio_of_customers_2024-02.csv  ")) << ends;
+  const std::string middle = EvaluationOf(model, {"customers_of_2024-01_checked_by_hand.csv",
+                                                  "customers_of_2024-02_checked_by_hand.csv"});
+  EXPECT_TRUE(
+      Contains(middle, "  \u202601_checke\u2026_hand.csv  \u202602_checke\u2026_hand.csv\n"))
+      << middle;
 }
 
 TEST(EvaluationReport, ComparesMissingCasesWhereBothSidesCountedThem) {
