@@ -6,11 +6,13 @@
 #include <cmath>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "binmodel/model/refusal.h"
 #include "binmodel/model/usermissing.h"
 #include "binmodel/text/displaytext.h"
+#include "binmodel/text/number.h"
 #include "common/missing.h"
 #include "metadata/bincatnumencoder.h"
 #include "metadata/binstringencoder.h"
@@ -24,12 +26,22 @@ constexpr std::int16_t kNoCode = -1;
 
 template <typename Value>
 auto ReadNumbers(const ColumnView<Value>& view) {
-  return [view](std::size_t first, std::size_t count, double* values) {
+  const bool isPlain =
+      view.validity == nullptr && view.stride == static_cast<std::ptrdiff_t>(sizeof(Value));
+  return [view, isPlain](std::size_t first, std::size_t count, double* values) {
+    if (isPlain) {  // several values at a time
+      const ColumnView<Value> plain{view.values};
+      for (std::size_t i = 0; i < count; ++i) values[i] = static_cast<double>(plain[first + i]);
+      return;
+    }
     for (std::size_t i = 0; i < count; ++i) {
       values[i] = view.IsValid(first + i) ? static_cast<double>(view[first + i]) : MCMV::Missing();
     }
   };
 }
+
+std::string TextOf(double number) { return FormatNumber(number); }
+std::string TextOf(std::string_view text) { return std::string(text); }
 
 // The codes of a column, from 0 in the order of the categories. `encode` gives a category that it
 // does not know the next code.
@@ -41,9 +53,12 @@ std::vector<std::int16_t> MakeCodes(const ColumnView<Value>& view, std::size_t r
     if (!view.IsValid(i)) continue;
     const double code = encode(view[i]);
     if (code >= static_cast<double>(kMostCategories)) {
-      throw Refusal(RefusalCode::kInput, {.place = {}, .subject = variable.name, .detail = {}},
-                    fmt::format("column {}: a categorical column has at most {} different values",
-                                QuotedText(variable.name), kMostCategories));
+      const std::string beyond = TextOf(view[i]);
+      throw Refusal(RefusalCode::kTooManyCategories,
+                    {.place = {}, .subject = variable.name, .detail = beyond},
+                    fmt::format("column {}: a categorical column has at most {} different values, "
+                                "{} is one too many",
+                                QuotedText(variable.name), kMostCategories, QuotedText(beyond)));
     }
     codes[i] = static_cast<std::int16_t>(code);
   }

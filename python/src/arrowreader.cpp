@@ -182,16 +182,17 @@ std::string NameOf(const ArrowSchema& schema) { return schema.name == nullptr ? 
 
 std::vector<Column> MakeColumns(const Batches& batches, const std::string& name) {
   const ArrowSchema& schema = batches.schema.Get();
-  const std::size_t fieldCount = IsStruct(schema) ? static_cast<std::size_t>(schema.n_children) : 1;
+  const bool isTable = name.empty();
+  const std::size_t fieldCount = isTable ? static_cast<std::size_t>(schema.n_children) : 1;
   std::vector<Column> columns;
   for (std::size_t i = 0; i < fieldCount; ++i) {
-    const ArrowSchema& field = IsStruct(schema) ? *schema.children[i] : schema;
+    const ArrowSchema& field = isTable ? *schema.children[i] : schema;
     std::ptrdiff_t stride = 0;
-    Column column = MakeColumn(field, IsStruct(schema) ? NameOf(field) : name, stride);
+    Column column = MakeColumn(field, isTable ? NameOf(field) : name, stride);
     for (const Owned<ArrowArray>& owned : batches.arrays) {
       const ArrowArray& array = owned.Get();
       const auto length = static_cast<std::size_t>(array.length);
-      if (IsStruct(schema)) {
+      if (isTable) {
         AddChunk(column, stride, field, *array.children[i], static_cast<std::size_t>(array.offset),
                  length);
       } else {
@@ -204,7 +205,10 @@ std::vector<Column> MakeColumns(const Batches& batches, const std::string& name)
 }
 
 ArrowTable MakeTable(std::shared_ptr<Batches> batches, const std::string& name) {
-  if (IsStruct(batches->schema.Get())) {
+  if (name.empty()) {
+    if (!IsStruct(batches->schema.Get())) {
+      throw MCBinModel::Refusal("a table is expected, not a column; give it a name in a dict");
+    }
     for (const Owned<ArrowArray>& array : batches->arrays) CheckRows(array.Get());
   }
   ArrowTable table;
@@ -222,12 +226,14 @@ void CheckAnswer(ArrowArrayStream& stream, int answer) {
 
 }  // namespace
 
-ArrowTable TakeStream(ArrowArrayStream& stream, const std::string& name) {
+ArrowTable TakeStream(ArrowArrayStream& stream, const std::string& name,
+                      const std::function<void()>& pause) {
   Owned<ArrowArrayStream> owned(stream);
   ArrowArrayStream& source = owned.Get();
   auto batches = std::make_shared<Batches>();
   CheckAnswer(source, source.get_schema(&source, &batches->schema.Get()));
   while (true) {
+    pause();
     Owned<ArrowArray> array;
     CheckAnswer(source, source.get_next(&source, &array.Get()));
     if (array.Get().release == nullptr) break;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,10 +16,12 @@ struct ArrowTable {
   std::shared_ptr<const void> owner;
 };
 
-// Takes all batches of a stream, or one array; structs become their fields, anything else a column
-// of that name. The structures are moved from. Throws Refusal for what the producer refuses, and
-// for missing rows.
-ArrowTable TakeStream(ArrowArrayStream& stream, const std::string& name);
+// Takes all batches of a stream, or one array: the column of that name, or without a name a table,
+// whose columns are the fields of a struct. The structures are moved from. `pause` is called before
+// each batch, and may throw. Throws Refusal for what the producer refuses, for missing rows, and
+// for a table that is none.
+ArrowTable TakeStream(ArrowArrayStream& stream, const std::string& name,
+                      const std::function<void()>& pause);
 ArrowTable TakeArray(ArrowSchema& schema, ArrowArray& array, const std::string& name);
 
 }  // namespace MCBinPython

@@ -1,5 +1,6 @@
 #include "table.h"
 
+#include <mcbinmodel/model/refusal.h>
 #include <nanobind/stl/vector.h>
 
 #include <bit>
@@ -8,12 +9,15 @@
 
 #include "arrowreader.h"
 #include "cells.h"
+#include "hostcalls.h"
 
 namespace nb = nanobind;
 
 namespace MCBinPython {
 
 namespace {
+
+using MCBinModel::Refusal;
 
 // A view of an object's memory by the buffer protocol. Made and released by who holds the
 // interpreter.
@@ -102,7 +106,7 @@ Structure& FromCapsule(nb::handle capsule, const char* name) {
   void* const pointer = PyCapsule_GetPointer(capsule.ptr(), name);
   if (pointer == nullptr) throw nb::python_error();
   auto& structure = *static_cast<Structure*>(pointer);
-  if (structure.release == nullptr) throw nb::value_error("the Arrow data were taken already");
+  if (structure.release == nullptr) throw Refusal("the Arrow data were taken already");
   return structure;
 }
 
@@ -110,9 +114,10 @@ Structure& FromCapsule(nb::handle capsule, const char* name) {
 
 void Table::Add(Column column) {
   if (!fColumns.empty() && column.length != fLength) {
-    throw nb::value_error(("column '" + column.name + "' has " + std::to_string(column.length) +
-                           " values, others have " + std::to_string(fLength))
-                              .c_str());
+    throw Refusal(MCBinModel::RefusalCode::kInput,
+                  {.place = {}, .subject = column.name, .detail = {}},
+                  "column '" + column.name + "' has " + std::to_string(column.length) +
+                      " values, others have " + std::to_string(fLength));
   }
   fLength = column.length;
   fColumns.push_back(std::move(column));
@@ -185,7 +190,12 @@ void Table::AddDictionary(const std::string& name, nb::handle indexes, nb::list 
 }
 
 void Table::AddArrowStream(nb::handle stream, const std::string& name) {
-  ArrowTable table = TakeStream(FromCapsule<ArrowArrayStream>(stream, "arrow_array_stream"), name);
+  auto& source = FromCapsule<ArrowArrayStream>(stream, "arrow_array_stream");
+  ArrowTable table = [&] {
+    HostCalls host{nb::none()};
+    const nb::gil_scoped_release unlocked;  // others may make the batches, in threads of their own
+    return TakeStream(source, name, [&] { host.QueryCancel(); });
+  }();
   fOwners.push_back(std::move(table.owner));
   for (Column& column : table.columns) Add(std::move(column));
 }

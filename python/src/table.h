@@ -29,8 +29,9 @@ class Table {
   void AddDictionary(const std::string& name, nanobind::handle indexes, nanobind::list values,
                      bool isOrdered);
 
-  // Arrow capsules, which are moved from: a stream, or a schema and an array. Structs become their
-  // fields, anything else the column `name`.
+  // Arrow capsules, which are moved from: a stream, or a schema and an array. They are the column
+  // `name`, or without a name a table, whose columns are the fields of a struct. Of a stream the
+  // interpreter's lock is released while batches are made.
   void AddArrowStream(nanobind::handle stream, const std::string& name);
   void AddArrowArray(nanobind::handle schema, nanobind::handle array, const std::string& name);
 

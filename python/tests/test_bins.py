@@ -230,7 +230,7 @@ def test_refined_bins_are_those_of_the_tool(tool, tmp_path, fine_bins, wanted):
         ({"attributes": ["shoe"]}, "unknown-attribute", "shoe"),
         ({"breaks": {"age": [np.nan]}}, "input", "not finite"),
         ({"attributes": []}, "input", "no attributes"),
-        ({"max_bins": 0}, "input", "1 or more"),
+        ({"max_bins": 0}, "input", "from 1 to"),
         ({"monotonic": "up"}, "input", "'valley'"),
         ({"event": "maybe"}, "unknown-class", "'yes'"),
         ({"woe_adjust": -1}, "input", "from 0 to"),
@@ -244,7 +244,7 @@ def test_what_bins_cannot_be_is_refused(bins, wanted, code, text):
 
 def test_signals_are_heard_while_bins_are_refined():
     x = np.random.default_rng(2).normal(size=20_000)
-    cuts = np.quantile(x, np.arange(1, 500) / 500)
+    cuts = np.quantile(x, np.arange(1, 250) / 250)
     names = [f"x{i}" for i in range(20)]
     table = {"y": (x > 0).astype(int), **dict.fromkeys(names, x)}
     fine = mb.from_cut_points(dict.fromkeys(names, cuts), table, target="y")

@@ -61,6 +61,9 @@ def test_encodings_are_named_shown_and_inverted(encode, data):
         with pytest.raises(ValueError, match="no inverse"):
             binning.inverse_transform(out)
         return
+    for wrong in [plain[:, 1:]] + [plain * 99, plain - 1, plain + 0.5] * (encode == "ordinal"):
+        with pytest.raises(ValueError, match=r"columns are expected|no index of a bin"):
+            binning.inverse_transform(wrong)
     again = binning.transform(pd.DataFrame(binning.inverse_transform(out), columns=list("abc")))
     again = again.toarray() if encode == "onehot" else again
     assert np.array_equal(again, plain, equal_nan=True)

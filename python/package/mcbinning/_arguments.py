@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from collections.abc import Mapping, Sequence
+from collections.abc import Hashable, Iterable, Mapping
 from typing import Any, Literal
 
 import numpy as np
@@ -25,57 +25,96 @@ def at_least(name: str, value: int, least: int) -> int:
     if isinstance(value, bool) or not isinstance(value, (int, np.integer)):
         raise TypeError(f"{name} is a whole number, not {type(value).__name__}")
     if not least <= value < 2**31:
-        raise InputError(f"{name} is {least} or more, not {value}")
+        raise InputError(f"{name} is a whole number from {least} to {2**31 - 1}, not {value}")
     return int(value)
+
+
+def as_number(name: str, value: Any) -> float:
+    """Take what Python reads as a number, but no text."""
+    try:
+        if not isinstance(value, (str, bytes)):
+            return float(value)
+    except (TypeError, ValueError):
+        pass
+    raise TypeError(f"{name} is a number, not {type(value).__name__}")
 
 
 def as_share(name: str, value: float) -> float:
     """Take a number from 0 to 1."""
-    if not 0.0 <= value <= 1.0:
+    share = as_number(name, value)
+    if not 0.0 <= share <= 1.0:
         raise InputError(f"{name} is a share from 0 to 1, not {value}")
-    return float(value)
+    return share
 
 
 def as_weight(name: str, value: float) -> float:
     """Take a finite number from 0 up."""
-    if not 0.0 <= value < float("inf"):
+    weight = as_number(name, value)
+    if not 0.0 <= weight < float("inf"):
         raise InputError(f"{name} is a weight from 0 up, not {value}")
-    return float(value)
+    return weight
 
 
 def as_adjustment(name: str, value: float) -> float:
     """Take a weight that is added to classes before weights of evidence are taken."""
-    if not 0.0 <= value <= _core.largest_woe_adjust:
+    weight = as_number(name, value)
+    if not 0.0 <= weight <= _core.largest_woe_adjust:
         raise InputError(f"{name} is a weight from 0 to {_core.largest_woe_adjust:g}, not {value}")
-    return float(value)
+    return weight
 
 
 def as_events(event: Any) -> list[str]:
     """Write classes as texts: the library reads numbers in them where the target has numbers."""
     if event is None:
         return []
-    several = event if isinstance(event, (list, tuple)) else [event]
-    return [one if isinstance(one, str) else repr(float(one)) for one in several]
+    several = list(event) if isinstance(event, (list, tuple, np.ndarray)) else [event]
+    return [
+        one if isinstance(one, str) else repr(as_number("event (a class: text or number)", one))
+        for one in several
+    ]
 
 
 def one_of(name: str, value: Any, known: Mapping[Any, Any]) -> Any:
     """Look up what a word stands for."""
-    if value not in known:
+    if not isinstance(value, Hashable) or value not in known:
         words = ", ".join(repr(word) for word in known if word is not None)
         raise InputError(f"{name} is one of {words}, not {value!r}")
     return known[value]
 
 
-def as_names(names: Sequence[str]) -> list[str]:
-    """Take the names of attributes, but no name by itself."""
-    if isinstance(names, str):
-        raise TableTypeError("attributes is a list of names")
-    return list(names)
+def as_text(name: str, value: Any) -> str:
+    """Take a text."""
+    if not isinstance(value, str):
+        raise TypeError(f"{name} is a text, not {type(value).__name__}")
+    return value
 
 
-def as_cut_points(name: str, points: Sequence[float]) -> list[float]:
+def as_names(argument: str, names: Any) -> list[str]:
+    """Take names of columns, but no name by itself."""
+    if isinstance(names, str) or not isinstance(names, Iterable):
+        raise TableTypeError(f"{argument} is a list of names")
+    listed = list(names)
+    for name in listed:
+        if not isinstance(name, str):
+            raise TableTypeError(f"{argument}: a name is text, but {name!r} is not")
+    return listed
+
+
+def as_mapping(argument: str, value: Any) -> Mapping[Any, Any]:
+    """Take a dict of what is said of columns, by their names; None for nothing."""
+    if value is None:
+        return {}
+    if not isinstance(value, Mapping):
+        raise TypeError(f"{argument} is a dict by names of columns, not {type(value).__name__}")
+    as_names(argument, value)
+    return value
+
+
+def as_cut_points(name: str, points: Any) -> list[float]:
     """Take the finite cut points of an attribute."""
-    values = [float(point) for point in points]
+    if isinstance(points, str) or not isinstance(points, Iterable):
+        raise TypeError(f"the cut points of {name!r} are a list of numbers")
+    values = [as_number(f"a cut point of {name!r}", point) for point in points]
     if not np.isfinite(values).all():
         raise InputError(f"the cut points of {name!r} are not finite")
     return values

@@ -13,8 +13,10 @@ from ._arguments import (
     as_adjustment,
     as_cut_points,
     as_events,
+    as_mapping,
     as_names,
     as_share,
+    as_text,
     as_weight,
     at_least,
     one_of,
@@ -27,7 +29,6 @@ from ._files import Path, write_text
 from ._frame import Frame, make_frame
 from ._notebook import in_notebook
 from ._request import Request
-from ._table import as_table
 from ._warning import warn
 
 Form = Literal["index", "label", "woe", "interval"]
@@ -106,6 +107,8 @@ class Bins:
         return self._attributes[self._model.variables_of(result)[0]]
 
     def __getitem__(self, key: str | tuple[str, str]) -> AttributeBins:
+        if isinstance(key, tuple) and len(key) != 2:
+            raise KeyError(key)
         name, target = key if isinstance(key, tuple) else (key, None)
         results = self._results(target)
         if name not in results:
@@ -196,11 +199,13 @@ class Bins:
             Weight of evidence without a target of two classes, or several targets and none chosen.
         """
         form = one_of("as_", as_, _FORMS)
+        suffix = as_text("suffix", suffix)
         if names is None and isinstance(table, np.ndarray) and table.ndim == 2:
             names = self._attributes
         results = self._results(target)
         if attributes is not None:
-            results = {name: _get(results, name) for name in attributes}
+            chosen = as_names("attributes", attributes)
+            results = {name: _get(results, name) for name in chosen}
         usable, notes = self._model.usable(list(results.values()))
         engine = find_engine(table)
         if engine is not None:
@@ -210,11 +215,9 @@ class Bins:
             from .engines._apply import apply_on
 
             return apply_on(engine, self._model, usable, named, form, suffix)
-        core = as_table(table, names)
-        columns = {name: index for index, name in enumerate(core.names())}
-        for name in results:
-            if name not in columns:
-                raise unknown_column(name, core.names())
+        request = Request(table, names, only=results)
+        core = request.table
+        columns = {name: request.index(name) for name in results}
         frame, unknown = self._model.apply(usable, core, columns, form, suffix)
         if unknown:
             notes = [*notes, *(f"{name}: {n} unknown categories" for name, n in unknown.items())]
@@ -267,9 +270,10 @@ class Bins:
 
             counted, text = evaluate_on(engine, self._model, results, weight)
             return Evaluation(before, results_of(counted), Bins(counted), text)
-        request = Request(table, names)
         wanted = {self._name_of(index) for index in results}
         wanted |= {bins.target for bins in before if bins.target is not None}
+        named = wanted | {weight} if isinstance(weight, str) else wanted
+        request = Request(table, names, only=named)
         columns = {name: request.index(name) for name in sorted(wanted)}
         place = request.add_weight(weight)
         counted, text = self._model.count_on(results, request.table, columns, place, "other data")
@@ -349,11 +353,11 @@ class Bins:
         settings.min_nonevent_weight = as_weight("min_nonevent_weight", min_nonevent_weight)
         settings.trend = one_of("monotonic", monotonic, _TRENDS)
         settings.min_rate_difference = as_share("min_rate_difference", min_rate_difference)
-        settings.breaks = {name: as_cut_points(name, cuts) for name, cuts in (breaks or {}).items()}
-        settings.keep = {name: as_cut_points(name, cuts) for name, cuts in (keep or {}).items()}
+        settings.breaks = _cuts_by_name("breaks", breaks)
+        settings.keep = _cuts_by_name("keep", keep)
         settings.objective = one_of("objective", objective, _OBJECTIVES)
         if attributes is not None:
-            settings.attributes = as_names(attributes)
+            settings.attributes = as_names("attributes", attributes)
             if not settings.attributes:
                 raise InputError("there are no attributes to refine")
         adjustment = None if woe_adjust is None else as_adjustment("woe_adjust", woe_adjust)
@@ -395,7 +399,8 @@ class Bins:
         ExportError
             Something that the dialect cannot say.
         """
-        results, form = self._export(target, as_)
+        results, form, suffix, missing = self._export(target, as_, suffix, missing)
+        dialect, table = as_text("dialect", dialect), as_text("table", table)
         return self._model.sql(results, form, suffix, missing, dialect, table)
 
     def to_pmml(
@@ -407,7 +412,7 @@ class Bins:
         missing: str | None = None,
     ) -> str:
         """Write a PMML 4.4 document that derives the bins. Parameters as for `to_sql`."""
-        results, form = self._export(target, as_)
+        results, form, suffix, missing = self._export(target, as_, suffix, missing)
         return self._model.pmml(results, form, suffix, missing)
 
     def to_python(
@@ -419,14 +424,17 @@ class Bins:
         missing: str | None = None,
     ) -> str:
         """Write a module that assigns the bins with NumPy alone. Parameters as for `to_sql`."""
-        results, form = self._export(target, as_)
+        results, form, suffix, missing = self._export(target, as_, suffix, missing)
         return self._model.python(results, form, suffix, missing)
 
-    def _export(self, target: str | None, as_: str) -> tuple[list[int], _core.Form]:
+    def _export(
+        self, target: str | None, as_: str, suffix: str, missing: str | None
+    ) -> tuple[list[int], _core.Form, str, str | None]:
         form = _exported_form(as_)
+        text = None if missing is None else as_text("missing", missing)
         usable, notes = self._model.usable(self._model.select(target))
         warn(notes)
-        return usable, form
+        return usable, form, as_text("suffix", suffix), text
 
     def to_html(self, adjustment: float | None = None) -> str:
         """Make a page with a ranking, charts and tables.
@@ -478,12 +486,13 @@ def load(path: Path) -> Bins:
     OSError
         It cannot be read.
     """
-    with open(path, encoding="utf-8") as file:
+    name = os.fsdecode(path)
+    with open(name, encoding="utf-8") as file:
         try:
             text = file.read()
         except UnicodeDecodeError as error:
-            raise BinFileError(f"{os.fspath(path)}: this is no bin file: {error}") from None
-    return Bins(_core.Model.parse(text, os.fspath(path)))
+            raise BinFileError(f"{name}: this is no bin file: {error}") from None
+    return Bins(_core.Model.parse(text, name))
 
 
 def sql_dialects() -> list[str]:
@@ -501,8 +510,13 @@ def _get(results: dict[str, int], name: str) -> int:
     return results[name]
 
 
+def _cuts_by_name(argument: str, cut_points: Any) -> dict[str, list[float]]:
+    given = as_mapping(argument, cut_points)
+    return {name: as_cut_points(name, points) for name, points in given.items()}
+
+
 def _exported_form(as_: str) -> _core.Form:
     """Look up a form that expressions can have."""
-    if as_ not in _FORMS or as_ == "interval":
+    if not isinstance(as_, str) or as_ not in _FORMS or as_ == "interval":
         raise InputError(f"as_ is 'index', 'label' or 'woe', not {as_!r}")
     return _FORMS[as_]

@@ -35,13 +35,15 @@ class UnknownColumnError(InputError):
 
 
 class TableTypeError(BinningError, TypeError):
-    """A table, or a column of it, that is of a type which cannot be binned."""
+    """A table, a column or its name, of a type which cannot be binned."""
 
     code = "column-type"
 
 
 class CategoryError(InputError):
-    """A categorical column with too many categories, or a target with too few."""
+    """A categorical column with too many categories."""
+
+    code = "too-many-categories"
 
 
 class WeightError(InputError):
@@ -54,6 +56,8 @@ class TargetError(InputError):
 
 class BinFileError(InputError):
     """A text that is no bin file, or a number or text that a bin file cannot hold."""
+
+    code = "wrong-file"
 
 
 class ExportError(InputError):

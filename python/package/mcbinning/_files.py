@@ -9,7 +9,8 @@ Path = str | os.PathLike[str]
 
 def write_text(path: Path, text: str) -> None:
     """Write a file beside its place, then put it there: a failure leaves what was there."""
-    folder, name = os.path.split(os.path.abspath(os.fspath(path)))
+    path = os.fsdecode(path)
+    folder, name = os.path.split(os.path.abspath(path))
     import tempfile  # here, as importing it takes longer than importing this package
 
     descriptor, beside = tempfile.mkstemp(prefix=f".{name}.", dir=folder)

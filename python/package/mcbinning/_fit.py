@@ -12,6 +12,7 @@ from ._arguments import (
     as_adjustment,
     as_cut_points,
     as_events,
+    as_mapping,
     as_share,
     at_least,
     is_right,
@@ -235,21 +236,22 @@ def from_cut_points(
     InputError
         Cut points that do not ascend or are not finite, and what `fit` refuses.
     """
-    if not cut_points:
-        raise InputError("there are no cut points")
     cuts = []
-    for name, points in cut_points.items():
+    for name, points in as_mapping("cut_points", cut_points).items():
         values = as_cut_points(name, points)
         if not all(a < b for a, b in itertools.pairwise(values)):
             raise InputError(f"the cut points of {name!r} do not ascend")
         cuts.append(values)
+    if not cuts:
+        raise InputError("there are no cut points")
     attributes = list(cut_points)
     check_names(attributes)
     if table is None:
         if target is not None or weight is not None:
             raise InputError("a target and a weight need a table")
         return Bins(_core.from_cut_points(attributes, cuts, is_right(closed), None, None))
-    request = Request(table, names)
+    only = [*attributes, *(name for name in (target, weight) if isinstance(name, str))]
+    request = Request(table, names, only=only)
     targets = [] if target is None else request.add_targets(target)
     if len(targets) > 1:
         raise TargetError("one target is expected")

@@ -18,6 +18,8 @@ def reporting(progress: Progress) -> Iterator[Report]:
         yield None
     elif callable(progress):
         yield progress
+    elif progress is not True:
+        raise TypeError("progress is True, False or a function of two numbers")
     else:
         try:
             from tqdm.auto import tqdm

@@ -11,11 +11,11 @@ from typing import Any
 import numpy as np
 
 from . import _core
-from ._arguments import as_names, at_least
+from ._arguments import as_mapping, as_names, as_number, at_least
 from ._errors import InputError, TableTypeError, TargetError, unknown_column
 from ._files import Path, system_temp_dir
 from ._progress import Report
-from ._table import add_column, as_table, check_names, column_of
+from ._table import add_column, as_table, column_of, names_of
 
 
 @dataclass(frozen=True)
@@ -56,8 +56,11 @@ class FitCall:
 class Request:
     """A table on its way into a run, with the columns that were handed in by themselves."""
 
-    def __init__(self, data: Any, names: Sequence[str] | None) -> None:
-        self.table = as_table(data, names)
+    def __init__(
+        self, data: Any, names: Sequence[str] | None, only: Iterable[str] | None = None
+    ) -> None:
+        self.table = as_table(data, names, only)
+        self._data = data
         self._places: dict[str, int] = {}
 
     def index(self, name: str) -> int:
@@ -65,18 +68,20 @@ class Request:
         if len(self._places) != self.table.width():
             self._places = {known: place for place, known in enumerate(self.table.names())}
         if name not in self._places:
-            raise unknown_column(name, list(self._places))
+            raise unknown_column(name, names_of(self._data) or list(self._places))
         place = self._places[name]
         if self.table.role(place) == "other":
             raise TableTypeError(f"column {name!r} is of {self.table.type(place)}, not of values")
         return place
 
     def _add(self, data: Any, default_name: str) -> str:
+        taken = set(self.table.names())
         name, column = column_of(data, default_name)
-        if name in self.table.names():
+        if name in taken:
             name = default_name
+        while name in taken:
+            name += "_"
         add_column(self.table, name, column)
-        check_names(self.table.names())
         return name
 
     def add_targets(self, target: Any) -> list[str]:
@@ -106,7 +111,7 @@ class Request:
         self, attributes: Sequence[str] | None, used: set[int], categorical: set[int]
     ) -> tuple[list[int], list[str]]:
         if attributes is not None:
-            return [self.index(name) for name in as_names(attributes)], []
+            return [self.index(name) for name in as_names("attributes", attributes)], []
         chosen, left_out = [], []
         for place, name in enumerate(self.table.names()):
             if place in used:
@@ -138,9 +143,8 @@ class Request:
             raise InputError(f"rounding is 'closest' or 'truncate', not {rounding!r}")
         target_places = [self.index(name) for name in targets]
         weight_place = self.add_weight(weight)
-        if isinstance(categorical, str):
-            raise TableTypeError("categorical is a list of names")
-        categorical_places = {self.index(name) for name in categorical}
+        categorical_names = as_names("categorical", () if categorical is None else categorical)
+        categorical_places = {self.index(name) for name in categorical_names}
         used = {*target_places} | ({weight_place} if weight_place is not None else set())
         chosen, left_out = self._choose(attributes, used, categorical_places)
         uses = Counter([*chosen, *target_places])
@@ -153,7 +157,7 @@ class Request:
             raise InputError("the table has no rows")
         definitions = {
             self.index(name): _missing(name, given, self.table.role(self.index(name)))
-            for name, given in (missing or {}).items()
+            for name, given in as_mapping("missing", missing).items()
         }
         call = FitCall(
             settings,
@@ -178,18 +182,20 @@ class Request:
 
 def _missing(name: str, given: Any, role: str) -> tuple[list[float], list[str], Any]:
     """Sort what is missing into numbers, texts and the interval."""
-    values = list(given) if isinstance(given, (list, set, frozenset, np.ndarray)) else [given]
+    is_list = isinstance(given, Iterable) and not isinstance(given, (str, bytes, tuple))
+    values = list(given) if is_list else [given]
     intervals = [value for value in values if isinstance(value, tuple)]
     if len(intervals) > 1:
         raise InputError(f"missing: {name!r} has more than one interval")
     single = [value for value in values if not isinstance(value, tuple)]
     texts = [value for value in single if isinstance(value, str)]
-    numbers = [float(value) for value in single if not isinstance(value, str)]
+    described = f"missing: a value of {name!r}"
+    numbers = [as_number(described, value) for value in single if not isinstance(value, str)]
     interval = None
     if intervals:
         if len(intervals[0]) != 2:
             raise InputError(f"missing: an interval of {name!r} is (low, high)")
-        low, high = (None if end is None else float(end) for end in intervals[0])
+        low, high = (None if end is None else as_number(described, end) for end in intervals[0])
         if low is not None and high is not None and not low <= high:
             raise InputError(f"missing: the interval of {name!r} ends before it begins")
         interval = (low, high)

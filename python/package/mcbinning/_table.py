@@ -4,18 +4,23 @@ from __future__ import annotations
 
 import datetime
 import math
-from collections.abc import Iterable, Mapping, Sequence
+import numbers
+import sys
+from collections.abc import Iterable, Mapping, Sequence, Set
 from typing import Any
 
 import numpy as np
 
 from . import _core
+from ._arguments import as_names
 from ._errors import InputError, TableTypeError
 
 _PLAIN_KINDS = "biuf"
 
 
-def as_table(data: Any, names: Sequence[str] | None = None) -> _core.Table:
+def as_table(
+    data: Any, names: Sequence[str] | None = None, only: Iterable[str] | None = None
+) -> _core.Table:
     """Make the columns of a table.
 
     Parameters
@@ -25,6 +30,8 @@ def as_table(data: Any, names: Sequence[str] | None = None) -> _core.Table:
         ``__arrow_c_array__``, or a NumPy array: structured, or of rows.
     names
         Of the columns of an array of rows; x0, x1 and so on without it.
+    only
+        Which columns are wanted: others may be left out, whatever they hold.
 
     Returns
     -------
@@ -35,10 +42,12 @@ def as_table(data: Any, names: Sequence[str] | None = None) -> _core.Table:
     if isinstance(data, np.ndarray):
         _add_array(table, data, names)
     elif isinstance(data, Mapping):
-        for name, column in data.items():
-            add_column(table, name, column)
+        for name in _chosen(data, only):
+            add_column(table, name, data[name])
     elif _is_pandas(data, "DataFrame"):
-        for name in data.columns:
+        chosen = _chosen(data.columns, only)
+        check_names(chosen)
+        for name in chosen:
             add_column(table, name, data[name])
     elif hasattr(data, "__arrow_c_stream__"):
         table.add_arrow_stream(data.__arrow_c_stream__(), "")
@@ -54,10 +63,30 @@ def as_table(data: Any, names: Sequence[str] | None = None) -> _core.Table:
     return table
 
 
+def names_of(data: Any) -> list[str]:
+    """Get the names of all columns where the table is not Arrow's or an array."""
+    if isinstance(data, Mapping):
+        return list(data)
+    return list(data.columns) if _is_pandas(data, "DataFrame") else []
+
+
+def _chosen(names: Iterable[Any], only: Iterable[str] | None) -> list[Any]:
+    if only is None:
+        return list(names)
+    wanted = set(only)
+    return [name for name in names if name in wanted]
+
+
 def check_names(names: Iterable[str]) -> None:
-    """Refuse columns without a name or with the same one."""
+    """Refuse columns without a name, with the same one, or with one that is no text."""
     seen: set[str] = set()
     for name in names:
+        if not isinstance(name, str):
+            raise TableTypeError(
+                f"names of columns are text, but {name!r} is {type(name).__name__}; rename them"
+            )
+        if not _is_encodable(name):
+            raise InputError(f"the name of column {name!r} is no valid text")
         if name in seen:
             raise InputError(f"two columns are called {name!r}")
         seen.add(name)
@@ -65,22 +94,38 @@ def check_names(names: Iterable[str]) -> None:
         raise InputError("a column has no name")
 
 
-def add_column(table: _core.Table, name: object, column: Any) -> None:
+def _is_encodable(text: str) -> bool:
+    """Whether it has no half of a surrogate pair, which UTF-8 cannot say."""
+    try:
+        text.encode()
+    except UnicodeEncodeError:
+        return False
+    return True
+
+
+def add_column(table: _core.Table, name: str, column: Any) -> None:
     """Add a column of any kind; refuses what cannot be binned."""
-    if not isinstance(name, str):
-        raise TableTypeError(f"names of columns are text, but {name!r} is {type(name).__name__}")
+    check_names([name])
     if isinstance(column, np.ndarray):
         _add_values(table, name, column)
+    elif _is_pandas(column, "Index") or _is_pandas(column, "ExtensionArray"):
+        _add_series(table, name, sys.modules["pandas"].Series(column))
     elif _is_pandas(column, "Series"):
         _add_series(table, name, column)
     elif hasattr(column, "__arrow_c_stream__") or hasattr(column, "__arrow_c_array__"):
         _add_arrow(table, name, column)
-    elif isinstance(column, (bytes, bytearray)):
-        raise TableTypeError(f"column {name!r} is {type(column).__name__}, which has no values")
+    elif isinstance(column, (bytes, bytearray, Mapping, Set)):
+        raise TableTypeError(f"column {name!r} is {type(column).__name__}, which is no column")
     elif isinstance(column, (str, bool, int, float, np.generic)) or column is None:
         _add_values(table, name, np.array([column]))  # a single row
     else:
-        _add_list(table, name, list(column))
+        try:
+            values = list(column)
+        except TypeError:
+            raise TableTypeError(
+                f"column {name!r} is {type(column).__name__}, which is no column"
+            ) from None
+        _add_list(table, name, values)
 
 
 def column_of(data: Any, default_name: str) -> tuple[str, Any]:
@@ -90,17 +135,15 @@ def column_of(data: Any, default_name: str) -> tuple[str, Any]:
 
 
 def _add_arrow(table: _core.Table, name: str, column: Any) -> None:
-    before = table.width()
     if hasattr(column, "__arrow_c_stream__"):
         table.add_arrow_stream(column.__arrow_c_stream__(), name)
     else:
         schema, array = column.__arrow_c_array__()
         table.add_arrow_array(schema, array, name)
-    if table.width() != before + 1 or table.name(before) != name:
-        raise TableTypeError(f"column {name!r} is a table or a struct and no column")
 
 
 def _add_array(table: _core.Table, data: np.ndarray[Any, Any], names: Sequence[str] | None) -> None:
+    data = _as_plain(data)
     if data.dtype.names is not None:
         if data.ndim != 1:
             raise InputError("a structured array has one dimension")
@@ -109,7 +152,10 @@ def _add_array(table: _core.Table, data: np.ndarray[Any, Any], names: Sequence[s
         return
     if data.ndim != 2:
         raise InputError(f"a table has two dimensions, the array has {data.ndim}")
-    names = [f"x{i}" for i in range(data.shape[1])] if names is None else list(names)
+    if names is None:
+        names = [f"x{i}" for i in range(data.shape[1])]
+    names = as_names("names", names)
+    check_names(names)
     if len(names) != data.shape[1]:
         raise InputError(f"{len(names)} names for {data.shape[1]} columns")
     if _is_plain(data):
@@ -117,6 +163,11 @@ def _add_array(table: _core.Table, data: np.ndarray[Any, Any], names: Sequence[s
     else:
         for i, name in enumerate(names):
             _add_values(table, name, data[:, i])
+
+
+def _as_plain(values: np.ndarray[Any, Any]) -> np.ndarray[Any, Any]:
+    """Look at a file in memory, a matrix or another kind of array as a plain one."""
+    return values if isinstance(values, np.ma.MaskedArray) else np.asarray(values)
 
 
 def _is_plain(values: np.ndarray[Any, Any]) -> bool:
@@ -130,6 +181,7 @@ def _is_plain(values: np.ndarray[Any, Any]) -> bool:
 
 
 def _add_values(table: _core.Table, name: str, values: np.ndarray[Any, Any]) -> None:
+    values = _as_plain(values)
     if values.ndim != 1:
         raise InputError(f"column {name!r} has {values.ndim} dimensions instead of one")
     if isinstance(values, np.ma.MaskedArray):
@@ -164,22 +216,28 @@ def _add_list(table: _core.Table, name: str, values: list[Any]) -> None:
     there = [value for value in values if not _is_missing(value)]
     kinds = {type(value) for value in there}
     if there and all(issubclass(kind, str) for kind in kinds):
-        table.add_texts(name, [None if _is_missing(value) else value for value in values])
+        try:
+            table.add_texts(name, [None if _is_missing(value) else value for value in values])
+        except UnicodeEncodeError as error:
+            raise InputError(f"column {name!r} has a text that is not valid: {error}") from None
         return
     if any(issubclass(kind, (datetime.date, datetime.time)) for kind in kinds):
         raise TableTypeError(f"column {name!r} holds dates as objects; make it datetime64 first")
-    if not all(issubclass(kind, (bool, int, float, np.number, np.bool_)) for kind in kinds) or any(
-        issubclass(kind, (complex, np.complexfloating)) for kind in kinds
-    ):
+    if not all(issubclass(kind, (numbers.Real, np.bool_)) or _is_decimal(kind) for kind in kinds):
         mixed = ", ".join(sorted(kind.__name__ for kind in kinds))
         raise TableTypeError(f"column {name!r} is neither all text nor all numbers, but {mixed}")
     try:
-        numbers = np.array(
+        read = np.array(
             [np.nan if _is_missing(value) else value for value in values], dtype=np.float64
         )
     except OverflowError:
         raise InputError(f"column {name!r} has a number beyond the largest double") from None
-    table.add_numbers(name, numbers, False)
+    table.add_numbers(name, read, False)
+
+
+def _is_decimal(kind: type) -> bool:
+    """Whether it is the decimal numbers of Python, which need not be imported."""
+    return kind.__name__ == "Decimal" and kind.__module__ == "decimal"
 
 
 def _is_pandas(data: object, kind: str) -> bool:

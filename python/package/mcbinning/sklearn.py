@@ -146,6 +146,9 @@ class _Discretizer(TransformerMixin, BaseEstimator):  # type: ignore[misc]
                 raise ValueError(f"{len(self.n_bins_)} columns are expected")
         else:
             indexes = self._from_one_hot(Xt)
+        known = np.isnan(indexes) | ((indexes >= 0) & (indexes < self.n_bins_) & (indexes % 1 == 0))
+        if not known.all():
+            raise ValueError(f"{indexes[~known][0]:g} is no index of a bin")
         values = np.full(indexes.shape, np.nan)
         for i, edges in enumerate(self.bin_edges_):
             there = ~np.isnan(indexes[:, i])
@@ -155,6 +158,8 @@ class _Discretizer(TransformerMixin, BaseEstimator):  # type: ignore[misc]
     def _from_one_hot(self, Xt: Any) -> Any:
         dense = Xt.toarray() if sparse.issparse(Xt) else np.asarray(Xt)
         first = np.concatenate([[0], np.cumsum(self.n_bins_)])
+        if dense.ndim != 2 or dense.shape[1] != first[-1]:
+            raise ValueError(f"{first[-1]} columns are expected")
         indexes = np.full((len(dense), len(self.n_bins_)), np.nan)
         for i in range(len(self.n_bins_)):
             part = dense[:, first[i] : first[i + 1]]
