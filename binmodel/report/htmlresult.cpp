@@ -279,7 +279,7 @@ std::string PlainRow(const BinModel& model, std::size_t result, const HtmlTarget
     cells += Cell(counted ? EventShare(target, SumClassWeights(bins)) : "–") +
              Cell(missing != nullptr ? EventShare(target, missing->classWeights) : "–");
   }
-  return fmt::format("<tr id=\"r{}\">{}<td class=\"t s\">{}{}</td></tr>\n", result, cells,
+  return fmt::format("<tr id=\"r{}\">{}<td class=\"t s l\">{}{}</td></tr>\n", result, cells,
                      StatusCell(bins), BestSplitText(model, bins));
 }
 

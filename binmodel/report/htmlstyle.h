@@ -47,7 +47,7 @@ td.w{white-space:normal;overflow-wrap:break-word;max-width:26rem}
 .pair>*{max-width:100%}
 tbody tr:hover td{background:var(--faint)}
 tr.sum td{border-top:1px solid var(--rule);font-weight:600}
-td.s{white-space:normal;min-width:9rem}
+td.s{white-space:normal;min-width:9rem}td.l{min-width:22rem}
 td.gain{min-width:9rem;background:linear-gradient(var(--k0),var(--k0)) no-repeat .55rem 80%/0 3px;
 padding-bottom:.5rem}
 ul.legend{list-style:none;display:flex;flex-wrap:wrap;gap:.15rem 1.1rem;margin:.75rem 0 .25rem;
@@ -88,16 +88,16 @@ ul.legend li{white-space:nowrap}
 .head .facts,ul.legend{font-size:6.5pt}
 .pair{gap:0 4mm}
 .pair>*{flex:none}
-svg{min-width:0!important;max-height:30mm;width:auto}
+svg{min-width:0!important;max-height:36mm;width:auto}
 svg text{font-size:14px}
 h2,h3,.head{break-after:avoid}
 thead{display:table-header-group}
 table{font-size:7pt;line-height:1.2}
 th,td{padding:.03rem .2rem}
 th.c{max-width:5.5rem}
-section:not(.two) table{font-size:6pt}
+section:not(.two) table{font-size:6pt}section:not(.two) svg{max-height:30mm}
 td.gain{padding-bottom:.3rem;background-position:.25rem 100%}
-td.w{overflow-wrap:anywhere;min-width:8rem}td.s{min-width:0}
+td.w{overflow-wrap:anywhere;min-width:8rem}td.s{min-width:0}td.l{min-width:14rem}
 a{color:inherit}}
 )css";
 

@@ -4,6 +4,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <cctype>
 #include <iterator>
 #include <string_view>
 
@@ -71,10 +72,23 @@ std::string Correct(const std::string& argument, const Names& names, const std::
   RefuseOption(option, name, names, command);
 }
 
+bool TakesValue(const CLI::App& command, const std::string& option) {
+  const CLI::Option* const taken = command.get_option_no_throw(option);
+  return taken != nullptr && taken->get_items_expected_min() > 0;
+}
+
+// Such as -q; but -1 is a value, and so may be what stands behind an option.
+bool IsUnknownLetter(const CLI::App& command, const std::string& argument,
+                     const std::string& previous) {
+  const bool isLetter = argument.size() == 2 && argument[0] == '-' &&
+                        std::isalpha(static_cast<unsigned char>(argument[1])) != 0;
+  return isLetter && command.get_option_no_throw(argument) == nullptr &&
+         !TakesValue(command, previous);
+}
+
 // An option in place of a value is none: the value was forgotten.
 void CheckHasValue(const CLI::App& command, const std::string& option, const std::string& next) {
-  const CLI::Option* const taken = command.get_option_no_throw(option);
-  if (taken == nullptr || taken->get_items_expected_min() == 0) return;
+  if (!TakesValue(command, option)) return;
   if (next.substr(0, 2) != "--" || !Contains(LongNamesOf(command), next.substr(2))) return;
   throw UsageError(
       fmt::format("{}: a value is missing before {}; write {}{}{} if this is the value", option,
@@ -109,7 +123,11 @@ std::vector<std::string> CorrectArguments(const CLI::App& app, std::vector<std::
   for (std::size_t i = 1; i < arguments.size() && arguments[i] != "--"; ++i) {
     std::string& argument = arguments[i];
     const bool isOption = argument.size() > 2 && argument[0] == '-';
-    if (isOption) argument = Correct(argument, names, "mcbin " + (*command)->get_name());
+    const std::string called = "mcbin " + (*command)->get_name();
+    if (isOption) argument = Correct(argument, names, called);
+    if (IsUnknownLetter(**command, argument, arguments[i - 1])) {
+      RefuseOption(argument, argument.substr(1), names, called);
+    }
     const bool mayTakeNext = argument.size() > 1 && argument[0] == '-' && i + 1 < arguments.size();
     if (mayTakeNext) CheckHasValue(**command, argument, arguments[i + 1]);
   }
