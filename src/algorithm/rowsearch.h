@@ -38,17 +38,17 @@ class RowSearch {
 // The split with the least entropy of those seen so far, in row order.
 class BestSplit {
  public:
-  // Among equal ones the first stays.
-  void Offer(std::size_t row, double entropy) {
-    if (fHasRow && !(fEntropy > entropy)) return;
+  // Among equal ones the first stays. Whether this one is the best now.
+  bool Offer(std::size_t row, double entropy) {
+    if (fHasRow && !(fEntropy > entropy)) return false;
     fRow = row;
     fEntropy = entropy;
     fHasRow = true;
+    return true;
   }
 
   bool HasRow() const { return fHasRow; }
   std::size_t GetRow() const { return fRow; }
-  double GetEntropy() const { return fEntropy; }
 
  private:
   std::size_t fRow = 0;

@@ -1,7 +1,6 @@
 #include "algorithm/runningsplit.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "algorithm/nearlog.h"
 
@@ -18,8 +17,6 @@ RunningSplit::RunningSplit(const std::vector<double>& totals) {
   }
   AddTerms();
 }
-
-double RunningSplit::ScoreOf(double entropy) const { return entropy * std::log(2.0) * fTotal; }
 
 double RunningSplit::Term(std::size_t category, double left) const {
   return -NearXLogX(left) - NearXLogX(fTotals[category] - left);

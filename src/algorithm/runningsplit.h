@@ -23,15 +23,17 @@ class RunningSplit {
   // `totals` has W_k for each category k at k + 1. Nothing is on the left yet.
   explicit RunningSplit(const std::vector<double>& totals);
 
-  // What a split scores that leaves so many bits.
-  double ScoreOf(double entropy) const;
+  // What a split of an interval of this weight scores that leaves so many bits.
+  static double ScoreOf(double entropy, double weight) { return entropy * kLogOf2 * weight; }
+
+  // Scores further apart than this, in an interval of this weight, are in the order of the
+  // entropies that the plain arithmetic gives (known to 1e-12).
+  static double MarginOf(double weight) { return kMargin * weight; }
 
   // How many categories have weight in the interval.
   std::size_t GetCategoryCount() const { return fCategories.size(); }
 
-  // Scores further apart than this are in the order of the entropies that the plain arithmetic
-  // gives (known to 1e-12).
-  double GetMargin() const { return kMargin * fTotal; }
+  double GetMargin() const { return MarginOf(fTotal); }
 
   // Puts these weights, by category, on the left.
   void Place(const double* left);
@@ -47,6 +49,7 @@ class RunningSplit {
 
  private:
   static constexpr double kMargin = 1e-10;  // times W
+  static constexpr double kLogOf2 = 0.69314718055994530942;
   static constexpr std::size_t kMostMoves = 2048;
 
   double Term(std::size_t category, double left) const;

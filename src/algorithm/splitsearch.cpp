@@ -4,9 +4,11 @@
 #include <array>
 #include <bit>
 #include <cstdint>
+#include <limits>
 #include <numeric>
 
 #include "algorithm/binentropy.h"
+#include "algorithm/nearlog.h"
 
 namespace MCBinning {
 
@@ -173,9 +175,20 @@ bool SplitSearch::IsBoundary(std::size_t row) const {
   return shared != 1;
 }
 
-// Evaluates the splits at rows first .. end-1 of the interval; `left` and `right` are the
-// weights below and from row `first` on.
+// The score that RunningSplit would give the split under evaluation.
+double SplitSearch::NearScore(const Search& search) const {
+  double score = NearXLogX(search.left[0]) + NearXLogX(search.right[0]);
+  for (std::size_t category = 1; category <= GetCategoryCount(); ++category) {
+    score -= NearXLogX(search.left[category]) + NearXLogX(search.right[category]);
+  }
+  return score;
+}
+
+// Evaluates the splits at rows first .. end-1 of the interval, but for those that are known not to
+// be the best; `left` and `right` are the weights below and from row `first` on.
 void SplitSearch::ScanRows(Search& search, std::size_t first, std::size_t end) const {
+  const bool hasScores = !fBlockSums.empty();
+  const double total = search.totals[0];
   bool wasBoundary = first > search.first && IsBoundary(first - 1);
   for (std::size_t row = first; row < end; ++row) {
     bool isCandidate = wasBoundary;
@@ -184,8 +197,12 @@ void SplitSearch::ScanRows(Search& search, std::size_t first, std::size_t end) c
       isCandidate = isCandidate || wasBoundary;
     }
     if (IsRightBorderClosed()) MoveRow(RowAt(row), search.left, search.right);
-    if (isCandidate) {
-      search.best.Offer(row, SplitEntropy(search.left, search.right));
+    if (isCandidate && !(hasScores && NearScore(search) > search.limit)) {
+      const double entropy = SplitEntropy(search.left, search.right);
+      if (search.best.Offer(row, entropy)) {
+        const double score = RunningSplit::ScoreOf(entropy, total);
+        search.limit = std::min(search.limit, score + RunningSplit::MarginOf(total));
+      }
     }
     if (!IsRightBorderClosed()) MoveRow(RowAt(row), search.left, search.right);
   }
@@ -214,6 +231,7 @@ void SplitSearch::ScanBlocks(Search& search) const {
   if (!search.best.HasRow()) {
     std::fill(search.left.begin(), search.left.end(), 0.0);
     search.right = search.totals;
+    search.limit = std::numeric_limits<double>::infinity();
     ScanRows(search, search.first, end);
   }
 }
@@ -235,10 +253,6 @@ void SplitSearch::ScanPart(Search& search, RunningSplit& split, const SplitPart&
       }
       Subtract(search.totals, search.left, search.right);
       ScanRows(search, row, next);
-      if (search.best.HasRow()) {
-        const double best = split.ScoreOf(search.best.GetEntropy());
-        search.limit = std::min(search.limit, best + split.GetMargin());
-      }
     }
     row = next;
     low = high;

@@ -15,10 +15,10 @@ namespace MCBinning {
 //
 // The plain scan evaluates every row that can be a split. The block search gives the same
 // answer, bit by bit, and looks at few rows: whole blocks whose bound (see RunningSplit) is
-// above the score of a split already known are skipped, the others are scanned in row order with
-// the plain scan's own arithmetic. That is exact while all weights are whole numbers and sum up
-// to less than 2^52, whatever the order they are added in; and it pays for few categories.
-// Otherwise every search is a plain scan.
+// above the score of a split already known are skipped, and of the others the rows whose score is;
+// what is left is evaluated in row order with the plain scan's own arithmetic. That is exact while
+// all weights are whole numbers and sum up to less than 2^52, whatever the order they are added in;
+// and it pays for few categories. Otherwise every search is a plain scan.
 class SplitSearch : public RowSearch {
  public:
   // Keeps a reference to the table, which has `categoryCount` entries a row. What is asked of
@@ -57,6 +57,7 @@ class SplitSearch : public RowSearch {
   void AddRows(std::size_t first, std::size_t end, Weights& weights) const;
   Weights SumBefore(std::size_t row) const;
 
+  double NearScore(const Search& search) const;
   void ScanRows(Search& search, std::size_t first, std::size_t end) const;
   void ScanBlocks(Search& search) const;
   void ScanPart(Search& search, RunningSplit& split, const SplitPart& part,
