@@ -57,7 +57,7 @@ class DuckDbTable:
 
     dialect = DIALECT
     most_ranges = 65_536
-    most_values = 524_288
+    most_values = 1_048_576
     side_by_side = 1
 
     def __init__(self, relation: Any, connection: Any = None) -> None:
@@ -106,4 +106,5 @@ def _describe(name: str, kind: str) -> Column:
         number = _TIMES[kind].format(quoted)
     else:
         return Column(name, kind, "other")
-    return Column(name, kind, "number", f"CAST({number} AS DOUBLE)")
+    is_whole = kind in _WHOLE or kind == "BOOLEAN"
+    return Column(name, kind, "number", f"CAST({number} AS DOUBLE)", is_whole)

@@ -178,7 +178,10 @@ class _Run:
                 numbers[place] = min(numbers[place], limit)
             return numbers
         answers = self._engine.ask(
-            [_sql.count_distinct(self._cases(*pairs[place]).write()) for place in open_ones]
+            [
+                _sql.count_distinct(self._engine.dialect, self._cases(*pairs[place]))
+                for place in open_ones
+            ]
         )
         for place, answer in zip(open_ones, answers, strict=True):
             numbers[place] = int(answer["n"][0])

@@ -22,8 +22,10 @@ from ._sql import Answer, Array, Cases, Engine
 # Up to there a target weight is next to one whole number at most (docs/scale.md).
 LARGEST_WEIGHT = 2.0**51
 
-# From there on the ends of a range are apart by orders of magnitude.
+# From there on the ends of a range are apart by orders of magnitude, unless its values are known to
+# be mostly near the larger one: by the mean of their logarithms.
 _WIDE = 1024.0
+_NEAR = math.log(256.0)
 
 _EPSILON = float(np.finfo(np.float64).eps)
 
@@ -125,11 +127,12 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
         Rows that changed between two rounds.
     """
     query = _sql.open_ranges(cases)
-    answer = yield _sql.count(engine.dialect, query, cases.is_weighted)
+    answer = yield _sql.count_signs(engine.dialect, query, cases.is_weighted)
     if float(_sql.weights_of(answer).sum()) != total:
         raise changed(name)
     _check_finite(name, answer)
     summary, ids = open_summary(answer, demand.classes)
+    middles = _middles(answer, ids)
     before = math.inf
     while True:
         wanted = _wanted(summary, demand, engine.most_values)
@@ -140,11 +143,11 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
         before = rows
         by_value = rows <= engine.most_values or not spares
         if spares:
-            parts = 1 if by_value else max(16, engine.most_ranges // int(wanted.sum()))
-            query = _sql.divide(engine, query, _divide(summary, ids, wanted, parts))
+            parts = 1 if by_value else engine.most_ranges
+            query = _sql.divide(engine, query, _divide(summary, ids, wanted, parts, middles))
         else:
             wanted[:] = True
-            query = _sql.with_value(cases)
+            query = _sql.with_value(engine.dialect, cases)
         if by_value:
             limit = max(engine.most_values, demand.most_values)
             answer = yield _sql.count_values(engine.dialect, query, cases.is_weighted, limit)
@@ -152,6 +155,7 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
             answer = yield _sql.count(engine.dialect, query, cases.is_weighted)
         _check_size(name, summary, wanted, len(answer["n"]), demand)
         summary, ids = _refine(name, summary, wanted, answer, by_value)
+        middles = np.full(len(ids), -math.inf)
 
 
 def _needs_all_values(summary: Summary, demand: Demand) -> bool:
@@ -197,8 +201,8 @@ def _gather(answer: Answer, keys: Array, classes: int) -> tuple[Array, Summary]:
     found, place = np.unique(keys, return_inverse=True)
     count = len(found)
     low, high = np.full(count, np.inf), np.full(count, -np.inf)
-    np.minimum.at(low, place, answer["lo"])
-    np.maximum.at(high, place, answer["hi"])
+    np.minimum.at(low, place, answer["lo"] + 0.0)  # of zeros the one without a sign
+    np.maximum.at(high, place, answer["hi"] + 0.0)
     weights = np.zeros((count, max(classes, 1)))
     np.add.at(weights, (place, _as_codes(answer["c"], classes)), _sql.weights_of(answer))
     rows = np.bincount(place, weights=answer["n"], minlength=count)
@@ -224,6 +228,17 @@ def open_summary(answer: Answer, classes: int) -> tuple[Summary, Array]:
         summary.low, summary.high, summary.weights, summary.rows, missing,
         float(weight[~has_class].sum()),
     ), ids  # fmt: skip
+
+
+def _middles(answer: Answer, ids: Array) -> Array:
+    """Get the mean logarithm of the sizes in each range."""
+    place = np.searchsorted(np.sort(ids), answer["r"])
+    order = np.argsort(ids)
+    kept = np.isin(answer["r"], ids)
+    sums, rows = np.zeros(len(ids)), np.zeros(len(ids))
+    np.add.at(sums, order[place[kept]], (answer["n"] * answer["middle"])[kept])
+    np.add.at(rows, order[place[kept]], answer["n"][kept])
+    return sums / np.maximum(rows, 1)
 
 
 def _wanted(summary: Summary, demand: Demand, few: int) -> Array:
@@ -327,19 +342,24 @@ def _finish(summary: Summary, demand: Demand) -> Summary:
     )
 
 
-def _divide(summary: Summary, ids: Array, wanted: Array, parts: int) -> list[tuple[float, ...]]:
+def _divide(
+    summary: Summary, ids: Array, wanted: Array, all_parts: int, middles: Array
+) -> list[tuple[float, ...]]:
     """Describe how ranges are divided: evenly, or by orders of magnitude."""
     divisions: list[tuple[float, ...]] = []
+    base, rows = 0, float(summary.rows[wanted].sum())
     for place in np.flatnonzero(wanted):
+        parts = 1 if all_parts == 1 else max(16, int(all_parts * (summary.rows[place] / rows)))
         low, high = float(summary.low[place]), float(summary.high[place])
         sign = 1 if low > 0 else -1
         small, large = (low, high) if low > 0 else (-high, -low)
-        is_log = large / small > _WIDE
+        is_log = large / small > _WIDE and middles[place] < math.log(large) - _NEAR
         ends = (math.log(small), math.log(large)) if is_log else (small, large)
-        base, span = len(divisions) * parts, ends[1] - ends[0]
+        span = ends[1] - ends[0]
         divisions.append(
             (int(ids[place]), base, parts, sign, int(is_log), small, large, ends[0], span)
         )
+        base += parts
     return divisions
 
 

@@ -90,7 +90,10 @@ def weigh(
 def find_categories(engine: Engine, column: Column, missing: MissingValues, kept: str) -> list[Any]:
     """Find the categories of a column in ascending order, or one more than there may be."""
     value = _sql.value_of(engine.dialect, column, missing)
-    query = _sql.query_categories(value, kept, _MOST_CATEGORIES + 1)
+    if column.role == "number":
+        value = _sql.with_one_zero(engine.dialect, f"({value})")
+    quoted = engine.dialect.column(column.name)
+    query = _sql.query_categories(quoted, value, kept, _MOST_CATEGORIES + 1)
     [answer] = engine.ask([query])
     kind = str if column.role == "text" else float
     return sorted(kind(category) for category in answer["category"])

@@ -5,15 +5,17 @@ from __future__ import annotations
 import contextlib
 import re
 import uuid
-from collections.abc import Iterator, Sequence
+from collections.abc import Sequence
 from typing import Any
 
 import numpy as np
 
 from . import _sql
+from ._interrupt import run_with
 from ._sql import Answer, Column, Dialect
 
-_WHOLE_OR_REAL = {"tinyint", "smallint", "int", "bigint", "float", "double"}
+_WHOLE = {"tinyint", "smallint", "int", "bigint"}
+_REAL = {"float", "double"}
 
 # By their unit, as Arrow has them.
 _TIMES = {
@@ -57,8 +59,8 @@ class SparkTable:
         if not queries:
             return []
         numbered = (f"SELECT q.*, {i} AS query FROM ({one}) AS q" for i, one in enumerate(queries))
-        with _cancelling(self._frame.sparkSession):
-            found = _columns_of(self.derive(" UNION ALL ".join(numbered)))
+        union = self.derive(" UNION ALL ".join(numbered))
+        found = _collect(self._frame.sparkSession, union)
         place = found.pop("query")
         return [
             {name: column[place == i] for name, column in found.items()}
@@ -80,22 +82,21 @@ class SparkTable:
         return SparkTable(table)
 
 
-@contextlib.contextmanager
-def _cancelling(session: Any) -> Iterator[None]:
-    """Have Spark stop the jobs of a block on Ctrl-C."""
+def _collect(session: Any, frame: Any) -> Answer:
+    """Get the rows of a data frame, by a tagged job that Ctrl-C stops."""
     tag = f"mcbinning-{uuid.uuid4().hex}"
-    try:
-        session.addTag(tag)
-    except RuntimeError:  # Spark 3.5 without Connect, whose own handler cancels all jobs
-        yield
-        return
-    try:
-        yield
-    except KeyboardInterrupt:
-        session.interruptTag(tag)
-        raise
-    finally:
-        session.removeTag(tag)
+    without_tags = contextlib.suppress(RuntimeError)  # Spark 3.5 without Connect stops all jobs
+
+    def run() -> Answer:  # in a thread of its own, and the tag is for its jobs alone
+        with without_tags:
+            session.addTag(tag)
+        return _columns_of(frame)
+
+    def cancel() -> None:
+        with without_tags:
+            session.interruptTag(tag)
+
+    return run_with(cancel, run)
 
 
 def _columns_of(frame: Any) -> Answer:
@@ -111,7 +112,7 @@ def _describe(name: str, kind: str) -> Column:
     quoted = DIALECT.column(name)
     if kind == "string":
         return Column(name, kind, "text", quoted)
-    if kind in _WHOLE_OR_REAL or kind.startswith("decimal"):
+    if kind in _WHOLE or kind in _REAL or kind.startswith("decimal"):
         number = quoted
     elif kind == "boolean":
         number = f"CAST({quoted} AS INT)"
@@ -119,4 +120,5 @@ def _describe(name: str, kind: str) -> Column:
         number = _TIMES[kind].format(quoted)
     else:
         return Column(name, kind, "other")
-    return Column(name, kind, "number", f"CAST({number} AS DOUBLE)")
+    is_whole = kind in _WHOLE or kind == "boolean"
+    return Column(name, kind, "number", f"CAST({number} AS DOUBLE)", is_whole)

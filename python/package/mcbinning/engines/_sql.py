@@ -61,12 +61,15 @@ class Column:
         What it can be used as.
     expression : str
         Its values as doubles, or as text.
+    is_whole : bool
+        Whether they are small whole numbers, so that there is no NaN among them to look for.
     """
 
     name: str
     type: str
     role: Literal["number", "text", "other"]
     expression: str = ""
+    is_whole: bool = False
 
 
 class Engine(Protocol):
@@ -123,21 +126,30 @@ def approximate(value: float) -> str:
 
 
 def value_of(dialect: Dialect, column: Column, missing: MissingValues) -> str:
-    """Write the value of a column: NULL where it is missing, and zeros of one sign."""
+    """Write the value of a column: NULL where it is missing."""
     value = column.expression
     if column.role == "text":
         gone = [f"{value} = {dialect.text(text)}" for text in missing.texts]
-        return f"CASE WHEN {' OR '.join(gone)} THEN NULL ELSE {value} END" if gone else value
-    gone = [dialect.is_nan.format(value)]
-    gone += [f"{value} = {dialect.number(number)}" for number in (_LOWEST, *missing.numbers)]
+        return _without(gone, value)
+    gone = [] if column.is_whole else [dialect.is_nan.format(value)]
+    numbers = missing.numbers if column.is_whole else (_LOWEST, *missing.numbers)
+    gone += [f"{value} = {dialect.number(number)}" for number in numbers]
     if missing.interval is not None:
         low, high = missing.interval
         ends = [f"{value} >= {dialect.number(low)}"] if low is not None else []
         ends += [f"{value} <= {dialect.number(high)}"] if high is not None else []
         gone.append(f"({' AND '.join(ends) or '1 = 1'})")
+    return _without(gone, value)
+
+
+def _without(gone: Sequence[str], value: str) -> str:
+    return f"CASE WHEN {' OR '.join(gone)} THEN NULL ELSE {value} END" if gone else value
+
+
+def with_one_zero(dialect: Dialect, value: str) -> str:
+    """Write a value for grouping, where zeros of both signs are the same one."""
     zero = dialect.number(0.0)
-    positive = f"CASE WHEN {value} = {zero} THEN {zero} ELSE {value} END"
-    return f"CASE WHEN {' OR '.join(gone)} THEN NULL ELSE {positive} END"
+    return f"CASE WHEN {value} = {zero} THEN {zero} ELSE {value} END"
 
 
 def code_of(dialect: Dialect, value: str, categories: Sequence[Any]) -> str:
@@ -177,10 +189,14 @@ def query_weights(value: str, rounded: str) -> str:
     )
 
 
-def query_categories(value: str, kept: str, limit: int) -> str:
-    """Ask for the different values of a column, but not for more than a limit."""
+def query_categories(column: str, value: str, kept: str, limit: int) -> str:
+    """Ask for the different values of a column, but not for more than a limit.
+
+    The column as it is goes first, as there is less to do for its values.
+    """
+    raw = f"SELECT DISTINCT {column} FROM {ROWS} WHERE {kept}"
     return (
-        f"SELECT DISTINCT x AS category FROM (SELECT {value} AS x FROM {ROWS} WHERE {kept}) AS q "
+        f"SELECT DISTINCT x AS category FROM (SELECT {value} AS x FROM ({raw}) AS q) AS q "
         f"WHERE x IS NOT NULL LIMIT {limit}"
     )
 
@@ -281,17 +297,25 @@ def open_ranges(cases: Cases) -> str:
     return _signs(cases.write())
 
 
-def with_value(cases: Cases) -> str:
+def with_value(dialect: Dialect, cases: Cases) -> str:
     """Write the query for cases that have a value and a class."""
-    return f"SELECT v, c, w FROM ({cases.write()}) AS q WHERE v IS NOT NULL AND c >= 0"
+    value = with_one_zero(dialect, "v")
+    return f"SELECT {value} AS v, c, w FROM ({cases.write()}) AS q WHERE v IS NOT NULL AND c >= 0"
 
 
-def count(dialect: Dialect, query: str, is_weighted: bool) -> str:
+def count_signs(dialect: Dialect, query: str, is_weighted: bool) -> str:
+    """Ask for the same as `count`, and for the mean logarithm of the sizes."""
+    size = "LN(CASE WHEN v <> 0 THEN ABS(v) END)"
+    return count(dialect, query, is_weighted, f", COALESCE(AVG({size}), 0) AS middle")
+
+
+def count(dialect: Dialect, query: str, is_weighted: bool, more: str = "") -> str:
     """Ask for the weight, the rows and the ends of every range and class."""
     return (
         f"SELECT r, c, {_sums(dialect, is_weighted)}, "
         f"CAST(COALESCE(MIN(v), 0) AS {dialect.double}) AS lo, "
-        f"CAST(COALESCE(MAX(v), 0) AS {dialect.double}) AS hi FROM ({query}) AS q GROUP BY r, c"
+        f"CAST(COALESCE(MAX(v), 0) AS {dialect.double}) AS hi{more} "
+        f"FROM ({query}) AS q GROUP BY r, c"
     )
 
 
@@ -322,9 +346,9 @@ def write_values(dialect: Dialect, rows: Sequence[Sequence[float]], names: Seque
     return f"(VALUES {', '.join(f'({row})' for row in written)}) AS t({', '.join(names)})"
 
 
-def count_distinct(query: str) -> str:
+def count_distinct(dialect: Dialect, cases: Cases) -> str:
     """Ask for the number of different values of cases with a value and a class."""
-    return f"SELECT COUNT(DISTINCT v) AS n FROM ({query}) AS q WHERE c >= 0"
+    return f"SELECT COUNT(DISTINCT v) AS n FROM ({with_value(dialect, cases)}) AS q"
 
 
 def place_among(dialect: Dialect, cut_points: Sequence[float]) -> str:
