@@ -14,7 +14,6 @@ namespace MCBin {
 namespace {
 
 constexpr double kNoCategory = -1.0;
-constexpr std::size_t kMostStrayTexts = 5;
 
 ColumnScan::Sighting MakeSighting(std::uint64_t line, std::string_view text) {
   constexpr std::size_t kShownBytes = 100;
@@ -37,6 +36,10 @@ ColumnScan::ColumnScan(const ColumnRequest& request)
   fTexts->SetUserMissingInfo(MCBinModel::MakeStringUserMissing(missing).release());
 }
 
+ColumnScan::ColumnScan(const ColumnRequest& request, bool isDecided) : ColumnScan(request) {
+  if (isDecided) fForm = Form::kNumbers;
+}
+
 ColumnScan::Value ColumnScan::GetMissing() const {
   return {fMayBeCategorical ? kNoCategory : MCMV::Missing(), kNoCategory};
 }
@@ -49,7 +52,7 @@ ColumnScan::Value ColumnScan::Add(const CsvField& field, std::uint64_t line, boo
     value.ifNumeric =
         fForm == Form::kBooleans ? AddBoolean(field, line) : AddNumber(field, line, counts);
   }
-  if (fFirstText && fDifferentTexts.size() <= kMostStrayTexts) CountText(field);
+  if (CountsTexts()) CountText(field);
   if (fTexts && counts) value.ifTexts = AddText(field.text, line);
   return value;
 }
@@ -96,9 +99,11 @@ std::vector<std::string> ColumnScan::GetBooleans() const {
 
 double ColumnScan::AddNumber(const CsvField& field, std::uint64_t line, bool counts) {
   const MCBinModel::ParsedNumber number = ParseNumber(field);
-  fIsWhole = fIsWhole && number.kind == MCBinModel::NumberKind::kNumber &&
-             number.value == std::trunc(number.value);
-  LookForDecimalPoint(field, number);
+  if (number.kind == MCBinModel::NumberKind::kNumber) {
+    fNumberTally.Add(number.value, field.text);
+  } else {
+    fNumberTally.AddNoNumber();
+  }
   if (number.kind == MCBinModel::NumberKind::kNumber && !fMayBeCategorical) return number.value;
   if (number.kind == MCBinModel::NumberKind::kText) {
     fFirstText = MakeSighting(line, field.text);
@@ -117,18 +122,9 @@ double ColumnScan::AddNumber(const CsvField& field, std::uint64_t line, bool cou
   return code;
 }
 
-void ColumnScan::LookForDecimalPoint(const CsvField& field,
-                                     const MCBinModel::ParsedNumber& number) {
-  const bool mayHaveOne = !fHasDecimalPoint && number.kind == MCBinModel::NumberKind::kNumber &&
-                          number.value != std::trunc(number.value);
-  if (!mayHaveOne) return;
-  constexpr NumberFormat kComma{',', '.'};
-  fHasDecimalPoint = ParseNumber(field.text, kComma).kind != MCBinModel::NumberKind::kNumber;
-}
-
 void ColumnScan::CountText(const CsvField& field) {
   const MCBinModel::ParsedNumber number = ParseNumber(field);
-  LookForDecimalPoint(field, number);
+  if (number.kind == MCBinModel::NumberKind::kNumber) fNumberTally.Add(number.value, field.text);
   if (number.kind != MCBinModel::NumberKind::kText) return;
   ++fTextFieldCount;
   const auto [line, text, bytes] = MakeSighting(0, MCBinModel::TrimBlanks(field.text));
@@ -157,6 +153,95 @@ double ColumnScan::AddText(std::string_view text, std::uint64_t line) {
     fTexts.reset();
   }
   return code;
+}
+
+void ColumnScan::TakeBooleans(const ColumnScan& later) {
+  if (!fFirstBoolean) fFirstBoolean = later.fFirstBoolean;
+  fBooleanPair = later.fBooleanPair;
+  for (std::size_t i = 0; i < fBooleans.size(); ++i) {
+    if (fBooleans[i].empty()) fBooleans[i] = later.fBooleans[i];
+  }
+}
+
+// One more than are kept say that there are many.
+std::vector<std::string> ColumnScan::JoinTexts(const ColumnScan& later) const {
+  std::vector<std::string> texts = fDifferentTexts;
+  for (const std::string& text : later.fDifferentTexts) {
+    if (texts.size() > kMostStrayTexts) break;
+    if (std::find(texts.begin(), texts.end(), text) == texts.end()) texts.push_back(text);
+  }
+  return texts;
+}
+
+bool ColumnScan::HasSameBooleans(const ColumnScan& later) const {
+  for (std::size_t i = 0; i < fBooleans.size(); ++i) {
+    const bool differ = fBooleans[i] != later.fBooleans[i];
+    if (differ && !fBooleans[i].empty() && !later.fBooleans[i].empty()) return false;
+  }
+  return fBooleanPair == later.fBooleanPair;
+}
+
+// What is a boolean to one of them is one to both, or to none.
+bool ColumnScan::CanTakeForm(const Later& later) const {
+  const bool hasBooleans = later.others != nullptr && later.others->fForm == Form::kBooleans;
+  if (!hasBooleans) {
+    const bool hasNoForm = later.others == nullptr || later.others->fForm == Form::kUnknown;
+    return !IsBoolean() || (hasNoForm && later.numberCount == 0);
+  }
+  if (later.numberCount > 0 || !later.others->IsBoolean()) return false;
+  return fForm == Form::kUnknown || (IsBoolean() && HasSameBooleans(*later.others));
+}
+
+bool ColumnScan::CanTake(const Later& later) const {
+  if (!CanTakeForm(later)) return false;
+  if (later.others == nullptr) return true;
+  const ColumnScan& others = *later.others;
+  const auto haveRoom = [](const auto& categories, const auto& more) {
+    return categories->GetNumberOfCategories() + more->GetNumberOfCategories() <= kMaxCategories;
+  };
+  if (fNumbers &&
+      (others.fFirstNumberBeyond || (others.fNumbers && !haveRoom(fNumbers, others.fNumbers))))
+    return false;
+  if (fTexts && (!others.fTexts || !haveRoom(fTexts, others.fTexts))) return false;
+
+  // Among many different texts nobody looks for a decimal point any more.
+  const bool counted = !fFirstText || CountsTexts();
+  const bool becomeMany = counted && JoinTexts(others).size() > kMostStrayTexts;
+  const bool havePoint = later.numbers.HaveDecimalPoint() || others.fNumberTally.HaveDecimalPoint();
+  return !becomeMany || !havePoint || HasDecimalPoint();
+}
+
+ColumnScan::Codes ColumnScan::Take(const Later& later) {
+  if (fForm == Form::kUnknown && later.numberCount > 0) fForm = Form::kNumbers;
+  fFieldCount += later.numberCount;
+  const bool looksAtNumbers = !fFirstText || CountsTexts();
+  if (looksAtNumbers) fNumberTally.Add(later.numbers);
+  if (later.others == nullptr) return {};
+
+  const ColumnScan& others = *later.others;
+  fFieldCount += others.fFieldCount;
+  if (fForm == Form::kUnknown) fForm = others.fForm;
+  if (IsBoolean() && others.fFirstBoolean) TakeBooleans(others);
+  if (!fFirstText && !fFirstInfinite) fFirstInfinite = others.fFirstInfinite;
+  if (looksAtNumbers) {
+    fNumberTally.Add(others.fNumberTally);
+    fDifferentTexts = JoinTexts(others);
+    fTextFieldCount += others.fTextFieldCount;
+    fHasCutText = fHasCutText || others.fHasCutText;
+  }
+  if (!fFirstText && others.fFirstText) {
+    fFirstText = others.fFirstText;
+    fNumbers.reset();
+  }
+  const auto join = [](auto& categories, const auto& more) {
+    std::vector<double> codes;
+    if (!categories || !more) return codes;
+    for (int code = 0; code < more->GetNumberOfCategories(); ++code) {
+      codes.push_back(categories->Encode(more->Decode(code)));
+    }
+    return codes;
+  };
+  return {join(fNumbers, others.fNumbers), join(fTexts, others.fTexts)};
 }
 
 const std::optional<ColumnScan::Sighting>& ColumnScan::GetFirstBeyond() const {

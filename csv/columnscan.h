@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,6 +12,7 @@
 #include "binmodel/model/variableinfo.h"
 #include "csv/columnrequest.h"
 #include "csv/csvfield.h"
+#include "csv/numbertally.h"
 #include "metadata/bincatnumencoder.h"
 #include "metadata/binstringencoder.h"
 
@@ -56,6 +58,12 @@ class ColumnScan {
 
   explicit ColumnScan(const ColumnRequest& request);
 
+  // A scan of the records behind some others: `isDecided` as it is for those.
+  ColumnScan(const ColumnRequest& request, bool isDecided);
+
+  // Further fields cannot make it a column of booleans.
+  bool IsDecided() const { return fForm == Form::kNumbers || fFirstText; }
+
   // The value of a missing field.
   Value GetMissing() const;
 
@@ -63,18 +71,37 @@ class ColumnScan {
   // is dropped for its weight: it says something about the kind, but adds no category.
   Value Add(const CsvField& field, std::uint64_t line, bool counts);
 
+  // What a scan of its own has found in the records that follow: the numbers that need no category,
+  // and all other fields, if there are any.
+  struct Later {
+    std::uint64_t numberCount = 0;
+    NumberTally numbers;
+    std::unique_ptr<ColumnScan> others;
+  };
+
+  // What the codes of that scan are in this one.
+  struct Codes {
+    std::vector<double> numbers;
+    std::vector<double> texts;
+  };
+
+  // Takes all of it in, as if its fields had been added one by one. Requires CanTake(): otherwise
+  // it matters where in the later records what is, and only adding them one by one tells.
+  Codes Take(const Later& later);
+  bool CanTake(const Later& later) const;
+
   // Every field so far is a number, or NaN, or infinite; or all are booleans.
   bool IsNumeric() const { return !fFirstText; }
 
   // Every field so far is a whole number.
-  bool IsWhole() const { return fIsWhole && IsNumeric(); }
+  bool IsWhole() const { return fNumberTally.AreWhole() && IsNumeric() && !IsBoolean(); }
 
   // Every field so far is a boolean. The texts there are, by code: no comes first.
   bool IsBoolean() const { return fForm == Form::kBooleans && !fFirstText; }
   std::vector<std::string> GetBooleans() const;
 
   // Some number would be none with a decimal comma; of those before and among few texts.
-  bool HasDecimalPoint() const { return fHasDecimalPoint; }
+  bool HasDecimalPoint() const { return fNumberTally.HaveDecimalPoint(); }
 
   // The first field that is no number, and the first infinite one.
   const std::optional<Sighting>& GetFirstText() const { return fFirstText; }
@@ -94,16 +121,22 @@ class ColumnScan {
   int GetCategoryCount() const;
 
  private:
+  static constexpr std::size_t kMostStrayTexts = 5;
+
   // What the first field that is not NaN makes of a column.
   enum class Form { kUnknown, kNumbers, kBooleans };
 
   Form FormOf(const CsvField& field) const;
   double AddBoolean(const CsvField& field, std::uint64_t line);
   void MakeBooleansTexts();
+  void TakeBooleans(const ColumnScan& later);
+  bool CanTakeForm(const Later& later) const;
+  bool HasSameBooleans(const ColumnScan& later) const;
   double AddNumber(const CsvField& field, std::uint64_t line, bool counts);
   double AddText(std::string_view text, std::uint64_t line);
   void CountText(const CsvField& field);
-  void LookForDecimalPoint(const CsvField& field, const MCBinModel::ParsedNumber& number);
+  std::vector<std::string> JoinTexts(const ColumnScan& later) const;
+  bool CountsTexts() const { return fFirstText && fDifferentTexts.size() <= kMostStrayTexts; }
 
   bool fMayBeCategorical;
   Form fForm = Form::kUnknown;
@@ -113,8 +146,7 @@ class ColumnScan {
   std::optional<Sighting> fFirstBoolean;
   std::optional<Sighting> fFirstText;
   std::optional<Sighting> fFirstInfinite;
-  bool fIsWhole = true;
-  bool fHasDecimalPoint = false;
+  NumberTally fNumberTally;
   std::uint64_t fFieldCount = 0;      // not missing
   std::uint64_t fTextFieldCount = 0;  // while there are few different ones
   std::vector<std::string> fDifferentTexts;

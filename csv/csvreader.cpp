@@ -3,19 +3,21 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "binmodel/model/refusal.h"
-#include "csv/plaindecimal.h"
 #include "io/inputstream.h"
 
 namespace MCBin {
 
 namespace {
 
-constexpr std::size_t kChunkBytes = std::size_t{1} << 20;
+constexpr std::size_t kEnoughAtFront = 8;
 
-std::size_t IndexOf(char c) { return static_cast<unsigned char>(c); }
+// Records of which a chunk holds few are read in larger blocks, up to so many chunks.
+constexpr std::uint64_t kFewRecords = 64;
+constexpr std::size_t kLargestInChunks = 8;
 
 [[noreturn]] void Refuse(std::string place, const std::string& reason) {
   throw MCBinModel::Refusal(MCBinModel::RefusalCode::kInput, {std::move(place), {}, {}}, reason);
@@ -23,196 +25,120 @@ std::size_t IndexOf(char c) { return static_cast<unsigned char>(c); }
 
 }  // namespace
 
-CsvReader::CsvReader(int file, std::string name, char delimiter, const NumberFormat& numbers)
+CsvReader::CsvReader(int file, std::string name, char delimiter, const NumberFormat& numbers,
+                     std::size_t chunkBytes)
     : fFile(file),
-      fName(std::move(name)),
-      fDelimiter(delimiter),
-      fIsDelimiterInNumbers(std::string_view("0123456789.-").find(delimiter) !=
-                            std::string_view::npos),
-      fNumbers(numbers) {
-  for (const char c : {delimiter, '\n', '\r', '\0'}) fIsSpecial[IndexOf(c)] = true;
-  fCapacity = kChunkBytes;
-  fBuffer = std::make_unique<char[]>(fCapacity + 1);
-  fBegin = fEnd = fBuffer.get();
+      fBuffer(TextBuffer::OfCapacity(std::max(chunkBytes, kEnoughAtFront))),
+      fLargestBlock(fBuffer.capacity * kLargestInChunks),
+      fEnd(fBuffer.data.get()),
+      fParser(std::move(name), delimiter, numbers) {
+  *fEnd = '\0';
+  fParser.SetText(fEnd, fEnd, false);
 }
-
-std::string CsvReader::Where(std::uint64_t line) const { return fmt::format("{}:{}", fName, line); }
 
 bool CsvReader::Next() {
-  do {
-    if (!NextRecord()) return false;
-  } while (fFieldCount != 1 && IsBlankLine());
-  if (fFieldCount == 0) fFieldCount = fFields.size();
-  CheckShape();
-  return true;
-}
-
-bool CsvReader::NextRecord() {
   for (;;) {
-    const Outcome outcome = ParseRecord();
-    if (outcome == Outcome::kRecord) return true;
-    if (outcome == Outcome::kEnd) return false;
+    const RecordParser::Outcome outcome = fParser.Next();
+    if (outcome != RecordParser::Outcome::kNeedsMore) {
+      return outcome == RecordParser::Outcome::kRecord;
+    }
     Refill();
   }
 }
 
-bool CsvReader::IsBlankLine() const {
-  return fFields.size() == 1 && !fFields[0].quoted &&
-         MCBinModel::TrimBlanks(fFields[0].text).empty();
+bool CsvReader::TakeBlock(CsvBlock& block) {
+  if (GetPendingBytes() > fLargestBlock) return false;
+  ReadAhead();
+  char* const begin = fParser.GetBegin();
+  const auto size =
+      fAtFileEnd ? fEnd - begin : fParser.GetSyntax().FindLastRecordEnd(begin, fEnd) - begin;
+  if (size == 0) return false;
+  block.firstLine = fParser.GetNextLine();
+  block.lineEnds = CsvSyntax::CountLineEnds(begin, begin + size);
+
+  // The block takes the buffer, and what is left goes to the one that it had.
+  const bool hasFewRecords = block.lineEnds < kFewRecords && !fAtFileEnd;
+  const std::size_t capacity =
+      hasFewRecords ? std::min(fBuffer.capacity * 2, fLargestBlock) : fBuffer.capacity;
+  if (block.buffer.capacity != capacity) block.buffer = TextBuffer::OfCapacity(capacity);
+  std::swap(fBuffer, block.buffer);
+  block.begin = begin;
+  block.end = begin + size;
+  KeepRest(block.end);
+  *block.end = '\0';
+  fParser.GoToLine(block.firstLine + block.lineEnds);
+  return true;
 }
 
-void CsvReader::CheckShape() const {
-  if (fFields.size() == fFieldCount) return;
-  Refuse(Where(), fmt::format("{} fields found, {} expected as in the header; check the delimiters "
-                              "and quotes of this line",
-                              fFields.size(), fFieldCount));
+RecordParser CsvReader::MakeParser(const CsvBlock& block) const {
+  RecordParser parser = fParser;
+  parser.GoToLine(block.firstLine);
+  parser.SetText(block.begin, block.end, true);
+  return parser;
 }
 
-// Parses from fBegin. When the data end within the record, nothing but the fields has
-// changed, and the record is parsed anew once there is more.
-CsvReader::Outcome CsvReader::ParseRecord() {
-  if (fBegin == fEnd) return fAtFileEnd ? Outcome::kEnd : Outcome::kNeedsMore;
-  fFields.clear();
-  fWithDoubledQuotes.clear();
-  fLinesInRecord = 0;
-
-  const char* at = fBegin;
-  for (;;) {
-    if (*at == '"') {
-      at = ParseQuoted(at);
-      if (at == nullptr) return Outcome::kNeedsMore;
-    } else {
-      at = ParseUnquoted(at);
-    }
-    if (*at == fDelimiter) {
-      ++at;
-      continue;
-    }
-    if (*at == '\n') return FinishRecord(at + 1);
-    if (*at == '\r') {
-      const bool lineFeedMayFollow = at + 1 == fEnd && !fAtFileEnd;
-      if (lineFeedMayFollow) return Outcome::kNeedsMore;
-      return FinishRecord(at[1] == '\n' ? at + 2 : at + 1);
-    }
-    if (at != fEnd) RefuseNul();
-    return fAtFileEnd ? FinishRecord(at) : Outcome::kNeedsMore;
-  }
+std::size_t CsvReader::GetPendingBytes() const {
+  return static_cast<std::size_t>(fEnd - fParser.GetBegin());
 }
 
-// Returns the end of the field.
-const char* CsvReader::ParseUnquoted(const char* begin) {
-  PlainDecimal decimal;
-  const char* at = begin;
-  if (!fIsDelimiterInNumbers && fNumbers.IsPlain()) at = decimal.Read(begin);
-  if (fIsSpecial[IndexOf(*at)]) {
-    AddField(begin, at, false, decimal.GetValue());
-    return at;
-  }
-  while (!fIsSpecial[IndexOf(*at)]) ++at;
-  AddField(begin, at, false);
-  return at;
+std::size_t CsvReader::GetRoom() const {
+  return fBuffer.capacity - static_cast<std::size_t>(fEnd - fBuffer.data.get());
 }
 
-// Returns what follows the closing quote, or null when the data end before that is known.
-const char* CsvReader::ParseQuoted(const char* open) {
-  const char* const begin = open + 1;
-  const std::uint64_t lineOfQuote = fNextLine + fLinesInRecord;
-  bool doubled = false;
-  for (const char* at = begin;; ++at) {
-    switch (*at) {
-      case '"':
-        if (at[1] == '"') {
-          doubled = true;
-          ++at;
-          continue;
-        }
-        if (at + 1 != fEnd && !fIsSpecial[IndexOf(at[1])]) {
-          Refuse(Where(fNextLine + fLinesInRecord),
-                 "text after a closing quote; a quote inside a quoted field is written twice");
-        }
-        if (doubled) fWithDoubledQuotes.push_back(fFields.size());
-        AddField(begin, at, true);
-        return at + 1;
-      case '\n':
-        ++fLinesInRecord;
-        continue;
-      case '\r':
-        if (at[1] != '\n') ++fLinesInRecord;  // CRLF counts at its LF
-        continue;
-      case '\0':
-        if (at != fEnd) RefuseNul();
-        if (!fAtFileEnd) return nullptr;
-        Refuse(Where(lineOfQuote), "the quote opened here is never closed");
-      default:
-        continue;
-    }
-  }
+// What begins at `rest`, which may be in another buffer.
+void CsvReader::KeepRest(const char* rest) {
+  char* const begin = fBuffer.data.get();
+  fEnd = std::copy(rest, static_cast<const char*>(fEnd), begin);
+  *fEnd = '\0';
+  fParser.SetText(begin, fEnd, fAtFileEnd);
 }
 
-void CsvReader::AddField(const char* begin, const char* end, bool quoted,
-                         std::optional<double> decimal) {
-  fFields.push_back({{begin, static_cast<std::size_t>(end - begin)}, quoted, decimal});
-  if (fNumbers.IsPlain()) return;
-  CsvField& field = fFields.back();
-  const MCBinModel::ParsedNumber number = ParseNumber(field.text, fNumbers);
-  if (number.kind == MCBinModel::NumberKind::kNumber) field.decimal = number.value;
-  field.isText = number.kind == MCBinModel::NumberKind::kText;
-}
-
-CsvReader::Outcome CsvReader::FinishRecord(const char* next) {
-  fBegin += next - fBegin;
-  fLine = fNextLine;
-  fNextLine += 1 + fLinesInRecord;
-  if (!fWithDoubledQuotes.empty()) UndoubleQuotes();
-  return Outcome::kRecord;
-}
-
-// In place: the record will not be parsed again.
-void CsvReader::UndoubleQuotes() {
-  for (const std::size_t index : fWithDoubledQuotes) {
-    std::string_view& text = fFields[index].text;
-    char* const begin = fBuffer.get() + (text.data() - fBuffer.get());
-    char* to = begin;
-    for (std::size_t from = 0; from < text.size(); ++from) {
-      *to++ = text[from];
-      if (text[from] == '"') ++from;
-    }
-    text = {begin, static_cast<std::size_t>(to - begin)};
+// Until the buffer is full. What cannot be read is told once all that was read before is taken.
+void CsvReader::ReadAhead() {
+  if (fBuffer.capacity > fLargestBlock) MoveTo(fLargestBlock);
+  try {
+    while (!fAtFileEnd && !fFailure && GetRoom() > 0) ReadOn();
+  } catch (const MCBinModel::Refusal&) {
+    fFailure = std::current_exception();
   }
 }
 
 void CsvReader::Refill() {
+  if (fFailure) std::rethrow_exception(fFailure);
   MakeRoom();
-  const std::size_t room = fCapacity - static_cast<std::size_t>(fEnd - fBuffer.get());
+  ReadOn();
+}
+
+void CsvReader::ReadOn() {
   const bool atStart = fBytesRead == 0;
-  std::size_t got = ReadMore(room);
+  std::size_t got = ReadMore();
   if (atStart && Unpacker::IsPacked({fEnd, got})) {
-    fUnpacker = std::make_unique<Unpacker>(fFile, fName, std::string_view(fEnd, got));
-    got = ReadMore(room);
+    fUnpacker = std::make_unique<Unpacker>(fFile, GetName(), std::string_view(fEnd, got));
+    got = ReadMore();
   }
 
   fAtFileEnd = got == 0;
   fBytesRead += got;
   fEnd += got;
   *fEnd = '\0';
+  char* begin = fParser.GetBegin();
   if (atStart) {
-    CheckFileKind();
-    const bool hasMark =
-        std::string_view(fBegin, static_cast<std::size_t>(fEnd - fBegin)).substr(0, 3) ==
-        "\xEF\xBB\xBF";
-    if (hasMark) fBegin += 3;
+    const std::string_view start(begin, GetPendingBytes());
+    CheckFileKind(start);
+    if (start.substr(0, 3) == "\xEF\xBB\xBF") begin += 3;
   }
+  fParser.SetText(begin, fEnd, fAtFileEnd);
 }
 
 // At the front enough to tell what kind of file it is, as a pipe may come byte by byte.
-std::size_t CsvReader::ReadMore(std::size_t room) {
-  constexpr std::size_t kEnoughAtFront = 8;
+std::size_t CsvReader::ReadMore() {
+  const std::size_t room = GetRoom();
   const std::size_t enough = fBytesRead == 0 ? kEnoughAtFront : 1;
   std::size_t got = 0;
   while (got < enough) {
     char* const to = fEnd + got;
     const std::size_t more = fUnpacker ? fUnpacker->Read(to, room - got)
-                                       : InputStream::Read(fFile, fName, to, room - got);
+                                       : InputStream::Read(fFile, GetName(), to, room - got);
     if (more == 0) break;
     got += more;
   }
@@ -221,47 +147,43 @@ std::size_t CsvReader::ReadMore(std::size_t room) {
 
 // Moves what is not parsed yet to the front; a record that fills the buffer gets a larger one.
 void CsvReader::MakeRoom() {
-  const auto pending = static_cast<std::size_t>(fEnd - fBegin);
+  const std::size_t pending = GetPendingBytes();
   if (pending >= kMaxRecordBytes) {
-    Refuse(Where(fNextLine), fmt::format("this record is longer than {} MiB; is a closing quote "
-                                         "missing, or is this not a CSV file?",
-                                         kMaxRecordBytes >> 20));
+    const CsvRecord& record = GetRecord();
+    Refuse(record.Where(fParser.GetNextLine()),
+           fmt::format("this record is longer than {} MiB; is a closing quote "
+                       "missing, or is this not a CSV file?",
+                       kMaxRecordBytes >> 20));
   }
-  if (pending * 2 > fCapacity) {
-    const std::size_t capacity = fCapacity * 2;
-    auto larger = std::make_unique<char[]>(capacity + 1);
-    std::copy(fBegin, fEnd, larger.get());
-    fBuffer = std::move(larger);
-    fCapacity = capacity;
+  if (pending * 2 > fBuffer.capacity) {
+    MoveTo(fBuffer.capacity * 2);
   } else {
-    std::copy(fBegin, fEnd, fBuffer.get());
+    KeepRest(fParser.GetBegin());
   }
-  fBegin = fBuffer.get();
-  fEnd = fBegin + pending;
-  *fEnd = '\0';
 }
 
-void CsvReader::CheckFileKind() const {
-  const std::string_view start(fBegin, static_cast<std::size_t>(fEnd - fBegin));
+void CsvReader::MoveTo(std::size_t capacity) {
+  TextBuffer other = TextBuffer::OfCapacity(capacity);
+  std::swap(fBuffer, other);
+  KeepRest(fParser.GetBegin());
+}
+
+void CsvReader::CheckFileKind(std::string_view start) const {
   const auto startsWith = [start](std::string_view magic) {
     return start.substr(0, magic.size()) == magic;
   };
   if (startsWith("\xFF\xFE") || startsWith("\xFE\xFF")) {
-    Refuse(fName, "this is UTF-16 text; convert it first: iconv -f UTF-16 -t UTF-8");
+    Refuse(GetName(), "this is UTF-16 text; convert it first: iconv -f UTF-16 -t UTF-8");
   }
   const bool packed = startsWith("PK\x03\x04") || startsWith("BZh91AY") ||
                       startsWith(
                           "\xFD"
                           "7zXZ");
   if (packed) {
-    Refuse(fName,
+    Refuse(GetName(),
            "this is a packed file or a spreadsheet, not CSV text; unpack it (unzip -p FILE | mcbin "
            "...) or export it as CSV first");
   }
-}
-
-void CsvReader::RefuseNul() const {
-  Refuse(Where(fNextLine + fLinesInRecord), "a NUL byte; this is a binary file, not CSV text");
 }
 
 }  // namespace MCBin

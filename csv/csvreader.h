@@ -2,13 +2,16 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <memory>
-#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "csv/csvfield.h"
+#include "csv/csvblock.h"
+#include "csv/csvrecord.h"
 #include "csv/numberformat.h"
+#include "csv/recordparser.h"
 #include "io/unpacker.h"
 
 namespace MCBin {
@@ -29,68 +32,66 @@ namespace MCBin {
 class CsvReader {
  public:
   static constexpr std::size_t kMaxRecordBytes = std::size_t{64} << 20;
+  static constexpr std::size_t kChunkBytes = std::size_t{1} << 19;
 
   // Reads from the start of `file`, which stays the caller's; `name` is for messages.
   // `delimiter` is not a quote or a line end.
-  CsvReader(int file, std::string name, char delimiter, const NumberFormat& numbers = {});
+  // `chunkBytes` is how much it reads at a time, and the usual size of a block.
+  CsvReader(int file, std::string name, char delimiter, const NumberFormat& numbers = {},
+            std::size_t chunkBytes = kChunkBytes);
 
   // Reads the next record; false at the end of the file.
   bool Next();
 
-  const std::vector<CsvField>& GetFields() const { return fFields; }
+  // Hands out whole records that follow the one it has come to, as they are in the file, and goes
+  // on behind them. False where Next() has to be called: at the end of the file, before a record
+  // that is longer than a chunk, and before a failure to read. Requires that the first record has
+  // been read. What `block` held before is used anew.
+  bool TakeBlock(CsvBlock& block);
+
+  // A parser for the records of a block that it handed out. Borrows the block.
+  RecordParser MakeParser(const CsvBlock& block) const;
+
+  const CsvRecord& GetRecord() const { return fParser.GetRecord(); }
+  const std::vector<CsvField>& GetFields() const { return GetRecord().fields; }
 
   // The line on which the record begins, from 1.
-  std::uint64_t GetLine() const { return fLine; }
+  std::uint64_t GetLine() const { return GetRecord().line; }
+
+  // What it reads by, and how many fields every record has, once the first one has been read.
+  const RecordParser& GetParser() const { return fParser; }
 
   // Bytes taken from the file so far, packed ones of a packed file.
   std::uint64_t GetBytesRead() const { return fUnpacker ? fUnpacker->GetBytesRead() : fBytesRead; }
 
-  const std::string& GetName() const { return fName; }
+  const std::string& GetName() const { return GetRecord().fileName; }
 
   // "name:line" of the record, for messages.
-  std::string Where() const { return Where(fLine); }
-  std::string Where(std::uint64_t line) const;
+  std::string Where() const { return GetRecord().Where(); }
 
  private:
-  enum class Outcome { kRecord, kNeedsMore, kEnd };
-
-  bool NextRecord();
-  Outcome ParseRecord();
-  const char* ParseUnquoted(const char* begin);
-  const char* ParseQuoted(const char* open);
-  Outcome FinishRecord(const char* next);
-  void AddField(const char* begin, const char* end, bool quoted,
-                std::optional<double> decimal = std::nullopt);
-  void UndoubleQuotes();
-  void Refill();
+  std::size_t GetPendingBytes() const;
+  std::size_t GetRoom() const;
+  void KeepRest(const char* rest);
+  void MoveTo(std::size_t capacity);
   void MakeRoom();
-  void CheckFileKind() const;
-  std::size_t ReadMore(std::size_t room);
-  bool IsBlankLine() const;
-  void CheckShape() const;
-  [[noreturn]] void RefuseNul() const;
+  void Refill();
+  void ReadAhead();
+  void ReadOn();
+  std::size_t ReadMore();
+  void CheckFileKind(std::string_view start) const;
 
   const int fFile;
-  const std::string fName;
-  const char fDelimiter;
-  const bool fIsDelimiterInNumbers;
-  const NumberFormat fNumbers;
   std::unique_ptr<Unpacker> fUnpacker;  // of a packed file
-  bool fIsSpecial[256] = {};            // ends the run of ordinary characters of an unquoted field
 
-  std::unique_ptr<char[]> fBuffer;  // one more byte than its capacity: a NUL after the data
-  std::size_t fCapacity = 0;
-  char* fBegin = nullptr;  // of what is not parsed yet
-  char* fEnd = nullptr;    // of the data; *fEnd is NUL
+  TextBuffer fBuffer;
+  const std::size_t fLargestBlock;
+  char* fEnd = nullptr;  // of the data; *fEnd is NUL
   bool fAtFileEnd = false;
   std::uint64_t fBytesRead = 0;
+  std::exception_ptr fFailure;  // met ahead of what was asked for
 
-  std::vector<CsvField> fFields;
-  std::vector<std::size_t> fWithDoubledQuotes;  // indices into fFields
-  std::size_t fFieldCount = 0;                  // of every record; 0 before the first
-  std::uint64_t fLine = 0;
-  std::uint64_t fNextLine = 1;
-  std::uint64_t fLinesInRecord = 0;  // line ends inside its quoted fields
+  RecordParser fParser;  // of the data
 };
 
 }  // namespace MCBin

@@ -1,70 +1,30 @@
 #include "csv/inputscan.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
+#include <cstddef>
+#include <deque>
+#include <memory>
 #include <optional>
-#include <string_view>
+#include <thread>
 
 #include "binmodel/model/refusal.h"
-#include "binmodel/text/displaytext.h"
-#include "binmodel/text/number.h"
+#include "csv/blockscan.h"
+#include "csv/recordscan.h"
+#include "csv/sidework.h"
+#include "io/interrupt.h"
 
 namespace MCBin {
 
 namespace {
 
-// Takes the fields of the reader's current record in, and their values into the file.
-class RecordScan {
- public:
-  RecordScan(const CsvReader& reader, const std::vector<ColumnRequest>& requests,
-             const MissingTexts& missingTexts, InputScan& scan)
-      : fReader(reader), fRequests(requests), fMissingTexts(missingTexts), fScan(scan) {}
+// Beyond that one thread, which reads the file and stores the values, is what all others wait for.
+constexpr std::size_t kMostThreads = 8;
 
-  // `counts` is false in a record that is dropped for its weight.
-  void Add(bool counts) {
-    for (std::size_t i = 0; i < fRequests.size(); ++i) {
-      const CsvField& field = fReader.GetFields()[fRequests[i].position];
-      if (fRequests[i].use == ColumnUse::kWeight) {
-        if (counts) fScan.values->Set(i, ParseNumber(field).value);
-        continue;
-      }
-      Store(i, fMissingTexts.IsMissing(field) ? fScan.columns[i].GetMissing()
-                                              : Scan(i, field, counts));
-    }
-    if (counts) fScan.values->FinishRecord();
-  }
-
- private:
-  ColumnScan::Value Scan(std::size_t i, const CsvField& field, bool counts) {
-    ColumnScan& column = fScan.columns[i];
-    const ColumnScan::Value value = column.Add(field, fReader.GetLine(), counts);
-    if (!column.IsNumeric()) HandleText(i, field.text);
-    return value;
-  }
-
-  void HandleText(std::size_t i, std::string_view text) {
-    const ColumnRequest& request = fRequests[i];
-    if (request.kind == KindRequest::kContinuous) {
-      throw MCBinModel::Refusal(
-          MCBinModel::RefusalCode::kTextInContinuousColumn,
-          {fReader.Where(), request.name, std::string(text)},
-          fmt::format("{} in column {} is not a number, but the column is to be continuous",
-                      MCBinModel::QuotedText(text), MCBinModel::QuotedText(request.name)));
-    }
-    fScan.values->Abandon(i);
-  }
-
-  void Store(std::size_t i, const ColumnScan::Value& value) {
-    fScan.values->Set(i, value.ifNumeric);
-    if (fScan.textColumns[i] != i) fScan.values->Set(fScan.textColumns[i], value.ifTexts);
-  }
-
-  const CsvReader& fReader;
-  const std::vector<ColumnRequest>& fRequests;
-  const MissingTexts& fMissingTexts;
-  InputScan& fScan;
-};
+std::size_t CountThreads(int jobs) {
+  const std::size_t asked =
+      jobs > 0 ? static_cast<std::size_t>(jobs) : std::thread::hardware_concurrency();
+  return std::clamp<std::size_t>(asked, 1, kMostThreads);
+}
 
 // Lays out the value file: one column for each request, and one more where texts count, too.
 void MakeValueFile(const std::vector<ColumnRequest>& requests, const std::string& directory,
@@ -76,14 +36,120 @@ void MakeValueFile(const std::vector<ColumnRequest>& requests, const std::string
   scan.values = std::make_unique<ValueFile>(directory, columnCount);
 }
 
+ScanPlan MakePlan(const CsvReader& reader, const std::vector<ColumnRequest>& requests,
+                  const MissingTexts& missingTexts, const WeightCheck* weights,
+                  const InputScan& scan) {
+  const RecordParser& parser = reader.GetParser();
+  ScanPlan plan{parser.GetSyntax(),
+                parser.GetNumbers(),
+                parser.HasPlainDecimals(),
+                missingTexts,
+                requests,
+                weights,
+                scan.textColumns,
+                scan.values->GetColumnCount(),
+                std::vector<std::size_t>(parser.GetFieldCount(), ScanPlan::kNotRead)};
+  for (std::size_t i = 0; i < requests.size(); ++i) plan.requestAt[requests[i].position] = i;
+  return plan;
+}
+
+// Reads the records of a file in blocks, which are parsed side by side and taken in one after the
+// other, in the order of the file. What is odd about a block, and every refusal, is left to the
+// records one by one: so it is the same wherever blocks end, and however many are parsed at a time.
+class BlockPass {
+ public:
+  BlockPass(CsvReader& reader, const ScanPlan& plan, WeightCheck* weights, std::size_t threadCount,
+            InputScan& scan)
+      : fReader(reader),
+        fWeights(weights),
+        fScan(scan),
+        fRecords(plan.requests, plan.missingTexts, weights, scan),
+        fWork(threadCount - 1, CountPieces(threadCount), [this](std::size_t piece) {
+          Piece& mine = At(piece);
+          mine.isScanned = mine.scan.Scan(mine.block);
+        }) {
+    while (fPieces.size() < CountPieces(threadCount)) fPieces.emplace_back(plan);
+  }
+
+  void Run(const ReadProgress& progress) {
+    for (;;) {
+      Interrupt::ThrowIfRequested();
+      progress(fReader.GetBytesRead());
+      const bool hasRoom = fHandedIn - fTakenIn < fPieces.size();
+      if (hasRoom && fReader.TakeBlock(At(fHandedIn).block)) {
+        At(fHandedIn++).scan.SetKnown(fScan.columns);
+        fWork.HandIn();
+      } else if (fTakenIn < fHandedIn) {
+        fWork.WaitFor(fTakenIn);
+        TakeIn(At(fTakenIn++));
+      } else if (fReader.Next()) {
+        fRecords.Add(fReader.GetRecord());
+      } else {
+        return;
+      }
+    }
+  }
+
+ private:
+  struct Piece {
+    explicit Piece(const ScanPlan& plan) : scan(plan) {}
+
+    CsvBlock block;
+    BlockScan scan;
+    bool isScanned = false;
+  };
+
+  static std::size_t CountPieces(std::size_t threadCount) {
+    return threadCount == 1 ? 1 : 2 * threadCount + 2;
+  }
+
+  Piece& At(std::size_t piece) { return fPieces[piece % fPieces.size()]; }
+
+  void TakeIn(Piece& piece) {
+    if (!piece.isScanned || !CanTake(piece.scan)) {
+      RecordParser parser = fReader.MakeParser(piece.block);
+      while (parser.Next() == RecordParser::Outcome::kRecord) fRecords.Add(parser.GetRecord());
+      return;
+    }
+    for (std::size_t i = 0; i < fScan.columns.size(); ++i) TakeColumn(i, piece.scan);
+    for (const double weight : piece.scan.GetWeights()) fWeights->Add(weight);
+    fScan.values->AddRecords(piece.scan.GetValues(), piece.scan.GetStride(),
+                             piece.scan.GetValueCount());
+    fScan.recordCount += piece.scan.GetRecordCount();
+  }
+
+  bool CanTake(const BlockScan& block) const {
+    for (std::size_t i = 0; i < fScan.columns.size(); ++i) {
+      if (!fScan.columns[i].CanTake(block.GetColumn(i))) return false;
+    }
+    return true;
+  }
+
+  void TakeColumn(std::size_t i, BlockScan& block) {
+    const ColumnScan::Codes codes = fScan.columns[i].Take(block.GetColumn(i));
+    block.Recode(i, codes.numbers);
+    block.Recode(fScan.textColumns[i], codes.texts);
+    if (!fScan.columns[i].IsNumeric()) fScan.values->Abandon(i);
+  }
+
+  CsvReader& fReader;
+  WeightCheck* const fWeights;
+  InputScan& fScan;
+  RecordScan fRecords;
+  std::deque<Piece> fPieces;  // used in turn
+  std::size_t fHandedIn = 0;
+  std::size_t fTakenIn = 0;
+  SideWork fWork;  // ends before the pieces do
+};
+
 }  // namespace
 
 InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& requests,
                     IBINVariable::BINWRoundingOption rounding, const MissingTexts& missingTexts,
-                    const std::string& directory, const ReadProgress& progress) {
+                    const ScanControl& control) {
   InputScan scan;
   scan.columns = std::vector<ColumnScan>(requests.begin(), requests.end());
-  MakeValueFile(requests, directory, scan);
+  MakeValueFile(requests, control.directory, scan);
   const auto weight = std::find_if(requests.begin(), requests.end(), [](const ColumnRequest& r) {
     return r.use == ColumnUse::kWeight;
   });
@@ -94,10 +160,9 @@ InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& request
     weights.emplace(weightInfo, weight->position, missingTexts);
   }
 
-  RecordScan record(reader, requests, missingTexts, scan);
-  RecordPass pass(reader, progress);
-  while (pass.Next()) record.Add(!weights || weights->Check(reader));
-  scan.recordCount = pass.GetRecordCount();
+  WeightCheck* const weightCheck = weights ? &*weights : nullptr;
+  const ScanPlan plan = MakePlan(reader, requests, missingTexts, weightCheck, scan);
+  BlockPass(reader, plan, weightCheck, CountThreads(control.jobs), scan).Run(control.progress);
   if (scan.recordCount == 0) {
     throw MCBinModel::Refusal(MCBinModel::RefusalCode::kNoRecords, {reader.GetName(), {}, {}},
                               "there is a header but no record");

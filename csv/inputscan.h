@@ -35,11 +35,22 @@ struct InputScan {
   }
 };
 
-// Reads every record after the header; its values go to a temporary file in `directory`.
+// How a file is scanned.
+struct ScanControl {
+  std::string directory;  // for the temporary file of values
+  ReadProgress progress;  // called by the thread that calls ScanInput()
+
+  // Threads that parse blocks of the file, that thread among them; 0 is one for every core. What is
+  // found, refused and said is the same for any number. With one there are no others; each takes
+  // two blocks of records, and two more are read ahead.
+  int jobs = 1;
+};
+
+// Reads every record after the header; its values go to a temporary file.
 // Throws Refusal for what the reader and the weights refuse, for a text in a column that must
 // be numeric, and when no record is left; Interrupt::Requested when the user stops it.
 InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& requests,
                     IBINVariable::BINWRoundingOption rounding, const MissingTexts& missingTexts,
-                    const std::string& directory, const ReadProgress& progress);
+                    const ScanControl& control);
 
 }  // namespace MCBin

@@ -23,9 +23,12 @@ class MissingTexts {
   explicit MissingTexts(const std::vector<std::string>& texts);
 
   bool IsMissing(const CsvField& field) const {
-    const bool toldByItsFirstByte = !field.text.empty() && !fMayBegin[FirstByte(field.text)];
+    const bool toldByItsFirstByte = !field.text.empty() && !MayBegin(field.text.front());
     return !toldByItsFirstByte && IsMissingText(field);
   }
+
+  // Whether a field that begins so may be missing.
+  bool MayBegin(char first) const { return fMayBegin[static_cast<unsigned char>(first)]; }
 
  private:
   static std::size_t FirstByte(std::string_view text) {

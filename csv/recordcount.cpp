@@ -50,7 +50,7 @@ MCBinModel::Recount CountRecords(const MCBinModel::BinModel& model,
   std::vector<double> values(coders.size());
   RecordPass pass(reader, progress);
   while (pass.Next()) {
-    const std::optional<double> recordWeight = weights ? weights->Check(reader) : 1.0;
+    const std::optional<double> recordWeight = weights ? weights->Check(reader.GetRecord()) : 1.0;
     if (!recordWeight) continue;
     for (std::size_t i = 0; i < coders.size(); ++i) values[i] = coders[i].Code(reader);
     counter.Add(values.data(), *recordWeight);

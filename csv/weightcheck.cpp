@@ -12,7 +12,7 @@ namespace MCBin {
 
 using MCBinModel::NumberKind;
 
-std::optional<double> WeightCheck::Round(double weight) {
+std::optional<double> WeightCheck::Add(double weight) {
   const std::uint64_t roundedToZero = fCoder.GetDropped().roundedToZero;
   const std::optional<double> rounded = fCoder.Code(weight);
   if (!rounded && fCoder.GetDropped().roundedToZero == roundedToZero) return rounded;
@@ -33,19 +33,21 @@ std::optional<std::string> WeightCheck::DescribeRounding() const {
       kPercent * (fRoundedSum / fSum - 1.0));
 }
 
-std::optional<double> WeightCheck::Check(const CsvReader& reader) {
-  constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-  const CsvField& field = reader.GetFields()[fPosition];
-  if (fMissingTexts.IsMissing(field)) return fCoder.Code(kNaN);
+MCBinModel::ParsedNumber WeightCheck::Parse(const CsvField& field) const {
+  if (fMissingTexts.IsMissing(field)) return {NumberKind::kNaN, 0.0};
+  return ParseNumber(field);
+}
 
-  const MCBinModel::ParsedNumber number = ParseNumber(field);
+std::optional<double> WeightCheck::Check(const CsvRecord& record) {
+  const CsvField& field = record.fields[fPosition];
+  const MCBinModel::ParsedNumber number = Parse(field);
   const char* problem = "is negative";
   switch (number.kind) {
     case NumberKind::kNaN:
-      return fCoder.Code(kNaN);
+      return Add(std::numeric_limits<double>::quiet_NaN());
     case NumberKind::kNumber:
       try {
-        return Round(number.value);
+        return Add(number.value);
       } catch (const MCBinModel::Refusal&) {  // of a finite number: it is negative
         break;
       }
@@ -57,7 +59,7 @@ std::optional<double> WeightCheck::Check(const CsvReader& reader) {
       break;
   }
   throw MCBinModel::Refusal(
-      MCBinModel::RefusalCode::kBadWeight, {reader.Where(), fWeight.name, std::string(field.text)},
+      MCBinModel::RefusalCode::kBadWeight, {record.Where(), fWeight.name, std::string(field.text)},
       fmt::format("the weight {} in column {} {}; weights are numbers from 0 up, an empty field "
                   "drops the record",
                   MCBinModel::QuotedText(field.text), MCBinModel::QuotedText(fWeight.name),

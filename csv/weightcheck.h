@@ -6,7 +6,8 @@
 #include <string>
 
 #include "binmodel/apply/weightcoder.h"
-#include "csv/csvreader.h"
+#include "binmodel/text/number.h"
+#include "csv/csvrecord.h"
 #include "csv/missingtexts.h"
 
 namespace MCBin {
@@ -19,19 +20,23 @@ class WeightCheck {
               const MissingTexts& missingTexts)
       : fWeight(weight), fPosition(position), fMissingTexts(missingTexts), fCoder(weight) {}
 
-  // The rounded weight of the reader's current record; nothing, and the record is counted,
+  // The rounded weight of a record; nothing, and the record is counted,
   // when it has no usable weight. Throws Refusal when the weight is negative, infinite or
   // no number.
-  std::optional<double> Check(const CsvReader& reader);
+  std::optional<double> Check(const CsvRecord& record);
 
+  // The two steps of it. What a field says: kNaN when it is missing. And the rounded weight, as
+  // MCBinModel::WeightCoder says, of a number or NaN.
+  MCBinModel::ParsedNumber Parse(const CsvField& field) const;
+  std::optional<double> Add(double weight);
+
+  const MCBinModel::WeightInfo& GetWeight() const { return fWeight; }
   const MCBinModel::WeightCoder& GetCoder() const { return fCoder; }
 
   // How many weights were rounded, and what became of their sum; nothing when none was.
   std::optional<std::string> DescribeRounding() const;
 
  private:
-  std::optional<double> Round(double weight);
-
   const MCBinModel::WeightInfo& fWeight;
   const std::size_t fPosition;
   const MissingTexts& fMissingTexts;

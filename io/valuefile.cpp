@@ -49,6 +49,22 @@ ValueFile::ValueFile(const std::string& directory, std::size_t columnCount)
   }
 }
 
+void ValueFile::AddRecords(const double* values, std::size_t stride, std::size_t count) {
+  while (count > 0) {
+    const std::size_t fitting = std::min(count, fRecordsPerBlock - fRecordsInBlock);
+    for (std::size_t column = 0; column < fColumnCount; ++column) {
+      if (fIsAbandoned[column]) continue;
+      std::copy_n(values + column * stride, fitting,
+                  fBlock.data() + column * fRecordsPerBlock + fRecordsInBlock);
+    }
+    fRecordCount += fitting;
+    fRecordsInBlock += fitting;
+    if (fRecordsInBlock == fRecordsPerBlock) WriteBlock(fRecordsPerBlock);
+    values += fitting;
+    count -= fitting;
+  }
+}
+
 // The last block is as long as it has records: few records of many columns take little room.
 void ValueFile::Finish() {
   for (std::size_t column = 0; column < fColumnCount; ++column) {

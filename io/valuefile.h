@@ -11,7 +11,7 @@
 namespace MCBin {
 
 // The values of a run's columns in a temporary file, so that no field of the input is parsed
-// twice. First written record by record, then read block by block.
+// twice. First written record by record or some at a time, then read block by block.
 //
 //   Blocks    of the same number of records each, but for the last; a block holds its
 //             values column by column, so a reader fetches the columns it needs alone.
@@ -36,12 +36,17 @@ class ValueFile final : public MCBinModel::ColumnSource {
     if (++fRecordsInBlock == fRecordsPerBlock) WriteBlock(fRecordsPerBlock);
   }
 
+  // Ends `count` records at once, between two records; the values of a column lie side by side, and
+  // `stride` values apart from those of the next column. Throws Refusal when the disk is full.
+  void AddRecords(const double* values, std::size_t stride, std::size_t count);
+
   // Nobody will read the column: it takes no room from now on.
   void Abandon(std::size_t column) { fIsAbandoned[column] = true; }
 
   // Ends the writing. Throws Refusal.
   void Finish();
 
+  std::size_t GetColumnCount() const { return fColumnCount; }
   std::uint64_t GetRecordCount() const override { return fRecordCount; }
   std::size_t GetRecordsPerBlock() const override { return fRecordsPerBlock; }
 

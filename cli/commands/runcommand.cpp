@@ -98,8 +98,10 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
   const MissingTexts missingTexts(options.missingTexts);
   ProgressBar progress(!options.quiet);
   progress.StartBytes("scanning", input.GetSize());
-  InputScan scan = ScanInput(reader, requests, options.rounding, missingTexts, directory.GetPath(),
-                             [&](std::uint64_t bytesRead) { progress.Update(bytesRead); });
+  InputScan scan =
+      ScanInput(reader, requests, options.rounding, missingTexts,
+                {directory.GetPath(), [&](std::uint64_t bytesRead) { progress.Update(bytesRead); },
+                 options.jobs});
   progress.Finish();
   const auto printNotes = [&] {
     for (const ColumnNote& note : notes) PrintNote(NoteText(note));

@@ -239,7 +239,8 @@ TEST(EvaluationReport, TellsDataOfLongNamesApart) {
   const BinModel model = SampleBins({"n", "y"}, {{"x", {{3, 1}, {1, 3}}}});
   const std::string ends = EvaluationOf(
       model, {"/a/portfolio_of_customers_2024-01.csv", "/b/portfolio_of_customers_2024-02.csv"});
-  EXPECT_TRUE(Contains(ends, "\n  attribute  portfolio_\u202624-01.csv  portfolio_\u202624-02.csv\n"))
+  EXPECT_TRUE(
+      Contains(ends, "\n  attribute  portfolio_\u202624-01.csv  portfolio_\u202624-02.csv\n"))
       << ends;
   EXPECT_TRUE(Contains(ends, "\n  portfolio_of_customers_2024-02.csv  ")) << ends;
   const std::string middle = EvaluationOf(model, {"customers_of_2024-01_checked_by_hand.csv",
