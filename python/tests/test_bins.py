@@ -143,7 +143,7 @@ def test_bins_are_kept_copied_and_compared(bins, customers, tmp_path):
     assert one == copy.copy(one) == bins["age"] != bins["city"]
     assert len({one, bins["age"], bins["city"]}) == 2
     assert mb.fit(customers, "buys", attributes=["age"])["age"] == one  # whatever stood beside it
-    evaluation = copy.deepcopy(bins.evaluate(customers))
+    evaluation = copy.deepcopy([bins.evaluate(customers), bins.summary()])[0]
     assert evaluation.stability_index("age") == 0
     assert [path.name for path in tmp_path.iterdir()] == ["bins.json"]
     with pytest.raises(FileNotFoundError):

@@ -299,6 +299,7 @@ def test_columns_that_are_not_asked_for_may_hold_anything(tmp_path):
     for table in {"a": A, "y": Y, **junk}, pd.DataFrame({"a": A, "y": Y, 7: Y, "z": junk["z"]}):
         assert bins.apply(table)["a_bin"].tolist() == [0, 0, 1, 1]
         assert bins.evaluate(table).stability_index("a") == 0
+        assert mb.fit(table, "y", attributes=["a"])["a"].valid_weight == 4
         with pytest.raises(mb.UnknownColumnError, match=r"the table has 'a', .*'z'"):
             mb.from_cut_points({"b": [1]}).apply(table)
     given = mb.fit({"a": A, "target": A, "weight": A}, Y, weight=np.ones(4, int))

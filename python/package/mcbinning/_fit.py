@@ -13,6 +13,7 @@ from ._arguments import (
     as_cut_points,
     as_events,
     as_mapping,
+    as_names,
     as_share,
     at_least,
     is_right,
@@ -131,7 +132,9 @@ def fit(
         "small_bins": as_share("small_bins", small_bins),
         "woe_adjust": as_adjustment("woe_adjust", woe_adjust),
     }
-    request = _make_request(table, names)
+    attributes, categorical = _names(attributes, categorical)
+    only = _wanted(attributes, categorical, missing, target, weight)
+    request = _make_request(table, names, only)
     targets = request.add_targets(target)
     call, left_out = request.plan(
         settings, targets, weight, attributes, categorical, missing, rounding, threads, temp_dir,
@@ -195,7 +198,9 @@ def fit_equal_frequency(
     }
     if target is not None and find_engine(table) is not None:
         raise TargetError("equal-frequency bins of an engine's table do not count a target")
-    request = _make_request(table, names)
+    attributes, categorical = _names(attributes, categorical)
+    only = _wanted(attributes, categorical, missing, target, weight)
+    request = _make_request(table, names, only)
     targets = [] if target is None else request.add_targets(target)
     call, left_out = request.plan(
         settings, targets, weight, attributes, categorical, missing, rounding, threads, temp_dir,
@@ -267,11 +272,28 @@ def from_cut_points(
     return Bins(counted)
 
 
-def _make_request(data: Any, names: Sequence[str] | None) -> Request:
+def _names(attributes: Any, categorical: Any) -> tuple[list[str] | None, list[str]]:
+    chosen = None if attributes is None else as_names("attributes", attributes)
+    return chosen, as_names("categorical", () if categorical is None else categorical)
+
+
+def _wanted(attributes: list[str] | None, *others: Any) -> set[str] | None:
+    """Tell which columns are looked at: all of them, unless attributes are named."""
+    if attributes is None:
+        return None
+    wanted = set(attributes)
+    for other in others:
+        named = [other] if isinstance(other, str) else other
+        if isinstance(named, (list, tuple, Mapping)):
+            wanted.update(name for name in named if isinstance(name, str))
+    return wanted
+
+
+def _make_request(data: Any, names: Sequence[str] | None, only: set[str] | None) -> Request:
     """Make the request for a table in memory, or for one of an engine."""
     engine = find_engine(data)
     if engine is None:
-        return Request(data, names)
+        return Request(data, names, only)
     from .engines._fit import EngineRequest
 
     return EngineRequest(engine)

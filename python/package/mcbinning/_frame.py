@@ -118,6 +118,12 @@ class Frame:
         """Export the columns as an Arrow capsule: a stream of one batch."""
         return self._core.arrow_stream()
 
+    def __copy__(self) -> Frame:
+        return self
+
+    def __deepcopy__(self, memo: object) -> Frame:
+        return self
+
     def _rows(self, count: int) -> list[list[str]]:
         columns = [self[name][:count] for name in self._names]
         return [[_show(column[row]) for column in columns] for row in range(min(count, len(self)))]

@@ -11,7 +11,7 @@ from typing import Any
 import numpy as np
 
 from . import _core
-from ._arguments import as_mapping, as_names, as_number, at_least
+from ._arguments import as_mapping, as_number, at_least
 from ._errors import InputError, TableTypeError, TargetError, unknown_column
 from ._files import Path, system_temp_dir
 from ._progress import Report
@@ -111,7 +111,7 @@ class Request:
         self, attributes: Sequence[str] | None, used: set[int], categorical: set[int]
     ) -> tuple[list[int], list[str]]:
         if attributes is not None:
-            return [self.index(name) for name in as_names("attributes", attributes)], []
+            return [self.index(name) for name in attributes], []
         chosen, left_out = [], []
         for place, name in enumerate(self.table.names()):
             if place in used:
@@ -143,8 +143,7 @@ class Request:
             raise InputError(f"rounding is 'closest' or 'truncate', not {rounding!r}")
         target_places = [self.index(name) for name in targets]
         weight_place = self.add_weight(weight)
-        categorical_names = as_names("categorical", () if categorical is None else categorical)
-        categorical_places = {self.index(name) for name in categorical_names}
+        categorical_places = {self.index(name) for name in categorical}
         used = {*target_places} | ({weight_place} if weight_place is not None else set())
         chosen, left_out = self._choose(attributes, used, categorical_places)
         uses = Counter([*chosen, *target_places])

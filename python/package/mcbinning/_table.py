@@ -51,15 +51,16 @@ def as_table(
             add_column(table, name, data[name])
     elif hasattr(data, "__arrow_c_stream__"):
         table.add_arrow_stream(data.__arrow_c_stream__(), "")
+        check_names(table.names())
     elif hasattr(data, "__arrow_c_array__"):
         schema, array = data.__arrow_c_array__()
         table.add_arrow_array(schema, array, "")
+        check_names(table.names())
     else:
         raise TableTypeError(
             f"a table is expected (a data frame, Arrow, a NumPy array or a dict of columns), "
             f"not {type(data).__name__}"
         )
-    check_names(table.names())
     return table
 
 
@@ -147,6 +148,7 @@ def _add_array(table: _core.Table, data: np.ndarray[Any, Any], names: Sequence[s
     if data.dtype.names is not None:
         if data.ndim != 1:
             raise InputError("a structured array has one dimension")
+        check_names(data.dtype.names)
         for name in data.dtype.names:
             _add_values(table, name, data[name])
         return
