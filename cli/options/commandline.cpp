@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "cli/options/optionspelling.h"
+#include "cli/options/parsewords.h"
 #include "cli/terminal/notes.h"
 #include "cli/terminal/resultstream.h"
 #include "cli/terminal/usageerror.h"
@@ -120,7 +121,7 @@ CommandLine ParseCommandLine(int argc, const char* const* argv) {
     app.exit(asked, text);
     return {[text = text.str()] { return Print(text, kExitDone); }, kExitDone};
   } catch (const CLI::ParseError& error) {
-    PrintNote(std::string(error.what()) + "\nRun with --help for the options.");
+    PrintNote(ExplainParseError(app, error));
   } catch (const UsageError& error) {
     PrintNote(error.what());
   }

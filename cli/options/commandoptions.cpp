@@ -12,6 +12,7 @@
 #include "binmodel/model/binsettings.h"
 #include "binmodel/text/displaytext.h"
 #include "cli/options/optionlist.h"
+#include "cli/options/parsewords.h"
 #include "cli/terminal/usageerror.h"
 
 namespace MCBin {
@@ -96,7 +97,14 @@ void AddList(CLI::App& command, const std::string& flag, std::vector<std::string
 void AddChoice(CLI::App& command, const std::string& flag, std::string& value,
                const std::vector<std::string>& choices, const std::string& help) {
   command.add_option(flag, value, help)
-      ->check(CLI::IsMember(choices).description(""))
+      ->check(CLI::Validator(
+          [choices](const std::string& text) {
+            const bool isOne = std::find(choices.begin(), choices.end(), text) != choices.end();
+            return isOne ? std::string()
+                         : fmt::format("{} is expected, not {}", OneOf(choices),
+                                       MCBinModel::QuotedText(text));
+          },
+          ""))
       ->type_name(fmt::format("{}", fmt::join(choices, "|")));
 }
 

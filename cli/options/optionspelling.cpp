@@ -117,6 +117,9 @@ std::vector<std::string> CorrectArguments(const CLI::App& app, std::vector<std::
     const std::string& first = arguments[0];
     if (first.empty() || first[0] != '-') RefuseCommand(commandNames, first);
     if (first.size() > 2 && first[1] == '-') Correct(first, LongNamesOf(app), "mcbin");
+    if (IsUnknownLetter(app, first, "")) {
+      RefuseOption(first, first.substr(1), LongNamesOf(app), "mcbin");
+    }
     return arguments;
   }
   const Names names = LongNamesOf(**command);
