@@ -5,6 +5,8 @@
 
 namespace bench {
 
+constexpr std::size_t kMillion = 1000000;
+
 using Column = std::vector<double>;
 
 // Data in memory, column by column: continuous attributes, the classes of a target as codes

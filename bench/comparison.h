@@ -27,6 +27,11 @@ struct Goal {
   const char* unit;
 };
 
+inline Goal FasterThanPlain(double limit) {
+  return {Goal::Kind::kFasterThanPlain, limit, "x faster"};
+}
+inline Goal WithinFloor(double limit) { return {Goal::Kind::kWithinFloor, limit, "x floor"}; }
+
 // The same work done by the plain form, by the library and by its floor; a side that is not
 // there is empty.
 struct Comparison {
