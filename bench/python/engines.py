@@ -1,15 +1,15 @@
 """Times bins of engines' tables. Usage: engines.py duckdb|parquet|spark [ROWS [COLUMNS]]
 
 duckdb: a column in memory, against quantile_disc of the same percentiles. parquet: a file, with
-memory_limit 1GB. spark: a cached data frame in local[2], against QuantileDiscretizer, and the bytes
-that were shuffled.
+memory_limit 1GB, and the memory that was taken. spark: a cached data frame in local[2], against
+QuantileDiscretizer, and the bytes that were shuffled.
 """
 
 import json
 import os
-import resource
 import sys
 import tempfile
+import threading
 import time
 import urllib.request
 
@@ -50,9 +50,42 @@ def bench_parquet(rows, columns):
         connection.execute(
             f"copy (select {values}, random() < 0.3 as y from range({rows})) to '{path}'"
         )
+        del connection  # what writing took is not counted below
+        with open("/proc/self/clear_refs", "w") as peak:
+            peak.write("5")
+        connection = duckdb.connect(config=limits)
+        watch = watched(connection.cursor())
         table = connection.read_parquet(path)
         timed(f"supervised, {columns} columns", lambda: mb.fit(table, "y"))
-    print(f"largest: {resource.getrusage(resource.RUSAGE_SELF).ru_maxrss >> 10} MiB")
+        print("largest: {} MiB, without what DuckDB counts as its own {} MiB".format(*watch()))
+
+
+def resident(key):
+    """A line of /proc/self/status in MiB: VmRSS now, VmHWM at most."""
+    with open("/proc/self/status") as status:
+        [line] = [line for line in status if line.startswith(key)]
+    return int(line.split()[1]) >> 10
+
+
+def watched(cursor):
+    """Watch memory; the function that is returned ends that, and tells what was most."""
+    without, done = [0], threading.Event()
+
+    def watch():
+        while not done.wait(0.2):
+            query = "select coalesce(sum(memory_usage_bytes), 0) from duckdb_memory()"
+            used = cursor.execute(query).fetchone()[0] >> 20
+            without[0] = max(without[0], resident("VmRSS") - used)
+
+    thread = threading.Thread(target=watch)
+    thread.start()
+
+    def end():
+        done.set()
+        thread.join()
+        return resident("VmHWM"), without[0]
+
+    return end
 
 
 def shuffled(session):
