@@ -74,7 +74,7 @@ svg .cap{font-weight:600}
 .k5{fill:var(--k5);background:var(--k5)}.l5{stroke:var(--k5)}
 .k6{fill:var(--k6);background:var(--k6)}.l6{stroke:var(--k6)}
 .k7{fill:var(--k7);background:var(--k7)}.l7{stroke:var(--k7)}
-@media screen and (max-width:40rem){body{padding:1rem 1rem 3rem}td.w{max-width:11rem}
+@media screen and (max-width:40rem){body{padding:1rem 1rem 3rem}td.w{max-width:11rem;min-width:8rem}
 td.gain{min-width:6rem}th{white-space:normal}
 th,td{padding:.28rem .5rem}}
 @media print{@page{margin:12mm}
