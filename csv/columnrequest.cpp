@@ -4,6 +4,7 @@
 
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
+#include "binmodel/text/isotime.h"
 #include "binmodel/text/number.h"
 
 namespace MCBin {
@@ -32,6 +33,21 @@ MissingDefinition MissingRequest::ForNumbers() const {
                       MCBinModel::QuotedText(value), MCBinModel::QuotedText(column)));
     }
     missing.numbers.push_back(number.value);
+  }
+  return missing;
+}
+
+MissingDefinition MissingRequest::ForTimes() const {
+  MissingDefinition missing{{}, interval, {}};
+  for (const std::string& value : values) {
+    const auto time = MCBinModel::ParseTime(value);
+    if (!time) {
+      throw MCBinModel::Refusal(
+          RefusalCode::kInput, {"", column, value},
+          fmt::format("the missing value {} of the column {}, which holds dates, is none",
+                      MCBinModel::QuotedText(value), MCBinModel::QuotedText(column)));
+    }
+    missing.numbers.push_back(*time);
   }
   return missing;
 }

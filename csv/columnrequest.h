@@ -19,8 +19,9 @@ struct MissingRequest {
   // and all values as texts.
   MCBinModel::MissingDefinition ForEitherKind() const;
 
-  // Throw Refusal for a value that is no number, and for an interval of texts.
+  // Throw Refusal for a value that is no number, or no time, and for an interval of texts.
   MCBinModel::MissingDefinition ForNumbers() const;
+  MCBinModel::MissingDefinition ForTimes() const;
   MCBinModel::MissingDefinition ForTexts() const;
 };
 

@@ -5,6 +5,7 @@
 
 #include "binmodel/model/usermissing.h"
 #include "binmodel/text/boolean.h"
+#include "binmodel/text/isotime.h"
 #include "binmodel/text/number.h"
 #include "common/missing.h"
 #include "csv/numberformat.h"
@@ -24,8 +25,8 @@ ColumnScan::Sighting MakeSighting(std::uint64_t line, std::string_view text) {
 
 ColumnScan::ColumnScan(const ColumnRequest& request)
     : fMayBeCategorical(request.MayBeCategorical()),
-      fForm(request.kind == KindRequest::kDetect && !fMayBeCategorical ? Form::kUnknown
-                                                                       : Form::kNumbers),
+      fMayBeBoolean(request.kind == KindRequest::kDetect),
+      fForm(fMayBeCategorical ? Form::kNumbers : Form::kUnknown),
       fMissingTexts(request.missing.values) {
   if (!fMayBeCategorical) return;
   fNumbers.emplace(kMaxCategories + 1);
@@ -60,9 +61,18 @@ ColumnScan::Value ColumnScan::Add(const CsvField& field, std::uint64_t line, boo
 ColumnScan::Form ColumnScan::FormOf(const CsvField& field) const {
   const MCBinModel::NumberKind kind = ParseNumber(field).kind;
   if (kind == MCBinModel::NumberKind::kNaN) return Form::kUnknown;
-  const bool isBoolean =
-      kind == MCBinModel::NumberKind::kText && MCBinModel::ParseBoolean(field.text);
+  if (kind != MCBinModel::NumberKind::kText) return Form::kNumbers;
+  if (MCBinModel::ParseTime(field.text)) return Form::kTimes;
+  const bool isBoolean = fMayBeBoolean && MCBinModel::ParseBoolean(field.text);
   return isBoolean ? Form::kBooleans : Form::kNumbers;
+}
+
+MCBinModel::ParsedNumber ColumnScan::Parse(const CsvField& field) const {
+  if (fForm != Form::kTimes) return ParseNumber(field);
+  const auto time = MCBinModel::ParseTime(field.text);
+  if (time) return {MCBinModel::NumberKind::kNumber, *time};
+  const bool isNaN = ParseNumber(field).kind == MCBinModel::NumberKind::kNaN;
+  return {isNaN ? MCBinModel::NumberKind::kNaN : MCBinModel::NumberKind::kText, 0.0};
 }
 
 double ColumnScan::AddBoolean(const CsvField& field, std::uint64_t line) {
@@ -98,11 +108,11 @@ std::vector<std::string> ColumnScan::GetBooleans() const {
 }
 
 double ColumnScan::AddNumber(const CsvField& field, std::uint64_t line, bool counts) {
-  const MCBinModel::ParsedNumber number = ParseNumber(field);
-  if (number.kind == MCBinModel::NumberKind::kNumber) {
-    fNumberTally.Add(number.value, field.text);
-  } else {
+  const MCBinModel::ParsedNumber number = Parse(field);
+  if (number.kind != MCBinModel::NumberKind::kNumber) {
     fNumberTally.AddNoNumber();
+  } else if (fForm != Form::kTimes) {
+    fNumberTally.Add(number.value, field.text);
   }
   if (number.kind == MCBinModel::NumberKind::kNumber && !fMayBeCategorical) return number.value;
   if (number.kind == MCBinModel::NumberKind::kText) {
@@ -123,8 +133,10 @@ double ColumnScan::AddNumber(const CsvField& field, std::uint64_t line, bool cou
 }
 
 void ColumnScan::CountText(const CsvField& field) {
-  const MCBinModel::ParsedNumber number = ParseNumber(field);
-  if (number.kind == MCBinModel::NumberKind::kNumber) fNumberTally.Add(number.value, field.text);
+  const MCBinModel::ParsedNumber number = Parse(field);
+  if (number.kind == MCBinModel::NumberKind::kNumber && fForm != Form::kTimes) {
+    fNumberTally.Add(number.value, field.text);
+  }
   if (number.kind != MCBinModel::NumberKind::kText) return;
   ++fTextFieldCount;
   const auto [line, text, bytes] = MakeSighting(0, MCBinModel::TrimBlanks(field.text));
@@ -181,8 +193,13 @@ bool ColumnScan::HasSameBooleans(const ColumnScan& later) const {
   return fBooleanPair == later.fBooleanPair;
 }
 
-// What is a boolean to one of them is one to both, or to none.
+// What is a time or a boolean to one of them is one to both, or to none.
 bool ColumnScan::CanTakeForm(const Later& later) const {
+  const Form form = later.others == nullptr ? Form::kUnknown : later.others->fForm;
+  if (fForm == Form::kTimes || form == Form::kTimes) {
+    const bool agree = fForm == form || fForm == Form::kUnknown || form == Form::kUnknown;
+    return agree && later.numberCount == 0;
+  }
   const bool hasBooleans = later.others != nullptr && later.others->fForm == Form::kBooleans;
   if (!hasBooleans) {
     const bool hasNoForm = later.others == nullptr || later.others->fForm == Form::kUnknown;

@@ -22,9 +22,9 @@ namespace MCBin {
 // when it may be categorical.
 //
 // Whether a column is numeric is known at the end only, so its categories are coded both
-// as numbers and as texts until one of the two is ruled out. What an attribute's column may be
-// without being named is decided by its first field: numbers, or booleans (see ParseBoolean()) with
-// one text for yes and one for no.
+// as numbers and as texts until one of the two is ruled out. Of an attribute's column the first
+// field decides whether the others are to be numbers, times (see ParseTime()), which are numbers as
+// well, or booleans (see ParseBoolean()) with one text for yes and one for no.
 //
 //   Memory   at most kMaxCategories + 1 categories of each kind, of at most
 //            kMaxCategoryBytes bytes; then the column's categories are given up.
@@ -40,7 +40,7 @@ class ColumnScan {
     std::size_t bytes;  // of the whole
   };
 
-  // The texts among the numbers of a column that holds few different ones.
+  // The texts among the numbers, or times, of a column that holds few different ones.
   struct StrayTexts {
     std::uint64_t fields;            // that hold one of them
     std::uint64_t numbers;           // fields that do not
@@ -61,8 +61,10 @@ class ColumnScan {
   // A scan of the records behind some others: `isDecided` as it is for those.
   ColumnScan(const ColumnRequest& request, bool isDecided);
 
-  // Further fields cannot make it a column of booleans.
-  bool IsDecided() const { return fForm == Form::kNumbers || fFirstText; }
+  // Further fields cannot make it a column of times or booleans, and are not read as such.
+  bool IsDecided() const {
+    return fForm == Form::kNumbers || (fFirstText && fForm != Form::kTimes);
+  }
 
   // The value of a missing field.
   Value GetMissing() const;
@@ -90,11 +92,16 @@ class ColumnScan {
   Codes Take(const Later& later);
   bool CanTake(const Later& later) const;
 
-  // Every field so far is a number, or NaN, or infinite; or all are booleans.
+  // Every field so far is a number, or NaN, or infinite; or all are times, or booleans.
   bool IsNumeric() const { return !fFirstText; }
 
+  // The first field that is not NaN is a time. With IsNumeric(): all are.
+  bool StartsWithTime() const { return fForm == Form::kTimes; }
+
   // Every field so far is a whole number.
-  bool IsWhole() const { return fNumberTally.AreWhole() && IsNumeric() && !IsBoolean(); }
+  bool IsWhole() const {
+    return fNumberTally.AreWhole() && IsNumeric() && !IsBoolean() && !StartsWithTime();
+  }
 
   // Every field so far is a boolean. The texts there are, by code: no comes first.
   bool IsBoolean() const { return fForm == Form::kBooleans && !fFirstText; }
@@ -103,7 +110,7 @@ class ColumnScan {
   // Some number would be none with a decimal comma; of those before and among few texts.
   bool HasDecimalPoint() const { return fNumberTally.HaveDecimalPoint(); }
 
-  // The first field that is no number, and the first infinite one.
+  // The first field that is no number, or no time as the first one is, and the first infinite one.
   const std::optional<Sighting>& GetFirstText() const { return fFirstText; }
   const std::optional<Sighting>& GetFirstInfinite() const { return fFirstInfinite; }
 
@@ -124,9 +131,10 @@ class ColumnScan {
   static constexpr std::size_t kMostStrayTexts = 5;
 
   // What the first field that is not NaN makes of a column.
-  enum class Form { kUnknown, kNumbers, kBooleans };
+  enum class Form { kUnknown, kNumbers, kTimes, kBooleans };
 
   Form FormOf(const CsvField& field) const;
+  MCBinModel::ParsedNumber Parse(const CsvField& field) const;
   double AddBoolean(const CsvField& field, std::uint64_t line);
   void MakeBooleansTexts();
   void TakeBooleans(const ColumnScan& later);
@@ -139,6 +147,7 @@ class ColumnScan {
   bool CountsTexts() const { return fFirstText && fDifferentTexts.size() <= kMostStrayTexts; }
 
   bool fMayBeCategorical;
+  bool fMayBeBoolean;
   Form fForm = Form::kUnknown;
   std::vector<std::string> fMissingTexts;  // of booleans
   std::array<std::string, 2> fBooleans;    // the texts for no and yes, empty where there is none

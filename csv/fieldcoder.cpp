@@ -13,7 +13,9 @@ double FieldCoder::Code(const CsvReader& reader) {
   const CsvField& field = reader.GetFields()[fPosition];
   if (fMissingTexts.IsMissing(field)) return std::numeric_limits<double>::quiet_NaN();
   try {
-    if (field.isText && fVariable.kind == MCBinModel::VariableKind::kContinuous) RefuseText(field);
+    const bool isOfNumbers =
+        fVariable.kind == MCBinModel::VariableKind::kContinuous && !fVariable.isTime;
+    if (field.isText && isOfNumbers) RefuseText(field);
     const MCBinModel::CodedValue coded = CodeField(field);
     if (coded.isUnknown && fUnknownCount++ == 0) {
       fFirstUnknown =
@@ -29,8 +31,9 @@ double FieldCoder::Code(const CsvReader& reader) {
 
 MCBinModel::CodedValue FieldCoder::CodeField(const CsvField& field) const {
   constexpr MCBinModel::CodedValue kUnknown = {std::numeric_limits<double>::quiet_NaN(), true};
-  if (fVariable.kind == MCBinModel::VariableKind::kStringCategorical)
+  if (fVariable.kind == MCBinModel::VariableKind::kStringCategorical || fVariable.isTime) {
     return fCoder.Code(field.text);
+  }
   if (field.decimal) return fCoder.Code(*field.decimal);
   return field.isText ? kUnknown : fCoder.Code(field.text);
 }

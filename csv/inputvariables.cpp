@@ -100,7 +100,7 @@ class Builder {
       CheckFinite(request, scan);
     }
     fVariables.attributes.push_back(categorical ? MakeCategorical(request, scan)
-                                                : MakeContinuous(request));
+                                                : MakeContinuous(request, scan));
     fVariables.attributeColumns.push_back(column);
   }
 
@@ -140,38 +140,40 @@ class Builder {
   }
 
   // "2 of 699 fields are texts: '?', 'x'".
-  static std::string StrayFact(const ColumnScan::StrayTexts& stray) {
+  static std::string StrayFact(const ColumnScan::StrayTexts& stray, bool areTimes) {
     std::vector<std::string> texts;
     for (const std::string& text : stray.texts) texts.push_back(MCBinModel::QuotedText(text));
-    return fmt::format("{} of {} fields {}: {}", stray.fields, stray.fields + stray.numbers,
-                       stray.fields == 1 ? "is no number" : "are no numbers",
-                       fmt::join(texts, ", "));
+    return fmt::format("{} of {} fields {} {}{}: {}", stray.fields, stray.fields + stray.numbers,
+                       stray.fields == 1 ? "is no" : "are no", areTimes ? "date" : "number",
+                       stray.fields == 1 ? "" : "s", fmt::join(texts, ", "));
   }
 
-  void AddStrayNote(const ColumnRequest& request, const ColumnScan::StrayTexts& stray) {
+  void AddStrayNote(const ColumnRequest& request, const ColumnScan::StrayTexts& stray,
+                    bool areTimes) {
     fNotes.push_back({ColumnNote::Kind::kStrayTexts, request.name,
                       fmt::format("left out: in column {}, {}",
-                                  MCBinModel::QuotedText(request.name), StrayFact(stray)),
+                                  MCBinModel::QuotedText(request.name), StrayFact(stray, areTimes)),
                       stray.areWhole ? stray.texts : std::vector<std::string>()});
   }
 
   void LeaveOutText(const ColumnRequest& request, const ColumnScan& scan) {
+    const bool areTimes = scan.StartsWithTime();
     if (request.byName) {
       const ColumnScan::Sighting& text = *scan.GetFirstText();
       const auto stray = scan.GetStrayTexts();
       throw MCBinModel::Refusal(
           RefusalCode::kTextInNamedColumn, About(request, text),
-          fmt::format("{} in column {} is not a number{}", MCBinModel::QuotedText(text.text),
-                      MCBinModel::QuotedText(request.name),
-                      stray ? " (" + StrayFact(*stray) + ")" : ""));
+          fmt::format("{} in column {} is not a {}{}", MCBinModel::QuotedText(text.text),
+                      MCBinModel::QuotedText(request.name), areTimes ? "date" : "number",
+                      stray ? " (" + StrayFact(*stray, areTimes) + ")" : ""));
     }
     const ColumnScan::Sighting& text = *scan.GetFirstText();
     const auto stray = scan.GetStrayTexts();
     const std::vector<std::string> texts = stray ? stray->texts : std::vector{text.text};
-    const bool areNumbers = std::any_of(
+    const bool areNumbers = !areTimes && std::any_of(
         texts.begin(), texts.end(), [&](const auto& other) { return HasOtherMarks(other, scan); });
     if (stray && !areNumbers) {
-      AddStrayNote(request, *stray);
+      AddStrayNote(request, *stray, areTimes);
       return;
     }
     constexpr int kMostNamed = 10;
@@ -210,9 +212,16 @@ class Builder {
                     MCBinModel::QuotedText(request.name), whatHas, limit));
   }
 
-  MCBinModel::VariableInfo MakeContinuous(const ColumnRequest& request) const {
-    return {
-        request.name, MCBinModel::VariableKind::kContinuous, request.missing.ForNumbers(), {}, {}};
+  MCBinModel::VariableInfo MakeContinuous(const ColumnRequest& request,
+                                          const ColumnScan& scan) const {
+    const bool isTime = scan.StartsWithTime();
+    return {request.name,
+            MCBinModel::VariableKind::kContinuous,
+            isTime ? request.missing.ForTimes() : request.missing.ForNumbers(),
+            {},
+            {},
+            std::nullopt,
+            isTime};
   }
 
   MCBinModel::VariableInfo MakeCategorical(const ColumnRequest& request,

@@ -9,6 +9,7 @@
 
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
+#include "binmodel/text/isotime.h"
 #include "binmodel/text/number.h"
 #include "common/missing.h"
 
@@ -57,6 +58,7 @@ CodedValue ValueCoder::Code(double number) const {
 CodedValue ValueCoder::Code(std::string_view text) const {
   if (fVariable.kind == VariableKind::kStringCategorical) return CodeCategory(text);
   const ParsedNumber number = ParseNumber(text);
+  if (fVariable.isTime && number.kind != NumberKind::kNaN) return CodeTime(text);
   switch (number.kind) {
     case NumberKind::kNaN:
       return kMissing;
@@ -71,6 +73,15 @@ CodedValue ValueCoder::Code(std::string_view text) const {
   throw Refusal(
       RefusalCode::kTextAmongNumbers, {{}, fVariable.name, std::string(text)},
       fmt::format("{} in column {} is not a number", QuotedText(text), QuotedText(fVariable.name)));
+}
+
+CodedValue ValueCoder::CodeTime(std::string_view text) const {
+  const auto seconds = ParseTime(text);
+  if (seconds) return Code(*seconds);
+  throw Refusal(RefusalCode::kTextAmongNumbers, {{}, fVariable.name, std::string(text)},
+                fmt::format("{} in column {} is not a date as ISO 8601 writes it, which the bins "
+                            "are of",
+                            QuotedText(text), QuotedText(fVariable.name)));
 }
 
 CodedValue ValueCoder::CodeCategory(double number) const {

@@ -37,8 +37,9 @@ class MCBINMODEL_API ValueCoder {
   // A number; unknown to a variable of texts.
   CodedValue Code(double number) const;
 
-  // A text. Of a variable of numbers it is read as one, whatever the locale; throws Refusal
-  // (RefusalCode::kTextAmongNumbers) for one that is no number in a continuous variable.
+  // A text. Of a variable of numbers it is read as one, whatever the locale, and of one of times as
+  // a time; throws Refusal (RefusalCode::kTextAmongNumbers) for one that is none in a continuous
+  // variable.
   CodedValue Code(std::string_view text) const;
 
   // The first `count` values of a column into `codes`, NaN where there is none. Answers how many
@@ -52,6 +53,7 @@ class MCBINMODEL_API ValueCoder {
 
  private:
   bool IsUserMissing(double number) const;
+  CodedValue CodeTime(std::string_view text) const;
   CodedValue CodeCategory(double number) const;
   CodedValue CodeCategory(std::string_view text) const;
 

@@ -63,6 +63,7 @@ std::vector<double> MissingNumbers(const VariableInfo& attribute, const BinSourc
   std::vector<double> numbers;
   if (attribute.kind == VariableKind::kStringCategorical) return numbers;
   for (const double number : attribute.missing.numbers) AddNumber(numbers, number);
+  if (attribute.isTime) return numbers;
   for (const std::string& text : source.missingTexts) AddNumber(numbers, text);
   numbers.push_back(MCMV::Missing());
   return numbers;

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <string_view>
@@ -86,8 +87,9 @@ std::string MissingInterval(const VariableInfo& attribute) {
 }
 
 std::string ReadCall(const VariableInfo& attribute) {
+  const bool isText = attribute.kind == VariableKind::kStringCategorical;
   return fmt::format("{}(columns[{}])",
-                     attribute.kind == VariableKind::kStringCategorical ? "_texts" : "_numbers",
+                     isText ? "_texts" : (attribute.isTime ? "_times" : "_numbers"),
                      PythonText(attribute.name));
 }
 
@@ -125,16 +127,17 @@ const char* PythonTypeOf(BinForm form) {
   return "np.float64";
 }
 
+// With the import that times need.
 constexpr const char* kHead = R"("""Bins made by mcbin; needs NumPy only."""
 
-import numpy as np
+{}import numpy as np
 
 
 def assign_bins(columns):
     """Returns a dict of new columns; `columns` holds the old ones by name."""
     # Lists, arrays and columns of pandas, polars and Arrow will do, of whatever type. None, NaN,
     # masked and null values are missing.
-    return {
+    return {{
 )";
 
 // Arrow takes the categories of all chunks for those of the first one. Comparing pandas.NA gives
@@ -200,12 +203,38 @@ def _category_bins(values, bins, missing):
     return np.array([bins.get(value, missing) for value in values], np.int64)
 )";
 
+// Of a module with columns of times. A second and the part of it are each exact, and so is their
+// sum but for one rounding.
+constexpr const char* kTimeHelpers = R"(
+
+def _time(value):
+    if _is_missing(value):
+        return None
+    if isinstance(value, str):
+        value = datetime.datetime.fromisoformat(value.strip().replace("Z", "+00:00"))
+    if isinstance(value, datetime.datetime) and value.tzinfo is not None:
+        value = value.astimezone(datetime.timezone.utc).replace(tzinfo=None)
+    return np.datetime64(value, "us")
+
+
+def _times(values):
+    """Dates and times, also as ISO 8601 texts, as seconds since 1970 (UTC); NaN where there is none."""
+    array = _array(values)
+    if array.dtype.kind != "M":
+        array = np.array([_time(value) for value in array], "datetime64[us]")
+    wholes = array.astype("datetime64[s]")
+    parts = (array - wholes) / np.timedelta64(1, "s")
+    return np.where(np.isnat(array), np.nan, wholes.astype(np.int64) + parts)
+)";
+
 }  // namespace
 
 std::string ExportPython(const BinModel& bins, const std::vector<std::size_t>& results,
                          const ExportOptions& options) {
   const ExportModel model = MakeExportModel(bins, results, options);
-  std::string module = kHead;
+  const bool hasTimes = std::any_of(model.columns.begin(), model.columns.end(),
+                                    [](const auto& column) { return column.attribute->isTime; });
+  std::string module = fmt::format(kHead, hasTimes ? "import datetime\n\n" : "");
   for (const ExportColumn& column : model.columns) {
     const bool categorical = column.attribute->IsCategorical();
     module += fmt::format("        {}: np.array({}, dtype={})[\n            {}],\n",
@@ -214,6 +243,7 @@ std::string ExportPython(const BinModel& bins, const std::vector<std::size_t>& r
   }
   module += "    }\n";
   module += kHelpers;
+  if (hasTimes) module += kTimeHelpers;
   return module;
 }
 

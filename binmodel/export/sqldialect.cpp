@@ -12,6 +12,7 @@
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/escape.h"
+#include "binmodel/text/isotime.h"
 #include "binmodel/text/number.h"
 #include "binmodel/text/utf8.h"
 
@@ -169,30 +170,33 @@ std::string FormatSqlite(double value) {
 }
 
 constexpr const char* kIsNull = "{} IS NULL";
+constexpr const char* kTime = "TIMESTAMP '{}'";
 
 constexpr std::array<SqlDialect, 6> kDialects = {{
     {"ansi", '"', true, QuoteAnsi, FormatApproximate, nullptr, nullptr, kIsNull, "{0} <> {0}", "{}",
-     "{}"},
+     "{}", kTime},
     // A text or a blob is above all numbers, and CAST makes 0 of what is no number. Only the text
     // of a number equals what CAST makes of it: the comparison turns such a text into its number.
     // Whole numbers beyond 2^53 become doubles first.
     {"sqlite", '"', false, QuoteSqlite, FormatSqlite, "9e999", "-9e999",
      "{0} IS NULL OR CAST({0} AS NUMERIC) <> {0}", "", "CAST({} AS REAL)",
-     "CAST({} AS TEXT) COLLATE BINARY"},
+     "CAST({} AS TEXT) COLLATE BINARY", nullptr},
     {"postgresql", '"', true, QuotePostgresql, FormatPostgresql, "float8 'Infinity'",
-     "float8 '-Infinity'", kIsNull, "{} = float8 'NaN'", "{}", "CAST({} AS text) COLLATE \"C\""},
+     "float8 '-Infinity'", kIsNull, "{} = float8 'NaN'", "{}", "CAST({} AS text) COLLATE \"C\"",
+     kTime},
     // A text that is no number would be 0. Its usual collations ignore letter case and blanks at
     // the end.
     {"mysql", '`', false, QuoteMysql, FormatApproximate, nullptr, nullptr,
      "{0} IS NULL OR {0} NOT REGEXP "
      "'^ *[-+]?([0-9]+[.]?[0-9]*|[.][0-9]+)([eE][-+]?[0-9]+)? *$'",
-     "", "({} + 0e0)", "CAST(CONVERT({} USING utf8mb4) AS BINARY)"},
+     "", "({} + 0e0)", "CAST(CONVERT({} USING utf8mb4) AS BINARY)", kTime},
     {"duckdb", '"', false, QuoteDuckdb, FormatApproximate, "CAST('inf' AS DOUBLE)",
-     "CAST('-inf' AS DOUBLE)", kIsNull, "{} = CAST('nan' AS DOUBLE)", "{}", "CAST({} AS VARCHAR)"},
+     "CAST('-inf' AS DOUBLE)", kIsNull, "{} = CAST('nan' AS DOUBLE)", "{}", "CAST({} AS VARCHAR)",
+     kTime},
     // A text that is no number becomes NULL, or with spark.sql.ansi.enabled ends the query.
     {"spark", '`', false, QuoteWithBackslashes, FormatApproximate, "double('Infinity')",
      "double('-Infinity')", "CAST({} AS DOUBLE) IS NULL", "isnan(CAST({} AS DOUBLE))",
-     "CAST({} AS DOUBLE)", "CAST({} AS STRING)"},
+     "CAST({} AS DOUBLE)", "CAST({} AS STRING)", kTime},
 }};
 
 void CheckText(const char* what, std::string_view text) {
@@ -257,6 +261,22 @@ std::string QuoteIdentifier(const SqlDialect& dialect, std::string_view name) {
 std::string FormatSqlText(const SqlDialect& dialect, std::string_view text) {
   CheckText("text", text);
   return dialect.quoteText(text);
+}
+
+std::string FormatSqlTime(const SqlDialect& dialect, double seconds, bool up,
+                          std::string_view column) {
+  if (dialect.time == nullptr) {
+    throw Refusal(
+        fmt::format("the column {} holds dates, for which the SQL dialect {} has no type; take "
+                    "another dialect, or mcbin apply",
+                    QuotedText(column), dialect.name));
+  }
+  const auto time = FormatMicroseconds(seconds, up);
+  if (!time) {
+    throw Refusal(fmt::format("the column {} has the time {}, which is beyond the years 1 to 9999",
+                              QuotedText(column), FormatNumber(seconds)));
+  }
+  return fmt::format(fmt::runtime(dialect.time), *time);
 }
 
 std::string FormatSqlNumber(const SqlDialect& dialect, double value) {

@@ -24,6 +24,8 @@ struct SqlDialect {
   const char* isNaN;          // empty when there is no NaN
   const char* numberOperand;  // what is compared with numbers
   const char* textOperand;    // what is compared with texts, byte by byte
+
+  const char* time;  // pattern with {} for a text such as 2024-01-31 12:30:00; null: has no times
 };
 
 // Throws Refusal for a name that SqlDialectNames() does not have.
@@ -41,6 +43,12 @@ std::string QuoteIdentifier(const SqlDialect& dialect, std::string_view name);
 // A text as a literal, control characters as escapes. Throws Refusal for one with a NUL or not in
 // UTF-8.
 std::string FormatSqlText(const SqlDialect& dialect, std::string_view text);
+
+// A time in seconds since 1970 as a literal: of times between two microseconds the earlier or, with
+// `up`, the later. Throws Refusal in a dialect that has no times, and for a time beyond the years 1
+// to 9999; `column` is for that.
+std::string FormatSqlTime(const SqlDialect& dialect, double seconds, bool up,
+                          std::string_view column);
 
 // A number as a literal. Throws Refusal for an infinite one in a dialect that has none.
 std::string FormatSqlNumber(const SqlDialect& dialect, double value);

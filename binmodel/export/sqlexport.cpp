@@ -42,7 +42,10 @@ class CaseWriter {
         fReference(
             fmt::format("{}.{}", kTableAlias, QuoteIdentifier(dialect, column.attribute->name))),
         fIsText(column.attribute->kind == VariableKind::kStringCategorical),
-        fOperand(Fill(fIsText ? dialect.textOperand : dialect.numberOperand, fReference)) {}
+        fIsTime(column.attribute->isTime),
+        fOperand(fIsTime
+                     ? fReference
+                     : Fill(fIsText ? dialect.textOperand : dialect.numberOperand, fReference)) {}
 
   std::string Write() {
     AddBranch(fmt::format("{}", fmt::join(MissingConditions(), "\n      OR ")), fColumn.missing);
@@ -62,6 +65,12 @@ class CaseWriter {
     fBranches += fmt::format("    WHEN {} THEN {}\n", condition, Literal(fDialect, value));
   }
 
+  // What the column is compared with: times at or below the number or, with `up`, from it on.
+  std::string Border(double number, bool up) const {
+    return fIsTime ? FormatSqlTime(fDialect, number, up, fColumn.attribute->name)
+                   : fDialect.formatNumber(number);
+  }
+
   std::string IsIn(const std::vector<std::string>& literals) const {
     if (literals.size() == 1) return fmt::format("{} = {}", fOperand, literals.front());
     return fmt::format("{} IN ({})", fOperand, fmt::join(literals, ", "));
@@ -69,32 +78,49 @@ class CaseWriter {
 
   std::vector<std::string> MissingConditions() const {
     std::vector<std::string> conditions = {
-        Fill(fIsText ? "{} IS NULL" : fDialect.isNoNumber, fReference)};
+        Fill(fIsText || fIsTime ? "{} IS NULL" : fDialect.isNoNumber, fReference)};
     std::vector<std::string> literals;
     if (fIsText) {
       for (const std::string& text : fColumn.attribute->missing.texts) {
         literals.push_back(FormatSqlText(fDialect, text));
       }
     } else {
-      if (*fDialect.isNaN != '\0') conditions.push_back(Fill(fDialect.isNaN, fReference));
+      if (!fIsTime && *fDialect.isNaN != '\0')
+        conditions.push_back(Fill(fDialect.isNaN, fReference));
       AddIntervalConditions(conditions);
       for (const double number : fColumn.missingNumbers) {
         if (std::isinf(number) && fDialect.infinity == nullptr) continue;
-        literals.push_back(FormatSqlNumber(fDialect, number));
+        if (fIsTime) {
+          AddTimeCondition(number, literals, conditions);
+        } else {
+          literals.push_back(FormatSqlNumber(fDialect, number));
+        }
       }
     }
     if (!literals.empty()) conditions.push_back(IsIn(literals));
     return conditions;
   }
 
+  // Far from 1970 several microseconds are one number.
+  void AddTimeCondition(double number, std::vector<std::string>& literals,
+                        std::vector<std::string>& conditions) const {
+    const std::string first = Border(number, true);
+    const std::string last = Border(number, false);
+    if (first == last) {
+      literals.push_back(first);
+    } else {
+      conditions.push_back(fmt::format("{} BETWEEN {} AND {}", fOperand, first, last));
+    }
+  }
+
   // An open end takes in the infinity.
   void AddIntervalConditions(std::vector<std::string>& conditions) const {
     const auto& interval = fColumn.attribute->missing.interval;
     if (!interval) return;
-    const std::string low = fDialect.formatNumber(interval->low);
-    const std::string high = fDialect.formatNumber(interval->high);
     const bool openBelow = interval->low == -DBL_MAX;
     const bool openAbove = interval->high == DBL_MAX;
+    const std::string low = openBelow ? "" : Border(interval->low, true);
+    const std::string high = openAbove ? "" : Border(interval->high, false);
     if (openBelow && openAbove) {
       conditions.push_back(fReference + " IS NOT NULL");
     } else if (openBelow) {
@@ -110,7 +136,7 @@ class CaseWriter {
     const char* const comparison = fModel.rightClosed ? "<=" : "<";
     for (std::size_t bin = 0; bin < fColumn.cutPoints->size(); ++bin) {
       AddBranch(fmt::format("{} {} {}", fOperand, comparison,
-                            fDialect.formatNumber((*fColumn.cutPoints)[bin])),
+                            Border((*fColumn.cutPoints)[bin], !fModel.rightClosed)),
                 fColumn.values[bin]);
     }
   }
@@ -132,6 +158,7 @@ class CaseWriter {
   const SqlDialect& fDialect;
   const std::string fReference;
   const bool fIsText;
+  const bool fIsTime;
   const std::string fOperand;
   std::string fBranches;
 };

@@ -71,6 +71,7 @@ ordered_json MakeVariables(const std::vector<VariableInfo>& variables, bool areT
   for (const VariableInfo& variable : variables) {
     ordered_json object = {{"name", variable.name},
                            {"kind", kKindNames[static_cast<std::size_t>(variable.kind)]}};
+    if (variable.isTime) object["unit"] = kTimeUnit;
     if (variable.kind == VariableKind::kNumericCategorical) {
       object["categories"] = variable.numbers;
     } else if (variable.kind == VariableKind::kStringCategorical) {

@@ -17,6 +17,9 @@ constexpr int kBinFileVersion = 3;
 constexpr std::array<const char*, 3> kKindNames = {"continuous", "numeric-categorical",
                                                    "string-categorical"};
 
+// The unit of a variable of times.
+constexpr const char* kTimeUnit = "seconds since 1970-01-01T00:00:00Z";
+
 // The text of the bin file: one JSON object, of which every number reads back as the same double.
 //
 // The file has the lowest version that says it all: 3 for equal-frequency bins with targets,

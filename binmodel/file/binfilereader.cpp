@@ -93,6 +93,11 @@ VariableInfo ReadVariable(const JsonNode& node, std::set<std::string>& names) {
   variable.kind = static_cast<VariableKind>(
       node.GetMember("kind").GetChoice({kKindNames.begin(), kKindNames.end()}));
   const bool texts = variable.kind == VariableKind::kStringCategorical;
+  if (const auto unit = node.FindMember("unit")) {
+    unit->GetChoice({kTimeUnit});
+    if (variable.IsCategorical()) unit->Refuse("categories have no unit");
+    variable.isTime = true;
+  }
   if (variable.IsCategorical()) {
     const JsonNode categories = node.GetMember("categories");
     if (texts) {

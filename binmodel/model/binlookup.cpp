@@ -99,7 +99,7 @@ void FindBins(const std::vector<double>& cutPoints, const double* values, std::s
 
 std::string BinLabel(const VariableInfo& attribute, const std::vector<double>& cutPoints,
                      std::size_t bin, bool rightClosed) {
-  if (!attribute.IsCategorical()) return IntervalText(cutPoints, bin, rightClosed);
+  if (!attribute.IsCategorical()) return IntervalText(attribute, cutPoints, bin, rightClosed);
   std::string categories;
   for (const std::size_t code : CodesInBin(attribute, cutPoints, bin, rightClosed)) {
     categories += (categories.empty() ? "" : ", ") + CategoryText(attribute.GetLabel(code));

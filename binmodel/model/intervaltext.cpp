@@ -1,16 +1,15 @@
 #include "binmodel/model/intervaltext.h"
 
-#include "binmodel/text/number.h"
-
 namespace MCBinModel {
 
-std::string IntervalText(const std::vector<double>& cutPoints, std::size_t bin, bool rightClosed) {
+std::string IntervalText(const VariableInfo& attribute, const std::vector<double>& cutPoints,
+                         std::size_t bin, bool rightClosed) {
   const bool first = bin == 0;
   const bool last = bin == cutPoints.size();
   const std::string low =
-      first ? "(-inf" : (rightClosed ? "(" : "[") + FormatNumber(cutPoints[bin - 1]);
+      first ? "(-inf" : (rightClosed ? "(" : "[") + attribute.FormatValue(cutPoints[bin - 1]);
   const std::string high =
-      last ? "+inf)" : FormatNumber(cutPoints[bin]) + (rightClosed ? "]" : ")");
+      last ? "+inf)" : attribute.FormatValue(cutPoints[bin]) + (rightClosed ? "]" : ")");
   return low + ", " + high;
 }
 

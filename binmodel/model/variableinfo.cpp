@@ -1,6 +1,7 @@
 #include "binmodel/model/variableinfo.h"
 
 #include "binmodel/text/boolean.h"
+#include "binmodel/text/isotime.h"
 #include "binmodel/text/number.h"
 
 namespace MCBinModel {
@@ -11,6 +12,10 @@ std::size_t VariableInfo::GetCategoryCount() const {
 
 std::string VariableInfo::GetLabel(std::size_t code) const {
   return kind == VariableKind::kNumericCategorical ? FormatNumber(numbers[code]) : texts[code];
+}
+
+std::string VariableInfo::FormatValue(double number) const {
+  return isTime ? FormatTime(number) : FormatNumber(number);
 }
 
 std::size_t VariableInfo::GetEvent() const {

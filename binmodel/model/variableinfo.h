@@ -28,12 +28,21 @@ struct MCBINMODEL_API VariableInfo {
   // chosen. ChooseEvents() does so by name; GetEvent() is what all ask.
   std::optional<std::size_t> event = std::nullopt;
 
+  // The numbers of a continuous variable are times, in seconds since 1970-01-01T00:00:00Z. As texts,
+  // and as they are shown, they are dates and times of ISO 8601, such as 2024-01-31 or
+  // 2024-01-31T12:30:00.
+  bool isTime = false;
+
   // Whether it has categories, and how many; 0 of a continuous variable.
   bool IsCategorical() const { return kind != VariableKind::kContinuous; }
   std::size_t GetCategoryCount() const;
 
   // The category of a code, as text. Requires code < GetCategoryCount().
   std::string GetLabel(std::size_t code) const;
+
+  // A number of a continuous variable as people read it: a time as a date, any other as it is, with
+  // all digits.
+  std::string FormatValue(double number) const;
 
   // The code of the event: the chosen one, else what is true (of true and false, yes and no, t and
   // f, y and n in any letter case), the larger number or the text that comes later in byte order,

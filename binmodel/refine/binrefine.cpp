@@ -106,8 +106,8 @@ void CheckTwoClasses(const VariableInfo* target, const RefineSettings& settings)
 
 // The cut points of a list, ascending.
 std::vector<double> TakeCuts(const std::map<std::string, std::vector<double>>& lists,
-                             const std::string& attribute, const AttributeBins& bins) {
-  const auto list = lists.find(attribute);
+                             const VariableInfo& attribute, const AttributeBins& bins) {
+  const auto list = lists.find(attribute.name);
   if (list == lists.end()) return {};
   std::vector<double> cuts = list->second;
   std::sort(cuts.begin(), cuts.end());
@@ -116,11 +116,11 @@ std::vector<double> TakeCuts(const std::map<std::string, std::vector<double>>& l
     const auto above = std::lower_bound(present.begin(), present.end(), cut);
     if (above != present.end() && *above == cut) continue;
     std::vector<std::string> nearest;
-    if (above != present.begin()) nearest.push_back(FormatNumber(above[-1]));
-    if (above != present.end()) nearest.push_back(FormatNumber(*above));
+    if (above != present.begin()) nearest.push_back(attribute.FormatValue(above[-1]));
+    if (above != present.end()) nearest.push_back(attribute.FormatValue(*above));
     throw Refusal(
-        RefusalCode::kNoSuchCutPoint, {"", attribute, FormatNumber(cut)},
-        fmt::format("{} has no cut point {}; {}", QuotedText(attribute), FormatNumber(cut),
+        RefusalCode::kNoSuchCutPoint, {"", attribute.name, attribute.FormatValue(cut)},
+        fmt::format("{} has no cut point {}; {}", QuotedText(attribute.name), attribute.FormatValue(cut),
                     nearest.empty()
                         ? "it has none"
                         : fmt::format("nearest to it {} {}", nearest.size() == 1 ? "is" : "are",
@@ -129,7 +129,7 @@ std::vector<double> TakeCuts(const std::map<std::string, std::vector<double>>& l
   return cuts;
 }
 
-JoinLimits MakeLimits(const RefineSettings& settings, const std::string& attribute,
+JoinLimits MakeLimits(const RefineSettings& settings, const VariableInfo& attribute,
                       const AttributeBins& bins) {
   JoinLimits limits;
   limits.minBins = static_cast<std::size_t>(settings.minBins);
@@ -141,7 +141,7 @@ JoinLimits MakeLimits(const RefineSettings& settings, const std::string& attribu
   limits.trend = settings.trend;
   limits.minRateDifference = settings.minRateDifference;
   limits.bothClasses = settings.objective == RefineObjective::kInformationValue;
-  if (IsNamed(settings.breaks, attribute)) {
+  if (IsNamed(settings.breaks, attribute.name)) {
     limits.onlyCuts = TakeCuts(settings.breaks, attribute, bins);
   }
   limits.keptCuts = TakeCuts(settings.keep, attribute, bins);
@@ -299,7 +299,7 @@ AttributeBins RefineBins(const BinModel& model, std::size_t result,
   }
   const JoinMeasure measure{settings.objective,
                             settings.NeedTwoClasses() ? EventCategory(*target) : 0};
-  const JoinLimits limits = MakeLimits(settings, attribute, bins);
+  const JoinLimits limits = MakeLimits(settings, model.GetAttribute(bins), bins);
   if (const auto joining = FindJoining(bins, measure, limits)) return JoinBins(bins, joining->ends);
   const std::string conflict =
       DescribeConflict(bins, measure, limits, ListDemands(settings, attribute));

@@ -95,7 +95,7 @@ class Comparison {
   std::string WeightAndRange(const AttributeBins& counted, const AttributeBins& bins) const {
     const std::string weight = WeightFact(counted);
     if (!bins.minimum || !bins.maximum || fAttribute.IsCategorical()) return weight;
-    const NumberText numbers(fFile);
+    const NumberText numbers(fAttribute, fFile);
     return fmt::format("{}; from {} to {}", weight, numbers.OfValue(*bins.minimum),
                        numbers.OfValue(*bins.maximum));
   }
@@ -142,7 +142,7 @@ class Comparison {
       writer.AddFact(fmt::format(
           "cut point {} is a midpoint that rounded onto the value {} it: the bin file counts the "
           "weight {} of that value {} the cut point, apply and evaluate put it {}",
-          FormatNumber(fFile.cutPoints[cut]), rightClosed ? "above" : "below",
+          fAttribute.FormatValue(fFile.cutPoints[cut]), rightClosed ? "above" : "below",
           FormatNumber(fRecounted.cutWeights[cut]), rightClosed ? "above" : "below",
           rightClosed ? "below" : "above"));
     }

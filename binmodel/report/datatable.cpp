@@ -19,16 +19,22 @@ std::string NumberOf(double number) {
   return number > 0.0 ? "inf" : "-inf";
 }
 
-std::string Join(const std::vector<double>& numbers, const char* separator) {
+template <typename Value, typename Format>
+std::string Join(const std::vector<Value>& values, const char* separator, const Format& format) {
   std::string text;
-  for (const double number : numbers) text += (text.empty() ? "" : separator) + NumberOf(number);
+  for (const Value& value : values) text += (text.empty() ? "" : separator) + format(value);
   return text;
 }
 
 std::string PlainText(const Field& field) {
   if (const double* const number = std::get_if<double>(&field)) return NumberOf(*number);
   if (const auto* const text = std::get_if<std::string>(&field)) return PrintableText(*text);
-  if (const auto* const list = std::get_if<std::vector<double>>(&field)) return Join(*list, " ");
+  if (const auto* const list = std::get_if<std::vector<double>>(&field)) {
+    return Join(*list, " ", NumberOf);
+  }
+  if (const auto* const texts = std::get_if<std::vector<std::string>>(&field)) {
+    return Join(*texts, " ", PrintableText);
+  }
   return {};
 }
 
@@ -38,7 +44,10 @@ std::string JsonValue(const Field& field) {
   }
   if (const auto* const text = std::get_if<std::string>(&field)) return JsonText(*text);
   if (const auto* const list = std::get_if<std::vector<double>>(&field)) {
-    return "[" + Join(*list, ", ") + "]";
+    return "[" + Join(*list, ", ", NumberOf) + "]";
+  }
+  if (const auto* const texts = std::get_if<std::vector<std::string>>(&field)) {
+    return "[" + Join(*texts, ", ", JsonText) + "]";
   }
   return "null";
 }

@@ -18,7 +18,8 @@ namespace MCBinModel {
 //   JSON       an array of objects with all fields; infinite numbers are texts, "inf" and "-inf"
 class DataTable {
  public:
-  using Field = std::variant<std::monostate, double, std::string, std::vector<double>>;
+  using Field = std::variant<std::monostate, double, std::string, std::vector<double>,
+                             std::vector<std::string>>;
 
   // Begins the next record.
   void AddRecord() { fRecords.emplace_back(); }

@@ -16,7 +16,7 @@ std::string BinCell(const BinModel& model, const AttributeBins& bins, std::size_
   const VariableInfo& attribute = model.GetAttribute(bins);
   const bool rightClosed = model.settings.rightClosed;
   if (bin > bins.cutPoints.size()) return kMissingLabel;
-  if (!attribute.IsCategorical()) return NumberText(bins).OfInterval(bin, rightClosed);
+  if (!attribute.IsCategorical()) return NumberText(attribute, bins).OfInterval(bin, rightClosed);
   return ElideText(BinLabel(attribute, bins.cutPoints, bin, rightClosed), kIntervalWidth);
 }
 

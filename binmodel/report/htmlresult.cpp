@@ -35,7 +35,7 @@ class HtmlResult {
       : fModel(model),
         fResult(result),
         fBins(model.results[result]),
-        fNumbers(fBins),
+        fNumbers(model.GetAttribute(fBins), fBins),
         fAttribute(model.GetAttribute(fBins)),
         fTarget(target),
         fTotals(SumCountedClassWeights(fBins)),
@@ -259,7 +259,7 @@ std::string PlainValues(const BinModel& model, const AttributeBins& bins) {
     return ElideText(BinLabel(attribute, bins.cutPoints, 0, model.settings.rightClosed),
                      kClassWidth);
   }
-  const NumberText numbers(bins);
+  const NumberText numbers(attribute, bins);
   return numbers.OfValue(*bins.minimum) + " to " + numbers.OfValue(*bins.maximum);
 }
 

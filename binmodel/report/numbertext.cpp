@@ -52,8 +52,13 @@ double WithinEnds(const AttributeBins& bins, double cut, double tolerance) {
 
 }  // namespace
 
-NumberText::NumberText(const AttributeBins& bins) {
+NumberText::NumberText(const VariableInfo& attribute, const AttributeBins& bins)
+    : fAttribute(attribute) {
   const std::vector<double>& cuts = bins.cutPoints;
+  if (attribute.isTime) {
+    for (const double cut : cuts) fCutPoints.push_back(attribute.FormatValue(cut));
+    return;
+  }
   if (bins.minimum && bins.maximum && bins.distinctValues > 1) {
     fTolerance = kSmallPart * (*bins.maximum / static_cast<double>(bins.distinctValues) -
                                *bins.minimum / static_cast<double>(bins.distinctValues));
@@ -70,7 +75,9 @@ NumberText::NumberText(const AttributeBins& bins) {
   fTolerance = WithinEnds(bins, cuts.back(), fTolerance);
 }
 
-std::string NumberText::OfValue(double value) const { return RoundedText(value, fTolerance); }
+std::string NumberText::OfValue(double value) const {
+  return fAttribute.isTime ? fAttribute.FormatValue(value) : RoundedText(value, fTolerance);
+}
 
 std::string NumberText::OfInterval(std::size_t bin, bool rightClosed) const {
   const bool last = bin == fCutPoints.size();

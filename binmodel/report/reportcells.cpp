@@ -116,8 +116,10 @@ std::string CategoriesFact(const VariableInfo& attribute, const AttributeBins& b
 std::string ValuesFact(const BinModel& model, const AttributeBins& bins) {
   if (!bins.minimum || !bins.maximum) return {};
   const VariableInfo& attribute = model.GetAttribute(bins);
-  if (attribute.IsCategorical()) return CategoriesFact(attribute, bins);
-  const NumberText numbers(bins);
+  if (attribute.IsCategorical()) {
+    return KnowsDistinctValues(bins) ? CategoriesFact(attribute, bins) : std::string();
+  }
+  const NumberText numbers(attribute, bins);
   if (bins.distinctValues == 1) return "the only value is " + numbers.OfValue(*bins.minimum);
   const std::string range =
       fmt::format("from {} to {}", numbers.OfValue(*bins.minimum), numbers.OfValue(*bins.maximum));
@@ -148,9 +150,11 @@ std::string EventFact(const BinModel& model, const VariableInfo& target) {
 std::string BestSplitText(const BinModel& model, const AttributeBins& bins) {
   if (!bins.bestSplit || !IsPlainNoCut(bins.status)) return "";
   constexpr int kDecimals = 4;
-  const std::string place = model.GetAttribute(bins).IsCategorical()
-                                ? std::string()
-                                : " at " + NumberText(bins).OfValue(bins.bestSplit->cutPoint);
+  const VariableInfo& attribute = model.GetAttribute(bins);
+  const std::string place =
+      attribute.IsCategorical()
+          ? std::string()
+          : " at " + NumberText(attribute, bins).OfValue(bins.bestSplit->cutPoint);
   return fmt::format("; best split{}: gain {} bits, more than {} needed", place,
                      FormatFixed(bins.bestSplit->gain, kDecimals),
                      FormatFixed(bins.bestSplit->threshold, kDecimals));

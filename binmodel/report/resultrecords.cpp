@@ -2,6 +2,8 @@
 
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "binmodel/apply/binvalues.h"
 #include "binmodel/measure/binstatistics.h"
@@ -19,6 +21,22 @@ using Field = DataTable::Field;
 
 std::optional<double> ShareOf(double part, double whole) {
   return whole > 0.0 ? std::optional<double>(part / whole) : std::nullopt;
+}
+
+// Values of an attribute: numbers, or times as dates.
+Field ValueField(const VariableInfo& attribute, double value) {
+  return attribute.isTime ? Field(attribute.FormatValue(value)) : Field(value);
+}
+
+Field ValueField(const VariableInfo& attribute, const std::optional<double>& value) {
+  return value ? ValueField(attribute, *value) : Field();
+}
+
+Field ValueField(const VariableInfo& attribute, const std::vector<double>& values) {
+  if (!attribute.isTime) return Field(values);
+  std::vector<std::string> texts;
+  for (const double value : values) texts.push_back(attribute.FormatValue(value));
+  return Field(std::move(texts));
 }
 
 void SetNames(DataTable& table, const BinModel& model, const AttributeBins& bins) {
@@ -72,14 +90,14 @@ BinCells CellsOf(const AttributeBins& bins, const std::optional<Evidence>& evide
 }
 
 void SetPlace(DataTable& table, const BinModel& model, const AttributeBins& bins, std::size_t bin) {
+  const VariableInfo& attribute = model.GetAttribute(bins);
   const std::vector<double>& cuts = bins.cutPoints;
   const bool isMissing = bin > cuts.size();
   table.Set("bin", isMissing ? Field() : Field(static_cast<double>(bin)));
   table.Set("label", isMissing ? Field(kMissingLabel)
-                               : Field(BinLabel(model.GetAttribute(bins), cuts, bin,
-                                                model.settings.rightClosed)));
-  table.Set("low", isMissing || bin == 0 ? Field() : Field(cuts[bin - 1]));
-  table.Set("high", isMissing || bin == cuts.size() ? Field() : Field(cuts[bin]));
+                               : Field(BinLabel(attribute, cuts, bin, model.settings.rightClosed)));
+  table.Set("low", isMissing || bin == 0 ? Field() : ValueField(attribute, cuts[bin - 1]));
+  table.Set("high", isMissing || bin == cuts.size() ? Field() : ValueField(attribute, cuts[bin]));
 }
 
 void SetWeights(DataTable& table, const BinModel& model, const AttributeBins& bins,
@@ -120,6 +138,7 @@ DataTable ListResults(const BinModel& model, const std::vector<std::size_t>& res
   DataTable table;
   for (const std::size_t index : results) {
     const AttributeBins& bins = model.results[index];
+    const VariableInfo& attribute = model.GetAttribute(bins);
     const bool hasBins = !bins.binWeights.empty();
     table.AddRecord();
     SetNames(table, model, bins);
@@ -130,14 +149,14 @@ DataTable ListResults(const BinModel& model, const std::vector<std::size_t>& res
                         : std::nullopt);
     }
     table.Set("bins", Field(static_cast<double>(bins.binWeights.size())));
-    table.Set("cut_points", Field(bins.cutPoints));
+    table.Set("cut_points", ValueField(attribute, bins.cutPoints));
     table.Set("valid_weight", Field(bins.validWeight));
     table.Set("missing_weight", bins.missing ? Field(bins.missing->weight) : Field());
     table.Set("distinct_values", KnowsDistinctValues(bins)
                                      ? Field(static_cast<double>(bins.distinctValues))
                                      : Field());
-    table.Set("minimum", bins.minimum);
-    table.Set("maximum", bins.maximum);
+    table.Set("minimum", ValueField(attribute, bins.minimum));
+    table.Set("maximum", ValueField(attribute, bins.maximum));
     table.Set("status", Field(StatusCell(bins)));
   }
   return table;

@@ -31,8 +31,8 @@ using Align = TextTable::Align;
 constexpr std::size_t kBarWidth = 4;         // of a class share
 constexpr std::size_t kCutPointsWidth = 40;  // in a summary line
 
-std::string CutPointsCell(const AttributeBins& bins) {
-  const std::vector<std::string> cuts = NumberText(bins).OfCutPoints();
+std::string CutPointsCell(const VariableInfo& attribute, const AttributeBins& bins) {
+  const std::vector<std::string> cuts = NumberText(attribute, bins).OfCutPoints();
   if (cuts.empty()) return "-";
   std::string text;
   for (std::size_t i = 0; i < cuts.size(); ++i) {
@@ -83,7 +83,7 @@ class BinTable {
       : fModel(model),
         fStyle(style),
         fBins(bins),
-        fNumbers(bins),
+        fNumbers(model.GetAttribute(bins), bins),
         fAttribute(model.GetAttribute(bins)),
         fTarget(model.GetTarget(bins)) {
     if (HasTwoClasses(model, bins)) fEvidence = MeasureEvidence(model, bins);
@@ -283,7 +283,7 @@ class Summary {
     if (!fHasTargets) {
       cells.push_back(FormatShare(LargestShareDeviation(bins, fModel.settings.bins)));
     }
-    cells.insert(cells.end(), {CutPointsCell(bins), StatusCell(bins)});
+    cells.insert(cells.end(), {CutPointsCell(fModel.GetAttribute(bins), bins), StatusCell(bins)});
     fRanking.AddRow(std::move(cells));
   }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "binmodel/model/binmodel.h"
 #include "binmodel/report/binreport.h"

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "binmodel/text/displaytext.h"
+#include "binmodel/text/isotime.h"
 #include "binmodel/text/number.h"
 #include "cli/options/optionlist.h"
 #include "cli/terminal/usageerror.h"
@@ -18,9 +19,10 @@ namespace {
 
 using Interval = MCBinModel::MissingDefinition::Interval;
 
-// One end of an interval; `open` where it is left out, nothing when it is not a number.
+// One end of an interval; `open` where it is left out, nothing when it is no number or day.
 std::optional<double> ParseEnd(std::string_view text, double open) {
   if (MCBinModel::TrimBlanks(text).empty()) return open;
+  if (const auto time = MCBinModel::ParseTime(text)) return time;
   const MCBinModel::ParsedNumber number = MCBinModel::ParseNumber(text);
   if (number.kind != MCBinModel::NumberKind::kNumber) return std::nullopt;
   return number.value;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "binmodel/text/displaytext.h"
+#include "binmodel/text/isotime.h"
 #include "binmodel/text/number.h"
 #include "cli/options/commandoptions.h"
 #include "cli/options/optionlist.h"
@@ -43,14 +44,15 @@ void AddCutPoints(const char* flag, const std::string& value,
   if (text.empty()) return;
   for (const std::string& item : SplitOptionNames(text)) {
     const MCBinModel::ParsedNumber number = MCBinModel::ParseNumber(item);
-    if (number.kind != MCBinModel::NumberKind::kNumber) {
+    const std::optional<double> time = MCBinModel::ParseTime(item);
+    if (!time && number.kind != MCBinModel::NumberKind::kNumber) {
       const bool mayBeName = item.find('=') != std::string::npos;
       throw UsageError(
           fmt::format("{} {}: {} is no number{}", flag, MCBinModel::QuotedText(name),
                       MCBinModel::QuotedText(item),
                       mayBeName ? "; write a name with '=' in it in double quotes" : ""));
     }
-    cuts.push_back(number.value);
+    cuts.push_back(time.value_or(number.value));
   }
 }
 

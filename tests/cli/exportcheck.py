@@ -6,6 +6,7 @@ ctest takes for skipped, where the engine is not to be had.
 """
 
 import csv
+import datetime
 import io
 import itertools
 import json
@@ -174,6 +175,36 @@ def check_text_columns(engine, directory):
             sys.exit(f"{column} as text becomes {found}")
 
 
+def check_times(engine, directory):
+    """Every cut and a microsecond to both sides, though a cut may lie between two of them."""
+    start = datetime.datetime(1970, 1, 1)
+    step = datetime.timedelta(microseconds=1)
+    times = [datetime.datetime(*parts) for parts in [
+        (1969, 12, 31, 23, 59, 59, 750000), (1999, 12, 31), (2024, 1, 31, 12, 30, 0, 123456)]]
+    cuts = [(time - start).total_seconds() for time in times]
+    cuts.append(math.nextafter(cuts[-1] + 1, INF))
+    missing = {"values": [(datetime.datetime(9999, 12, 31) - start).total_seconds()],
+               "interval": {"high": -86400 * 365 * 70}}
+    times += [datetime.datetime(2024, 1, 31, 12, 30, 1, 123456), datetime.datetime(9999, 12, 31),
+              start - datetime.timedelta(days=365 * 70)]
+    column = [None, *(time + side * step for time in times for side in (-1, 0, 1))]
+    variable = {"name": "when", "kind": "continuous", "user_missing": missing,
+                "unit": "seconds since 1970-01-01T00:00:00Z"}
+    path = os.path.join(directory, "times.json")
+    for closed in ("left", "right"):
+        with open(path, "w", encoding="utf-8") as file:
+            json.dump(make_bins([(variable, cuts)], closed), file)
+        applied = run("apply", "--quiet", "--replace", path,
+                      text="".join(["when,\n", *(f"{value.isoformat() if value else ''},\n"
+                                                  for value in column)]))
+        expected = [line.split(",")[0] for line in applied.split("\n")[1:-1]]
+        text = run("export", "--quiet", *engine.options(TABLE), path)
+        exported, = engine.evaluate(text, TABLE, ["when"], [column])
+        for value, wanted, argument in zip(exported, expected, column):
+            if not same(wanted, value, "index", engine.no_value):
+                sys.exit(f"{argument}, closed {closed}, becomes {value!r}, but apply says {wanted!r}")
+
+
 def main():
     with ENGINES[sys.argv[2]]() as engine, tempfile.TemporaryDirectory() as directory:
         compared = 0
@@ -183,6 +214,8 @@ def main():
             compared += check(engine, "right", form, missing, directory)
         if engine.has_text_columns:
             check_text_columns(engine, directory)
+        if engine.has_times:
+            check_times(engine, directory)
     print(f"{compared} values agree with apply")
 
 

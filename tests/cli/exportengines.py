@@ -1,6 +1,7 @@
 """The engines that run what `mcbin export` writes."""
 
 import csv
+import datetime
 import getpass
 import glob
 import io
@@ -24,6 +25,10 @@ def skip(what):
     """Ends with what ctest takes for skipped."""
     print(f"skipped: there is no {what}")
     sys.exit(SKIPPED)
+
+
+def is_time(column):
+    return any(isinstance(value, datetime.datetime) for value in column)
 
 
 def is_text(column):
@@ -50,6 +55,7 @@ class Engine:
     has_infinity = True
     has_controls = True  # control characters in texts
     has_text_columns = True  # for numbers
+    has_times = True
     no_value = None
 
     def __enter__(self):
@@ -64,6 +70,7 @@ class SqlEngine(Engine):
 
     text_type = "TEXT"
     number_type = "DOUBLE PRECISION"
+    time_type = "TIMESTAMP"
 
     def quoted(self, name):
         return quoted(name)
@@ -72,7 +79,8 @@ class SqlEngine(Engine):
         return ["--format", "sql", "--dialect", self.dialect, "--table", quoted(table)]
 
     def evaluate(self, text, table, names, columns):
-        types = [self.text_type if is_text(column) else self.number_type for column in columns]
+        types = [self.text_type if is_text(column) else
+                 self.time_type if is_time(column) else self.number_type for column in columns]
         fields = [f"{self.quoted(name)} {kind}" for name, kind in zip(names, types)]
         self.execute(f"CREATE TABLE {self.quoted(table)} ({', '.join(fields)})")
         try:
@@ -97,6 +105,7 @@ class ConnectionEngine(SqlEngine):
 
 class Sqlite(ConnectionEngine):
     dialect = "sqlite"
+    has_times = False
     text_type = "TEXT COLLATE NOCASE"  # categories differ all the same
 
     def __init__(self):
@@ -179,6 +188,7 @@ class MariaDb(SqlEngine):
     """A server of its own in a private directory, without accounts."""
 
     dialect = "mysql"
+    time_type = "DATETIME(6)"
     has_nan = False
     has_infinity = False
     text_type = "TEXT CHARACTER SET utf8mb4 COLLATE utf8mb4_general_ci"  # A is a, blanks are nothing
@@ -255,9 +265,10 @@ class Spark(SqlEngine):
 
     def evaluate(self, text, table, names, columns):
         from pyspark.sql import types
-        fields = [types.StructField(name, types.StringType() if is_text(column)
-                                    else types.DoubleType()) for name, column in zip(names, columns)]
-        rows = list(zip(*(column if is_text(column) else map(number, column)
+        fields = [types.StructField(name, types.StringType() if is_text(column) else
+                                    types.TimestampType() if is_time(column) else types.DoubleType())
+                  for name, column in zip(names, columns)]
+        rows = list(zip(*(column if is_text(column) or is_time(column) else map(number, column)
                           for column in columns)))
         frame = self.session.createDataFrame(rows, types.StructType(fields))
         frame.createOrReplaceTempView("`" + table.replace("`", "``") + "`")
@@ -313,6 +324,8 @@ class Python(Engine):
         module = {}
         exec(compile(module_text, "bins.py", "exec"), module)
         assign_bins = module["assign_bins"]
+        if is_time(columns[0]):
+            return self.evaluate_times(assign_bins, names, columns)
         arrays = {name: self.numpy.array(column, dtype=object if is_text(column) else float)
                   for name, column in zip(names, columns)}
         bins = list(assign_bins(arrays).values())
@@ -327,6 +340,22 @@ class Python(Engine):
         return bins
 
 
+    def evaluate_times(self, assign_bins, names, columns):
+        bins = list(assign_bins(dict(zip(names, columns))).values())
+        kinds = [lambda column: self.numpy.array(column, "datetime64[us]"),
+                 lambda column: [value and value.isoformat() + "Z" for value in column]]
+        for library, kind in (("pandas", "Series"), ("polars", "Series"), ("pyarrow", "array")):
+            try:
+                kinds.append(getattr(__import__(library), kind))
+            except ImportError as error:
+                print(f"not tried: {error}")
+        for make in kinds:
+            found = assign_bins({name: make(column) for name, column in zip(names, columns)})
+            for wanted, new in zip(bins, found.values()):
+                self.numpy.testing.assert_array_equal(new, wanted)
+        return bins
+
+
 class Jpmml(Engine):
     """JPMML-Evaluator, which scripts/engines puts beside the Python packages.
 
@@ -335,6 +364,7 @@ class Jpmml(Engine):
 
     has_controls = False
     has_text_columns = False
+    has_times = False
 
     def __init__(self):
         self.jars = os.path.join(sys.prefix, "jpmml", "*")

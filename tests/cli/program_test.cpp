@@ -217,6 +217,65 @@ TEST(Evaluate, UpdatesTheCountsOfMovedCutPoints) {
                                       "refined.json", "unmarked.json"}));
 }
 
+// From January 1 on a day each, of which the class changes after the 20th, and at the 30th again.
+std::string Days() {
+  std::string days = "when,y\n";
+  for (int day = 1; day <= 40; ++day) {
+    const bool january = day <= 31;
+    days += january ? "2024-01-" : "2024-02-";
+    days += std::to_string(100 + day - (january ? 0 : 31)).substr(1);
+    days += day > 20 && day <= 30 ? ",b\n" : ",a\n";
+  }
+  return days;
+}
+
+TEST(Times, AreReadBinnedAndShownAsDates) {
+  const Program program;
+  program.Write("days.csv", Days() + "NA,a\nnan,b\n");
+  const auto has = [&](const std::string& command, const std::string& text) {
+    const auto outcome = program.Run(command);
+    EXPECT_NE((outcome.out + outcome.err).find(text), std::string::npos)
+        << command << '\n'
+        << outcome.out << outcome.err;
+  };
+  const std::string run = "supervised -t y --missing when=2024-02-09,:2024-01-02 days.csv ";
+  has(run + "--report b.html", "weight 37 valid, 5 missing");
+  const std::string again = "supervised -t y days.csv --json b.json ";
+  has(again, "2024-01-20, 2024-01-30  ok");
+  has(again, "(2024-01-20, 2024-01-30] ");
+  has(again + "--format csv --summary", ",2024-01-20 2024-01-30,40,2,40,2024-01-01,2024-02-09,");
+  has(again + "--format json", "\"low\": \"2024-01-20\", \"high\": \"2024-01-30\"");
+  has("report b.json", "2024-01-20");
+  const json bins = json::parse(program.Read("b.json"));
+  EXPECT_EQ(bins["attributes"][0]["unit"], "seconds since 1970-01-01T00:00:00Z");
+  EXPECT_EQ(bins["results"][0]["cut_points"], json({1705708800, 1706572800}));
+
+  program.Write("new.csv",
+                "when\n2024-01-20T00:00:00Z\n2024-01-20 00:00:00.5\n"
+                "2024-01-20T01:00+01:00\n1900-01-01\n\"\"\n");
+  EXPECT_EQ(program.Run("apply --na '\"\"' b.json new.csv").out,
+            "when,when_bin\n2024-01-20T00:00:00Z,0\n2024-01-20 00:00:00.5,1\n"
+            "2024-01-20T01:00+01:00,0\n1900-01-01,0\n\"\",\n");
+  has("evaluate b.json days.csv", "equal");
+  has("evaluate b.json days.csv", "from 2024-01-01 to 2024-02-09");
+  has("refine b.json --breaks when=2024-01-20", "(-inf, 2024-01-20]");
+  has("refine b.json --breaks when=2024-01-21", "no cut point 2024-01-21; nearest");
+  for (const char* text : {"2024-02-30", "7"}) {
+    program.Write("wrong.csv", "when\n" + std::string(text) + "\n");
+    has("apply b.json wrong.csv",
+        "wrong.csv:2: '" + std::string(text) + "' in column 'when' is not a date");
+    program.Write("stray.csv", Days() + text + ",a\n");
+    has("supervised -t y stray.csv", "1 of 41 fields is no date: '" + std::string(text) +
+                                         "'; read it as missing with --na '" + text + "'");
+  }
+  has("export --format sql --table t b.json",
+      "WHEN t.\"when\" IS NULL THEN NULL\n"
+      "    WHEN t.\"when\" <= TIMESTAMP '2024-01-20 00:00:00' THEN 0\n");
+  has("export --format sql --dialect sqlite --table t b.json", "'when' holds dates, for which");
+  has("export --format pmml b.json", "'when' holds dates, which are not exported to PMML");
+  has("export --format python b.json", "_interval_bins(_times(columns[\"when\"]), [1705708800.0");
+}
+
 TEST(Help, IsShortOrLongAndComesWithoutAQuestion) {
   const Program program;
   const auto alone = program.Run("");
