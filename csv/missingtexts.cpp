@@ -26,12 +26,19 @@ MissingTexts::MissingTexts(const std::vector<std::string>& texts) {
     if (trimmed.empty()) continue;
     fMayBegin[FirstByte(trimmed)] = true;
     const MCBinModel::ParsedNumber number = MCBinModel::ParseNumber(trimmed);
+    if (number.kind == MCBinModel::NumberKind::kInfinite) AddInfinity(trimmed);
     const bool isNumber = number.kind == MCBinModel::NumberKind::kNumber;
     (isNumber ? fNumberTexts : fTexts).emplace_back(trimmed);
     if (isNumber) fNumbers.push_back(number.value);
   }
   if (fNumbers.empty()) return;
   for (const char c : std::string_view("+-.,0123456789")) fMayBegin[FirstByte({&c, 1})] = true;
+}
+
+// However it is written, too large numbers included.
+void MissingTexts::AddInfinity(std::string_view text) {
+  (text.front() == '-' ? fMinusInfinity : fInfinity) = true;
+  for (const char c : std::string_view("+-.,0123456789iI")) fMayBegin[FirstByte({&c, 1})] = true;
 }
 
 bool MissingTexts::IsMissingText(const CsvField& field) const {
@@ -41,8 +48,11 @@ bool MissingTexts::IsMissingText(const CsvField& field) const {
     return std::find(list.begin(), list.end(), value) != list.end();
   };
   if (isAmong(fTexts, text)) return true;
-  if (fNumbers.empty()) return false;
+  if (fNumbers.empty() && !fInfinity && !fMinusInfinity) return false;
   const MCBinModel::ParsedNumber number = ParseNumber(field);
+  if (number.kind == MCBinModel::NumberKind::kInfinite) {
+    return text.front() == '-' ? fMinusInfinity : fInfinity;
+  }
   return number.kind == MCBinModel::NumberKind::kNumber ? isAmong(fNumbers, number.value)
                                                         : isAmong(fNumberTexts, text);
 }

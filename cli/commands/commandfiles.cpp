@@ -77,7 +77,13 @@ MCBinModel::BinModel LoadBinFileBeforeData(const DataOptions& options) {
 NumberFormat ChooseNumbers(const MCBinModel::BinSource& source, const DataOptions& options,
                            char delimiter) {
   const NumberFormat numbers = options.format.GetNumbers({source.decimal, source.thousands});
-  CheckFileFormat(delimiter, numbers);
+  CheckNumberMarks(numbers);
+  const bool areBothMeant = options.format.delimiter || !options.format.decimal;
+  if (!areBothMeant && numbers.decimal == delimiter) {
+    throw UsageError(fmt::format(
+        "--decimal '{}' is the delimiter, too; say with --delimiter what parts the fields",
+        delimiter));
+  }
   return numbers;
 }
 
@@ -174,16 +180,11 @@ NumberFormat FileFormatOptions::GetNumbers(const NumberFormat& usual) const {
   return {decimal.value_or(usual.decimal), thousands.value_or(usual.thousands)};
 }
 
-void CheckFileFormat(char delimiter, const NumberFormat& numbers) {
+void CheckNumberMarks(const NumberFormat& numbers) {
   if (numbers.thousands == numbers.decimal) {
     throw UsageError(
         "--thousands: give one of . , ' _ and blank that is not the decimal mark, which --decimal "
         "says");
-  }
-  if (numbers.decimal == delimiter) {
-    throw UsageError(fmt::format(
-        "--decimal '{}' is the delimiter, too; say with --delimiter what parts the fields",
-        delimiter));
   }
 }
 

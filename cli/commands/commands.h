@@ -65,7 +65,7 @@ struct FileFormatOptions {
 };
 
 // Throws UsageError where one character has two meanings.
-void CheckFileFormat(char delimiter, const NumberFormat& numbers);
+void CheckNumberMarks(const NumberFormat& numbers);
 
 struct RunOptions : ModelOutputOptions {
   MCBinModel::BinSettings settings;

@@ -160,7 +160,7 @@ RunOptions Finish(RawOptions raw) {
   const FileFormatOptions format = ParseFileFormat(raw.format);
   run.numbers = format.GetNumbers({});
   run.delimiter = format.delimiter.value_or(run.numbers.decimal == ',' ? ';' : ',');
-  CheckFileFormat(run.delimiter, run.numbers);
+  CheckNumberMarks(run.numbers);
   run.columns.targets = JoinLists(raw.targets);
   run.columns.attributes = JoinLists(raw.attributes);
   run.columns.exclude = JoinLists(raw.exclude);

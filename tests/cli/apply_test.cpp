@@ -102,6 +102,14 @@ TEST(Apply, ReadsNumbersAsTheRunDidUnlessToldOtherwise) {
   const auto clash = program.Run("apply b.json in.csv --decimal .");
   EXPECT_EQ(clash.exitCode, 2);
   EXPECT_NE(clash.err.find("--thousands: give one"), clash.err.npos) << clash.err;
+
+  const std::string quoted = "a,y\n\"1,5\",n\n\"2,5\",p\n";
+  const std::string make = "supervised -t y --json ";
+  ASSERT_EQ(program.Run(make + "q.json --decimal , --delimiter ,", quoted).exitCode, 0);
+  EXPECT_EQ(program.Run("apply q.json", quoted).out, "a,y,a_bin\n\"1,5\",n,0\n\"2,5\",p,1\n");
+  ASSERT_EQ(program.Run(make + "p.json", "a,y\n1.5,n\n2.5,p\n").exitCode, 0);
+  EXPECT_EQ(program.Run("apply p.json --decimal ,", quoted).exitCode, 2) << "';' may be meant";
+  EXPECT_EQ(program.Run("apply p.json --decimal , --delimiter ,", quoted).exitCode, 0);
 }
 
 TEST(Apply, WritesMissingValuesAsTheirBin) {

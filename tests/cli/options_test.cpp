@@ -87,6 +87,13 @@ TEST(MissingTexts, KnowsEmptyFieldsAndTheList) {
     EXPECT_TRUE(number.IsMissing({text, false})) << text;
   }
   EXPECT_FALSE(number.IsMissing({"999", false}));
+
+  const MCBin::MissingTexts infinity({"inf"});
+  for (const char* text : {"Inf", "+INFINITY", " 1e999"}) {
+    EXPECT_TRUE(infinity.IsMissing({text, false})) << text;
+  }
+  EXPECT_FALSE(infinity.IsMissing({"-inf", false}));
+  EXPECT_FALSE(infinity.IsMissing({"info", false}));
 }
 
 TEST(MissingTexts, ArePlainNumbersWhateverTheMarksOfTheFile) {

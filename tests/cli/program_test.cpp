@@ -252,10 +252,10 @@ TEST(Times, AreReadBinnedAndShownAsDates) {
 
   program.Write("new.csv",
                 "when\n2024-01-20T00:00:00Z\n2024-01-20 00:00:00.5\n"
-                "2024-01-20T01:00+01:00\n1900-01-01\n\"\"\n");
-  EXPECT_EQ(program.Run("apply --na '\"\"' b.json new.csv").out,
+                "2024-01-20T01:00+01:00\n1900-01-01\nNA\n");
+  EXPECT_EQ(program.Run("apply b.json new.csv").out,
             "when,when_bin\n2024-01-20T00:00:00Z,0\n2024-01-20 00:00:00.5,1\n"
-            "2024-01-20T01:00+01:00,0\n1900-01-01,0\n\"\",\n");
+            "2024-01-20T01:00+01:00,0\n1900-01-01,0\nNA,\n");
   has("evaluate b.json days.csv", "equal");
   has("evaluate b.json days.csv", "from 2024-01-01 to 2024-02-09");
   has("refine b.json --breaks when=2024-01-20", "(-inf, 2024-01-20]");

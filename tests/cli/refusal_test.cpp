@@ -148,7 +148,6 @@ const Refusal kOfUsage[] = {
     {"NegativePrebin", kRun + "--prebin-above -1", kGood, 2,
      "--prebin-above: a whole number from 0"},
     {"NegativeJobs", kRun + "--jobs -1", kGood, 2, "--jobs: a whole number from 0"},
-    {"DelimiterAndDecimal", kRun + "--decimal , --delimiter ,", kGood, 2, "is the delimiter, too"},
     {"ThousandsAndDecimal", kRun + "--thousands .", kGood, 2, "is not the decimal mark"},
     {"ExcludedAttribute", kRun + "--attributes a --exclude a", kGood, 2, "and excluded"},
     {"Delimiter", kRun + "--delimiter ab", kGood, 2, "--delimiter"},
