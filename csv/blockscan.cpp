@@ -68,7 +68,7 @@ void BlockScan::Prepare(const CsvBlock& block) {
   fWeights.clear();
   if (fPlan.weights != nullptr) fWeightCoder.emplace(fPlan.weights->GetWeight());
   fEnd = block.end;
-  fLine = block.firstLine;
+  fLine = fPlan.linesBefore + block.firstLine;
   fRow = 0;
   fRecordCount = 0;
 }

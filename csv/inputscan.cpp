@@ -36,10 +36,11 @@ void MakeValueFile(const std::vector<ColumnRequest>& requests, const std::string
   scan.values = std::make_unique<ValueFile>(directory, columnCount);
 }
 
-ScanPlan MakePlan(const CsvReader& reader, const std::vector<ColumnRequest>& requests,
+// Of the file that has been come to.
+ScanPlan MakePlan(InputFiles& files, const std::vector<ColumnRequest>& requests,
                   const MissingTexts& missingTexts, const WeightCheck* weights,
                   const InputScan& scan) {
-  const RecordParser& parser = reader.GetParser();
+  const RecordParser& parser = files.GetReader().GetParser();
   ScanPlan plan{parser.GetSyntax(),
                 parser.GetNumbers(),
                 parser.HasPlainDecimals(),
@@ -48,6 +49,7 @@ ScanPlan MakePlan(const CsvReader& reader, const std::vector<ColumnRequest>& req
                 weights,
                 scan.textColumns,
                 scan.values->GetColumnCount(),
+                files.GetLinesBefore(),
                 std::vector<std::size_t>(parser.GetFieldCount(), ScanPlan::kNotRead)};
   for (std::size_t i = 0; i < requests.size(); ++i) plan.requestAt[requests[i].position] = i;
   return plan;
@@ -63,7 +65,7 @@ class BlockPass {
       : fReader(reader),
         fWeights(weights),
         fScan(scan),
-        fRecords(plan.requests, plan.missingTexts, weights, scan),
+        fRecords(plan, weights, scan),
         fWork(threadCount - 1, CountPieces(threadCount), [this](std::size_t piece) {
           Piece& mine = At(piece);
           mine.isScanned = mine.scan.Scan(mine.block);
@@ -144,7 +146,7 @@ class BlockPass {
 
 }  // namespace
 
-InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& requests,
+InputScan ScanInput(InputFiles& files, const std::vector<ColumnRequest>& requests,
                     IBINVariable::BINWRoundingOption rounding, const MissingTexts& missingTexts,
                     const ScanControl& control) {
   InputScan scan;
@@ -161,16 +163,19 @@ InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& request
   }
 
   WeightCheck* const weightCheck = weights ? &*weights : nullptr;
-  const ScanPlan plan = MakePlan(reader, requests, missingTexts, weightCheck, scan);
-  BlockPass(reader, plan, weightCheck, CountThreads(control.jobs), scan).Run(control.progress);
+  do {
+    const ScanPlan plan = MakePlan(files, requests, missingTexts, weightCheck, scan);
+    BlockPass(files.GetReader(), plan, weightCheck, CountThreads(control.jobs), scan)
+        .Run([&](std::uint64_t) { control.progress(files.GetBytesRead()); });
+  } while (files.OpenNext());
   if (scan.recordCount == 0) {
-    throw MCBinModel::Refusal(MCBinModel::RefusalCode::kNoRecords, {reader.GetName(), {}, {}},
+    throw MCBinModel::Refusal(MCBinModel::RefusalCode::kNoRecords, {files.GetName(), {}, {}},
                               "there is a header but no record");
   }
   if (weights) {
     scan.weightNote = weights->DescribeRounding();
     scan.dropped = weights->GetCoder().GetDropped();
-    weights->GetCoder().CheckRecordsLeft(scan.recordCount, reader.GetName());
+    weights->GetCoder().CheckRecordsLeft(scan.recordCount, files.GetName());
   }
   scan.values->Finish();
   return scan;

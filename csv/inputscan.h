@@ -9,7 +9,7 @@
 
 #include "csv/columnrequest.h"
 #include "csv/columnscan.h"
-#include "csv/csvreader.h"
+#include "csv/inputfiles.h"
 #include "csv/missingtexts.h"
 #include "csv/recordpass.h"
 #include "csv/weightcheck.h"
@@ -46,10 +46,10 @@ struct ScanControl {
   int jobs = 1;
 };
 
-// Reads every record after the header; its values go to a temporary file.
+// Reads every record after the header of every file; their values go to a temporary file.
 // Throws Refusal for what the reader and the weights refuse, for a text in a column that must
 // be numeric, and when no record is left; Interrupt::Requested when the user stops it.
-InputScan ScanInput(CsvReader& reader, const std::vector<ColumnRequest>& requests,
+InputScan ScanInput(InputFiles& files, const std::vector<ColumnRequest>& requests,
                     IBINVariable::BINWRoundingOption rounding, const MissingTexts& missingTexts,
                     const ScanControl& control);
 

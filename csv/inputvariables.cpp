@@ -22,9 +22,9 @@ namespace {
 
 class Builder {
  public:
-  Builder(const std::string& fileName, IBINVariable::BINWRoundingOption rounding,
+  Builder(const InputFiles& files, IBINVariable::BINWRoundingOption rounding,
           const NumberFormat& numbers, std::vector<ColumnNote>& notes)
-      : fFileName(fileName), fRounding(rounding), fNumbers(numbers), fNotes(notes) {}
+      : fFiles(files), fRounding(rounding), fNumbers(numbers), fNotes(notes) {}
 
   // `column` is that of the value file.
   void Add(const ColumnRequest& request, const ColumnScan& scan, std::size_t column) {
@@ -61,12 +61,18 @@ class Builder {
 
  private:
   [[noreturn]] void Refuse(const std::string& column, const std::string& reason) const {
-    throw MCBinModel::Refusal(RefusalCode::kInput, {fFileName, column, {}}, reason);
+    throw MCBinModel::Refusal(RefusalCode::kInput, {fFiles.GetName(), column, {}}, reason);
   }
 
   MCBinModel::Refusal::About About(const ColumnRequest& request,
                                    const ColumnScan::Sighting& sighting) const {
-    return {fmt::format("{}:{}", fFileName, sighting.line), request.name, sighting.text};
+    return {fFiles.Where(sighting.line), request.name, sighting.text};
+  }
+
+  // "line 12", or with several files "may.csv:12".
+  std::string LineOf(const ColumnScan::Sighting& sighting) const {
+    return fFiles.AreSeveral() ? fFiles.Where(sighting.line)
+                               : fmt::format("line {}", sighting.line);
   }
 
   void AddTarget(const ColumnRequest& request, const ColumnScan& scan, std::size_t column) {
@@ -170,8 +176,9 @@ class Builder {
     const ColumnScan::Sighting& text = *scan.GetFirstText();
     const auto stray = scan.GetStrayTexts();
     const std::vector<std::string> texts = stray ? stray->texts : std::vector{text.text};
-    const bool areNumbers = !areTimes && std::any_of(
-        texts.begin(), texts.end(), [&](const auto& other) { return HasOtherMarks(other, scan); });
+    const bool areNumbers =
+        !areTimes && std::any_of(texts.begin(), texts.end(),
+                                 [&](const auto& other) { return HasOtherMarks(other, scan); });
     if (stray && !areNumbers) {
       AddStrayNote(request, *stray, areTimes);
       return;
@@ -181,8 +188,8 @@ class Builder {
       if (fNotNumericCount == kMostNamed + 1) fNotNumeric += " and more";
       return;
     }
-    fNotNumeric += fmt::format("{}{} (line {}: {})", fNotNumeric.empty() ? "" : ", ",
-                               MCBinModel::QuotedText(request.name), text.line,
+    fNotNumeric += fmt::format("{}{} ({}: {})", fNotNumeric.empty() ? "" : ", ",
+                               MCBinModel::QuotedText(request.name), LineOf(text),
                                MCBinModel::ElideText(text.text, 20));
   }
 
@@ -274,7 +281,7 @@ class Builder {
                        MCBinModel::QuotedText(text), MCBinModel::QuotedText(request.name)));
   }
 
-  const std::string& fFileName;
+  const InputFiles& fFiles;
   const IBINVariable::BINWRoundingOption fRounding;
   const NumberFormat& fNumbers;
   std::vector<ColumnNote>& fNotes;
@@ -286,13 +293,13 @@ class Builder {
 
 }  // namespace
 
-MCBinModel::RunVariables MakeInputVariables(const std::string& fileName,
+MCBinModel::RunVariables MakeInputVariables(const InputFiles& files,
                                             const std::vector<ColumnRequest>& requests,
                                             const InputScan& scan,
                                             IBINVariable::BINWRoundingOption rounding,
                                             const NumberFormat& numbers,
                                             std::vector<ColumnNote>& notes) {
-  Builder builder(fileName, rounding, numbers, notes);
+  Builder builder(files, rounding, numbers, notes);
   for (std::size_t i = 0; i < requests.size(); ++i) {
     builder.Add(requests[i], scan.columns[i], scan.GetValueColumn(i));
   }

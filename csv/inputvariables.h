@@ -12,15 +12,15 @@
 
 namespace MCBin {
 
-// The columns of the file as variables: decides each one's kind by what the pass over the file
+// The columns of the files as variables: decides each one's kind by what the pass over the file
 // found. Columns are those of the value file.
 //
 // Columns that cannot be binned are left out with a note when the user did not ask for
 // them by name. Throws Refusal for a column asked for that cannot be used, for a target
 // without two categories or with too many, for missing values that do not fit their column's
 // kind, and when no attribute is left; `notes` says why then, too.
-// `numbers` is the format that the file was read by.
-MCBinModel::RunVariables MakeInputVariables(const std::string& fileName,
+// `numbers` is the format that the files were read by.
+MCBinModel::RunVariables MakeInputVariables(const InputFiles& files,
                                             const std::vector<ColumnRequest>& requests,
                                             const InputScan& scan,
                                             IBINVariable::BINWRoundingOption rounding,

@@ -28,7 +28,7 @@ void RecordScan::Add(const CsvRecord& record) {
 ColumnScan::Value RecordScan::Scan(std::size_t i, const CsvRecord& record, const CsvField& field,
                                    bool counts) {
   ColumnScan& column = fScan.columns[i];
-  const ColumnScan::Value value = column.Add(field, record.line, counts);
+  const ColumnScan::Value value = column.Add(field, fLinesBefore + record.line, counts);
   if (!column.IsNumeric()) HandleText(i, record, field.text);
   return value;
 }

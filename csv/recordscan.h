@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -7,6 +8,7 @@
 #include "csv/csvrecord.h"
 #include "csv/inputscan.h"
 #include "csv/missingtexts.h"
+#include "csv/scanplan.h"
 #include "csv/weightcheck.h"
 
 namespace MCBin {
@@ -15,9 +17,12 @@ namespace MCBin {
 class RecordScan {
  public:
   // Borrows all of it; `weights` may be null.
-  RecordScan(const std::vector<ColumnRequest>& requests, const MissingTexts& missingTexts,
-             WeightCheck* weights, InputScan& scan)
-      : fRequests(requests), fMissingTexts(missingTexts), fWeights(weights), fScan(scan) {}
+  RecordScan(const ScanPlan& plan, WeightCheck* weights, InputScan& scan)
+      : fRequests(plan.requests),
+        fMissingTexts(plan.missingTexts),
+        fLinesBefore(plan.linesBefore),
+        fWeights(weights),
+        fScan(scan) {}
 
   // Throws Refusal for an unusable weight, for a text in a column that must be numeric, and when
   // the disk is full.
@@ -31,6 +36,7 @@ class RecordScan {
 
   const std::vector<ColumnRequest>& fRequests;
   const MissingTexts& fMissingTexts;
+  const std::uint64_t fLinesBefore;
   WeightCheck* const fWeights;
   InputScan& fScan;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "csv/columnrequest.h"
@@ -23,6 +24,9 @@ struct ScanPlan {
   // In the value file: column i has the numbers of request i, textColumns[i] its codes as texts.
   const std::vector<std::size_t>& textColumns;
   std::size_t valueColumnCount;
+
+  // Of the files before this one, which column scans count, too.
+  std::uint64_t linesBefore;
 
   // By position in the file: an index into the requests, or kNotRead.
   static constexpr std::size_t kNotRead = static_cast<std::size_t>(-1);

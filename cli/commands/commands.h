@@ -72,8 +72,8 @@ struct RunOptions : ModelOutputOptions {
   EvidenceOptions evidence;
   std::optional<MCBinModel::RefineSettings> refinement;  // of the bins that were found
 
-  // The input and how to read it.
-  std::string input = "-";
+  // The inputs, which are read as one, and how to read them.
+  std::vector<std::string> inputs;  // none: standard input
   char delimiter = ',';
   NumberFormat numbers;
   std::vector<std::string> missingTexts;

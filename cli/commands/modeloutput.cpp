@@ -46,7 +46,7 @@ int ExitCodeOf(const MCBinModel::BinModel& model, bool strict) {
   return strict && !allOk ? kExitWarnings : kExitDone;
 }
 
-void CheckModelOutput(const CommandInput& input, const ModelOutputOptions& options) {
+void CheckModelOutput(const std::vector<CommandInput>& inputs, const ModelOutputOptions& options) {
   if (options.reportFile == "-") {
     throw UsageError("--report: give a file; 'mcbin report' writes to standard output");
   }
@@ -58,7 +58,7 @@ void CheckModelOutput(const CommandInput& input, const ModelOutputOptions& optio
         "--json -: writes the bin file to standard output, and so no tables; give a file, or leave "
         "--format, --summary and --top out");
   }
-  CheckFiles({input}, {{"--json", options.jsonFile}, {"--report", options.reportFile}});
+  CheckFiles(inputs, {{"--json", options.jsonFile}, {"--report", options.reportFile}});
 }
 
 }  // namespace MCBin

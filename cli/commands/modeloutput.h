@@ -39,6 +39,6 @@ int ExitCodeOf(const MCBinModel::BinModel& model, bool strict);
 
 // Refuses outputs of these options that cannot be what is meant, and what CheckFiles does. Throws
 // UsageError.
-void CheckModelOutput(const CommandInput& input, const ModelOutputOptions& options);
+void CheckModelOutput(const std::vector<CommandInput>& inputs, const ModelOutputOptions& options);
 
 }  // namespace MCBin

@@ -6,7 +6,7 @@
 namespace MCBin {
 
 int RefineCommand(const RefineOptions& options) {
-  CheckModelOutput({"the bin file", options.binFile}, options);
+  CheckModelOutput({{"the bin file", options.binFile}}, options);
   ModelOutput output(options);
   const MCBinModel::BinModel model = LoadBinFile(options.binFile, options.evidence);
   if (!options.quiet) PrintMovedCutPoints(model, AllResults(model));

@@ -22,10 +22,9 @@
 #include "cli/terminal/refusaltext.h"
 #include "csv/columnnames.h"
 #include "csv/columnselection.h"
-#include "csv/csvreader.h"
+#include "csv/inputfiles.h"
 #include "csv/inputscan.h"
 #include "csv/inputvariables.h"
-#include "io/inputstream.h"
 #include "io/interrupt.h"
 #include "io/privatedirectory.h"
 
@@ -85,21 +84,20 @@ void CheckCutPointNames(const RunOptions& options, const ColumnNames& names) {
   }
 }
 
-// Reads the file once, then bins its columns. All temporary files are gone when it returns.
+// Reads the files once, then bins its columns. All temporary files are gone when it returns.
 MCBinModel::BinModel MakeBins(const RunOptions& options) {
   const PrivateDirectory directory(options.tempDir);
-  const InputStream input(options.input, "a CSV file");
-  CsvReader reader(input.Get(), input.GetName(), options.delimiter, options.numbers);
-  const ColumnNames names = ColumnNames::Read(reader);
+  InputFiles files(options.inputs, options.delimiter, options.numbers);
+  const ColumnNames& names = files.GetNames();
   CheckCutPointNames(options, names);
   std::vector<ColumnNote> notes;
   const std::vector<ColumnRequest> requests = SelectColumns(names, options.columns, notes);
 
   const MissingTexts missingTexts(options.missingTexts);
   ProgressBar progress(!options.quiet);
-  progress.StartBytes("scanning", input.GetSize());
+  progress.StartBytes("scanning", files.GetSize());
   InputScan scan =
-      ScanInput(reader, requests, options.rounding, missingTexts,
+      ScanInput(files, requests, options.rounding, missingTexts,
                 {directory.GetPath(), [&](std::uint64_t bytesRead) { progress.Update(bytesRead); },
                  options.jobs});
   progress.Finish();
@@ -108,8 +106,7 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
   };
   MCBinModel::RunVariables variables;
   try {
-    variables = MakeInputVariables(input.GetName(), requests, scan, options.rounding,
-                                   options.numbers, notes);
+    variables = MakeInputVariables(files, requests, scan, options.rounding, options.numbers, notes);
   } catch (const MCBinModel::Refusal&) {
     if (!options.quiet) printNotes();  // they say why there is nothing to bin
     throw;
@@ -136,7 +133,7 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
     for (const ColumnNote& note : NoteIdentifiers(model, requests, scan)) PrintNote(NoteText(note));
   }
   MCBinModel::OrderClasses(model, options.evidence.classes);
-  model.source.name = input.GetName();
+  model.source.name = files.GetName();
   model.source.delimiter = options.delimiter;
   model.source.decimal = options.numbers.decimal;
   model.source.thousands = options.numbers.thousands;
@@ -148,8 +145,10 @@ MCBinModel::BinModel MakeBins(const RunOptions& options) {
 
 // What would surprise the user before anything is read.
 void CheckBeforeReading(const RunOptions& options) {
-  CheckModelOutput({"the input", options.input}, options);
-  if (options.input == "-" && isatty(STDIN_FILENO) == 1 && !options.quiet) {
+  std::vector<CommandInput> inputs;
+  for (const std::string& path : options.inputs) inputs.push_back({"the input", path});
+  CheckModelOutput(inputs, options);
+  if (options.inputs.front() == "-" && isatty(STDIN_FILENO) == 1 && !options.quiet) {
     PrintNote("reading CSV text from the terminal; end it with Ctrl-D");
   }
 }

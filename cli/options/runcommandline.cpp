@@ -67,7 +67,10 @@ void AddColumnOptions(CLI::App& command, RawOptions& raw) {
 
 void AddInputOptions(CLI::App& command, RawOptions& raw) {
   const OptionGroup group(command, "Input");
-  AddCsvFile(command, raw.run.input);
+  command
+      .add_option("FILE", raw.run.inputs,
+                  "CSV files with a header row, the same in all, read as one; '-' or none: stdin")
+      ->type_name("");
   AddMissingTexts(command, raw.missingTexts, "NA");
   AddList(command, "--missing", raw.missing, "NAME=VALUES",
           "values of a column that count as missing: v1,v2,low:high");
@@ -157,6 +160,7 @@ RunOptions Finish(RawOptions raw) {
     throw UsageError(
         "equal-frequency: event rates, event weights and information value need a --target");
   }
+  if (run.inputs.empty()) run.inputs = {"-"};
   const FileFormatOptions format = ParseFileFormat(raw.format);
   run.numbers = format.GetNumbers({});
   run.delimiter = format.delimiter.value_or(run.numbers.decimal == ',' ? ';' : ',');

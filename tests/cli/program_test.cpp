@@ -276,6 +276,37 @@ TEST(Times, AreReadBinnedAndShownAsDates) {
   has("export --format python b.json", "_interval_bins(_times(columns[\"when\"]), [1705708800.0");
 }
 
+TEST(SeveralFiles, AreReadAsOne) {
+  const Program program;
+  const std::string may = "a,b,y\n1,u,n\n2,u,n\n3,u,n\n\"4\",u,n\n";
+  const std::string june = "5,v,p\n6,v,p\n7,v,p\n8,\"v\nw\",p\n";
+  program.Write("may.csv", may);
+  program.Write("june.csv", "a,b,y\r\n" + june);
+  program.Write("other.csv", "a,c,y\n");
+  program.Write("less.csv", "a,b\n");
+  program.Write("wrong.csv", "a,b,y\n1,u,n\n2,u\n");
+  program.Write("text.csv", "a,b,y\n1,u,n\nq,u,p\n");
+  const std::string run = "supervised -t y --quiet --json - ";
+  json one = json::parse(program.Run(run, may + june).out);
+  one["source"]["name"] = "may.csv, june.csv";
+  EXPECT_EQ(json::parse(program.Run(run + "may.csv june.csv").out), one);
+  one["source"]["name"] = "standard input, june.csv";
+  EXPECT_EQ(json::parse(program.Run(run + "- june.csv", may).out), one);
+  const std::pair<const char*, const char*> kFaults[] = {
+      {"may.csv other.csv", "other.csv: column 2 is 'c', but 'b' in 'may.csv'; several files"},
+      {"may.csv june.csv less.csv", "less.csv: 2 columns, but 3 in 'may.csv'; several files"},
+      {"may.csv june.csv none.csv", "none.csv: cannot open it"},
+      {"may.csv wrong.csv", "wrong.csv:3: 2 fields found, 3 expected"},
+      {"may.csv june.csv text.csv --attributes a", "text.csv:3: 'q' in column 'a' is not a number"},
+      {"june.csv may.csv text.csv --continuous a", "text.csv:3: 'q' in column 'a' is not a number"},
+      {"june.csv text.csv", "not numeric: 'b' (june.csv:2: v)"},
+      {"may.csv june.csv --json may.csv", "--json 'may.csv': this is the input"}};
+  for (const auto& [files, fault] : kFaults) {
+    const auto outcome = program.Run(std::string("supervised -t y ") + files);
+    EXPECT_NE(outcome.err.find(fault), std::string::npos) << files << '\n' << outcome.err;
+  }
+}
+
 TEST(Help, IsShortOrLongAndComesWithoutAQuestion) {
   const Program program;
   const auto alone = program.Run("");
