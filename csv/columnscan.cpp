@@ -53,6 +53,9 @@ ColumnScan::Value ColumnScan::Add(const CsvField& field, std::uint64_t line, boo
     value.ifNumeric =
         fForm == Form::kBooleans ? AddBoolean(field, line) : AddNumber(field, line, counts);
   }
+  const bool isText =
+      fFirstText && fFirstTexts.WantsMore() && Parse(field).kind == MCBinModel::NumberKind::kText;
+  if (isText) fFirstTexts.Add(field.text);
   if (CountsTexts()) CountText(field);
   if (fTexts && counts) value.ifTexts = AddText(field.text, line);
   return value;
@@ -239,6 +242,7 @@ ColumnScan::Codes ColumnScan::Take(const Later& later) {
   fFieldCount += others.fFieldCount;
   if (fForm == Form::kUnknown) fForm = others.fForm;
   if (IsBoolean() && others.fFirstBoolean) TakeBooleans(others);
+  fFirstTexts.Add(others.fFirstTexts);
   if (!fFirstText && !fFirstInfinite) fFirstInfinite = others.fFirstInfinite;
   if (looksAtNumbers) {
     fNumberTally.Add(others.fNumberTally);

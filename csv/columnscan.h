@@ -12,6 +12,7 @@
 #include "binmodel/model/variableinfo.h"
 #include "csv/columnrequest.h"
 #include "csv/csvfield.h"
+#include "csv/firsttexts.h"
 #include "csv/numbertally.h"
 #include "metadata/bincatnumencoder.h"
 #include "metadata/binstringencoder.h"
@@ -117,6 +118,9 @@ class ColumnScan {
   // Nothing of a column without texts, with many different ones or with more texts than numbers.
   std::optional<StrayTexts> GetStrayTexts() const;
 
+  // Of the fields that are texts.
+  const FirstTexts& GetFirstTexts() const { return fFirstTexts; }
+
   // The first field that could not be a category, because there were too many or it is too
   // long; of the kind that the column turned out to be.
   const std::optional<Sighting>& GetFirstBeyond() const;
@@ -154,6 +158,7 @@ class ColumnScan {
   std::size_t fBooleanPair = 0;
   std::optional<Sighting> fFirstBoolean;
   std::optional<Sighting> fFirstText;
+  FirstTexts fFirstTexts;
   std::optional<Sighting> fFirstInfinite;
   NumberTally fNumberTally;
   std::uint64_t fFieldCount = 0;      // not missing

@@ -69,6 +69,13 @@ class Builder {
     return {fFiles.Where(sighting.line), request.name, sighting.text};
   }
 
+  // Of texts that are all different, as far as they are looked at.
+  static std::string IdentifierFact(const ColumnScan& scan) {
+    const FirstTexts& first = scan.GetFirstTexts();
+    if (!first.LookLikeIdentifiers()) return {};
+    return fmt::format("; the first {} are all different, as identifiers are", first.GetCount());
+  }
+
   // "line 12", or with several files "may.csv:12".
   std::string LineOf(const ColumnScan::Sighting& sighting) const {
     return fFiles.AreSeveral() ? fFiles.Where(sighting.line)
@@ -188,9 +195,9 @@ class Builder {
       if (fNotNumericCount == kMostNamed + 1) fNotNumeric += " and more";
       return;
     }
-    fNotNumeric += fmt::format("{}{} ({}: {})", fNotNumeric.empty() ? "" : ", ",
+    fNotNumeric += fmt::format("{}{} ({}: {}{})", fNotNumeric.empty() ? "" : ", ",
                                MCBinModel::QuotedText(request.name), LineOf(text),
-                               MCBinModel::ElideText(text.text, 20));
+                               MCBinModel::ElideText(text.text, 20), IdentifierFact(scan));
   }
 
   void CheckFinite(const ColumnRequest& request, const ColumnScan& scan) const {
@@ -215,8 +222,8 @@ class Builder {
                               ColumnScan::kMaxCategories, MCBinModel::QuotedText(beyond->text));
     throw MCBinModel::Refusal(
         RefusalCode::kTooManyCategories, About(request, *beyond),
-        fmt::format("column {}: {} {}; choose another column, or group its values first",
-                    MCBinModel::QuotedText(request.name), whatHas, limit));
+        fmt::format("column {}: {} {}{}; choose another column, or group its values first",
+                    MCBinModel::QuotedText(request.name), whatHas, limit, IdentifierFact(scan)));
   }
 
   MCBinModel::VariableInfo MakeContinuous(const ColumnRequest& request,

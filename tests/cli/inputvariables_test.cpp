@@ -129,6 +129,24 @@ TEST(InputVariables, AreGivenTheAdviceThatHelps) {
   }
 }
 
+TEST(InputVariables, TextsThatAreAllDifferentArePointedOut) {
+  const Program program;
+  std::string content = "id,most,few,a,y\n";
+  for (int i = 0; i < 300; ++i) {
+    const std::string number = std::to_string(i);
+    content += "c" + number + ",c" + (i == 200 ? "1" : number) + ",c" +
+               std::to_string(i < 99 ? i : i % 9) + "," + number + "," + (i % 2 == 0 ? "x" : "z") +
+               "\n";
+  }
+  const auto left = program.Run("supervised -t y", content);
+  EXPECT_NE(left.err.find("'id' (line 2: c0; the first 256 are all different, as identifiers are), "
+                          "'most' (line 2: c0), 'few' (line 2: c0);"),
+            std::string::npos)
+      << left.err;
+  EXPECT_NE(program.Run("supervised -t id", content).err.find("is one too many; the first 256 are"),
+            std::string::npos);
+}
+
 TEST(InputVariables, WhatLooksLikeAMistakeIsPointedOut) {
   const Program program;
   std::string content = "id,a,w,y\n";
