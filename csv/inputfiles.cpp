@@ -27,8 +27,9 @@ bool IsStream(const std::string& path) {
 
 }  // namespace
 
-InputFiles::InputFiles(std::vector<std::string> paths, char delimiter, const NumberFormat& numbers)
-    : fPaths(std::move(paths)), fDelimiter(delimiter), fNumbers(numbers) {
+InputFiles::InputFiles(std::vector<std::string> paths, char delimiter, const NumberFormat& numbers,
+                       std::size_t chunkBytes)
+    : fPaths(std::move(paths)), fDelimiter(delimiter), fNumbers(numbers), fChunkBytes(chunkBytes) {
   for (const std::string& path : fPaths) {
     fDisplayNames.push_back(path == "-" ? "standard input" : PathText(path));
   }
@@ -50,7 +51,7 @@ void InputFiles::Open(std::size_t index) {
   fIndex = index;
   fReader.reset();
   fInput.emplace(fPaths[index], "a CSV file");
-  fReader.emplace(fInput->Get(), fInput->GetName(), fDelimiter, fNumbers);
+  fReader.emplace(fInput->Get(), fInput->GetName(), fDelimiter, fNumbers, fChunkBytes);
   fSizes[index] = fInput->GetSize();
 }
 

@@ -20,7 +20,8 @@ class InputFiles {
   // Opens the first and reads its header. Of the others the headers are compared at once, where
   // they are regular files. "-" is standard input. Throws Refusal for a file that cannot be read or
   // has another header, and Interrupt::Requested. Requires at least one path.
-  InputFiles(std::vector<std::string> paths, char delimiter, const NumberFormat& numbers);
+  InputFiles(std::vector<std::string> paths, char delimiter, const NumberFormat& numbers,
+             std::size_t chunkBytes = CsvReader::kChunkBytes);  // see CsvReader
 
   // Goes on to the next file, of which the reader has read the header; false after the last one.
   bool OpenNext();
@@ -51,6 +52,7 @@ class InputFiles {
   const std::vector<std::string> fPaths;
   const char fDelimiter;
   const NumberFormat fNumbers;
+  const std::size_t fChunkBytes;
   std::vector<std::string> fDisplayNames;
   std::vector<std::uint64_t> fSizes;  // 0 of what is no regular file
   std::size_t fIndex = 0;

@@ -5,13 +5,14 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <cstdio>
+#include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "binmodel/model/refusal.h"
+#include "csv/inputfiles.h"
 #include "csv/recordscan.h"
 #include "support/dice.h"
 #include "support/tempdir.h"
@@ -39,7 +40,9 @@ std::string Describe(const InputScan& scan, std::size_t request, bool mayBeCateg
       (column.IsBoolean()
            ? " boolean " + column.GetBooleans().back() + "|" + column.GetBooleans().front()
            : "") +
-      (column.IsWhole() ? " whole" : "") + (column.HasDecimalPoint() ? " with point" : "");
+      (column.StartsWithTime() ? " time" : "") + " first " +
+      std::to_string(column.GetFirstTexts().GetCount()) + (column.IsWhole() ? " whole" : "") +
+      (column.HasDecimalPoint() ? " with point" : "");
   text += " " + Describe(column.GetFirstText()) + " " + Describe(column.GetFirstInfinite());
   if (const auto stray = column.GetStrayTexts()) {
     text += " stray " + std::to_string(stray->fields) + " " + std::to_string(stray->numbers) +
@@ -82,15 +85,13 @@ class Input {
 
   // In blocks; or record by record when `jobs` is 0.
   std::string Scan(std::size_t chunkBytes, int jobs) const {
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::tmpfile(), std::fclose);
-    std::fwrite(fContent.data(), 1, fContent.size(), file.get());
-    std::rewind(file.get());
-    CsvReader reader(fileno(file.get()), "f", ';', fNumbers, chunkBytes);
+    const std::string path = fDirectory.Path() + "/f";
+    std::ofstream(path, std::ios::binary) << fContent;
     try {
-      reader.Next();
+      MCBin::InputFiles files({path}, ';', fNumbers, chunkBytes);
       const InputScan scan =
-          jobs == 0 ? ScanRecords(reader)
-                    : MCBin::ScanInput(reader, fRequests, IBINVariable::RoundClosest, fMissing,
+          jobs == 0 ? ScanRecords(files.GetReader())
+                    : MCBin::ScanInput(files, fRequests, IBINVariable::RoundClosest, fMissing,
                                        {fDirectory.Path(), [](std::uint64_t) {}, jobs});
       std::string text =
           std::to_string(scan.recordCount) + " records, dropped " +
@@ -120,7 +121,12 @@ class Input {
       weights.emplace(*info, fRequests[i].position, fMissing);
     }
     scan.values = std::make_unique<MCBin::ValueFile>(fDirectory.Path(), columnCount);
-    MCBin::RecordScan records(fRequests, fMissing, weights ? &*weights : nullptr, scan);
+    MCBin::WeightCheck* const check = weights ? &*weights : nullptr;
+    const MCBin::RecordParser& parser = reader.GetParser();
+    const MCBin::ScanPlan plan{
+        parser.GetSyntax(), parser.GetNumbers(), false, fMissing, fRequests, check,
+        scan.textColumns,   columnCount,         0,     {}};
+    MCBin::RecordScan records(plan, check, scan);
     while (reader.Next()) records.Add(reader.GetRecord());
     if (weights) {
       scan.weightNote = weights->DescribeRounding();
@@ -145,7 +151,7 @@ std::string AnyNumber(Dice& dice) {
 
 // A field of a column of some kind, which is not of that kind all the time.
 std::string AnyField(Dice& dice, int kind) {
-  if (dice.OneIn(200)) kind = dice.Roll(8);
+  if (dice.OneIn(200)) kind = dice.Roll(9);
   switch (kind) {
     case 0:
       return std::to_string(dice.Roll(5));
@@ -162,6 +168,8 @@ std::string AnyField(Dice& dice, int kind) {
       return dice.OneOf({"yes", "no", "yes", "no", "nan", "", "Yes"});
     case 6:
       return dice.OneOf({"1e3", "nan", "1.234", "-.5", "+2", "inf", "1,5", "1.234,5", "-9.0"});
+    case 7:
+      return dice.OneOf({"2024-01-31", "2024-01-31 12:30:00.5", "1969-01-01T00:00Z", "nan", ""});
     default:
       return std::string(dice.OneIn(5) ? 5000 : 120, dice.OneOf({'x', 'y'}));
   }
@@ -178,7 +186,7 @@ Input AnyInput(Dice& dice) {
   const auto lineEnd = dice.OneOf({"\n", "\n", "\r\n", "\r"});
   const bool hasTrouble = dice.OneIn(3);
   std::vector<int> kinds;
-  for (std::size_t i = 0; i < kFields; ++i) kinds.push_back(dice.Roll(7));
+  for (std::size_t i = 0; i < kFields; ++i) kinds.push_back(dice.Roll(8));
   std::string content = "a;b;c;d;e;f\n";
   for (int left = 1 + dice.Roll(60); left > 0; --left) {
     if (dice.OneIn(20)) content += dice.OneOf({"", " ", "\t "}) + std::string(lineEnd);
