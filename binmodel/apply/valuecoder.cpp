@@ -49,9 +49,10 @@ ValueCoder::ValueCoder(const VariableInfo& variable) : fVariable(variable) {
 }
 
 CodedValue ValueCoder::Code(double number) const {
+  if (std::isnan(number) || MCMV::IsMissing(number)) return kMissing;
   if (fVariable.kind == VariableKind::kStringCategorical) return kUnknown;
   if (fVariable.IsCategorical() && std::isinf(number)) return kUnknown;
-  if (std::isnan(number) || MCMV::IsMissing(number) || IsUserMissing(number)) return kMissing;
+  if (IsUserMissing(number)) return kMissing;
   return fVariable.IsCategorical() ? CodeCategory(number) : CodedValue{number};
 }
 

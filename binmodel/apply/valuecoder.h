@@ -34,7 +34,7 @@ class MCBINMODEL_API ValueCoder {
   // Borrows the variable, which must not change.
   explicit ValueCoder(const VariableInfo& variable);
 
-  // A number; unknown to a variable of texts.
+  // A number; unknown to a variable of texts, unless it is a missing one.
   CodedValue Code(double number) const;
 
   // A text. Of a variable of numbers it is read as one, whatever the locale, and of one of times as

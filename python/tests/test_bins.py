@@ -121,6 +121,8 @@ def test_unknown_categories_are_missing_and_said(bins):
         bins.apply({"age": 1.0, "city": "Rome"})["city_bin"][0],
         -1,
     ]
+    for nothing in None, float("nan"), [None], pa.nulls(1):  # of no type: missing, and not unknown
+        assert bins.apply({"age": 20.0, "city": nothing})["city_bin"].tolist() == [-1]
 
 
 def test_bins_are_kept_copied_and_compared(bins, customers, tmp_path):
