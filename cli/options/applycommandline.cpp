@@ -13,7 +13,7 @@ constexpr const char* kHelp =
     "Adds the bins of a bin file to a CSV file.\n"
     "  mcbin apply bins.json new.csv > binned.csv\n"
     "  mcbin apply --as label --missing-as missing bins.json new.csv\n"
-    "  zcat big.csv.gz | mcbin apply --target churn --as woe --replace bins.json | gzip > out.gz\n";
+    "  mcbin apply --target churn --as woe --replace bins.json big.csv.gz | gzip > out.gz\n";
 
 constexpr const char* kFooter =
     "A bin's index is 0 for the lowest. Missing values and texts of --na count as in the bin\n"

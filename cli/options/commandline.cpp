@@ -36,7 +36,10 @@ constexpr const char* kToolHelp =
 // does, the lines after it are its examples. A list of commands shows the first lines alone.
 class HelpFormatter : public CLI::Formatter {
  public:
-  HelpFormatter() { column_width(30); }
+  HelpFormatter() {
+    column_width(30);
+    label("SUBCOMMAND", "COMMAND");
+  }
 
   std::string make_description(const CLI::App* app) const override {
     const std::string description = app->get_description();
@@ -58,7 +61,7 @@ class HelpFormatter : public CLI::Formatter {
       std::size_t width = 0;
       for (const CLI::Option* option : app->get_options()) {
         if (!option->nonpositional() || option->get_group() != group) continue;
-        const std::string spelling = option->get_name();
+        const std::string spelling = option->get_name(false, true);  // "-t,--target"
         if (!names.empty()) names += ',';
         const bool isNewLine = names.empty() || width + spelling.size() > kShortHelpWidth;
         names += isNewLine ? names.empty() ? "  " : "\n  " : " ";
@@ -94,7 +97,8 @@ void AddCommands(CLI::App& app, CommandAction& action) {
   app.formatter(std::make_shared<HelpFormatter>());
   app.set_help_flag("--help", "explain every option")->group(kHelpGroup);
   app.set_help_all_flag("-h", "the options by name")->group(kHelpGroup);
-  app.set_version_flag("--version", "mcbin " MCBINNING_VERSION)->group(kHelpGroup);
+  app.set_version_flag("--version", "mcbin " MCBINNING_VERSION, "print the version")
+      ->group(kHelpGroup);
   app.require_subcommand(1);
   AddRunCommands(app, action);
   AddApplyCommand(app, action);
@@ -102,6 +106,7 @@ void AddCommands(CLI::App& app, CommandAction& action) {
   AddExportCommand(app, action);
   AddRefineCommand(app, action);
   AddReportCommand(app, action);
+  for (CLI::App* command : app.get_subcommands(nullptr)) command->group("Commands");
 }
 
 CommandLine ParseCommandLine(int argc, const char* const* argv) {
