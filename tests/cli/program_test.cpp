@@ -350,7 +350,8 @@ TEST(IdColumn, IsLeftOutUnlessItIsAskedFor) {
   const Program program;
   const auto outcome = program.Run("supervised --target y", content);
   EXPECT_EQ(outcome.exitCode, 0);
-  EXPECT_NE(outcome.err.find("'id' (line 2: u0; the first 256 are all"), std::string::npos) << outcome.err;
+  EXPECT_NE(outcome.err.find("'id' (line 2: u0; the first 256 are all"), std::string::npos)
+      << outcome.err;
   const auto asked = program.Run("supervised --target y --categorical id", content);
   EXPECT_EQ(asked.exitCode, 1);
   EXPECT_NE(asked.err.find(":258: column 'id'"), std::string::npos) << asked.err;
