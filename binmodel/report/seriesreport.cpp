@@ -50,22 +50,25 @@ class Series {
     return StabilityOfBins(bins.file, bins.data);
   }
 
+  // Of results that get no table, only the stability is shown, unless nothing gets one.
   void WriteSummary() {
-    WriteMeasures("Stability", false, Stability);
+    const std::size_t all = fShown.withCutPoints;
+    const std::size_t some = fShown.tables > 0 ? fShown.tables : all;
+    WriteMeasures("Stability", all, false, Stability);
     if (std::any_of(fData.begin(), fData.end(), [&](const NamedRecount& data) {
           return AnyHasMissing(fModel, data, fShown.order);
         })) {
-      WriteMeasures("Stability without missing", false,
+      WriteMeasures("Stability without missing", all, false,
                     [](const ComparedBins& bins) { return bins.StabilityWithoutMissing(); });
     }
     if (!HasTargetSomewhere()) return;
-    WriteMeasures("Gain in bits", true,
+    WriteMeasures("Gain in bits", some, true,
                   [](const ComparedBins& bins) { return bins.data.informationGain; });
     if (!HasTwoClasses(fModel, FirstBins())) return;
-    WriteMeasures("Gini", true, [this](const ComparedBins& bins) {
+    WriteMeasures("Gini", some, true, [this](const ComparedBins& bins) {
       return MeasureEvent(fModel, bins.file, bins.data).gini;
     });
-    WriteMeasures("Kolmogorov-Smirnov", true, [this](const ComparedBins& bins) {
+    WriteMeasures("Kolmogorov-Smirnov", some, true, [this](const ComparedBins& bins) {
       return MeasureEvent(fModel, bins.file, bins.data).kolmogorovSmirnov;
     });
   }
@@ -121,9 +124,9 @@ class Series {
   }
 
   template <typename MeasureOf>
-  void WriteMeasures(const char* name, bool withFile, MeasureOf measureOf) {
+  void WriteMeasures(const char* name, std::size_t count, bool withFile, MeasureOf measureOf) {
     fWriter.AddHeading(name);
-    fWriter.AddTable(MeasureTable(0, fShown.withCutPoints, withFile, measureOf));
+    fWriter.AddTable(MeasureTable(0, count, withFile, measureOf));
   }
 
   // A line for the results from `begin` to `end` of those shown. Of the bin file itself only where

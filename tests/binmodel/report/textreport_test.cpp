@@ -230,6 +230,7 @@ TEST(Reports, FoldWideResults) {
     EXPECT_FALSE(Contains(text, "\ncut100 by t") || Contains(text, "\nflat0 by t"));
   }
   EXPECT_TRUE(Contains(one, "not counted by class; from 1 to 2  weight 8 valid"));
+  EXPECT_EQ(two.find("  cut100 "), two.rfind("  cut100 ")) << "its stability alone";
   MCBinModel::TextStyle style;
   style.top = 1120;
   EXPECT_TRUE(Contains(EvaluationOf(model, {"d"}, style), "\ncut119 by t"));
