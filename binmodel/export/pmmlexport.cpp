@@ -200,9 +200,10 @@ std::string ExportPmml(const BinModel& bins, const std::vector<std::size_t>& res
   std::string derivedFields;
   for (const ExportColumn& column : model.columns) {
     if (column.attribute->isTime) {
-      throw Refusal(fmt::format("the column {} holds dates, which are not exported to PMML; take "
-                                "SQL, Python or mcbin apply",
-                                QuotedText(column.attribute->name)));
+      throw Refusal(
+          fmt::format("the column {} holds dates, which are not exported to PMML; take "
+                      "SQL, Python or mcbin apply",
+                      QuotedText(column.attribute->name)));
     }
     dataFields += DataField(column);
     derivedFields += DerivedField(model, column);

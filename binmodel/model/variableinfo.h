@@ -28,8 +28,8 @@ struct MCBINMODEL_API VariableInfo {
   // chosen. ChooseEvents() does so by name; GetEvent() is what all ask.
   std::optional<std::size_t> event = std::nullopt;
 
-  // The numbers of a continuous variable are times, in seconds since 1970-01-01T00:00:00Z. As texts,
-  // and as they are shown, they are dates and times of ISO 8601, such as 2024-01-31 or
+  // The numbers of a continuous variable are times, in seconds since 1970-01-01T00:00:00Z. As
+  // texts, and as they are shown, they are dates and times of ISO 8601, such as 2024-01-31 or
   // 2024-01-31T12:30:00.
   bool isTime = false;
 

@@ -120,11 +120,11 @@ std::vector<double> TakeCuts(const std::map<std::string, std::vector<double>>& l
     if (above != present.end()) nearest.push_back(attribute.FormatValue(*above));
     throw Refusal(
         RefusalCode::kNoSuchCutPoint, {"", attribute.name, attribute.FormatValue(cut)},
-        fmt::format("{} has no cut point {}; {}", QuotedText(attribute.name), attribute.FormatValue(cut),
-                    nearest.empty()
-                        ? "it has none"
-                        : fmt::format("nearest to it {} {}", nearest.size() == 1 ? "is" : "are",
-                                      fmt::join(nearest, " and "))));
+        fmt::format(
+            "{} has no cut point {}; {}", QuotedText(attribute.name), attribute.FormatValue(cut),
+            nearest.empty() ? "it has none"
+                            : fmt::format("nearest to it {} {}", nearest.size() == 1 ? "is" : "are",
+                                          fmt::join(nearest, " and "))));
   }
   return cuts;
 }

@@ -24,8 +24,9 @@ std::optional<double> ParseTime(std::string_view text);
 // is no time of the years 0 to 9999, or takes more than 16 decimals, is written as it is.
 std::string FormatTime(double seconds);
 
-// The same down to microseconds, with a blank and the time of day always, as databases want it. Between two
-// microseconds it is the earlier or, with `up`, the later; nothing beyond the years 1 to 9999.
+// The same down to microseconds, with a blank and the time of day always, as databases want it.
+// Between two microseconds it is the earlier or, with `up`, the later; nothing beyond the years 1
+// to 9999.
 std::optional<std::string> FormatMicroseconds(double seconds, bool up);
 
 }  // namespace MCBinModel
