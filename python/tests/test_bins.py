@@ -2,6 +2,7 @@
 
 import copy
 import csv
+import json
 import os
 import pickle
 import signal
@@ -308,3 +309,11 @@ def test_plot(bins):
     matplotlib.use("Agg")
     ax = bins["age"].plot()
     assert [patch.get_height() for patch in ax.patches] == bins["age"].weights.tolist()
+
+
+def test_bins_of_dates_are_refused(tmp_path):
+    file = json.loads(mb.from_cut_points({"when": [1705708800.0]}).to_json())
+    file["attributes"][0]["unit"] = "seconds since 1970-01-01T00:00:00Z"
+    (tmp_path / "b.json").write_text(json.dumps(file))
+    with pytest.raises(mb.BinFileError, match="'when' are of dates"):
+        mb.load(tmp_path / "b.json")

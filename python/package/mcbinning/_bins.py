@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import json
 import os
 from collections.abc import Iterator, Mapping, Sequence
 from typing import Any, Literal
@@ -482,7 +483,7 @@ def load(path: Path) -> Bins:
     Raises
     ------
     BinFileError
-        It is none, or makes no sense; the message says where.
+        It is none, or makes no sense; the message says where. Or it has bins of dates.
     OSError
         It cannot be read.
     """
@@ -492,7 +493,21 @@ def load(path: Path) -> Bins:
             text = file.read()
         except UnicodeDecodeError as error:
             raise BinFileError(f"{name}: this is no bin file: {error}") from None
-    return Bins(_core.Model.parse(text, name))
+    model = _core.Model.parse(text, name)
+    _refuse_times(text, name)
+    return Bins(model)
+
+
+def _refuse_times(text: str, name: str) -> None:
+    """Refuse bins of seconds since 1970, which a table has in a unit of its own."""
+    if '"unit"' not in text:
+        return
+    for attribute in json.loads(text)["attributes"]:
+        if "unit" in attribute:
+            raise BinFileError(
+                f"{name}: the bins of {attribute['name']!r} are of dates, which are not read here; "
+                "'mcbin apply' does it, and the module that 'mcbin export --format python' writes"
+            )
 
 
 def sql_dialects() -> list[str]:
