@@ -15,7 +15,7 @@ import pytest
 import mcbinning as mb
 from conftest import EXAMPLES
 from enginetables import as_arrow, compare, in_memory
-from mcbinning.engines import PostgresTable, _duckdb
+from mcbinning.engines import DuckDbTable, PostgresTable, SparkTable, _duckdb
 
 TABLES = int(os.environ.get("MCBINNING_TABLES", "30"))
 SHARES = {"duckdb": 1, "postgresql": 1, "spark": 10}  # what a table takes
@@ -179,6 +179,98 @@ def test_every_type_is_read_as_in_memory(make_table):
     options = {"target": "y", "prebins": 5, "prebin_above": 10}
     found = json.loads(mb.fit(rows, **options, distinct=True).to_json())
     assert found == json.loads(mb.fit(table, **options).to_json())
+
+
+def select(rows, what):
+    """Make a table of an engine of some expressions, by the name of the engine."""
+    if isinstance(rows, PostgresTable):
+        return PostgresTable(rows._connection, f"SELECT {what['postgresql']} FROM rows")
+    if not hasattr(rows, "project"):
+        pytest.skip("Spark has no such columns")
+    return rows.project(what["duckdb"])
+
+
+def test_texts_are_the_same_only_letter_by_letter(make_table):
+    n = 120
+    texts = ["A", "a", "b", "\N{LATIN SMALL LETTER A WITH ACUTE}"]
+    table = {"a": np.arange(n) + 0.5, "y": [texts[i // 30] for i in range(n)]}
+    table["g"] = [("u", "v", "V")[i // 40] for i in range(n)]
+    rows = make_table(table)
+    if isinstance(rows, PostgresTable):
+        rows._connection.execute(
+            "CREATE COLLATION IF NOT EXISTS pg_temp.loose "
+            "(provider = icu, locale = 'und-u-ks-level1', deterministic = false)"
+        )
+    duckdb_text, other_text = (
+        "{0} COLLATE NOCASE.NOACCENT AS {0}",
+        "{0} COLLATE pg_temp.loose AS {0}",
+    )
+    loose = {"duckdb": duckdb_text, "postgresql": other_text}
+    rows = select(rows, {k: "a, " + ", ".join(map(t.format, "yg")) for k, t in loose.items()})
+    made = mb.fit(rows, "y", attributes=["a", "g"])
+    assert made == mb.fit(in_memory(table), "y", attributes=["a", "g"])
+    other = dict(table, g=["u", "U", "V", None] * 30)
+    rows = select(make_table(other), {k: "a, " + t.format("g") for k, t in loose.items()})
+    found = columns_of(made.apply(rows, attributes=["g"]))
+    order = np.argsort(found["a"])
+    with pytest.warns(mb.BinningWarning, match="30 unknown"):
+        expected = made.apply(in_memory(other), attributes=["g"])["g_bin"].tolist()
+    assert [-1 if found["g_bin"][i] is None else found["g_bin"][i] for i in order] == expected
+
+
+@pytest.mark.parametrize("small", [(1e-300, 2e-300), (5e-324, 1e-323)])
+@pytest.mark.parametrize("sign", [1, -1])
+def test_values_next_to_zero_and_near_the_largest_share_a_range(
+    make_table, small, sign, monkeypatch
+):
+    table = {"a": sign * np.r_[small, 1e300 * (1 + np.arange(997) * 1e-6)]}
+    table["y"] = (np.arange(999) % 7 < 3).astype(float)
+    rows = make_table(table)
+    for engine in DuckDbTable, PostgresTable, SparkTable:
+        monkeypatch.setattr(engine, "most_ranges", 16)
+        monkeypatch.setattr(engine, "most_values", 20)
+    assert mb.fit_equal_frequency(rows, 7, attributes=["a"], distinct=True) == (
+        mb.fit_equal_frequency(table, 7, attributes=["a"])
+    )
+
+
+@pytest.mark.parametrize("kind", ["DATE", "TIMESTAMP", "TIMESTAMP WITH TIME ZONE"])
+@pytest.mark.parametrize("text", ["infinity", "-infinity"])
+def test_infinite_times_are_refused(make_table, kind, text):
+    rows = make_table({"a": np.arange(9.0)})
+    what = (
+        f"CASE WHEN a < 5 THEN CAST('{text}' AS {kind}) ELSE CAST('2020-01-01' AS {kind}) END AS t"
+    )
+    rows = select(rows, {"duckdb": what, "postgresql": what})
+    with pytest.raises(mb.InputError, match="infinite number in column 't'"):
+        mb.fit_equal_frequency(rows, 2)
+
+
+def test_names_that_the_engine_takes_for_one_are_refused():
+    connection = duckdb.connect()
+    rows = connection.sql(
+        'SELECT i AS x, i + 1 AS "X", i % 2 AS y, 7 AS Z_BIN, i AS z FROM range(9) t(i)'
+    )
+    one = rows.project("x, y, z, Z_BIN")
+    bins = mb.from_cut_points({"x": [3.0], "z": [5.0]})
+    texts = connection.sql("SELECT i AS z, CAST(i AS VARCHAR) AS x FROM range(9) t(i)")
+    refused = [
+        (lambda: mb.fit(rows, "y"), mb.InputError, "'x' and 'X' differ in case"),
+        (lambda: mb.fit(rows, "y", weight="x", attributes=["z"]), mb.InputError, "differ in case"),
+        (lambda: bins.apply(rows, attributes=["z"], suffix="_"), mb.InputError, "differ in case"),
+        (lambda: bins.evaluate(rows), mb.InputError, "differ in case"),
+        (lambda: bins.apply(one), mb.InputError, "there is a column 'z_bin' already"),
+        (
+            lambda: bins.apply(texts),
+            mb.TableTypeError,
+            "'x' is of VARCHAR, the bins are of numbers",
+        ),
+        (lambda: bins.evaluate(texts), mb.TableTypeError, "the bins are of numbers"),
+    ]
+    for call, kind, text in refused:
+        with pytest.raises(kind, match=text):
+            call()
+    assert mb.fit(rows, "y", attributes=["z"])["z"].name == "z", "others do not matter"
 
 
 def test_values_over_all_orders_of_magnitude_take_few_rounds(monkeypatch):

@@ -6,19 +6,10 @@ from collections.abc import Sequence
 from typing import Any
 
 from .. import _core
-from .._errors import InputError, TableTypeError, unknown_column
+from .._errors import InputError
 from . import _sql
-from ._sql import Column, Engine
-
-
-def find_column(engine: Engine, name: str) -> Column:
-    """Find a column that has values."""
-    for column in engine.columns:
-        if column.name == name:
-            if column.role == "other":
-                raise TableTypeError(f"column {name!r} is of {column.type}, not of values")
-            return column
-    raise unknown_column(name, [column.name for column in engine.columns])
+from ._columns import check_name, find_binned, same_name
+from ._sql import Engine
 
 
 def apply_on(
@@ -47,12 +38,16 @@ def apply_on(
     """
     added = [name + suffix for name in attributes]
     names = [column.name for column in engine.columns]
+    for name in names:
+        check_name(engine, name)
+    taken = {same_name(engine, name) for name in names}
     for name in added:
-        if name in names:
+        if same_name(engine, name) in taken:
             raise InputError(f"there is a column {name!r} already; choose another suffix=")
     quote = engine.dialect.column
     kept = [quote(f"mcbinning_{place}") for place in range(len(names))]
-    columns = [find_column(engine, name) for name in attributes]
+    kinds = [model.attribute(model.result(index)["attribute"])["kind"] for index in results]
+    columns = [find_binned(engine, *each) for each in zip(attributes, kinds, strict=True)]
     numbers = [f"{column.expression} AS {quote(column.name)}" for column in columns]
     pairs = list(zip(kept, map(quote, names), strict=True))
     inner = ", ".join([*(f"{name} AS {other}" for other, name in pairs), *numbers])

@@ -28,6 +28,12 @@ _TIMES = {
     "TIME": "epoch_us({})",
 }
 
+# What is infinite would be missing by these functions.
+_INFINITE = (
+    "CASE WHEN {0} IS NULL OR isfinite({0}) THEN CAST({1} AS DOUBLE) "
+    "WHEN {0} > DATE '1970-01-01' THEN CAST('inf' AS DOUBLE) ELSE CAST('-inf' AS DOUBLE) END"
+)
+
 
 def _quote_text(text: str) -> str:
     return "'" + text.replace("'", "''") + "'"
@@ -59,6 +65,7 @@ class DuckDbTable:
     most_ranges = 65_536
     most_values = 1_048_576
     side_by_side = 1
+    ignores_case = True
 
     def __init__(self, relation: Any, connection: Any = None) -> None:
         self._relation = relation
@@ -94,7 +101,7 @@ def _describe(name: str, kind: str) -> Column:
     quoted = DIALECT.column(name)
     text = f"CAST({quoted} AS VARCHAR)"
     if kind == "VARCHAR" or kind.startswith("ENUM"):
-        return Column(name, kind, "text", text)
+        return Column(name, kind, "text", f'{text} COLLATE "C"')
     decimal = re.fullmatch(r"DECIMAL\((\d+),(\d+)\)", kind)
     if kind in _WHOLE or kind in _REAL or (decimal and int(decimal[1]) <= 15):
         number = quoted
@@ -104,6 +111,8 @@ def _describe(name: str, kind: str) -> Column:
         number = f"CAST({quoted} AS INTEGER)"
     elif kind in _TIMES:
         number = _TIMES[kind].format(quoted)
+        if kind != "TIME":
+            number = _INFINITE.format(quoted, number)
     else:
         return Column(name, kind, "other")
     is_whole = kind in _WHOLE or kind == "BOOLEAN"

@@ -11,7 +11,7 @@ import numpy as np
 from .. import _core
 from .._errors import TableTypeError
 from . import _plan, _sql
-from ._apply import find_column
+from ._columns import find_binned, find_column
 from ._rows import add_codes, other_names, weigh
 from ._sql import Array, Engine, MissingValues
 
@@ -101,21 +101,15 @@ def _missing(described: dict[str, Any], key: str) -> MissingValues:
 
 
 def _code(engine: Engine, variable: dict[str, Any]) -> str:
-    column = find_column(engine, variable["name"])
+    column = find_binned(engine, variable["name"], variable["kind"])
     value = _sql.value_of(engine.dialect, column, _missing(variable, "user_missing"))
-    is_text = variable["kind"] == "string-categorical"
-    if is_text != (column.role == "text"):
-        kind = "text" if is_text else "numbers"
-        raise TableTypeError(f"column {column.name!r} is of {column.type}, the bins are of {kind}")
     return _sql.code_of(engine.dialect, f"({value})", variable["categories"])
 
 
 def _value(engine: Engine, variable: dict[str, Any]) -> str:
     if "categories" in variable:
         return _sql.number_of_code(engine.dialect, _code(engine, variable))
-    column = find_column(engine, variable["name"])
-    if column.role != "number":
-        raise TableTypeError(f"column {column.name!r} is of {column.type}, the bins are of numbers")
+    column = find_binned(engine, variable["name"], variable["kind"])
     return _sql.value_of(engine.dialect, column, _missing(variable, "user_missing"))
 
 

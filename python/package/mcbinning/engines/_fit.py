@@ -14,7 +14,7 @@ from .._errors import TableTypeError
 from .._progress import Report
 from .._request import FitCall, Request
 from . import _plan, _sql
-from ._apply import find_column
+from ._columns import find_column
 from ._rows import add_codes, find_categories, other_names, weigh
 from ._sql import Array, Cases, Engine, MissingValues
 
@@ -46,6 +46,8 @@ class EngineRequest(Request):
 
     def fit(self, call: FitCall, report: Report) -> tuple[_core.Model, list[int]]:
         """Have the engine count, and run the library on that for every attribute and target."""
+        for place in call.attributes:
+            find_column(self._engine, self._engine.columns[place].name)
         return _Run(self._engine, call, report).make()
 
 

@@ -27,6 +27,9 @@ LARGEST_WEIGHT = 2.0**51
 _WIDE = 1024.0
 _NEAR = math.log(256.0)
 
+# Of a range, a share that is in its first part, however many there are.
+_NEGLIGIBLE = 2.0**-60
+
 _EPSILON = float(np.finfo(np.float64).eps)
 
 Round = Generator[str, Answer, "Summary"]
@@ -357,8 +360,9 @@ def _divide(
         ends = (math.log(small), math.log(large)) if is_log else (small, large)
         span = ends[1] - ends[0]
         divisions.append(
-            (int(ids[place]), base, parts, sign, int(is_log), small, large, ends[0], span)
-        )
+            (int(ids[place]), base, parts, sign, int(is_log), small, large, ends[0], span,
+             span * _NEGLIGIBLE)
+        )  # fmt: skip
         base += parts
     return divisions
 

@@ -12,6 +12,9 @@ from . import _sql
 from ._interrupt import run_with
 from ._sql import Answer, Column, Dialect
 
+# Days from 1970 on; what is infinite cannot be subtracted from.
+_DAYS = "CASE WHEN isfinite({0}) THEN {0} - DATE '1970-01-01' ELSE EXTRACT(EPOCH FROM {0}) END"
+
 # The types of PostgreSQL by their number, which never changes, and their values as numbers.
 _NUMBERS = {
     16: ("boolean", "CAST({} AS integer)"),
@@ -21,7 +24,7 @@ _NUMBERS = {
     700: ("real", "{}"),
     701: ("double precision", "{}"),
     1700: ("numeric", "{}"),
-    1082: ("date", "({} - DATE '1970-01-01')"),
+    1082: ("date", _DAYS),
     1083: ("time", "(EXTRACT(EPOCH FROM {}) * 1000000)"),
     1114: ("timestamp", "(EXTRACT(EPOCH FROM {}) * 1000000)"),
     1184: ("timestamp with time zone", "(EXTRACT(EPOCH FROM {}) * 1000000)"),
@@ -65,6 +68,7 @@ class PostgresTable:
     most_ranges = 65_536
     most_values = 524_288
     side_by_side = 1
+    ignores_case = False
 
     def __init__(self, connection: Any, query: str) -> None:
         is_name = re.fullmatch(r'\s*(\w+|"[^"]+")(\.(\w+|"[^"]+"))*\s*', query)
@@ -112,5 +116,5 @@ def _describe(name: str, kind: int) -> Column:
             name, called, "number", f"CAST({expression.format(quoted)} AS double precision)"
         )
     if kind in _TEXTS:
-        return Column(name, _TEXTS[kind], "text", f"CAST({quoted} AS text)")
+        return Column(name, _TEXTS[kind], "text", f'CAST({quoted} AS text) COLLATE "C"')
     return Column(name, f"type {kind}", "other")

@@ -92,8 +92,7 @@ def find_categories(engine: Engine, column: Column, missing: MissingValues, kept
     value = _sql.value_of(engine.dialect, column, missing)
     if column.role == "number":
         value = _sql.with_one_zero(engine.dialect, f"({value})")
-    quoted = engine.dialect.column(column.name)
-    query = _sql.query_categories(quoted, value, kept, _MOST_CATEGORIES + 1)
+    query = _sql.query_categories(engine.dialect, column, value, kept, _MOST_CATEGORIES + 1)
     [answer] = engine.ask([query])
     kind = str if column.role == "text" else float
     return sorted(kind(category) for category in answer["category"])

@@ -54,6 +54,12 @@ class SparkTable:
             _describe(field.name, field.dataType.simpleString()) for field in frame.schema.fields
         ]
 
+    @property
+    def ignores_case(self) -> bool:
+        """Whether the session does, which it does unless told otherwise."""
+        told = self._frame.sparkSession.conf.get("spark.sql.caseSensitive", "false")
+        return str(told).lower() != "true"
+
     def ask(self, queries: Sequence[str]) -> list[Answer]:
         """Run queries as one job."""
         if not queries:

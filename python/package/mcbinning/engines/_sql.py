@@ -82,7 +82,9 @@ class Engine(Protocol):
     most_ranges, most_values : int
         How much it should answer at a time: ranges, or values where few rows are left.
     side_by_side : int
-        How many attributes are asked about at a time where all their values are collected.
+        How many attributes are asked about at a time.
+    ignores_case : bool
+        Whether names of columns that differ in case alone are the same to it.
     """
 
     dialect: Dialect
@@ -90,6 +92,9 @@ class Engine(Protocol):
     most_ranges: int
     most_values: int
     side_by_side: int
+
+    @property
+    def ignores_case(self) -> bool: ...
 
     def ask(self, queries: Sequence[str]) -> list[Answer]:
         """Run queries over `ROWS`, which have the same columns: numbers without NULL, or texts.
@@ -189,12 +194,15 @@ def query_weights(value: str, rounded: str) -> str:
     )
 
 
-def query_categories(column: str, value: str, kept: str, limit: int) -> str:
+def query_categories(dialect: Dialect, column: Column, value: str, kept: str, limit: int) -> str:
     """Ask for the different values of a column, but not for more than a limit.
 
-    The column as it is goes first, as there is less to do for its values.
+    Numbers as they are go first, as there is less to do for them then. Texts as they are would be
+    compared by their column's collation.
     """
-    raw = f"SELECT DISTINCT {column} FROM {ROWS} WHERE {kept}"
+    name = dialect.column(column.name)
+    first = f"{column.expression} AS {name}" if column.role == "text" else name
+    raw = f"SELECT DISTINCT {first} FROM {ROWS} WHERE {kept}"
     return (
         f"SELECT DISTINCT x AS category FROM (SELECT {value} AS x FROM ({raw}) AS q) AS q "
         f"WHERE x IS NOT NULL LIMIT {limit}"
@@ -234,8 +242,9 @@ MISSING, NEGATIVE, ZERO, POSITIVE = -1, 0, 1, 2
 
 # What a division of a range is made of: how it is called and what the first of its parts is, how
 # many there are, the sign of its values, whether they are divided by their logarithms, their least
-# and largest size, the least size or its logarithm, and how far it is from there to the largest.
-DIVISION = ("id", "base", "parts", "sign", "is_log", "small", "large", "low", "span")
+# and largest size, the least size or its logarithm, how far it is from there to the largest, and
+# what is taken for nearer sizes, as some engines refuse a quotient that rounds to zero.
+DIVISION = ("id", "base", "parts", "sign", "is_log", "small", "large", "low", "span", "least")
 
 
 # That many divisions are written into a query.
@@ -270,7 +279,7 @@ def divide(engine: Engine, query: str, divisions: Sequence[Sequence[float]]) -> 
     # Within the ends, as an engine may compute this for other ranges before it leaves them out.
     size = "LEAST(GREATEST(t.sign * q.v, t.small), t.large)"
     size = f"CASE WHEN t.is_log = 1 THEN LN({size}) ELSE {size} END"
-    place = _place(dialect, size, "t.low", "t.span", "t.parts", "t.base")
+    place = _place(dialect, size, "t.low", "t.span", "t.least", "t.parts", "t.base")
     return (
         f"SELECT {place} AS r, q.v, q.c, q.w "
         f"FROM ({query}) AS q JOIN {engine.inline(divisions, DIVISION)} ON q.r = t.id "
@@ -280,16 +289,17 @@ def divide(engine: Engine, query: str, divisions: Sequence[Sequence[float]]) -> 
 
 def _place_with(dialect: Dialect, division: Sequence[float]) -> str:
     """Write the place in one division, whose numbers are known: no table is joined for it."""
-    _, base, parts, sign, is_log, _, _, low, span = division
+    _, base, parts, sign, is_log, _, _, low, span, least = division
     size = "q.v" if sign > 0 else "(-q.v)"
     return _place(dialect, f"LN({size})" if is_log else size, dialect.number(low),
-                  dialect.number(span), str(parts), str(base))  # fmt: skip
+                  dialect.number(span), dialect.number(least), str(parts), str(base))  # fmt: skip
 
 
-def _place(dialect: Dialect, size: str, low: str, span: str, parts: str, base: str) -> str:
-    part = f"FLOOR(({size} - {low}) / {span} * {parts})"
-    least = dialect.number(0.0)
-    return f"{base} + CAST(GREATEST({least}, LEAST({parts} - 1, {part})) AS {dialect.whole})"
+def _place(
+    dialect: Dialect, size: str, low: str, span: str, least: str, parts: str, base: str
+) -> str:
+    part = f"FLOOR(GREATEST({least}, {size} - {low}) / {span} * {parts})"
+    return f"{base} + CAST(LEAST({parts} - 1, {part}) AS {dialect.whole})"
 
 
 def open_ranges(cases: Cases) -> str:
