@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import json
 import os
 from collections.abc import Iterator, Mapping, Sequence
 from typing import Any, Literal
@@ -502,6 +501,8 @@ def _refuse_times(text: str, name: str) -> None:
     """Refuse bins of seconds since 1970, which a table has in a unit of its own."""
     if '"unit"' not in text:
         return
+    import json  # here, as few files need it
+
     for attribute in json.loads(text)["attributes"]:
         if "unit" in attribute:
             raise BinFileError(
