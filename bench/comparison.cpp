@@ -86,6 +86,12 @@ void PrintRow(const std::string& work, const std::string& measured, const std::s
 
 void SetClock(Clock clock) { gClock = clock; }
 
+double WallSecondsOf(const std::function<void()>& work) {
+  const double start = WallSeconds();
+  work();
+  return WallSeconds() - start;
+}
+
 double SecondsOf(const std::function<void()>& work) {
   const double start = Now();
   work();

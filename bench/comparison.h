@@ -13,6 +13,9 @@ void SetClock(Clock clock);
 
 double SecondsOf(const std::function<void()>& work);
 
+// In wall time, whatever clock is set.
+double WallSecondsOf(const std::function<void()>& work);
+
 // One side of a comparison: does its work once and returns the seconds that count.
 using Side = std::function<double()>;
 
