@@ -75,7 +75,8 @@ void PercentileScan<Case>::Advance(Step& step) const {
 
 // Leaves out the buckets at whose end the target is not reached, as the values in them would only
 // be added up: the weight is the number of cases then. Returns up to where cases are in their
-// places.
+// places, which the order puts there. A bucket that ends just at the target is looked into, too:
+// the value below the target is asked for.
 template <typename Case>
 std::size_t PercentileScan<Case>::SkipBuckets(Step& step) const {
   for (;;) {

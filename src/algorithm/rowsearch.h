@@ -47,7 +47,6 @@ class BestSplit {
     return true;
   }
 
-  bool HasRow() const { return fHasRow; }
   std::size_t GetRow() const { return fRow; }
 
  private:

@@ -228,12 +228,6 @@ void SplitSearch::ScanBlocks(Search& search) const {
     weightsBefore(part.first);
     ScanPart(search, split, part, left);
   }
-  if (!search.best.HasRow()) {
-    std::fill(search.left.begin(), search.left.end(), 0.0);
-    search.right = search.totals;
-    search.limit = std::numeric_limits<double>::infinity();
-    ScanRows(search, search.first, end);
-  }
 }
 
 // `before` are the interval's weights below the part.

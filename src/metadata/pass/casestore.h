@@ -82,11 +82,15 @@ class CaseStore {
   auto VisitEqualFrequency(const Visit& visit) {
     return VisitKind<false>([&](const auto& cases) {
       using Case = typename std::remove_cvref_t<decltype(cases)>::value_type;
-      LazyOrder<Case>* order = nullptr;
       if constexpr (kIsLazy<Case>) {
-        if (!cases.empty()) order = &std::get<SorterOf<Case>>(fSorters);
+        // Without cases the order is that of others.
+        LazyOrder<Case>& order = std::get<SorterOf<Case>>(fSorters);
+        auto result = visit(cases, cases.empty() ? nullptr : &order);
+        order.LetGo();
+        return result;
+      } else {
+        return visit(cases, static_cast<LazyOrder<Case>*>(nullptr));
       }
-      return visit(cases, order);
     });
   }
 

@@ -17,34 +17,34 @@ namespace MCBinning {
 template <typename Case>
 class LazyOrder {
  public:
-  // Spreads the cases, which stay the caller's and where they are until the next call. The first
-  // and the last one are in their places. O(n), whatever the values.
+  // Spreads the cases, which stay the caller's and in the order's hands until the next call. The
+  // first and the last one are in their places. O(n), whatever the values. Throws std::bad_alloc;
+  // there is no case to look at then.
   void Begin(std::vector<Case>& cases) {
-    fCases = &cases;
     fSpread.reset();
-    fEnds.assign(1, static_cast<std::uint32_t>(cases.size()));
-    fIsSorted.assign(1, true);
+    fEnds.clear();
+    fIsSorted.clear();
+    fCases = &cases;
     if (!std::is_sorted(cases.begin(), cases.end(), Sorter::IsLess)) {
       const typename Sorter::Spread spread(cases.data(), cases.size());
       if (spread.IsUseful()) {
         SpreadOut(spread);
-      } else {
-        fSorter.Sort(cases);
+        return;
       }
+      Sorter::SortWith(fScratch, cases);
     }
-    if (!fSpread) return;
-    fIsSorted.assign(fEnds.size(), false);
-    LookInto(0);
-    LookInto(cases.size() - 1);
+    fIsSorted.assign(1, true);
+    fEnds.assign(1, static_cast<std::uint32_t>(cases.size()));
   }
 
-  // How many different values there are: -0.0 is 0.0, and every NaN is one. After Begin().
+  // How many different values there are: -0.0 is 0.0, and each NaN is a value of its own. After
+  // Begin().
   unsigned int CountDistinct() {
     unsigned int count = 0;
     for (std::size_t bucket = 0; bucket < fEnds.size(); ++bucket) {
       const std::size_t size = SizeOf(bucket);
       std::optional<unsigned int> counted;
-      if (!fIsSorted[bucket] && size >= kFewCases && size <= kManyCases) {
+      if (!fIsSorted[bucket] && size >= kLeastHashed && size <= kMostHashed) {
         counted = CountByParts(bucket);
       }
       if (!counted) {
@@ -70,22 +70,30 @@ class LazyOrder {
 
   void SortAll() {
     for (std::size_t bucket = 0; bucket < fEnds.size(); ++bucket) SortBucket(bucket);
+    LetGo();
   }
+
+  // Of memory, if it is much. It is taken again when there is a bucket to sort.
+  void LetGo() { Sorter::DropIfLarge(fScratch); }
 
  private:
   using Sorter = TupleSorter<Case>;
 
-  static constexpr std::size_t kFewCases = 32;      // below, sorting is faster
-  static constexpr std::size_t kManyCases = 16384;  // above, the hash table would not stay near
+  static constexpr std::size_t kLeastHashed = 32;    // below, sorting is faster
+  static constexpr std::size_t kMostHashed = 16384;  // above, the hash table would not stay near
   static constexpr int kHashBits = 13;
   static constexpr std::uint16_t kNone = 0xffff;
+  static_assert(kMostHashed < kNone);
 
   void SpreadOut(const typename Sorter::Spread& spread) {
-    fScratch.reserve(fCases->capacity());  // the two change places
-    fScratch.resize(fCases->size());
-    fEnds = Sorter::SpreadOut(fCases->data(), fScratch.data(), fCases->size(), spread);
+    Sorter::Extend(fScratch, *fCases);
+    auto ends = Sorter::SpreadOut(fCases->data(), fScratch.data(), fCases->size(), spread);
     fCases->swap(fScratch);
+    fIsSorted.assign(ends.size(), false);
+    fEnds.swap(ends);
     fSpread = spread;
+    LookInto(0);
+    LookInto(fCases->size() - 1);
   }
 
   std::size_t FirstOf(std::size_t bucket) const { return bucket == 0 ? 0 : fEnds[bucket - 1]; }
@@ -98,6 +106,7 @@ class LazyOrder {
 
   void SortBucket(std::size_t bucket) {
     if (fIsSorted[bucket]) return;
+    if (fScratch.empty()) Sorter::Extend(fScratch, *fCases);
     const std::size_t first = FirstOf(bucket);
     const std::size_t end = fEnds[bucket];
     Sorter::SortBucket(fCases->data() + first, fScratch.data() + first, end - first,
@@ -114,7 +123,7 @@ class LazyOrder {
     const Case* const end = fCases->data() + fEnds[bucket];
     Case* const values = fScratch.data() + FirstOf(bucket);
     fNewest.assign(std::size_t{1} << kHashBits, kNone);
-    fOlder.resize(kManyCases);
+    fOlder.resize(kMostHashed);
     std::uint16_t count = 0;
     std::size_t stepsLeft = 4 * SizeOf(bucket);
     for (const Case* item = first; item != end; ++item) {
@@ -134,9 +143,8 @@ class LazyOrder {
 
   std::vector<Case>* fCases = nullptr;
   std::vector<Case> fScratch;
-  Sorter fSorter;
   std::optional<typename Sorter::Spread> fSpread;  // of cases that are spread
-  typename Sorter::Ends fEnds;                     // of the buckets; one bucket for few cases
+  typename Sorter::Ends fEnds;                     // of the buckets; one for few cases
   std::vector<bool> fIsSorted;                     // by bucket
   // Of the values in a hash table: the newest one of each hash, and the one that is older by one.
   std::vector<std::uint16_t> fNewest;

@@ -31,28 +31,42 @@ class TupleSorter {
   // unless it is much.
   void Sort(std::vector<Case>& cases) {
     if (std::is_sorted(cases.begin(), cases.end(), IsLess)) return;
-    fScratch.reserve(cases.capacity());  // the two may change places
-    fScratch.resize(cases.size());
-    const Spread spread(cases.data(), cases.size());
-    if (spread.IsUseful()) {
-      const Ends ends = SpreadOut(cases.data(), fScratch.data(), cases.size(), spread);
-      cases.swap(fScratch);
-      std::size_t first = 0;
-      for (const std::size_t end : ends) {
-        SortBucket(cases.data() + first, fScratch.data() + first, end - first,
-                   first > 0 && end < cases.size(), spread);
-        first = end;
-      }
-    } else {
-      SortRange(cases.data(), fScratch.data(), cases.size());
-    }
-    if (fScratch.capacity() * sizeof(Case) > kLargestKeptBuffer) std::vector<Case>().swap(fScratch);
+    SortWith(fScratch, cases);
+    DropIfLarge(fScratch);
   }
 
  private:
   friend class LazyOrder<Case>;
 
   using Key = std::uint64_t;
+  using Ends = std::vector<std::uint32_t>;
+
+  // Sorts in memory as much again, which stays.
+  static void SortWith(std::vector<Case>& scratch, std::vector<Case>& cases) {
+    Extend(scratch, cases);
+    const Spread spread(cases.data(), cases.size());
+    if (!spread.IsUseful()) {
+      SortRange(cases.data(), scratch.data(), cases.size());
+      return;
+    }
+    const Ends ends = SpreadOut(cases.data(), scratch.data(), cases.size(), spread);
+    cases.swap(scratch);
+    std::size_t first = 0;
+    for (const std::size_t end : ends) {
+      SortBucket(cases.data() + first, scratch.data() + first, end - first,
+                 first > 0 && end < cases.size(), spread);
+      first = end;
+    }
+  }
+
+  static void Extend(std::vector<Case>& scratch, const std::vector<Case>& cases) {
+    scratch.reserve(cases.capacity());  // the two may change places
+    scratch.resize(cases.size());
+  }
+
+  static void DropIfLarge(std::vector<Case>& scratch) {
+    if (scratch.capacity() * sizeof(Case) > kLargestKeptBuffer) std::vector<Case>().swap(scratch);
+  }
 
   // Counts of cases. Those of a digit's values must be cleared and added up, which a few cases do
   // not pay for.
@@ -129,8 +143,6 @@ class TupleSorter {
     double fLow = 0.0;
     double fScale = 0.0;
   };
-
-  using Ends = std::vector<std::uint32_t>;
 
   // Leaves the cases in `scratch`, bucket by bucket, and says where each bucket ends.
   static Ends SpreadOut(const Case* cases, Case* scratch, std::size_t count, const Spread& spread) {
