@@ -45,9 +45,36 @@ ColumnScan::Value ColumnScan::GetMissing() const {
   return {fMayBeCategorical ? kNoCategory : MCMV::Missing(), kNoCategory};
 }
 
+// Few classes come again and again: what they are is looked up once.
 ColumnScan::Value ColumnScan::Add(const CsvField& field, std::uint64_t line, bool counts) {
-  Value value = GetMissing();
   ++fFieldCount;
+  if (!fMayBeCategorical || !counts) return AddField(field, line, counts);
+  Recent& recent = RecentOf(field.text);
+  const bool isLookedAt = fFirstText && fFirstTexts.WantsMore();
+  if (recent.isKnown && recent.text == field.text && !isLookedAt) {
+    if (CountsTexts()) CountText(field);
+    return recent.value;
+  }
+  const auto getState = [this] {
+    return std::array{IsNumeric(), fNumbers.has_value(), fTexts.has_value()};
+  };
+  const auto before = getState();
+  const Value value = AddField(field, line, counts);
+  if (getState() != before) {
+    fRecent = {};
+  } else {
+    recent = {std::string(field.text), value, true};
+  }
+  return value;
+}
+
+ColumnScan::Recent& ColumnScan::RecentOf(std::string_view text) {
+  const std::size_t last = text.empty() ? 0 : static_cast<unsigned char>(text.back());
+  return fRecent[(last + text.size()) % fRecent.size()];
+}
+
+ColumnScan::Value ColumnScan::AddField(const CsvField& field, std::uint64_t line, bool counts) {
+  Value value = GetMissing();
   if (fForm == Form::kUnknown) fForm = FormOf(field);
   if (!fFirstText) {
     value.ifNumeric =
@@ -237,6 +264,7 @@ ColumnScan::Codes ColumnScan::Take(const Later& later) {
   const bool looksAtNumbers = !fFirstText || CountsTexts();
   if (looksAtNumbers) fNumberTally.Add(later.numbers);
   if (later.others == nullptr) return {};
+  fRecent = {};
 
   const ColumnScan& others = *later.others;
   fFieldCount += others.fFieldCount;

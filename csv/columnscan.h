@@ -144,6 +144,16 @@ class ColumnScan {
   void TakeBooleans(const ColumnScan& later);
   bool CanTakeForm(const Later& later) const;
   bool HasSameBooleans(const ColumnScan& later) const;
+
+  // A category's text that came lately, and what it is worth.
+  struct Recent {
+    std::string text;
+    Value value{};
+    bool isKnown = false;
+  };
+
+  Recent& RecentOf(std::string_view text);
+  Value AddField(const CsvField& field, std::uint64_t line, bool counts);
   double AddNumber(const CsvField& field, std::uint64_t line, bool counts);
   double AddText(std::string_view text, std::uint64_t line);
   void CountText(const CsvField& field);
@@ -169,6 +179,7 @@ class ColumnScan {
   std::optional<BINStringEncoder> fTexts;
   std::optional<Sighting> fFirstNumberBeyond;
   std::optional<Sighting> fFirstTextBeyond;
+  std::array<Recent, 4> fRecent;
   std::string fTextBuffer;  // reused: the encoder wants a std::string
 };
 
