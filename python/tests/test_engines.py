@@ -6,6 +6,7 @@ import signal
 import sys
 import threading
 import warnings
+import weakref
 
 import duckdb
 import numpy as np
@@ -130,6 +131,60 @@ def test_apply_and_evaluate(make_table):
         expected = made.evaluate(in_memory(other), **options)
         assert found.text == expected.text
         assert json.loads(found.bins.to_json()) == json.loads(expected.bins.to_json())
+
+
+def test_cut_points_and_empty_tables_are_counted(make_table):
+    table = some_rows()
+    rows, points = make_table(table), {"a": [-0.5, 0.25], "b": [1.0]}
+    for options in {}, {"target": "y"}, {"target": "w"}, {"target": "y", "weight": "w"}:
+        found = mb.from_cut_points(points, rows, **options)
+        assert found == mb.from_cut_points(points, in_memory(table), **options), options
+    made = mb.from_cut_points(points, in_memory(table), target="y")
+    none = {name: column[:0] for name, column in table.items()}
+    found, expected = made.evaluate(make_table(none)), made.evaluate(as_arrow(none))
+    assert found.bins == expected.bins
+    assert found.text == expected.text
+    with pytest.raises(mb.InputError, match="no rows"):
+        mb.fit(make_table(none), "w")
+
+
+class PlainConnection:
+    """A connection with what the DB-API asks for, and nothing else."""
+
+    def __init__(self, connection):
+        self._connection = connection
+
+    def cursor(self):
+        return PlainCursor(self._connection.cursor())
+
+
+class PlainCursor:
+    def __init__(self, cursor):
+        self._cursor = cursor
+        self.execute, self.fetchall, self.close = cursor.execute, cursor.fetchall, cursor.close
+
+    @property
+    def description(self):
+        return self._cursor.description
+
+
+def test_postgresql_through_any_connection_whose_transaction_goes_on(make_table, monkeypatch):
+    rows = make_table(table := some_rows())
+    if not isinstance(rows, PostgresTable):
+        pytest.skip("it is about PostgreSQL")
+    connection = rows._connection
+    expected = mb.fit(in_memory(table), "y", attributes=["a"])
+    connection.execute('CREATE TEMP TABLE "my "".t" AS SELECT * FROM rows')
+    for name in " pg_temp . rows\n", 'pg_temp."my "".t"', "SELECT * FROM rows -- all of them":
+        for failing in "nothing", "SELECT 1/(w-w) AS a, y FROM rows":
+            with pytest.raises(Exception, match=r"does not exist|by zero"):
+                mb.fit(PostgresTable(connection, failing), "y", attributes=["a"])
+        assert mb.fit(PostgresTable(connection, name), "y", attributes=["a"]) == expected, name
+    plain = PostgresTable(PlainConnection(connection), "rows")
+    assert mb.fit(plain, "y", attributes=["a"]) == expected
+    assert "rows" in repr(plain)
+    monkeypatch.setattr(connection, "row_factory", sys.modules["psycopg"].rows.dict_row)
+    assert mb.fit(rows, "y", attributes=["a"]) == expected
 
 
 def columns_of(table):
@@ -312,6 +367,7 @@ def test_bad_input_is_refused_before_anything_is_counted(monkeypatch):
         "bad": np.full(n, -1.0),
         "none": np.zeros(n),
         "heavy": np.full(n, 2.0**50),
+        "heaviest": np.full(n, 1e308),
         "inf": np.full(n, np.inf),
     }
     arrow = as_arrow(columns).append_column("list", pa.array([[1]] * n))
@@ -329,6 +385,7 @@ def test_bad_input_is_refused_before_anything_is_counted(monkeypatch):
         ({"target": "y", "weight": "bad"}, mb.WeightError),
         ({"target": "y", "weight": "none"}, mb.WeightError),
         ({"target": "y", "weight": "heavy"}, mb.WeightError),
+        ({"target": "y", "weight": "heaviest"}, mb.WeightError),
         ({"target": "y", "event": 7}, mb.TargetError),
         ({"target": "y", "missing": {"a": ["x"]}}, ValueError),
         ({"target": "y", "attributes": ["inf"]}, mb.InputError),
@@ -369,8 +426,29 @@ def test_all_values_are_collected_but_for_the_inside_of_runs(monkeypatch):
         assert found == mb.fit(rare, **options)
         assert len(found["a"].cut_points) > 0
         assert max(answered) < 40_000
-    with pytest.raises(mb.InputError, match=r"more than 5,000 .* 200,000 rows.*most_values="):
-        mb.fit(rows, "y", prebin_above=0, most_values=5_000)
+    for prebin_above in 0, 300_000:
+        with pytest.raises(mb.InputError, match=r"more than 5,000 .* 200,000 rows.*most_values="):
+            mb.fit(rows, "y", prebin_above=prebin_above, most_values=5_000)
+        assert max(answered) < 100_000
+    assert mb.fit(rows, "y", prebin_above=199_999, most_values=500_000)["a"].code == 0
+
+
+def test_answers_of_one_attribute_are_held_at_a_time(monkeypatch):
+    held = []
+    ask = _duckdb.DuckDbTable._ask
+
+    def count_held(self, query):
+        assert sum(one() is not None for one in held) <= 1
+        answer = ask(self, query)
+        held.append(weakref.ref(next(iter(answer.values()))))
+        return answer
+
+    monkeypatch.setattr(_duckdb.DuckDbTable, "_ask", count_held)
+    rng = np.random.default_rng(1)
+    table = {name: rng.normal(size=5000) for name in "abcdef"} | {"y": np.arange(5000) % 2.0}
+    told = []
+    mb.fit(next(duckdb_tables())(table), "y", distinct=True, progress=lambda *d: told.append(d))
+    assert len(told) == len(held) - 2 + 1, "before every query but those for weights and classes"
 
 
 def rare_events():

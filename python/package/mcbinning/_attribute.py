@@ -105,7 +105,11 @@ class AttributeBins:
 
     @property
     def distinct_values(self) -> int:
-        """How many values the valid cases have."""
+        """How many values the valid cases have.
+
+        Of an engine's table, one more than `fit` counts exactly stands for more (see its
+        `distinct`).
+        """
         count: int = self._result["distinct_values"]
         return count
 

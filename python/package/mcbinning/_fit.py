@@ -103,12 +103,12 @@ def fit(
         Where temporary files go; the system's place for them without it.
     distinct
         Of an engine's table: count the distinct values of every attribute, for which all values
-        must meet. Otherwise there may be more than `AttributeBins.distinct_values` when it is above
-        `prebin_above`; that of `fit_equal_frequency` is what was met, 1,001 at most. Tables in
+        must meet. Otherwise `AttributeBins.distinct_values` is ``prebin_above + 1`` where there are
+        more than `prebin_above` and not all were met, 1,001 for `fit_equal_frequency`. Tables in
         memory always count them.
     most_values
-        Of an engine's table: without pre-bins, how many different values of an attribute are
-        collected at most, counted by class. Some 100 bytes each.
+        Of an engine's table: how many different values of an attribute are collected at most where
+        all must be known, as without pre-bins; counted by class. Some 100 bytes each.
 
     Returns
     -------
@@ -256,10 +256,17 @@ def from_cut_points(
             raise InputError("a target and a weight need a table")
         return Bins(_core.from_cut_points(attributes, cuts, is_right(closed), None, None))
     only = [*attributes, *(name for name in (target, weight) if isinstance(name, str))]
-    request = Request(table, names, only=only)
+    request = _make_request(table, names, set(only))
     targets = [] if target is None else request.add_targets(target)
     if len(targets) > 1:
         raise TargetError("one target is expected")
+    engine = find_engine(table)
+    if engine is not None:
+        from .engines._evaluate import count_cut_points
+
+        against = targets[0] if targets else None
+        points = dict(zip(attributes, cuts, strict=True))
+        return Bins(count_cut_points(engine, points, is_right(closed), against, weight))
     place = request.index(targets[0]) if targets else None
     model = _core.from_cut_points(attributes, cuts, is_right(closed), request.table, place)
     counted, _ = model.count_on(

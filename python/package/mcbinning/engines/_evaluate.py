@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 import json
-from collections.abc import Sequence
+from collections.abc import Mapping, Sequence
 from typing import Any
 
 import numpy as np
@@ -12,7 +12,7 @@ from .. import _core
 from .._errors import TableTypeError
 from . import _plan, _sql
 from ._columns import find_binned, find_column
-from ._rows import add_codes, other_names, weigh
+from ._rows import add_codes, find_categories, other_names, weigh
 from ._sql import Array, Engine, MissingValues
 
 
@@ -77,6 +77,8 @@ def evaluate_on(
     if target is not None:
         add_codes(table, target["name"], target["categories"], codes)
     columns = {name: place for place, name in enumerate(table.names())}
+    if weight is None and weights.records == 0:
+        return model.count_on(list(results), table, columns, None, "other data")
     table.add_numbers(next(other_names(table.names())), parts, False)
     dropped = weights.dropped
     rows = (
@@ -87,6 +89,28 @@ def evaluate_on(
         weight,
     )
     return model.count_on(list(results), table, columns, len(columns), "other data", rows)
+
+
+def count_cut_points(
+    engine: Engine,
+    cut_points: Mapping[str, Sequence[float]],
+    right_closed: bool,
+    target: str | None,
+    weight: Any,
+) -> _core.Model:
+    """Make bins of cut points, and count the cases of each in the engine."""
+    known = None
+    if target is not None:
+        column = find_column(engine, target)
+        categories = find_categories(engine, column, MissingValues(), "1 = 1")
+        known = _core.Table()
+        if column.role == "text":
+            known.add_texts(target, categories)
+        else:
+            known.add_numbers(target, np.array(categories, dtype=np.float64), False)
+    names, cuts = list(cut_points), [list(points) for points in cut_points.values()]
+    model = _core.from_cut_points(names, cuts, right_closed, known, None if known is None else 0)
+    return evaluate_on(engine, model, range(len(model)), weight)[0]
 
 
 def _missing(described: dict[str, Any], key: str) -> MissingValues:

@@ -10,7 +10,7 @@ from typing import Any, Literal
 import numpy as np
 
 from .. import _core
-from .._errors import TableTypeError
+from .._errors import InputError, TableTypeError
 from .._progress import Report
 from .._request import FitCall, Request
 from . import _plan, _sql
@@ -18,8 +18,11 @@ from ._columns import find_column
 from ._rows import add_codes, find_categories, other_names, weigh
 from ._sql import Array, Cases, Engine, MissingValues
 
-# Up to there different values are counted where no setting says so.
+# Up to there different values of bins of equal frequency are counted.
 _DISTINCT_COUNTED = 1000
+
+# So many attributes at a time where all their values are collected.
+_COLLECTED = 4
 
 # With so many categories of an attribute and a target, no limit of values is reached.
 _MOST_PAIRS = 256 * 256
@@ -61,6 +64,8 @@ class _Run:
         self._columns = engine.columns
         weight = None if call.weight is None else self._columns[call.weight]
         self._weights = weigh(engine, weight, self._missing_of(call.weight), call.truncates_weights)
+        if self._weights.records == 0:
+            raise InputError("the table has no rows")
         coded = [*call.targets, *(place for place in call.attributes if self._is_coded(place))]
         self._categories = {
             place: find_categories(
@@ -92,11 +97,13 @@ class _Run:
             for attribute in self._call.attributes
         ]
         told = _Told(self._report, len(pairs))
-        size = self._engine.side_by_side if self._needs_all_values else len(pairs)
+        size = self._engine.side_by_side
+        if self._needs_all_values:
+            size = min(size, _COLLECTED)
         for first in range(0, len(pairs), size):
             batch = pairs[first : first + size]
             summaries = self._summarise(batch, told)
-            distinct = self._count_distinct(batch, summaries)
+            distinct = self._count_distinct(batch, summaries, told)
             for pair, summary, number in zip(batch, summaries, distinct, strict=True):
                 result, counted_anew = self._bin(*pair, summary)
                 result["distinct_values"] = number
@@ -147,11 +154,13 @@ class _Run:
         if attribute in self._categories:
             return _plan.Demand(classes, 0, 0, _MOST_PAIRS)
         if target is None:
-            return _plan.Demand(0, settings["bins"], 0, 0)
+            return _plan.Demand(0, settings["bins"], _DISTINCT_COUNTED, _DISTINCT_COUNTED)
         if self._needs_all_values:
             closed: Literal["right", "left"] = "right" if settings["right_closed"] else "left"
             return _plan.Demand(classes, 0, 0, self._call.most_values, closed)
-        return _plan.Demand(classes, settings["prebins"], settings["prebin_above"], 0)
+        return _plan.Demand(
+            classes, settings["prebins"], settings["prebin_above"], self._call.most_values
+        )
 
     def _summarise(
         self, pairs: Sequence[tuple[int, int | None]], told: _Told
@@ -169,16 +178,21 @@ class _Run:
         return run_rounds(self._engine, rounds, told)
 
     def _count_distinct(
-        self, pairs: Sequence[tuple[int, int | None]], summaries: Sequence[_plan.Summary]
+        self,
+        pairs: Sequence[tuple[int, int | None]],
+        summaries: Sequence[_plan.Summary],
+        told: _Told,
     ) -> list[int]:
-        """Count different values: exactly, or up to a limit where that takes another round."""
+        """Count different values; where that takes another query, one above a limit is for more."""
         limit = self._call.settings.get("prebin_above", _DISTINCT_COUNTED) + 1
         numbers = [summary.distinct for summary in summaries]
         open_ones = [i for i, summary in enumerate(summaries) if not summary.is_distinct_exact]
         if not self._call.counts_distinct and not self._needs_all_values:
             for place in open_ones:
-                numbers[place] = min(numbers[place], limit)
+                numbers[place] = limit
             return numbers
+        if open_ones:
+            told.begin(len(open_ones))
         answers = self._engine.ask(
             [
                 _sql.count_distinct(self._engine.dialect, self._cases(*pairs[place]))

@@ -49,7 +49,7 @@ class Demand:
     all_values_up_to : int
         With that many different values or fewer, all of them must be known.
     most_values : int
-        How many are collected at most when only the values themselves will do, by class.
+        How many are collected at most when all of them must be known, by class.
     joins_runs : {"", "right", "left"}
         The closed side of bins, where the inside of a run of one class need not be known.
     """
@@ -154,10 +154,14 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
         if by_value:
             limit = max(engine.most_values, demand.most_values)
             answer = yield _sql.count_values(engine.dialect, query, cases.is_weighted, limit)
+            if len(answer["n"]) > limit:
+                raise _too_many(name, summary, demand)
         else:
             answer = yield _sql.count(engine.dialect, query, cases.is_weighted)
-        _check_size(name, summary, wanted, len(answer["n"]), demand)
         summary, ids = _refine(name, summary, wanted, answer, by_value)
+        collected = np.count_nonzero(summary.weights)
+        if collected > demand.most_values and _needs_all_values(summary, demand):
+            raise _too_many(name, summary, demand)
         middles = np.full(len(ids), -math.inf)
 
 
@@ -165,16 +169,14 @@ def _needs_all_values(summary: Summary, demand: Demand) -> bool:
     return demand.bins == 0 or summary.distinct_at_least <= demand.all_values_up_to
 
 
-def _check_size(name: str, summary: Summary, wanted: Array, answered: int, demand: Demand) -> None:
-    """Refuse to collect what would not fit."""
-    collected = answered + np.count_nonzero(summary.weights[~wanted])
-    if demand.bins == 0 and collected > demand.most_values:
-        raise InputError(
-            f"{name!r} has more than {demand.most_values:,} different values by class in its "
-            f"{int(summary.rows.sum()):,} rows, and all of them would be collected: set "
-            "prebin_above=1000, so that only the borders of pre-bins are, or most_values= to "
-            "more, some 100 bytes each"
-        )
+def _too_many(name: str, summary: Summary, demand: Demand) -> InputError:
+    """Make the error for more values than may be collected."""
+    return InputError(
+        f"{name!r} has more than {demand.most_values:,} different values by class in its "
+        f"{int(summary.rows.sum()):,} rows, and all of them would be collected: set "
+        "prebin_above=1000, so that only the borders of pre-bins are, or most_values= to "
+        "more, some 100 bytes each"
+    )
 
 
 def changed(name: str) -> RunError:

@@ -2,8 +2,9 @@
 
 from __future__ import annotations
 
+import contextlib
 import re
-from collections.abc import Sequence
+from collections.abc import Iterator, Mapping, Sequence
 from typing import Any
 
 import numpy as np
@@ -29,6 +30,7 @@ _NUMBERS = {
     1114: ("timestamp", "(EXTRACT(EPOCH FROM {}) * 1000000)"),
     1184: ("timestamp with time zone", "(EXTRACT(EPOCH FROM {}) * 1000000)"),
 }
+_NAME = r'(\w+|"([^"]|"")+")'
 _TEXTS = {19: "name", 25: "text", 1042: "character", 1043: "character varying"}
 
 
@@ -54,9 +56,16 @@ class PostgresTable:
     ----------
     connection
         Of the DB-API, such as that of psycopg. In a transaction of ``REPEATABLE READ`` all rounds
-        see the same rows; elsewhere rows that change are noticed, and the run ends.
+        see the same rows; elsewhere rows that change are noticed, and the run ends. Without
+        autocommit a transaction stays open afterwards, as after any query; what fails is undone to
+        a savepoint, so it goes on.
     query
-        The name of a table, or a SELECT.
+        The name of a table, or a SELECT. What `Bins.apply` makes has such a `query`, too.
+
+    Attributes
+    ----------
+    query : str
+        A SELECT for the rows.
 
     Examples
     --------
@@ -71,12 +80,29 @@ class PostgresTable:
     ignores_case = False
 
     def __init__(self, connection: Any, query: str) -> None:
-        is_name = re.fullmatch(r'\s*(\w+|"[^"]+")(\.(\w+|"[^"]+"))*\s*', query)
+        is_name = re.fullmatch(rf"\s*{_NAME}(\s*\.\s*{_NAME})*\s*", query)
         self._connection = connection
         self.query = f"SELECT * FROM {query}" if is_name else query.rstrip().rstrip(";")
-        with connection.cursor() as cursor:
-            cursor.execute(f"SELECT * FROM ({self.query}) AS q LIMIT 0")
+        with self._lend_cursor() as cursor:
+            cursor.execute(f"SELECT * FROM ({self.query}\n) AS q LIMIT 0")
             self.columns = [_describe(str(one[0]), one[1]) for one in cursor.description]
+
+    @contextlib.contextmanager
+    def _lend_cursor(self) -> Iterator[Any]:
+        """Lend a cursor. When its query fails, the transaction is what it was before."""
+        with contextlib.closing(self._connection.cursor()) as cursor:
+            if getattr(self._connection, "autocommit", False):
+                yield cursor
+                return
+            cursor.execute("SAVEPOINT mcbinning")
+            try:
+                yield cursor
+            except BaseException:
+                with contextlib.suppress(Exception):  # what went wrong first is what matters
+                    cursor.execute("ROLLBACK TO SAVEPOINT mcbinning")
+                    cursor.execute("RELEASE SAVEPOINT mcbinning")
+                raise
+            cursor.execute("RELEASE SAVEPOINT mcbinning")
 
     def ask(self, queries: Sequence[str]) -> list[Answer]:
         """Run queries one after the other."""
@@ -88,10 +114,13 @@ class PostgresTable:
         return run_with(cancel, lambda: self._run(query))
 
     def _run(self, query: str) -> Answer:
-        with self._connection.cursor() as cursor:
-            cursor.execute(self.derive(query).query)
-            names = [one[0] for one in cursor.description]
-            rows = cursor.fetchall()
+        with self._lend_cursor() as cursor:
+            cursor.execute(self._with_rows(query))
+            names = [str(one[0]) for one in cursor.description]
+            rows = [
+                tuple(row.values()) if isinstance(row, Mapping) else row
+                for row in cursor.fetchall()
+            ]
         columns = zip(*rows, strict=True) if rows else [()] * len(names)
         return {name: np.array(column) for name, column in zip(names, columns, strict=True)}
 
@@ -101,7 +130,13 @@ class PostgresTable:
 
     def derive(self, query: str) -> PostgresTable:
         """Make the table of a query; nothing is run but for its columns."""
-        return PostgresTable(self._connection, f"WITH {_sql.ROWS} AS ({self.query}) {query}")
+        return PostgresTable(self._connection, self._with_rows(query))
+
+    def _with_rows(self, query: str) -> str:
+        return f"WITH {_sql.ROWS} AS ({self.query}\n) {query}"
+
+    def __repr__(self) -> str:
+        return f"<PostgresTable of {len(self.columns)} columns: {self.query}>"
 
     def wrap(self, table: PostgresTable) -> PostgresTable:
         """Make an engine of a table that was derived."""

@@ -9,7 +9,7 @@ from typing import Any
 import numpy as np
 
 from .. import _core
-from .._errors import InputError, WeightError, make_error
+from .._errors import WeightError, make_error
 from . import _plan, _sql
 from ._sql import Array, Cases, Column, Engine, MissingValues
 
@@ -56,11 +56,10 @@ def weigh(
         value = _sql.value_of(engine.dialect, column, missing)
         rounded = _sql.round_weight(f"({value})", truncates)
         kept = f"{rounded} > 0"
-    [answer] = engine.ask([_sql.query_weights(value, _sql.round_weight("x", truncates))])
+    rounded_x = _sql.round_weight("x", truncates)
+    [answer] = engine.ask([_sql.query_weights(value, rounded_x, 2.0 * _plan.LARGEST_WEIGHT)])
     found = {name: float(numbers[0]) for name, numbers in answer.items()}
     records = int(found["rows_all"])
-    if records == 0:
-        raise InputError("the table has no rows")
     name = "" if column is None else column.name
     for weight in found["lowest"], found["highest"]:
         if weight < 0 or np.isinf(weight):
@@ -74,13 +73,13 @@ def weigh(
         "zero_weight": int(found["rows_zero"]),
         "weight_rounded_to_zero": int(found["rows_rounded"]),
     }
-    if sum(dropped.values()) == records:
+    if 0 < records == sum(dropped.values()):
         counts = "{} missing, {} zero, {} rounded to zero".format(*dropped.values())
         raise make_error("no-records", "", name, "", f"no record has a usable weight: {counts}")
     if found["total"] > _plan.LARGEST_WEIGHT:
         raise WeightError(
-            f"the weights sum up to {found['total']:g}; what an engine counts is exact up to 2^51, "
-            "so divide them, for example by 1000"
+            f"the weights in column {name!r} sum up to more than 2^51, and the largest is "
+            f"{found['highest']:g}; what an engine counts is exact up to there, so divide them"
         )
     return Weights(
         rounded, kept, records, dropped, found["total"], found["highest"], column is not None

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import contextlib
 import re
+import sys
 import uuid
 from collections.abc import Sequence
 from typing import Any
@@ -46,7 +47,7 @@ class SparkTable:
     dialect = DIALECT
     most_ranges = 8_192  # every task sends so many to others
     most_values = 65_536
-    side_by_side = 4
+    side_by_side = sys.maxsize  # in one job, and four where all values are collected
 
     def __init__(self, frame: Any) -> None:
         self._frame = frame

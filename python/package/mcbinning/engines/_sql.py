@@ -82,7 +82,7 @@ class Engine(Protocol):
     most_ranges, most_values : int
         How much it should answer at a time: ranges, or values where few rows are left.
     side_by_side : int
-        How many attributes are asked about at a time.
+        How many attributes are asked about at a time, whose answers are held together.
     ignores_case : bool
         Whether names of columns that differ in case alone are the same to it.
     """
@@ -174,7 +174,7 @@ def round_weight(value: str, truncates: bool) -> str:
     return f"FLOOR({value})" if truncates else f"FLOOR({value} + 0.5e0)"
 
 
-def query_weights(value: str, rounded: str) -> str:
+def query_weights(value: str, rounded: str, most: float) -> str:
     """Ask for the number of rows, of those that their weight drops, and for the extremes.
 
     Parameters
@@ -183,13 +183,16 @@ def query_weights(value: str, rounded: str) -> str:
         The weight; NULL where it is missing.
     rounded
         The whole number that a weight called x becomes.
+    most
+        What a weight counts as in the total at most, so that this cannot overflow.
     """
+    part = f"CASE WHEN {rounded} > 0 THEN LEAST({rounded}, {approximate(most)}) END"
     return (
         "SELECT COUNT(*) AS rows_all, COUNT(CASE WHEN x IS NULL THEN 1 END) AS rows_missing, "
         "COUNT(CASE WHEN x = 0 THEN 1 END) AS rows_zero, "
         f"COUNT(CASE WHEN x > 0 AND {rounded} <= 0 THEN 1 END) AS rows_rounded, "
         "COALESCE(MIN(x), 0) AS lowest, COALESCE(MAX(x), 0) AS highest, "
-        f"COALESCE(SUM(CASE WHEN {rounded} > 0 THEN {rounded} END), 0) AS total "
+        f"COALESCE(SUM({part}), 0) AS total "
         f"FROM (SELECT {value} AS x FROM {ROWS}) AS q"
     )
 
