@@ -182,7 +182,7 @@ def test_postgresql_through_any_connection_whose_transaction_goes_on(make_table,
         assert mb.fit(PostgresTable(connection, name), "y", attributes=["a"]) == expected, name
     plain = PostgresTable(PlainConnection(connection), "rows")
     assert mb.fit(plain, "y", attributes=["a"]) == expected
-    assert "rows" in repr(plain)
+    assert repr(plain) == "<PostgresTable: a, b, g, y, w>"
     monkeypatch.setattr(connection, "row_factory", sys.modules["psycopg"].rows.dict_row)
     assert mb.fit(rows, "y", attributes=["a"]) == expected
 
@@ -287,6 +287,28 @@ def test_values_next_to_zero_and_near_the_largest_share_a_range(
     assert mb.fit_equal_frequency(rows, 7, attributes=["a"], distinct=True) == (
         mb.fit_equal_frequency(table, 7, attributes=["a"])
     )
+
+
+def test_numbers_of_any_size_are_the_nearest_doubles(make_table):
+    rows = make_table({"a": np.arange(6.0)})
+    texts = [
+        "1e-400",
+        "-1e-400",
+        "2.4703282292062328e-324",
+        "1.7976931348623158e308",
+        "-4.5",
+        "NaN",
+    ]
+    values = " ".join(f"WHEN {i} THEN numeric '{text}'" for i, text in enumerate(texts))
+    if isinstance(rows, PostgresTable):
+        connection = rows._connection
+        rows = PostgresTable(connection, f"SELECT CASE a {values} END AS a FROM rows")
+        expected = {"a": np.array([0, 0, 5e-324, float(texts[3]), -4.5, np.nan])}
+        assert mb.fit_equal_frequency(rows, 3) == mb.fit_equal_frequency(expected, 3)
+        for infinite in "1.79769313486231581e308", "-1e400":
+            rows = PostgresTable(connection, f"SELECT numeric '{infinite}' AS a FROM rows")
+            with pytest.raises(mb.InputError, match="infinite number"):
+                mb.fit_equal_frequency(rows, 3)
 
 
 @pytest.mark.parametrize("kind", ["DATE", "TIMESTAMP", "TIMESTAMP WITH TIME ZONE"])

@@ -16,6 +16,13 @@ from ._sql import Answer, Column, Dialect
 # Days from 1970 on; what is infinite cannot be subtracted from.
 _DAYS = "CASE WHEN isfinite({0}) THEN {0} - DATE '1970-01-01' ELSE EXTRACT(EPOCH FROM {0}) END"
 
+# What is beyond the doubles cannot be cast to one.
+_NUMERIC = (
+    "CASE WHEN {0} = 'NaN' THEN {0} WHEN ABS({0}) < 2.4703282292062328e-324 THEN 0 "
+    "WHEN {0} >= 1.797693134862315808e308 THEN numeric 'Infinity' "
+    "WHEN {0} <= -1.797693134862315808e308 THEN numeric '-Infinity' ELSE {0} END"
+)
+
 # The types of PostgreSQL by their number, which never changes, and their values as numbers.
 _NUMBERS = {
     16: ("boolean", "CAST({} AS integer)"),
@@ -24,7 +31,7 @@ _NUMBERS = {
     23: ("integer", "{}"),
     700: ("real", "{}"),
     701: ("double precision", "{}"),
-    1700: ("numeric", "{}"),
+    1700: ("numeric", _NUMERIC),
     1082: ("date", _DAYS),
     1083: ("time", "(EXTRACT(EPOCH FROM {}) * 1000000)"),
     1114: ("timestamp", "(EXTRACT(EPOCH FROM {}) * 1000000)"),
@@ -136,7 +143,7 @@ class PostgresTable:
         return f"WITH {_sql.ROWS} AS ({self.query}\n) {query}"
 
     def __repr__(self) -> str:
-        return f"<PostgresTable of {len(self.columns)} columns: {self.query}>"
+        return f"<PostgresTable: {', '.join(column.name for column in self.columns)}>"
 
     def wrap(self, table: PostgresTable) -> PostgresTable:
         """Make an engine of a table that was derived."""
