@@ -69,7 +69,7 @@ void AddInputOptions(CLI::App& command, RawOptions& raw) {
   const OptionGroup group(command, "Input");
   command
       .add_option("FILE", raw.run.inputs,
-                  "CSV files with a header row, the same in all, read as one; '-' or none: stdin")
+                  "CSV files with one and the same header row; '-' or none: stdin")
       ->type_name("");
   AddMissingTexts(command, raw.missingTexts, "NA");
   AddList(command, "--missing", raw.missing, "NAME=VALUES",

@@ -57,7 +57,7 @@ class SparkTable:
 
     @property
     def ignores_case(self) -> bool:
-        """Whether the session does, which it does unless told otherwise."""
+        """Whether names that differ in case alone are one, as they are by default."""
         told = self._frame.sparkSession.conf.get("spark.sql.caseSensitive", "false")
         return str(told).lower() != "true"
 
