@@ -16,7 +16,7 @@ import pytest
 import mcbinning as mb
 from conftest import EXAMPLES
 from enginetables import as_arrow, compare, in_memory
-from mcbinning.engines import DuckDbTable, PostgresTable, SparkTable, _duckdb
+from mcbinning.engines import DuckDbTable, PostgresTable, SparkTable, _duckdb, _spark
 
 TABLES = int(os.environ.get("MCBINNING_TABLES", "30"))
 SHARES = {"duckdb": 1, "postgresql": 1, "spark": 10}  # what a table takes
@@ -217,7 +217,6 @@ def test_every_type_is_read_as_in_memory(make_table):
             "moment": "make_timestamp(whole // 10000)",
             "time": "CAST(make_timestamp(whole // 10000) AS TIME)",
             "real": "CAST(whole AS FLOAT)",
-            "huge": "CAST(whole AS HUGEINT) * 1000",
         }
         rows = make_table(table).project(
             "*, " + ", ".join(f"CAST({text} AS {kind}) AS {name}" for name, text, kind in [
@@ -321,6 +320,57 @@ def test_infinite_times_are_refused(make_table, kind, text):
     rows = select(rows, {"duckdb": what, "postgresql": what})
     with pytest.raises(mb.InputError, match="infinite number in column 't'"):
         mb.fit_equal_frequency(rows, 2)
+
+
+def test_spark_queries_mean_the_same_in_every_session():
+    written = [
+        ("SELECT v FROM mcbinning_rows AS q", "SELECT v FROM {rows} AS q"),
+        ("'it is FROM mcbinning_rows'", "'it is FROM mcbinning_rows'"),
+        ("`mcbinning_rows` FROM `mcbinning_rows` AS t", "`mcbinning_rows` FROM {rows} AS t"),
+        (r"'a\'b', 'c\\d'", "CAST(X'612762' AS STRING), CAST(X'635c64' AS STRING)"),
+        ("'${env:HOME}'", "CAST(X'247b656e763a484f4d457d' AS STRING)"),
+        (r"'\u0001\\u0041'", "CAST(X'015c7530303431' AS STRING)"),
+        ("'{x}' `{y}``'z`", "'{{x}}' `{{y}}``'z`"),
+        ("`${x}` 'y'", "`\ue024{{x}}` 'y'"),
+    ]
+    assert [_spark.write_query(query) for query, _ in written] == [text for _, text in written]
+
+
+ODD = ["mcbinning_rows", "c\\d", "it's", "${env:HOME}", "{rows}\n\x01", "`FROM mcbinning_rows"]
+
+
+def test_odd_texts_and_names(make_table):
+    n = 240
+    numbers = np.random.default_rng(3).normal(size=n)
+    table = {name: numbers + i for i, name in enumerate(ODD)}
+    table["y ${y}"] = [ODD[(i // 7) % 6] for i in range(n)]
+    table["g'\\$"] = [ODD[(i // 11) % 5] for i in range(n)]
+    table["a"] = np.arange(n)
+    expected = mb.fit(in_memory(table), "y ${y}", attributes=[*ODD, "g'\\$"])
+    rows = make_table(table)
+    session = getattr(rows, "sparkSession", None)
+    for escaped in ("true", "false") if session else ("",):
+        if session:
+            session.conf.set("spark.sql.parser.escapedStringLiterals", escaped)
+        assert mb.fit(rows, "y ${y}", attributes=[*ODD, "g'\\$"]) == expected
+        found = columns_of(expected.apply(rows, attributes=["g'\\$", "${env:HOME}"]))
+        theirs = expected.apply(in_memory(table))
+        for name in "g'\\$_bin", "${env:HOME}_bin":
+            ours = dict(zip(found["a"], found[name]))
+            assert [ours[i] for i in range(n)] == theirs[name].tolist()
+
+
+def test_names_that_the_engine_would_cut_off_are_refused(make_table):
+    name = "a" * 61 + "\N{LATIN SMALL LETTER A WITH ACUTE}"
+    table = {name: np.arange(30.0), name[:59]: np.arange(30.0)}
+    bins, rows = mb.from_cut_points({column: [7.0] for column in table}), make_table(table)
+    applied = bins.apply(rows, attributes=[name[:59]])
+    assert sum(columns_of(applied)[name[:59] + "_bin"]) == 22
+    if isinstance(rows, PostgresTable):
+        with pytest.raises(mb.InputError, match="more than the 63 bytes"):
+            bins.apply(rows)
+    else:
+        assert sum(columns_of(bins.apply(rows))[name + "_bin"]) == 22
 
 
 def test_names_that_the_engine_takes_for_one_are_refused():

@@ -42,6 +42,11 @@ def apply_on(
         check_name(engine, name)
     taken = {same_name(engine, name) for name in names}
     for name in added:
+        if len(name.encode()) > engine.longest_name:
+            raise InputError(
+                f"{name!r} has more than the {engine.longest_name} bytes that the engine keeps of "
+                "a column's name; rename the column that is binned"
+            )
         if same_name(engine, name) in taken:
             raise InputError(f"there is a column {name!r} already; choose another suffix=")
     quote = engine.dialect.column

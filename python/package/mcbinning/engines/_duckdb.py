@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import re
+import sys
 from collections.abc import Sequence
 from typing import Any
 
@@ -66,6 +67,7 @@ class DuckDbTable:
     most_values = 1_048_576
     side_by_side = 1
     ignores_case = True
+    longest_name = sys.maxsize
 
     def __init__(self, relation: Any, connection: Any = None) -> None:
         self._relation = relation

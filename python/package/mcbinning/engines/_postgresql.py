@@ -85,6 +85,7 @@ class PostgresTable:
     most_values = 524_288
     side_by_side = 1
     ignores_case = False
+    longest_name = 63
 
     def __init__(self, connection: Any, query: str) -> None:
         is_name = re.fullmatch(rf"\s*{_NAME}(\s*\.\s*{_NAME})*\s*", query)

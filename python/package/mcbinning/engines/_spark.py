@@ -26,8 +26,43 @@ _TIMES = {
 }
 
 
+# A text, the rows, the name of a column, a brace.
+_WORDS = re.compile(
+    rf"'(?:[^'\\]|\\.)*'|(?<=FROM )(?P<rows>`?{_sql.ROWS}\b`?)|`(?:[^`]|``)*`|[{{}}]", re.DOTALL
+)
+
+# Stands for the dollar in names: `${...}` in a query is replaced even within quotes.
+_DOLLAR = "\ue024"
+
+
 def _quote_text(text: str) -> str:
     return "'" + text.replace("\\", "\\\\").replace("'", "\\'") + "'"
+
+
+def write_query(query: str) -> str:
+    """Write a query as a template in which only `{rows}` stands for something else.
+
+    What a session reads in its own way, such as backslashes, is written as bytes.
+    """
+
+    def write(word: re.Match[str]) -> str:
+        if word["rows"]:
+            return "{rows}"
+        text = _as_bytes(word[0]) if word[0][0] == "'" else word[0].replace("$", _DOLLAR)
+        return text.replace("{", "{{").replace("}", "}}")
+
+    return _WORDS.sub(write, query)
+
+
+def _as_bytes(quoted: str) -> str:
+    if not re.search(r"[\\$]", quoted):
+        return quoted
+    text = re.sub(r"\\u([0-9A-F]{4})|\\(.)", _unescape, quoted[1:-1], flags=re.DOTALL)
+    return f"CAST(X'{text.encode().hex()}' AS STRING)"
+
+
+def _unescape(found: re.Match[str]) -> str:
+    return chr(int(found[1], 16)) if found[1] else found[2]
 
 
 DIALECT = Dialect(
@@ -48,6 +83,7 @@ class SparkTable:
     most_ranges = 8_192  # every task sends so many to others
     most_values = 65_536
     side_by_side = sys.maxsize  # in one job, and four where all values are collected
+    longest_name = sys.maxsize
 
     def __init__(self, frame: Any) -> None:
         self._frame = frame
@@ -80,13 +116,18 @@ class SparkTable:
 
     def derive(self, query: str) -> Any:
         """Make the data frame of a query."""
-        braced = query.replace("{", "{{").replace("}", "}}")
-        named = re.sub(rf"`?\b{_sql.ROWS}\b`?", "{rows}", braced)
-        return self._frame.sparkSession.sql(named, rows=self._frame)
+        rows = _rename(self._frame, "$", _DOLLAR)
+        return _rename(rows.sparkSession.sql(write_query(query), rows=rows), _DOLLAR, "$")
 
     def wrap(self, table: Any) -> SparkTable:
         """Make an engine of a table that was derived."""
         return SparkTable(table)
+
+
+def _rename(frame: Any, old: str, new: str) -> Any:
+    if not any(old in name for name in frame.columns):
+        return frame
+    return frame.toDF(*(name.replace(old, new) for name in frame.columns))
 
 
 def _collect(session: Any, frame: Any) -> Answer:

@@ -85,6 +85,8 @@ class Engine(Protocol):
         How many attributes are asked about at a time, whose answers are held together.
     ignores_case : bool
         Whether names of columns that differ in case alone are the same to it.
+    longest_name : int
+        How many bytes the name of a column may have before the rest is cut off.
     """
 
     dialect: Dialect
@@ -92,6 +94,7 @@ class Engine(Protocol):
     most_ranges: int
     most_values: int
     side_by_side: int
+    longest_name: int
 
     @property
     def ignores_case(self) -> bool: ...
