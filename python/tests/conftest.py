@@ -7,6 +7,14 @@ import subprocess
 from pathlib import Path
 
 import pytest
+from hypothesis import HealthCheck, settings
+
+settings.register_profile(
+    "any speed",
+    deadline=None,
+    suppress_health_check=[HealthCheck.too_slow, HealthCheck.function_scoped_fixture],
+)
+settings.load_profile("any speed")
 
 EXAMPLES = Path(__file__).parents[2] / "examples"
 

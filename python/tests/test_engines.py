@@ -4,7 +4,6 @@ import json
 import os
 import signal
 import sys
-import threading
 import warnings
 import weakref
 
@@ -535,9 +534,12 @@ def rare_events():
 def test_ctrl_c_stops_the_engine(monkeypatch):
     connection = duckdb.connect()
     rows = connection.sql("select random() as a, random() < 0.5 as y from range(1000000000000)")
-    alarm = threading.Timer(0.2, lambda: os.kill(os.getpid(), signal.SIGINT))
-    ask = _duckdb.DuckDbTable._ask
-    monkeypatch.setattr(_duckdb.DuckDbTable, "_ask", lambda self, q: alarm.start() or ask(self, q))
+    run_with = _duckdb.run_with
+
+    def press(cancel, run):
+        return run_with(cancel, lambda: os.kill(os.getpid(), signal.SIGINT) or run())
+
+    monkeypatch.setattr(_duckdb, "run_with", press)
     with pytest.raises(KeyboardInterrupt):
         mb.fit(rows, "y")
     assert connection.sql("select 1").fetchall() == [(1,)]

@@ -36,7 +36,10 @@ def test_notebook_shows_tables_pages_and_charts(path):
     pytest.importorskip("ipykernel")
     book = nbformat.read(path, as_version=4)
     nbclient.NotebookClient(
-        book, timeout=600, resources={"metadata": {"path": str(path.parent)}}
+        book,
+        timeout=600,
+        startup_timeout=600,
+        resources={"metadata": {"path": str(path.parent)}},
     ).execute()
     outputs = [output for cell in book.cells for output in cell.get("outputs", ())]
     assert [output["text"] for output in outputs if output.output_type == "stream"] == []

@@ -2,8 +2,9 @@
 
 from __future__ import annotations
 
+import threading
 from collections.abc import Callable
-from concurrent.futures import ThreadPoolExecutor
+from concurrent.futures import Future, wait
 from typing import TypeVar
 
 Answer = TypeVar("Answer")
@@ -26,10 +27,23 @@ def run_with(cancel: Callable[[], object] | None, run: Callable[[], Answer]) -> 
     """
     if cancel is None:
         return run()
-    with ThreadPoolExecutor(1) as pool:
-        running = pool.submit(run)
+    answer: Future[Answer] = Future()
+
+    def work() -> None:
         try:
-            return running.result()
-        except KeyboardInterrupt:
-            cancel()
-            raise
+            answer.set_result(run())
+        except BaseException as error:
+            answer.set_exception(error)
+
+    thread = threading.Thread(target=work)
+    try:
+        thread.start()
+        return answer.result()
+    except KeyboardInterrupt:
+        while thread.is_alive() and not answer.done():
+            cancel()  # again where the engine was about to begin and did not hear
+            wait([answer], timeout=0.05)
+        raise
+    finally:
+        if thread.is_alive():
+            thread.join()
