@@ -44,7 +44,8 @@ MissingDefinition MissingRequest::ForTimes() const {
     if (!time) {
       throw MCBinModel::Refusal(
           RefusalCode::kInput, {"", column, value},
-          fmt::format("the missing value {} of the column {}, which holds dates, is none",
+          fmt::format("the missing value {} of the column {}, which holds dates, is none; the "
+                      "ends of an interval are days alone",
                       MCBinModel::QuotedText(value), MCBinModel::QuotedText(column)));
     }
     missing.numbers.push_back(*time);

@@ -195,9 +195,10 @@ class Builder {
       if (fNotNumericCount == kMostNamed + 1) fNotNumeric += " and more";
       return;
     }
-    fNotNumeric += fmt::format("{}{} ({}: {}{})", fNotNumeric.empty() ? "" : ", ",
+    fNotNumeric += fmt::format("{}{} ({}: {}{}{})", fNotNumeric.empty() ? "" : ", ",
                                MCBinModel::QuotedText(request.name), LineOf(text),
-                               MCBinModel::ElideText(text.text, 20), IdentifierFact(scan));
+                               MCBinModel::ElideText(text.text, 20), areTimes ? " is no date" : "",
+                               IdentifierFact(scan));
   }
 
   void CheckFinite(const ColumnRequest& request, const ColumnScan& scan) const {

@@ -204,24 +204,41 @@ def _category_bins(values, bins, missing):
 )";
 
 // Of a module with columns of times. A second and the part of it are each exact, and so is their
-// sum but for one rounding.
+// sum but for one rounding; datetime.fromisoformat() would take other texts, and cut decimals.
 constexpr const char* kTimeHelpers = R"(
 
-def _time(value):
+_TIME = re.compile(r"[ \t]*(\d{4}-\d\d-\d\d)(?:[T ](\d\d:\d\d)(:\d\d)?(?:(?<=:\d\d:\d\d)[.,](\d+))?"
+                   r"(?:Z|([+-]\d\d)(?::?(\d\d))?)?)?[ \t]*", re.ASCII)
+
+
+def _text_seconds(text):
+    found = _TIME.fullmatch(text)
+    if not found:
+        raise ValueError(f"{text!r} is no date")
+    day, minute, second, decimals, hours, minutes = found.groups("")
+    time = datetime.datetime.fromisoformat(f"{day} {minute or '00:00'}{second or ':00'}")
+    wholes = (time - datetime.datetime(1970, 1, 1)) // datetime.timedelta(seconds=1)
+    if hours:
+        ahead = datetime.time(int(hours[1:]), int(minutes or 0))
+        wholes -= int(hours[0] + "1") * (ahead.hour * 3600 + ahead.minute * 60)
+    return float(wholes + fractions.Fraction(int(decimals or 0), 10 ** len(decimals)))
+
+
+def _seconds(value):
     if _is_missing(value):
-        return None
+        return np.nan
     if isinstance(value, str):
-        value = datetime.datetime.fromisoformat(value.strip().replace("Z", "+00:00"))
+        return _text_seconds(value)
     if isinstance(value, datetime.datetime) and value.tzinfo is not None:
         value = value.astimezone(datetime.timezone.utc).replace(tzinfo=None)
-    return np.datetime64(value, "us")
+    return _times(np.array([value], "datetime64[us]"))[0]
 
 
 def _times(values):
     """Dates and times, also as ISO 8601 texts, as seconds since 1970 (UTC); NaN where there is none."""
     array = _array(values)
     if array.dtype.kind != "M":
-        array = np.array([_time(value) for value in array], "datetime64[us]")
+        return np.array([_seconds(value) for value in array], np.float64)
     wholes = array.astype("datetime64[s]")
     parts = (array - wholes) / np.timedelta64(1, "s")
     return np.where(np.isnat(array), np.nan, wholes.astype(np.int64) + parts)
@@ -234,7 +251,8 @@ std::string ExportPython(const BinModel& bins, const std::vector<std::size_t>& r
   const ExportModel model = MakeExportModel(bins, results, options);
   const bool hasTimes = std::any_of(model.columns.begin(), model.columns.end(),
                                     [](const auto& column) { return column.attribute->isTime; });
-  std::string module = fmt::format(kHead, hasTimes ? "import datetime\n\n" : "");
+  std::string module =
+      fmt::format(kHead, hasTimes ? "import datetime\nimport fractions\nimport re\n\n" : "");
   for (const ExportColumn& column : model.columns) {
     const bool categorical = column.attribute->IsCategorical();
     module += fmt::format("        {}: np.array({}, dtype={})[\n            {}],\n",

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <iterator>
 #include <numeric>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -21,6 +22,7 @@
 #include "cli/terminal/usageerror.h"
 #include "io/inputstream.h"
 #include "io/outputfile.h"
+#include "io/pathtext.h"
 
 namespace MCBin {
 
@@ -47,6 +49,21 @@ void CheckIsNotInput(const CommandOutput& output, const std::vector<CommandInput
             ? fmt::format("standard output: this is {}, which would be overwritten", input.what)
             : fmt::format("{} {}: this is {}, which would be overwritten", output.option,
                           MCBinModel::QuotedText(*output.path), input.what));
+  }
+}
+
+void CheckStandardInput(const std::vector<CommandInput>& inputs) {
+  const CommandInput* first = nullptr;
+  for (const CommandInput& input : inputs) {
+    if (input.path != "-") continue;
+    if (first == nullptr) {
+      first = &input;
+    } else if (first->what == input.what) {
+      throw UsageError(fmt::format("{} can come from standard input once only", input.what));
+    } else {
+      throw UsageError(
+          fmt::format("{} and {} cannot both come from standard input", first->what, input.what));
+    }
   }
 }
 
@@ -99,12 +116,7 @@ std::vector<std::size_t> ChooseResultsAloud(const MCBinModel::BinModel& model,
 
 void CheckFiles(const std::vector<CommandInput>& inputs,
                 const std::vector<CommandOutput>& outputs) {
-  const auto fromStandardInput = std::count_if(inputs.begin(), inputs.end(),
-                                               [](const auto& input) { return input.path == "-"; });
-  if (fromStandardInput > 1) {
-    throw UsageError(fmt::format("{} and {} cannot both come from standard input", inputs[0].what,
-                                 inputs[1].what));
-  }
+  CheckStandardInput(inputs);
   CheckIsNotInput({"", "-"}, inputs);
   for (auto output = outputs.begin(); output != outputs.end(); ++output) {
     if (!output->path) continue;
@@ -112,6 +124,16 @@ void CheckFiles(const std::vector<CommandInput>& inputs,
     for (auto other = outputs.begin(); other != output; ++other) {
       if (other->path) CheckAreTwoFiles(*other, *output);
     }
+  }
+}
+
+void PrintRepeatedFiles(const std::vector<std::string>& paths) {
+  std::set<Identity> known;
+  for (const std::string& path : paths) {
+    const std::optional<Identity> file = IdentityOf(path, STDIN_FILENO);
+    if (!file || known.insert(*file).second) continue;
+    PrintNote(fmt::format("{} has been named before; its records count once more",
+                          MCBinModel::QuotedText(PathText(path))));
   }
 }
 

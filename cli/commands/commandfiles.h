@@ -32,6 +32,9 @@ struct CommandOutput {
 // included, over an input. Throws UsageError.
 void CheckFiles(const std::vector<CommandInput>& inputs, const std::vector<CommandOutput>& outputs);
 
+// Says which of the files is one that comes before it, under the same name or another.
+void PrintRepeatedFiles(const std::vector<std::string>& paths);
+
 // Reads a bin file; "-" is standard input. The options come before what the file says. Throws
 // Refusal and Interrupt::Requested.
 MCBinModel::BinModel LoadBinFile(const std::string& path, const EvidenceOptions& evidence = {});

@@ -148,6 +148,7 @@ void CheckBeforeReading(const RunOptions& options) {
   std::vector<CommandInput> inputs;
   for (const std::string& path : options.inputs) inputs.push_back({"the input", path});
   CheckModelOutput(inputs, options);
+  if (!options.quiet) PrintRepeatedFiles(options.inputs);
   if (options.inputs.front() == "-" && isatty(STDIN_FILENO) == 1 && !options.quiet) {
     PrintNote("reading CSV text from the terminal; end it with Ctrl-D");
   }

@@ -48,8 +48,8 @@ void AddCutPoints(const char* flag, const std::string& value,
     if (!time && number.kind != MCBinModel::NumberKind::kNumber) {
       const bool mayBeName = item.find('=') != std::string::npos;
       throw UsageError(
-          fmt::format("{} {}: {} is no number{}", flag, MCBinModel::QuotedText(name),
-                      MCBinModel::QuotedText(item),
+          fmt::format("{} {}: {} is neither a number nor a date{}", flag,
+                      MCBinModel::QuotedText(name), MCBinModel::QuotedText(item),
                       mayBeName ? "; write a name with '=' in it in double quotes" : ""));
     }
     cuts.push_back(time.value_or(number.value));

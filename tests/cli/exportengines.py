@@ -353,6 +353,10 @@ class Python(Engine):
             found = assign_bins({name: make(column) for name, column in zip(names, columns)})
             for wanted, new in zip(bins, found.values()):
                 self.numpy.testing.assert_array_equal(new, wanted)
+        late, = assign_bins({"when": ["1969-12-31T23:59:59.7500001"]}).values()
+        assert list(late) == [1], "decimals behind a microsecond count"
+        for text in ("20240131", "2024-02-30", "2024-01-31T24:00", "2024-01-31T12:30+01:60"):
+            self.numpy.testing.assert_raises(ValueError, assign_bins, {"when": [text]})
         return bins
 
 

@@ -264,6 +264,8 @@ TEST(Times, AreReadBinnedAndShownAsDates) {
     program.Write("wrong.csv", "when\n" + std::string(text) + "\n");
     has("apply b.json wrong.csv",
         "wrong.csv:2: '" + std::string(text) + "' in column 'when' is not a date");
+    program.Write("half.csv", "when,y\n2024-01-20,a\n" + std::string(text) + ",b\n");
+    has("supervised -t y half.csv", "'when' (line 3: " + std::string(text) + " is no date)");
     program.Write("stray.csv", Days() + text + ",a\n");
     has("supervised -t y stray.csv", "1 of 41 fields is no date: '" + std::string(text) +
                                          "'; read it as missing with --na '" + text + "'");
@@ -300,6 +302,7 @@ TEST(SeveralFiles, AreReadAsOne) {
       {"may.csv june.csv text.csv --attributes a", "text.csv:3: 'q' in column 'a' is not a number"},
       {"june.csv may.csv text.csv --continuous a", "text.csv:3: 'q' in column 'a' is not a number"},
       {"june.csv text.csv", "not numeric: 'b' (june.csv:2: v)"},
+      {"may.csv june.csv ./may.csv", "'./may.csv' has been named before; its records count once"},
       {"may.csv june.csv --json may.csv", "--json 'may.csv': this is the input"}};
   for (const auto& [files, fault] : kFaults) {
     const auto outcome = program.Run(std::string("supervised -t y ") + files);

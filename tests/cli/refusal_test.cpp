@@ -144,7 +144,7 @@ const Refusal kOfUsage[] = {
     {"RatesWithoutTarget", "equal-frequency --monotonic peak in.csv", kGood, 2, "need a --target"},
     {"ClassTwice", kRun + "--classes x,x", kGood, 2, "--classes: 'x' is named twice"},
     {"NameWithEqualsSign", kRun + "--keep a=b=1", kGood, 2,
-     "'b=1' is no number; write a name with"},
+     "'b=1' is neither a number nor a date; write a name with"},
     {"NegativePrebin", kRun + "--prebin-above -1", kGood, 2,
      "--prebin-above: a whole number from 0"},
     {"NegativeJobs", kRun + "--jobs -1", kGood, 2, "--jobs: a whole number from 0"},
@@ -173,6 +173,7 @@ const Refusal kOfUsage[] = {
      "in.csv"},
 
     {"ApplyBothFromPipe", "apply -", "", 2, "cannot both come from standard input"},
+    {"StandardInputTwice", kRun + "- -", kGood, 2, "the input can come from standard input once"},
     {"ApplySuffixAndReplace", kApply + "--replace --suffix x", "", 2, "--suffix excludes"},
     {"ApplyUnknownForm", kApply + "--as number", "", 2, "--as"},
     {"EvaluateNoBinFile", "evaluate", "", 2, "BINS is required"},
