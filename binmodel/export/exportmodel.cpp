@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include "binmodel/model/bincodes.h"
@@ -12,6 +13,7 @@
 #include "binmodel/model/resultselection.h"
 #include "binmodel/model/usermissing.h"
 #include "binmodel/text/displaytext.h"
+#include "binmodel/text/isotime.h"
 #include "binmodel/text/number.h"
 #include "common/missing.h"
 
@@ -58,14 +60,18 @@ void AddNumber(std::vector<double>& numbers, const std::string& text) {
   AddNumber(numbers, value);
 }
 
-// Declared missing values, missing texts that are numbers, and the mark of a missing value.
+// Declared missing values, missing texts that are numbers or, of times, times, and the mark of a
+// missing number.
 std::vector<double> MissingNumbers(const VariableInfo& attribute, const BinSource& source) {
   std::vector<double> numbers;
   if (attribute.kind == VariableKind::kStringCategorical) return numbers;
   for (const double number : attribute.missing.numbers) AddNumber(numbers, number);
-  if (attribute.isTime) return numbers;
-  for (const std::string& text : source.missingTexts) AddNumber(numbers, text);
-  numbers.push_back(MCMV::Missing());
+  for (const std::string& text : source.missingTexts) {
+    const std::optional<double> time = attribute.isTime ? ParseTime(text) : std::nullopt;
+    if (time) AddNumber(numbers, *time);
+    if (!attribute.isTime) AddNumber(numbers, text);
+  }
+  if (!attribute.isTime) numbers.push_back(MCMV::Missing());
   return numbers;
 }
 
@@ -119,6 +125,13 @@ void CheckNames(const BinModel& model, const std::vector<ExportColumn>& columns)
 }
 
 }  // namespace
+
+std::string FormatExportTime(const VariableInfo& attribute, double seconds, bool up) {
+  auto time = FormatMicroseconds(seconds, up);
+  if (time) return std::move(*time);
+  throw Refusal(fmt::format("the column {} has the time {}, which is beyond the years 1 to 9999",
+                            QuotedText(attribute.name), FormatNumber(seconds)));
+}
 
 BinValue MissingValueOf(const ExportOptions& options) {
   if (!options.missingText) return {};

@@ -32,6 +32,10 @@ struct ExportModel {
   std::vector<ExportColumn> columns;
 };
 
+// A time in seconds since 1970 as in 2024-01-31 12:30:00.000001: of times between two microseconds
+// the earlier or, with `up`, the later. Throws Refusal for a time beyond the years 1 to 9999.
+std::string FormatExportTime(const VariableInfo& attribute, double seconds, bool up);
+
 // What the options say that missing values become, which a bin without a value gets, too; nothing
 // where they do not say it. Throws Refusal when `missingText` is not of the type of the new
 // columns.

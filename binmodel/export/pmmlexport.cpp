@@ -70,6 +70,10 @@ std::string XmlAttribute(const char* name, const BinValue& value) {
 std::string DataField(const ExportColumn& column) {
   const VariableInfo& attribute = *column.attribute;
   const bool isText = attribute.kind == VariableKind::kStringCategorical;
+  if (attribute.isTime) {
+    return fmt::format("    <DataField name=\"{}\" optype=\"continuous\" dataType=\"dateTime\"/>\n",
+                       PmmlText(attribute.name));
+  }
   std::vector<std::string> missing;
   if (isText) {
     for (const std::string& text : attribute.missing.texts) missing.push_back(PmmlText(text));
@@ -161,6 +165,84 @@ std::string BinOfNumber(const ExportModel& model, const ExportColumn& column) {
   return DiscretizeOutside(model, column, *interval);
 }
 
+// No Interval holds times, but functions compare them.
+class BinOfTime {
+ public:
+  BinOfTime(const ExportModel& model, const ExportColumn& column)
+      : fModel(model),
+        fColumn(column),
+        fField(fmt::format("<FieldRef field=\"{}\"/>", PmmlText(column.attribute->name))) {}
+
+  std::string Write() const {
+    const std::string missing = Constant(fColumn.missing);
+    std::string expression = Bins(0, fColumn.values.size());
+    for (const std::string& isMissing : MissingConditions()) {
+      expression = If(isMissing, missing, expression);
+    }
+    return "      " + If(Apply("isMissing", fField), missing, expression) + "\n";
+  }
+
+ private:
+  static std::string Apply(const char* function, const std::string& arguments) {
+    return fmt::format("<Apply function=\"{}\">{}</Apply>", function, arguments);
+  }
+
+  static std::string If(const std::string& condition, const std::string& yes,
+                        const std::string& no) {
+    return Apply("if", condition + yes + "\n      " + no);
+  }
+
+  std::string Constant(const BinValue& value) const {
+    if (std::holds_alternative<std::monostate>(value)) return "<Constant missing=\"true\"/>";
+    return fmt::format("<Constant dataType=\"{}\">{}</Constant>", PmmlTypeOf(fModel.form).dataType,
+                       XmlValue(value));
+  }
+
+  // Of the column with a time; `up` as in FormatExportTime().
+  std::string Compare(const char* function, double seconds, bool up) const {
+    std::string time = FormatExportTime(*fColumn.attribute, seconds, up);
+    std::replace(time.begin(), time.end(), ' ', 'T');
+    return Apply(function,
+                 fmt::format("{}<Constant dataType=\"dateTime\">{}</Constant>", fField, time));
+  }
+
+  // Far from 1970 several microseconds are one number.
+  std::vector<std::string> MissingConditions() const {
+    std::vector<std::string> conditions;
+    const auto addRange = [&](double low, double high) {
+      conditions.push_back(
+          Apply("and", Compare("greaterOrEqual", low, true) + Compare("lessOrEqual", high, false)));
+    };
+    for (const double number : fColumn.missingNumbers) addRange(number, number);
+    const auto& interval = fColumn.attribute->missing.interval;
+    if (!interval) return conditions;
+    if (interval->low == -DBL_MAX && interval->high == DBL_MAX) {
+      conditions.push_back(Apply("isNotMissing", fField));
+    } else if (interval->low == -DBL_MAX) {
+      conditions.push_back(Compare("lessOrEqual", interval->high, false));
+    } else if (interval->high == DBL_MAX) {
+      conditions.push_back(Compare("greaterOrEqual", interval->low, true));
+    } else {
+      addRange(interval->low, interval->high);
+    }
+    return conditions;
+  }
+
+  // Of the bins from `first` to before `last`: in halves, as evaluators go down into each choice.
+  std::string Bins(std::size_t first, std::size_t last) const {
+    if (last - first == 1) return Constant(fColumn.values[first]);
+    const std::size_t middle = first + (last - first) / 2;
+    const bool closed = fModel.rightClosed;
+    return If(
+        Compare(closed ? "lessOrEqual" : "lessThan", (*fColumn.cutPoints)[middle - 1], !closed),
+        Bins(first, middle), Bins(middle, last));
+  }
+
+  const ExportModel& fModel;
+  const ExportColumn& fColumn;
+  const std::string fField;
+};
+
 // A category that is not in the table counts as missing; one without a cell in it has no value.
 std::string MapValues(const ExportColumn& column) {
   const VariableInfo& attribute = *column.attribute;
@@ -182,13 +264,16 @@ std::string MapValues(const ExportColumn& column) {
   return expression + "        </InlineTable>\n      </MapValues>\n";
 }
 
+std::string ExpressionOf(const ExportModel& model, const ExportColumn& column) {
+  if (column.attribute->IsCategorical()) return MapValues(column);
+  return column.attribute->isTime ? BinOfTime(model, column).Write() : BinOfNumber(model, column);
+}
+
 std::string DerivedField(const ExportModel& model, const ExportColumn& column) {
-  const bool categorical = column.attribute->IsCategorical();
   const PmmlType type = PmmlTypeOf(model.form);
   return fmt::format(
       "    <DerivedField name=\"{}\" optype=\"{}\" dataType=\"{}\">\n{}    </DerivedField>\n",
-      PmmlText(column.name), type.opType, type.dataType,
-      categorical ? MapValues(column) : BinOfNumber(model, column));
+      PmmlText(column.name), type.opType, type.dataType, ExpressionOf(model, column));
 }
 
 }  // namespace
@@ -199,12 +284,6 @@ std::string ExportPmml(const BinModel& bins, const std::vector<std::size_t>& res
   std::string dataFields;
   std::string derivedFields;
   for (const ExportColumn& column : model.columns) {
-    if (column.attribute->isTime) {
-      throw Refusal(
-          fmt::format("the column {} holds dates, which are not exported to PMML; take "
-                      "SQL, Python or mcbin apply",
-                      QuotedText(column.attribute->name)));
-    }
     dataFields += DataField(column);
     derivedFields += DerivedField(model, column);
   }

@@ -9,10 +9,10 @@
 #include <limits>
 
 #include "binmodel/export/binexport.h"
+#include "binmodel/export/exportmodel.h"
 #include "binmodel/model/refusal.h"
 #include "binmodel/text/displaytext.h"
 #include "binmodel/text/escape.h"
-#include "binmodel/text/isotime.h"
 #include "binmodel/text/number.h"
 #include "binmodel/text/utf8.h"
 
@@ -263,20 +263,15 @@ std::string FormatSqlText(const SqlDialect& dialect, std::string_view text) {
   return dialect.quoteText(text);
 }
 
-std::string FormatSqlTime(const SqlDialect& dialect, double seconds, bool up,
-                          std::string_view column) {
+std::string FormatSqlTime(const SqlDialect& dialect, const VariableInfo& attribute, double seconds,
+                          bool up) {
   if (dialect.time == nullptr) {
     throw Refusal(
         fmt::format("the column {} holds dates, for which the SQL dialect {} has no type; take "
                     "another dialect, or mcbin apply",
-                    QuotedText(column), dialect.name));
+                    QuotedText(attribute.name), dialect.name));
   }
-  const auto time = FormatMicroseconds(seconds, up);
-  if (!time) {
-    throw Refusal(fmt::format("the column {} has the time {}, which is beyond the years 1 to 9999",
-                              QuotedText(column), FormatNumber(seconds)));
-  }
-  return fmt::format(fmt::runtime(dialect.time), *time);
+  return fmt::format(fmt::runtime(dialect.time), FormatExportTime(attribute, seconds, up));
 }
 
 std::string FormatSqlNumber(const SqlDialect& dialect, double value) {

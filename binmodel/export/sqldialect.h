@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "binmodel/model/variableinfo.h"
+
 namespace MCBinModel {
 
 // How one database writes what an exported query needs.
@@ -44,11 +46,9 @@ std::string QuoteIdentifier(const SqlDialect& dialect, std::string_view name);
 // UTF-8.
 std::string FormatSqlText(const SqlDialect& dialect, std::string_view text);
 
-// A time in seconds since 1970 as a literal: of times between two microseconds the earlier or, with
-// `up`, the later. Throws Refusal in a dialect that has no times, and for a time beyond the years 1
-// to 9999; `column` is for that.
-std::string FormatSqlTime(const SqlDialect& dialect, double seconds, bool up,
-                          std::string_view column);
+// A time as a literal, see FormatExportTime(). Throws Refusal in a dialect that has no times, too.
+std::string FormatSqlTime(const SqlDialect& dialect, const VariableInfo& attribute, double seconds,
+                          bool up);
 
 // A number as a literal. Throws Refusal for an infinite one in a dialect that has none.
 std::string FormatSqlNumber(const SqlDialect& dialect, double value);

@@ -67,7 +67,7 @@ class CaseWriter {
 
   // What the column is compared with: times at or below the number or, with `up`, from it on.
   std::string Border(double number, bool up) const {
-    return fIsTime ? FormatSqlTime(fDialect, number, up, fColumn.attribute->name)
+    return fIsTime ? FormatSqlTime(fDialect, *fColumn.attribute, number, up)
                    : fDialect.formatNumber(number);
   }
 

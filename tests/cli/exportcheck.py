@@ -191,17 +191,17 @@ def check_times(engine, directory):
     variable = {"name": "when", "kind": "continuous", "user_missing": missing,
                 "unit": "seconds since 1970-01-01T00:00:00Z"}
     path = os.path.join(directory, "times.json")
-    for closed in ("left", "right"):
+    for closed, form in itertools.product(["left", "right"], ["index", "label", "woe"]):
         with open(path, "w", encoding="utf-8") as file:
             json.dump(make_bins([(variable, cuts)], closed), file)
-        applied = run("apply", "--quiet", "--replace", path,
+        applied = run("apply", "--quiet", "--suffix", "~", "--as", form, path,
                       text="".join(["when,\n", *(f"{value.isoformat() if value else ''},\n"
                                                   for value in column)]))
-        expected = [line.split(",")[0] for line in applied.split("\n")[1:-1]]
-        text = run("export", "--quiet", *engine.options(TABLE), path)
+        expected = [record["when~"] for record in csv.DictReader(io.StringIO(applied, newline=""))]
+        text = run("export", "--quiet", "--suffix", "~", "--as", form, *engine.options(TABLE), path)
         exported, = engine.evaluate(text, TABLE, ["when"], [column])
         for value, wanted, argument in zip(exported, expected, column):
-            if not same(wanted, value, "index", engine.no_value):
+            if not same(wanted, value, form, engine.no_value):
                 sys.exit(f"{argument}, closed {closed}, becomes {value!r}, but apply says {wanted!r}")
 
 

@@ -274,7 +274,9 @@ TEST(Times, AreReadBinnedAndShownAsDates) {
       "WHEN t.\"when\" IS NULL THEN NULL\n"
       "    WHEN t.\"when\" <= TIMESTAMP '2024-01-20 00:00:00' THEN 0\n");
   has("export --format sql --dialect sqlite --table t b.json", "'when' holds dates, for which");
-  has("export --format pmml b.json", "'when' holds dates, which are not exported to PMML");
+  has("export --format pmml b.json", "<Constant dataType=\"dateTime\">2024-01-20T00:00:00</");
+  program.Run("supervised -t y days.csv --na 2024-02-09 --json na.json");
+  has("export --format sql --table t na.json", "OR t.\"when\" = TIMESTAMP '2024-02-09 00:00:00'");
   has("export --format python b.json", "_interval_bins(_times(columns[\"when\"]), [1705708800.0");
 }
 
