@@ -171,8 +171,15 @@ class Comparison {
       AddPair(table, "event rate");
       AddPair(table, "weight of evidence");
     }
-    for (std::size_t bin = 0; bin <= fFile.cutPoints.size(); ++bin) table.AddRow(BinRow(bin));
-    if (fBins.HasMissing()) table.AddRow(MissingRow());
+    const std::vector<std::string> names = BinNames(fModel, fFile);
+    for (std::size_t bin = 0; bin <= fFile.cutPoints.size(); ++bin) {
+      table.AddRow(
+          Row(names[bin], SideOf(fFile, fFileEvidence, bin), SideOf(fData, fDataEvidence, bin)));
+    }
+    if (fBins.HasMissing()) {
+      table.AddRow(Row(names.back(), MissingSideOf(fFile, fFileEvidence),
+                       MissingSideOf(fData, fDataEvidence)));
+    }
     return table;
   }
 
@@ -187,16 +194,6 @@ class Comparison {
     std::vector<double> classWeights = {};
     std::optional<double> evidence = std::nullopt;
   };
-
-  std::vector<std::string> BinRow(std::size_t bin) const {
-    return Row(BinCell(fModel, fFile, bin), SideOf(fFile, fFileEvidence, bin),
-               SideOf(fData, fDataEvidence, bin));
-  }
-
-  std::vector<std::string> MissingRow() const {
-    return Row(kMissingLabel, MissingSideOf(fFile, fFileEvidence),
-               MissingSideOf(fData, fDataEvidence));
-  }
 
   static Side SideOf(const AttributeBins& bins, const std::optional<Evidence>& evidence,
                      std::size_t bin) {

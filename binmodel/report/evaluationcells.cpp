@@ -11,13 +11,20 @@
 
 namespace MCBinModel {
 
-std::string BinCell(const BinModel& model, const AttributeBins& bins, std::size_t bin) {
+std::vector<std::string> BinNames(const BinModel& model, const AttributeBins& bins) {
   constexpr std::size_t kIntervalWidth = 60;
   const VariableInfo& attribute = model.GetAttribute(bins);
   const bool rightClosed = model.settings.rightClosed;
-  if (bin > bins.cutPoints.size()) return kMissingLabel;
-  if (!attribute.IsCategorical()) return NumberText(attribute, bins).OfInterval(bin, rightClosed);
-  return ElideText(BinLabel(attribute, bins.cutPoints, bin, rightClosed), kIntervalWidth);
+  const NumberText numbers(attribute, bins);
+  std::vector<std::string> names;
+  for (std::size_t bin = 0; bin <= bins.cutPoints.size(); ++bin) {
+    names.push_back(
+        attribute.IsCategorical()
+            ? ElideText(BinLabel(attribute, bins.cutPoints, bin, rightClosed), kIntervalWidth)
+            : numbers.OfInterval(bin, rightClosed));
+  }
+  names.emplace_back(kMissingLabel);
+  return names;
 }
 
 std::string TargetFact(const BinModel& model, const VariableInfo* target) {

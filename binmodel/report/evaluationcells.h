@@ -14,8 +14,8 @@ namespace MCBinModel {
 // What the report on one other data and that on several have in common. `order` are indexes of
 // recounted results.
 
-// The name of a bin; the missing cases are the one behind the last.
-std::string BinCell(const BinModel& model, const AttributeBins& bins, std::size_t bin);
+// The names of all bins; the missing cases are the one behind the last.
+std::vector<std::string> BinNames(const BinModel& model, const AttributeBins& bins);
 
 // ", target t (event yes)"; empty without a target.
 std::string TargetFact(const BinModel& model, const VariableInfo* target);

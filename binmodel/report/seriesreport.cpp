@@ -170,8 +170,9 @@ class Series {
                     Align::kLeft);
     table.AddColumn("bin file", Align::kRight);
     for (const std::string& data : fNames) table.AddColumn(data, Align::kRight);
-    for (std::size_t bin = 0; bin < file.cutPoints.size() + (hasMissing ? 2 : 1); ++bin) {
-      std::vector<std::string> cells = {BinCell(fModel, file, bin), cellOf(file, bin)};
+    const std::vector<std::string> names = BinNames(fModel, file);
+    for (std::size_t bin = 0; bin < names.size() - (hasMissing ? 0 : 1); ++bin) {
+      std::vector<std::string> cells = {names[bin], cellOf(file, bin)};
       for (const ComparedBins& bins : compared) cells.push_back(cellOf(bins.data, bin));
       table.AddRow(std::move(cells));
     }

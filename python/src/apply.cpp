@@ -158,7 +158,7 @@ Applied Apply(const BinModel& model, const std::vector<std::size_t>& results, co
 BinModel CountOn(const BinModel& model, const std::vector<std::size_t>& results, const Table& table,
                  const ColumnIndexes& columns, std::optional<std::size_t> weight,
                  const std::string& name, const std::optional<SummarisedRecords>& summarised,
-                 std::string& report) {
+                 std::string* report) {
   MCBinModel::BinCounter counter(model, results);
   std::vector<std::vector<double>> codes;
   std::vector<const double*> places;
@@ -188,8 +188,10 @@ BinModel CountOn(const BinModel& model, const std::vector<std::size_t>& results,
   }
   counter.Add(places.data(), weight ? weights.data() : nullptr, table.GetLength());
   MCBinModel::Recount recount{source.recordCount, source.dropped, counter.Finish()};
-  MCBinModel::WriteEvaluationReport(model, recount, name,
-                                    [&](std::string_view text) { report += text; });
+  if (report != nullptr) {
+    MCBinModel::WriteEvaluationReport(model, recount, name,
+                                      [&](std::string_view text) { *report += text; });
+  }
   counted.results.clear();
   for (MCBinModel::RecountedBins& found : recount.results) {
     AttributeBins& counts = found.counts;

@@ -39,13 +39,13 @@ Applied Apply(const MCBinModel::BinModel& model, const std::vector<std::size_t>&
               const std::string& suffix);
 
 // The model with its results counted anew on a table: with the weights of the column `weight`,
-// where there is one. `report` is the comparison of the two in words. The weights of summarised
-// records are those that they have after rounding. Needs no interpreter.
+// where there is one. `report`, where it is wanted, is the comparison of the two in words. The
+// weights of summarised records are those that they have after rounding. Needs no interpreter.
 MCBinModel::BinModel CountOn(const MCBinModel::BinModel& model,
                              const std::vector<std::size_t>& results, const Table& table,
                              const ColumnIndexes& columns, std::optional<std::size_t> weight,
                              const std::string& name,
                              const std::optional<SummarisedRecords>& summarised,
-                             std::string& report);
+                             std::string* report);
 
 }  // namespace MCBinPython

@@ -320,7 +320,7 @@ using DescribedRecords = std::tuple<std::uint64_t, std::uint64_t, std::uint64_t,
 std::pair<BinModel, std::string> CountModelOn(const BinModel& model, const Indexes& results,
                                               const Table& table, const ColumnIndexes& columns,
                                               std::optional<std::size_t> weight,
-                                              const std::string& name,
+                                              const std::optional<std::string>& name,
                                               const std::optional<DescribedRecords>& described) {
   std::optional<SummarisedRecords> summarised;
   if (described) {
@@ -328,7 +328,8 @@ std::pair<BinModel, std::string> CountModelOn(const BinModel& model, const Index
     summarised = {count, {missing, zero, roundedToZero}, weightName};
   }
   std::string report;
-  BinModel counted = CountOn(model, results, table, columns, weight, name, summarised, report);
+  BinModel counted = CountOn(model, results, table, columns, weight, name.value_or(""), summarised,
+                             name ? &report : nullptr);
   return {std::move(counted), std::move(report)};
 }
 
@@ -419,7 +420,7 @@ void BindModel(nb::module_& module) {
       .def("apply", ApplyModel, "results"_a, "table"_a, "columns"_a, "form"_a, "suffix"_a,
            Unlocked())
       .def("count_on", CountModelOn, "results"_a, "table"_a, "columns"_a, "weight"_a.none(),
-           "name"_a, "summarised"_a = nb::none(), Unlocked());
+           "name"_a.none(), "summarised"_a = nb::none(), Unlocked());
 
   module.def("fit", FitModel, "table"_a, "settings"_a, "attributes"_a, "targets"_a,
              "weight"_a.none(), "categorical"_a, "missing"_a, "truncates_weights"_a, "events"_a,

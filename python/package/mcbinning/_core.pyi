@@ -118,7 +118,7 @@ class Model:
         table: Table,
         columns: dict[str, int],
         weight: int | None,
-        name: str,
+        name: str | None,
         summarised: tuple[int, int, int, int, str | None] | None = None,
     ) -> tuple[Model, str]: ...
 

@@ -274,7 +274,7 @@ def from_cut_points(
         request.table,
         {name: request.index(name) for name in [*attributes, *targets]},
         request.add_weight(weight),
-        "the table",
+        None,
     )
     return Bins(counted)
 
