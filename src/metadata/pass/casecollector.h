@@ -20,8 +20,9 @@ inline constexpr std::uint16_t kNoTarget = 0xffff;
 // Every stored code lies in 0 .. 255, unless the host has given the missing value another meaning
 // since: what no int can hold is missing still.
 inline std::uint16_t ToTarget(double value, double missing) {
-  if (value == missing || !HoldsInt(value)) return kNoTarget;
-  return static_cast<std::uint16_t>(ToCategoryCode(value) & kLargestCategoryCode);
+  const bool isTarget = (value != missing) & HoldsInt(value);  // no jump
+  const int code = static_cast<int>(isTarget ? value : 0.0) & kLargestCategoryCode;
+  return isTarget ? static_cast<std::uint16_t>(code) : kNoTarget;
 }
 
 // Collects the valid cases of files that are read in step, and their weights. `Case` is a

@@ -1,5 +1,8 @@
 #include "metadata/pass/casereader.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "common/missing.h"
 #include "metadata/bindatapreparator.h"
 
@@ -44,17 +47,21 @@ void CaseReader::ReadTargets(int file) {
   RequireWhole(file, fTarget);
   const std::size_t recordCount = GetRecordCount();
   if (fTargets.size() == recordCount) return;
-  fTargets.clear();
-  fTargets.reserve(recordCount);
+  std::vector<std::uint16_t> targets = std::exchange(fTargets, {});
+  targets.resize(recordCount);
   const double missing = MCMV::Missing();
+  std::size_t targetsRead = 0;
   fTarget->NewPass();
   while (fTarget->HasMore()) {
     const BinaryRecordIterator::Block block = fTarget->NextBlock();
-    for (std::size_t i = 0; i < block.count; ++i) {
-      fTargets.push_back(ToTarget(block.values[i], missing));
-    }
+    // It may have grown since it was looked at.
+    if (block.count > recordCount - targetsRead) throw StatusError(StatusCode::kTempFileFailed);
+    std::transform(block.values, block.values + block.count, targets.data() + targetsRead,
+                   [missing](double value) { return ToTarget(value, missing); });
+    targetsRead += block.count;
   }
-  if (fTargets.size() != recordCount) throw StatusError(StatusCode::kTempFileFailed);
+  if (targetsRead != recordCount) throw StatusError(StatusCode::kTempFileFailed);
+  fTargets.swap(targets);
 }
 
 }  // namespace MCBinning

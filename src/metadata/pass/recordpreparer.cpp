@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <numeric>
 #include <utility>
 
@@ -16,6 +17,21 @@
 #include "metadata/pass/columnvalues.h"
 
 namespace MCBinning {
+
+namespace {
+
+// How many of the first `count` values are category codes below `end`, without a jump for each.
+template <typename ValueAt>
+std::size_t CountCodesBelow(double end, std::size_t count, const ValueAt& valueAt) {
+  std::size_t codes = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const double value = valueAt(i);
+    codes += static_cast<std::size_t>((value >= 0.0) & (value < end));
+  }
+  return codes;
+}
+
+}  // namespace
 
 RecordPreparer::RecordPreparer(const BINVarList& variables, std::vector<int>& largestCodes,
                                std::vector<bool>& usable, RecordBuffer& buffer)
@@ -55,6 +71,7 @@ bool RecordPreparer::Prepare(const MCCommon::Record& in, const RecordSlots& out,
     return false;
   }
   if (fHasTarget && !PrepareTarget(in[fTargetVariable], out[0])) RefuseTarget(warning);
+  FetchAhead(out);
   for (const Attribute& attribute : fAttributes) {
     if (!PrepareAttribute(attribute, in[attribute.variable], out[attribute.file])) {
       warning =
@@ -62,6 +79,19 @@ bool RecordPreparer::Prepare(const MCCommon::Record& in, const RecordSlots& out,
     }
   }
   return true;
+}
+
+// The lines of memory that the records to come are written to: to wait for each of them would take
+// most of the time when there are many attributes. All slots of a record lie alike in their lines.
+void RecordPreparer::FetchAhead(const RecordSlots& out) const {
+#ifdef __GNUC__
+  constexpr std::size_t kLine = 64;
+  if (reinterpret_cast<std::uintptr_t>(out.first) % kLine >= sizeof(double)) return;
+  for (const Attribute& attribute : fAttributes) {
+    const auto slot = reinterpret_cast<std::uintptr_t>(&out[attribute.file]);
+    __builtin_prefetch(reinterpret_cast<const void*>(slot + kLine), 1);  // there may be none
+  }
+#endif
 }
 
 // Column by column, the same rules. Values are first brought to their slots, whatever their column
@@ -72,16 +102,28 @@ std::size_t RecordPreparer::Prepare(const BlockPart& in, const RecordSlots& out)
   if (fHasTarget) {
     double* const slots = Gather(in, fTargetVariable, &out[0]);
     MCStatus warning;
-    for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t toDo = AreKnownCodes(slots, count, 0) ? 0 : count;
+    for (std::size_t i = 0; i < toDo; ++i) {
       if (!PrepareTarget(slots[i], slots[i])) RefuseTarget(warning);
     }
   }
   for (const Attribute& attribute : fAttributes) {
     double* const slots = Gather(in, attribute.variable, &out[attribute.file]);
-    if (attribute.isContinuous && attribute.missing == nullptr) continue;
+    const bool stayAsTheyAre = attribute.isContinuous ? attribute.missing == nullptr
+                                                      : AreKnownCodes(slots, count, attribute.file);
+    if (stayAsTheyAre) continue;
     for (std::size_t i = 0; i < count; ++i) PrepareAttribute(attribute, slots[i], slots[i]);
   }
   return count;
+}
+
+// Whether all values are codes, none of them larger than the file has had: they stay as they are,
+// also where one of them is the missing value.
+bool RecordPreparer::AreKnownCodes(const double* values, std::size_t count,
+                                   std::size_t file) const {
+  const double end = fLargestCodes[file] + 1;
+  return fUsable[file] &&
+         CountCodesBelow(end, count, [values](std::size_t i) { return values[i]; }) == count;
 }
 
 std::size_t RecordPreparer::PrepareWeights(const BlockPart& in, const RecordSlots& out) {
@@ -133,6 +175,7 @@ std::size_t RecordPreparer::CountUnremarkable(const BlockPart& in, const Place& 
   const int declared = IsNoted(place.variable) ? kEnd : variable.GetNumberOfCategories();
   const int end = std::clamp(declared, fLargestCodes[place.file] + 1, kEnd);
   return UseValues(in.columns[place.variable], in.first, [&](const auto& valueAt) {
+    if (CountCodesBelow(end, in.count, valueAt) == in.count) return in.count;
     for (std::size_t i = 0; i < in.count; ++i) {
       const double value = valueAt(i);
       const int code = ToCategoryCode(value);

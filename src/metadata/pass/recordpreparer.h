@@ -72,6 +72,7 @@ class RecordPreparer {
     const BINNumericUserMissing* missing;  // null where there is none that fits
   };
 
+  void FetchAhead(const RecordSlots& out) const;
   bool PrepareWeight(double rawWeight, double& slot);
   bool PrepareTarget(double value, double& slot);
   bool PrepareAttribute(const Attribute& attribute, double value, double& slot);
@@ -79,6 +80,7 @@ class RecordPreparer {
   bool IsDropped(const BlockPart& in, std::size_t index) const;
   double* Gather(const BlockPart& in, std::size_t variable, double* slots) const;
   std::size_t CountUnremarkable(const BlockPart& in, const Place& place, bool isTarget) const;
+  bool AreKnownCodes(const double* values, std::size_t count, std::size_t file) const;
   bool StoreCategory(double value, int code, const Place& place, double& slot);
   void NoteDropped(double rawWeight);
   void NoteRefused(double code, std::size_t variable);
