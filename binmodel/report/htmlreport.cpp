@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "binmodel/measure/binstatistics.h"
-#include "binmodel/measure/evidence.h"
 #include "binmodel/report/binreport.h"
 #include "binmodel/report/htmlresult.h"
 #include "binmodel/report/htmlstyle.h"
@@ -20,6 +19,7 @@ namespace MCBinModel {
 namespace {
 
 constexpr std::size_t kPageNameWidth = 60;
+constexpr const char* kPlainTable = "p";  // what the name of the table's place begins with
 
 // Without the directories, which say nothing to those who get the page.
 std::string FileName(const std::string& path) {
@@ -41,7 +41,7 @@ class HtmlReport {
     if (fModel.targets.empty()) {
       std::vector<std::size_t> order(fModel.results.size());
       std::iota(order.begin(), order.end(), std::size_t{0});
-      return html + PlainRanking(order) + Results(order, {}) + End();
+      return html + PlainRanking(order) + Results(order, {}, kPlainTable) + End();
     }
     for (std::size_t target = 0; target < fModel.targets.size(); ++target) html += Target(target);
     return html + End();
@@ -107,8 +107,9 @@ class HtmlReport {
     const VariableInfo& variable = fModel.targets[index];
     HtmlTarget target{GroupClasses(fModel, index), std::nullopt};
     if (variable.GetCategoryCount() == 2) target.event = EventCategory(variable);
+    const std::string plainTable = kPlainTable + std::to_string(index);
     return "<h2>Target " + Name(variable) + "</h2>\n" + Conventions(variable, target) +
-           TargetRanking(order, target) + Results(order, target);
+           TargetRanking(order, target, plainTable) + Results(order, target, plainTable);
   }
 
   std::string Conventions(const VariableInfo& variable, const HtmlTarget& target) const {
@@ -141,18 +142,20 @@ class HtmlReport {
                          : "Missing cases were not counted by class and take no part.";
   }
 
-  std::string TargetRanking(const std::vector<std::size_t>& order, const HtmlTarget& target) const {
+  std::string TargetRanking(const std::vector<std::size_t>& order, const HtmlTarget& target,
+                            const std::string& plainTable) const {
     double largestGain = 0.0;
     for (const std::size_t result : order) {
       largestGain = std::max(largestGain, fModel.results[result].informationGain.value_or(0.0));
     }
     std::string rows;
     for (const std::size_t result : order) {
-      rows += TargetRow(result, target, largestGain);
+      if (!IsPlain(result)) rows += TargetRow(result, target, largestGain);
     }
     return Ranking(std::string("<th>information gain</th><th>explained</th>") +
                        (target.event ? "<th>information value</th>" : ""),
-                   rows);
+                   rows) +
+           PlainFact(order, plainTable);
   }
 
   std::string TargetRow(std::size_t result, const HtmlTarget& target, double largestGain) const {
@@ -164,10 +167,7 @@ class HtmlReport {
         bar, HtmlMeasure(bins.informationGain));
     cells += fmt::format("<td>{}</td>", HtmlShare(gain, Entropy(SumClassWeights(bins))));
     if (target.event) {
-      const bool hasClasses = !bins.classWeights.empty();
-      cells += fmt::format(
-          "<td>{}</td>",
-          HtmlMeasure(hasClasses ? MeasureEvidence(fModel, bins).informationValue : std::nullopt));
+      cells += fmt::format("<td>{}</td>", HtmlInformationValue(fModel, bins));
     }
     return RankingRow(result, cells);
   }
@@ -175,20 +175,33 @@ class HtmlReport {
   std::string PlainRanking(const std::vector<std::size_t>& order) const {
     std::string rows;
     for (const std::size_t result : order) {
-      const AttributeBins& bins = fModel.results[result];
-      const bool hasBins = !bins.binWeights.empty();
-      rows +=
-          RankingRow(result, fmt::format("<td>{}</td>", hasBins ? FormatShare(LargestShareDeviation(
-                                                                      bins, fModel.settings.bins))
-                                                                : "–"));
+      if (IsPlain(result)) continue;
+      rows += RankingRow(
+          result, fmt::format("<td>{}</td>", FormatShare(LargestShareDeviation(
+                                                 fModel.results[result], fModel.settings.bins))));
     }
     return "<p class=\"soft\">Deviation is the largest distance of a bin’s share from the ideal "
            "one, which charts show as a dashed line.</p>\n" +
-           Ranking("<th>deviation</th>", rows);
+           Ranking("<th>deviation</th>", rows) + PlainFact(order, kPlainTable);
+  }
+
+  bool IsPlain(std::size_t result) const { return IsPlainHtmlResult(fModel.results[result]); }
+
+  // Leads to the table of the attributes that the ranking leaves out.
+  std::string PlainFact(const std::vector<std::size_t>& order,
+                        const std::string& plainTable) const {
+    const auto count =
+        std::count_if(order.begin(), order.end(), [this](auto result) { return IsPlain(result); });
+    if (count == 0) return {};
+    return fmt::format(
+        "<p class=\"soft\"><a href=\"#{}\">{}</a> at the end.</p>\n", plainTable,
+        count == 1 ? "1 attribute without cut points has a row"
+                   : fmt::format("{} attributes without cut points have a row each", count));
   }
 
   // The table that links to the results.
   static std::string Ranking(const std::string& measureHeaders, const std::string& rows) {
+    if (rows.empty()) return {};
     return "<div class=\"scroll\"><table>\n<thead><tr><th class=\"t\">attribute</th>" +
            measureHeaders +
            "<th>bins</th><th>missing</th><th class=\"t\">status</th></tr></thead>\n<tbody>\n" +
@@ -207,17 +220,18 @@ class HtmlReport {
         StatusCell(bins));
   }
 
-  std::string Results(const std::vector<std::size_t>& order, const HtmlTarget& target) const {
+  std::string Results(const std::vector<std::size_t>& order, const HtmlTarget& target,
+                      const std::string& plainTable) const {
     std::string html;
     std::vector<std::size_t> plain;
     for (const std::size_t result : order) {
-      if (IsPlainHtmlResult(fModel.results[result])) {
+      if (IsPlain(result)) {
         plain.push_back(result);
       } else {
         html += RenderHtmlResult(fModel, result, target);
       }
     }
-    return html + RenderHtmlPlainTable(fModel, plain, target);
+    return html + RenderHtmlPlainTable(fModel, plain, target, plainTable);
   }
 
   const BinModel& fModel;

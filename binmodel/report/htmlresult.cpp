@@ -26,6 +26,7 @@ namespace {
 constexpr std::size_t kTitleWidth = 100;
 constexpr std::size_t kClassWidth = 40;
 constexpr std::size_t kBinLabelWidth = 160;  // a bin may hold many categories
+constexpr std::size_t kLongestLine = 24;  // of an interval: on a phone others are to be seen, too
 
 std::string Cell(const std::string& content) { return "<td>" + content + "</td>"; }
 
@@ -223,9 +224,9 @@ class HtmlResult {
 
   std::string WeightCells(const std::string& name, double weight,
                           const std::vector<double>& classWeights) const {
-    std::string html =
-        fmt::format("<td class=\"t{}\">{}</td>", fAttribute.IsCategorical() ? " w" : "", name) +
-        Cell(FormatNumber(weight)) + Cell(HtmlShare(weight, CountedWeight(fBins)));
+    const bool isWide = fAttribute.IsCategorical() || name.size() > kLongestLine;
+    std::string html = fmt::format("<td class=\"t{}\">{}</td>", isWide ? " w" : "", name) +
+                       Cell(FormatNumber(weight)) + Cell(HtmlShare(weight, CountedWeight(fBins)));
     for (const ClassGroup& group : fTarget.groups) {
       const double part = GroupWeight(group, classWeights);
       html += Cell(FormatNumber(part)) + Cell(HtmlShare(part, weight));
@@ -276,7 +277,8 @@ std::string PlainRow(const BinModel& model, std::size_t result, const HtmlTarget
       HtmlText(PlainValues(model, bins)));
   if (target.event) {
     const bool counted = !bins.classWeights.empty();
-    cells += Cell(counted ? EventShare(target, SumClassWeights(bins)) : "–") +
+    cells += Cell(HtmlInformationValue(model, bins)) +
+             Cell(counted ? EventShare(target, SumClassWeights(bins)) : "–") +
              Cell(missing != nullptr ? EventShare(target, missing->classWeights) : "–");
   }
   return fmt::format("<tr id=\"r{}\">{}<td class=\"t s l\">{}{}</td></tr>\n", result, cells,
@@ -288,16 +290,19 @@ std::string PlainRow(const BinModel& model, std::size_t result, const HtmlTarget
 bool IsPlainHtmlResult(const AttributeBins& bins) { return bins.cutPoints.empty(); }
 
 std::string RenderHtmlPlainTable(const BinModel& model, const std::vector<std::size_t>& results,
-                                 const HtmlTarget& target) {
+                                 const HtmlTarget& target, const std::string& id) {
   if (results.empty()) return {};
   std::string html =
-      "<h3>Without cut points</h3>\n<div class=\"scroll\"><table>\n<thead><tr>"
+      "<h3 id=\"" + id +
+      "\">Without cut points</h3>\n<div class=\"scroll plain\"><table>\n<thead><tr>"
       "<th class=\"t\">attribute</th><th>valid</th><th>missing</th><th class=\"c\">distinct "
       "values</th>"
       "<th class=\"t\">values</th>";
   if (target.event) {
-    html += fmt::format("<th class=\"c\">share of {}</th><th class=\"c\">in missing</th>",
-                        HtmlText(ElideText(target.groups.front().label, kClassWidth)));
+    html += fmt::format(
+        "<th class=\"c\">information value</th><th class=\"c\">share of {}</th><th class=\"c\">in "
+        "missing</th>",
+        HtmlText(ElideText(target.groups.front().label, kClassWidth)));
   }
   html += "<th class=\"t\">status</th></tr></thead>\n<tbody>\n";
   for (const std::size_t result : results) html += PlainRow(model, result, target);
@@ -314,6 +319,11 @@ std::string HtmlMeasure(const std::optional<double>& measure) {
   const std::string text = FormatFixed(std::abs(*measure), 4);
   const bool negative = *measure < 0.0 && text != "0.0000";
   return negative ? "−" + text : text;
+}
+
+std::string HtmlInformationValue(const BinModel& model, const AttributeBins& bins) {
+  const bool counted = !bins.classWeights.empty();
+  return HtmlMeasure(counted ? MeasureEvidence(model, bins).informationValue : std::nullopt);
 }
 
 std::string HtmlShare(double part, double whole) {

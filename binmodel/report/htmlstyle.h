@@ -21,6 +21,7 @@ print-color-adjust:exact;-webkit-print-color-adjust:exact}
 h1{font-size:1.6rem;line-height:1.25;margin:0 0 .5rem;overflow-wrap:anywhere}
 h2{font-size:1.25rem;margin:2.5rem 0 .5rem;overflow-wrap:anywhere}
 h3{font-size:1.1rem;margin:0 0 .25rem;overflow-wrap:anywhere}
+h3[id]{margin-top:2.25rem}
 p{margin:.35rem 0;max-width:56rem}
 a{color:var(--accent);text-decoration:none}
 a:hover{text-decoration:underline}
@@ -79,24 +80,26 @@ td.gain{min-width:6rem}th{white-space:normal}
 th,td{padding:.28rem .5rem}}
 @media print{@page{margin:12mm}
 body{max-width:none;padding:0;font-size:9pt}
-h1{font-size:15pt}h2{font-size:12pt;margin-top:5mm}h3{font-size:10pt}
+h1{font-size:15pt}h2{font-size:12pt;margin-top:4mm}h3{font-size:10pt}h3[id]{margin-top:4mm}
 .scroll{overflow:visible;background:none;margin:.5mm 0}
 section{margin:1mm 0 0;padding-top:1mm}
 section,tr,svg,.head{break-inside:avoid}
+.head{line-height:1.2}
 .head h3,.head .facts,ul.legend,ul.legend li{display:inline;margin:0 1em 0 0}
 ul.legend li{white-space:nowrap}
 .head .facts,ul.legend{font-size:6.5pt}
 .pair{gap:0 4mm}
 .pair>*{flex:none}
-svg{min-width:0!important;max-height:36mm;width:auto}
+.pair>:first-child{flex:1 0 52mm;max-width:fit-content}
+svg{min-width:0!important;max-height:30.5mm;width:auto}
 svg text{font-size:14px}
 h2,h3,.head{break-after:avoid}
 thead{display:table-header-group}
 table{font-size:7pt;line-height:1.2}
 th,td{padding:.03rem .2rem}
 th.c{max-width:5.5rem}
-section:not(.two) table{font-size:6pt}section:not(.two) svg{max-height:30mm}
-td.gain{padding-bottom:.3rem;background-position:.25rem 100%}
+section:not(.two) table,.plain table{font-size:6pt}section:not(.two) svg{max-height:26mm}
+td.gain{padding-bottom:.16rem;background-position:.25rem 100%}
 td.w{overflow-wrap:anywhere;min-width:8rem}td.s{min-width:0}td.l{min-width:14rem}
 a{color:inherit}}
 )css";

@@ -65,9 +65,13 @@ TEST(HtmlReport, PutsAttributesWithoutCutPointsIntoOneTable) {
   const std::string page = MakeHtmlReport(model);
   EXPECT_EQ(Count(page, "<section"), 1u);
   EXPECT_EQ(Count(page, "<svg viewBox"), 1u);
-  EXPECT_EQ(Count(page, "<a href=\"#r0\">a</a>"), 1u);
+  EXPECT_EQ(Count(page, "<a href=\"#r1\">b</a>"), 1u);
+  EXPECT_EQ(Count(page, "<a href=\"#r"), 1u);
+  EXPECT_EQ(Count(page, "<a href=\"#p0\">2 attributes without cut points have a row each</a>"), 1u);
+  EXPECT_EQ(Count(page, "<h3 id=\"p0\">"), 1u);
   EXPECT_EQ(Count(page, "<tr id=\"r0\"><td class=\"t w\">a</td><td>4</td><td>4</td>"), 1u);
-  EXPECT_EQ(Count(page, "<td>25.0%</td><td>75.0%</td>"), 1u);  // of y with a value, and without
+  EXPECT_EQ(Count(page, "<td>1.0986</td><td>25.0%</td><td>75.0%</td>"),
+            1u);  // of y with a value, and without
   EXPECT_EQ(Count(page, "<tr id=\"r2\">"), 1u);
   EXPECT_EQ(Count(page, "bins of data.csv</"), 2u);
   EXPECT_EQ(Count(page, "<p>Refined to have at most 3 bins.</p>"), 1u);
@@ -85,9 +89,13 @@ TEST(HtmlReport, RoundsNumbersAsTablesDoAndNamesCategories) {
   }
   const std::string page = MakeHtmlReport(model);
   EXPECT_EQ(Count(page, "0.15410"), 0u);
-  EXPECT_GT(Count(page, "0.1541]"), 0u);
+  EXPECT_EQ(Count(page, "<td class=\"t\">(-inf, 0.1541]</td>"), 1u);
   EXPECT_EQ(Count(page, "<span>3 distinct values from 0 to 2</span>"), 1u);
   EXPECT_EQ(Count(page, "<span>3 categories</span>"), 1u);
+  model.attributes[0].isTime = true;
+  model.results[0].cutPoints = {0.25};
+  EXPECT_EQ(Count(MakeHtmlReport(model), "<td class=\"t w\">(-inf, 1970-01-01T00:00:00.25]"), 1u)
+      << "long ones are broken into lines";
   model.results[1].cutPoints.clear();
   model.results[1].binWeights = {8};
   model.results[1].classWeights = {{4, 4}};
