@@ -35,6 +35,9 @@ inline Goal FasterThanPlain(double limit) {
 }
 inline Goal WithinFloor(double limit) { return {Goal::Kind::kWithinFloor, limit, "x floor"}; }
 
+// Of what is compared in wall time, as all that disturbs a core counts.
+inline constexpr int kRoundsInWallTime = 8;
+
 // The same work done by the plain form, by the library and by its floor; a side that is not
 // there is empty.
 struct Comparison {

@@ -21,6 +21,7 @@ using bench::CompareEqualFrequency;
 using bench::CompareGrowth;
 using bench::CompareJobs;
 using bench::CompareLoading;
+using bench::CompareMachine;
 using bench::CompareManyAttributes;
 using bench::CompareMemoryOfClasses;
 using bench::ComparePartitioning;
@@ -118,6 +119,7 @@ const std::vector<Line>& AllLines() {
        [](const std::string& work) {
          CompareEqualFrequency(work, {-1, 20, true}, 0.4);
        }},
+      {"two threads that share nothing, a job each", CompareMachine},
       {"supervised by column, 2 threads against 1, 1000000 x 10",
        [](const std::string& work) { CompareThreads(work, Shape(), 1.7); }},
       {"supervised by column, 2 threads against 1, 500000 x 40",

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <future>
 #include <memory>
 
 #include "columns.h"
@@ -114,12 +115,36 @@ void CompareThreads([[maybe_unused]] const std::string& work, [[maybe_unused]] c
 #ifdef HAS_BINMODEL
   const Columns columns = MixedColumns(shape.caseCount, shape.attributeCount, shape.classCount);
   const TempDir directory;
-  constexpr int kRounds = 8;  // in wall time all that disturbs a core counts
-  Comparison comparison{work, {}, {}, {}, {FasterThanPlain(limit)}, {}, kRounds};
+  Comparison comparison{work, {}, {}, {}, {FasterThanPlain(limit)}, {}, kRoundsInWallTime};
   comparison.plain = [&] { return SecondsOfModelRun(columns, directory.Path(), 1); };
   comparison.library = [&] { return SecondsOfModelRun(columns, directory.Path(), 2); };
   Compare(comparison);
 #endif
+}
+
+// Two jobs that share nothing, one after the other and side by side: what the machine itself lets
+// two threads gain while it is measured.
+void CompareMachine(const std::string& work) {
+  const Columns columns[] = {MixedColumns(kMillion, 5, 2), MixedColumns(kMillion, 5, 2)};
+  const TempDir directories[2];
+  const auto run = [&](int job) {
+    RunSupervised(columns[job], directories[job].Path(), {.isByColumn = true});
+  };
+  Comparison comparison{work, {}, {}, {}, {}, {}, kRoundsInWallTime};
+  comparison.plain = [&] {
+    return WallSecondsOf([&] {
+      run(0);
+      run(1);
+    });
+  };
+  comparison.library = [&] {
+    return WallSecondsOf([&] {
+      std::future<void> other = std::async(std::launch::async, run, 1);
+      run(0);
+      other.get();
+    });
+  };
+  Compare(comparison);
 }
 
 void MeasureMemory(const std::string& work, int attributeCount) {

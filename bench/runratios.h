@@ -29,6 +29,10 @@ void CompareManyAttributes(const std::string& work);
 // From the making of the algorithm object to its end, the best of many.
 void MeasureSmallRun(const std::string& work);
 
+// In wall time, without a target: how much faster two threads do two jobs that share nothing than
+// one does, on this machine at this time.
+void CompareMachine(const std::string& work);
+
 // Two threads against one, in wall time; nothing without the library of bins.
 void CompareThreads(const std::string& work, const Shape& shape, double limit);
 

@@ -10,12 +10,6 @@
 
 namespace bench {
 
-namespace {
-
-constexpr int kRoundsInWallTime = 8;  // as all that disturbs a core counts
-
-}  // namespace
-
 void CompareTool(const std::string& work, int jobs) {
   const std::string tool = FindTool();
   const bool areSeveral = jobs > 1;
