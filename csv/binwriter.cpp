@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <variant>
@@ -23,12 +24,12 @@ constexpr std::size_t kNoColumn = static_cast<std::size_t>(-1);
 
 BinWriter::BinWriter(const MCBinModel::BinModel& model, const std::vector<std::size_t>& results,
                      const BinColumns& columns, const ColumnNames& names,
-                     const MissingTexts& missingTexts, char delimiter)
+                     const MissingTexts& missingTexts, FieldMarks marks)
     : fOptions(columns),
-      fDelimiter(delimiter),
+      fMarks(marks),
       fRightClosed(model.settings.rightClosed),
       fColumnAt(names.GetCount(), kNoColumn),
-      fLine(delimiter) {
+      fLine(marks.delimiter) {
   for (const std::size_t index : results) {
     AddColumn(model, model.results[index], names, missingTexts);
   }
@@ -73,12 +74,17 @@ std::vector<std::string> BinWriter::MakeCells(
     const std::vector<MCBinModel::BinValue>& values) const {
   struct Writer {
     const std::string missingText;
+    const char decimal;
     std::string operator()(std::monostate) const { return missingText; }
     std::string operator()(std::int64_t index) const { return std::to_string(index); }
-    std::string operator()(double number) const { return MCBinModel::FormatNumber(number); }
+    std::string operator()(double number) const {
+      std::string text = MCBinModel::FormatNumber(number);
+      std::replace(text.begin(), text.end(), '.', decimal);
+      return text;
+    }
     std::string operator()(const std::string& text) const { return text; }
   };
-  const Writer writer{fOptions.missingText.value_or("")};
+  const Writer writer{fOptions.missingText.value_or(""), fMarks.decimal};
   std::vector<std::string> cells;
   cells.reserve(values.size());
   for (const MCBinModel::BinValue& value : values) {
@@ -89,7 +95,7 @@ std::vector<std::string> BinWriter::MakeCells(
 
 std::string BinWriter::Ready(const std::string& text) const {
   std::string field;
-  MCBinModel::AppendField(field, text, false, fDelimiter);
+  MCBinModel::AppendField(field, text, false, fMarks.delimiter);
   return field;
 }
 

@@ -25,6 +25,12 @@ struct BinColumns {
   std::optional<std::string> missingText;  // unset: what MakeMissingValue() says, or nothing
 };
 
+// How the file, and so the new columns, part fields and write numbers.
+struct FieldMarks {
+  char delimiter;
+  char decimal;
+};
+
 // Turns the records of a CSV file into records with bins: a column behind the others for
 // each attribute, or in the place of the attribute's own.
 //
@@ -36,7 +42,7 @@ class BinWriter {
   // another, or weight of evidence is asked for without a target of two classes.
   BinWriter(const MCBinModel::BinModel& model, const std::vector<std::size_t>& results,
             const BinColumns& columns, const ColumnNames& names, const MissingTexts& missingTexts,
-            char delimiter);
+            FieldMarks marks);
 
   // The record that the reader is at, the header first. The text lives until the next call.
   std::string_view WriteHeader(const CsvReader& reader);
@@ -76,7 +82,7 @@ class BinWriter {
   std::string_view Write(const CsvReader& reader, CellText cellText);
 
   const BinColumns& fOptions;
-  const char fDelimiter;
+  const FieldMarks fMarks;
   const bool fRightClosed;
   std::vector<Column> fColumns;
   std::vector<std::size_t> fColumnAt;  // by position in the file: index into fColumns

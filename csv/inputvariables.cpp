@@ -198,7 +198,7 @@ class Builder {
     fNotNumeric += fmt::format("{}{} ({}: {}{}{})", fNotNumeric.empty() ? "" : ", ",
                                MCBinModel::QuotedText(request.name), LineOf(text),
                                MCBinModel::ElideText(text.text, 20), areTimes ? " is no date" : "",
-                               IdentifierFact(scan));
+                               areNumbers ? "" : IdentifierFact(scan));
   }
 
   void CheckFinite(const ColumnRequest& request, const ColumnScan& scan) const {

@@ -180,7 +180,7 @@ std::string Apply(const BinModel& model, const std::vector<std::size_t>& results
   CsvText csv(data.text, data.delimiter);
   CsvReader& reader = csv.GetReader();
   const auto names = MCBin::ColumnNames::Read(reader);
-  MCBin::BinWriter writer(model, results, columns, names, data.missingTexts, data.delimiter);
+  MCBin::BinWriter writer(model, results, columns, names, data.missingTexts, {data.delimiter, '.'});
   std::string out(writer.WriteHeader(reader));
   while (reader.Next()) out += writer.WriteRecord(reader);
   return out;

@@ -74,7 +74,7 @@ int ApplyCommand(const ApplyOptions& options) {
   const BinsToUse bins(options);
   DataFile given(bins.model, options, options.input);
   BinWriter writer(bins.model, bins.results, options.columns, given.names, given.missingTexts,
-                   given.delimiter);
+                   {given.delimiter, given.numbers.decimal});
 
   ProgressBar progress(!options.quiet && !outputIsTerminal && given.input.IsRegularFile());
   progress.StartBytes("applying", given.input.GetSize());

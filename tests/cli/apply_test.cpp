@@ -107,6 +107,8 @@ TEST(Apply, ReadsNumbersAsTheRunDidUnlessToldOtherwise) {
   const std::string make = "supervised -t y --json ";
   ASSERT_EQ(program.Run(make + "q.json --decimal , --delimiter ,", quoted).exitCode, 0);
   EXPECT_EQ(program.Run("apply q.json", quoted).out, "a,y,a_bin\n\"1,5\",n,0\n\"2,5\",p,1\n");
+  EXPECT_EQ(program.Run("apply q.json --as woe --woe-adjust 0.5", quoted).out,
+            "a,y,a_bin\n\"1,5\",n,\"-1,0986122886681098\"\n\"2,5\",p,\"1,0986122886681098\"\n");
   ASSERT_EQ(program.Run(make + "p.json", "a,y\n1.5,n\n2.5,p\n").exitCode, 0);
   EXPECT_EQ(program.Run("apply p.json --decimal ,", quoted).exitCode, 2) << "';' may be meant";
   EXPECT_EQ(program.Run("apply p.json --decimal , --delimiter ,", quoted).exitCode, 0);

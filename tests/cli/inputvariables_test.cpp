@@ -143,6 +143,14 @@ TEST(InputVariables, TextsThatAreAllDifferentArePointedOut) {
                           "'most' (line 2: c0), 'few' (line 2: c0);"),
             std::string::npos)
       << left.err;
+  std::string commas = "a;y\n";
+  for (int i = 0; i < 300; ++i) {
+    commas += std::to_string(i) + ",5;" + (i % 2 == 0 ? "x" : "z") + "\n";
+  }
+  const auto numbers = program.Run("supervised -t y --delimiter ';'", commas);
+  EXPECT_NE(numbers.err.find("'a' (line 2: 0,5); '0,5' is a number with a decimal comma"),
+            std::string::npos)
+      << numbers.err;
   EXPECT_NE(program.Run("supervised -t id", content).err.find("is one too many; the first 256 are"),
             std::string::npos);
 }
