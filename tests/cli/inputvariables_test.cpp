@@ -147,7 +147,7 @@ TEST(InputVariables, TextsThatAreAllDifferentArePointedOut) {
   for (int i = 0; i < 300; ++i) {
     commas += std::to_string(i) + ",5;" + (i % 2 == 0 ? "x" : "z") + "\n";
   }
-  const auto numbers = program.Run("supervised -t y --delimiter ';'", commas);
+  const auto numbers = program.Run("supervised -t y --delimiter ;", commas);
   EXPECT_NE(numbers.err.find("'a' (line 2: 0,5); '0,5' is a number with a decimal comma"),
             std::string::npos)
       << numbers.err;
