@@ -238,6 +238,14 @@ def many_records(path):
             file.write(f"{'' if i % 7 == 3 else i / 4},{i * 37 % 101},{'xyz'[i // 3500]},{i % 3}\n")
 
 
+def long_records(path):
+    """More than the tool reads at a time, in three blocks; the numbers are few."""
+    with open(path, "w", encoding="ascii") as file:
+        file.write("a,b,t,w,long\n")
+        for i in range(4200):
+            file.write(f"{i / 4},{i * 37 % 101},{'xyz'[i // 1500]},{i % 3},{'long ' * 60}\n")
+
+
 def few_records(path):
     with open(path, "w", encoding="ascii") as file:
         file.write("a,b,t,w\n" + "".join(f"{i},{i % 5},{'xy'[i // 9]},1\n" for i in range(18)))
@@ -272,7 +280,7 @@ def trials():
                 yield (Subject(f"{method} {records} tmp", every_error=records == 40),
                        Subject.fail_calls)
     if GROUP in METHODS:
-        for jobs, data in ((1, "few.csv"), (1, "many.csv"), (2, "many.csv")):
+        for jobs, data in ((1, "few.csv"), (1, "many.csv"), (2, "many.csv"), (2, "long.csv")):
             yield bins(GROUP, jobs, data), Subject.fail_calls
     if GROUP == "others":
         yield from ((subject, Subject.fail_calls) for subject in others())
@@ -287,6 +295,7 @@ def main():
         signal.signal(number, signal.default_int_handler)
     os.symlink(os.path.join(EXAMPLES, "iris.csv"), os.path.join(BASE, "iris.csv"))
     many_records(os.path.join(BASE, "many.csv"))
+    long_records(os.path.join(BASE, "long.csv"))
     few_records(os.path.join(BASE, "few.csv"))
     if GROUP != "library":
         subprocess.run([PROGRAM, "supervised", "--quiet", "--target", "species", "--json",
