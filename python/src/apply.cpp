@@ -9,6 +9,7 @@
 #include <mcbinmodel/report/binreport.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <string_view>
 #include <variant>
@@ -28,6 +29,18 @@ using MCBinModel::VariableInfo;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr std::size_t kRecordsPerBlock = 4096;
 
+// Moments are seconds only where bins are of them.
+void CheckUnit(const Column& column, const VariableInfo& variable, const double* codes,
+               std::size_t count) {
+  if (column.isText || column.IsTime() == variable.isTime) return;
+  if (std::all_of(codes, codes + count, [](double code) { return std::isnan(code); })) return;
+  const char* const what =
+      variable.isTime ? "numbers, the bins are of dates" : "dates, the bins are not of dates";
+  throw MCBinModel::Refusal(MCBinModel::RefusalCode::kInput,
+                            {.place = {}, .subject = variable.name, .detail = {}},
+                            "column '" + variable.name + "' holds " + what);
+}
+
 // Hands the values of a column to `take` in blocks, coded as the bins see them. Answers how many
 // were unknown categories.
 template <typename Take>
@@ -45,7 +58,10 @@ std::size_t CodeBlocks(const Column& column, const VariableInfo& variable, const
       unknownCount += coder.Code(view, count, block.data());
     } else {
       column.ReadNumbers(first, count, block.data());
-      unknownCount += coder.Code(ColumnView<double>{block.data()}, count, block.data());
+      const std::size_t unknown = coder.Code(ColumnView<double>{block.data()}, count, block.data());
+      if (column.IsTime() && unknown > 0) CheckCategories(column);
+      CheckUnit(column, variable, block.data(), count);
+      unknownCount += unknown;
     }
     take(first, count, block.data());
   }

@@ -81,7 +81,26 @@ Format FormatOfLetter(char letter) {
   }
 }
 
-// Dates are days or milliseconds; times, moments and durations count their unit.
+// Of dates and moments: "tdD", "tdm" or "tsu:zone"; times of day and durations are numbers.
+TimeUnit UnitOf(std::string_view format) {
+  if (!format.starts_with("td") && !format.starts_with("ts")) return TimeUnit::kNone;
+  switch (format.size() < 3 ? '\0' : format[2]) {
+    case 'D':
+      return TimeUnit::kDays;
+    case 's':
+      return TimeUnit::kSeconds;
+    case 'm':
+      return TimeUnit::kMilliseconds;
+    case 'u':
+      return TimeUnit::kMicroseconds;
+    case 'n':
+      return TimeUnit::kNanoseconds;
+    default:
+      return TimeUnit::kNone;
+  }
+}
+
+// Days are 32 bits, as are short times of day.
 Format FormatOfTime(std::string_view format) {
   const bool isShort = format == "tdD" || format == "tts" || format == "ttm";
   if (format.size() < 3 || format.starts_with("ti")) return {Storage::kOther, 0, nullptr};
@@ -124,15 +143,17 @@ Column MakeColumn(const ArrowSchema& schema, std::string name, std::ptrdiff_t& s
   column.storage = format.storage;
   column.type = format.type != nullptr ? format.type : "Arrow type " + std::string(schema.format);
   column.isText = IsText(format.storage);
+  column.unit = UnitOf(schema.format);
   stride = format.stride;
   if (schema.dictionary == nullptr) return column;
   DecimalFormat unused;
   const Format values = FormatOf(schema.dictionary->format, unused);
-  if (values.storage == Storage::kOther) column.storage = Storage::kOther;
+  const bool isOfTimes = UnitOf(schema.dictionary->format) != TimeUnit::kNone;
+  if (values.storage == Storage::kOther || isOfTimes) column.storage = Storage::kOther;
   column.isDictionary = true;
   column.isOrdered = (schema.flags & kArrowDictionaryOrdered) != 0;
   column.isText = IsText(values.storage);
-  column.type = "dictionary";
+  column.type = isOfTimes ? "dictionary of dates" : "dictionary";
   return column;
 }
 

@@ -92,6 +92,13 @@ std::optional<std::size_t> FindInDictionary(const Cells& dictionary, double inde
   return dictionary.IsValid(found) ? std::optional(found) : std::nullopt;
 }
 
+void CheckCategories(const Column& column) {
+  if (!column.IsTime()) return;
+  throw MCBinModel::Refusal(
+      MCBinModel::RefusalCode::kInput, {.place = {}, .subject = column.name, .detail = {}},
+      "column '" + column.name + "' holds dates, which are no categories; make them text first");
+}
+
 Cells ReadCells(const Column& column) {
   Cells cells;
   cells.validity.assign((column.length + 7) / 8, 0xFF);

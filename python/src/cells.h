@@ -11,6 +11,9 @@ namespace MCBinPython {
 // where it has one. Throws Refusal for an index that the dictionary does not have.
 Cells ReadCells(const Column& column);
 
+// Throws Refusal for moments: no number is the name of one.
+void CheckCategories(const Column& column);
+
 // Takes a cell away.
 void SetInvalid(Cells& cells, std::size_t index);
 

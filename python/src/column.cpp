@@ -63,11 +63,39 @@ void ReadBits(const Chunk& chunk, std::size_t from, std::size_t count, double* n
   }
 }
 
-void ReadTimes(const Chunk& chunk, std::size_t from, std::size_t count, double* numbers) {
-  const auto load = [](const char* place) {
-    const auto time = Load<std::int64_t>(place);
-    return time == std::numeric_limits<std::int64_t>::min() ? MCMV::Missing()
-                                                            : static_cast<double>(time);
+// The double that is nearest to a quotient, also of numbers that no double is.
+double Divide(std::int64_t number, double divisor) {
+  constexpr std::int64_t kMostExact = std::int64_t{1} << 53;
+  if (-kMostExact <= number && number <= kMostExact) return static_cast<double>(number) / divisor;
+  const std::int64_t low = number % 1024;
+  const auto high = static_cast<double>(number - low);
+  const double quotient = high / divisor;
+  const double rest = std::fma(-quotient, divisor, high) + static_cast<double>(low);
+  return quotient + rest / divisor;
+}
+
+double SecondsOf(std::int64_t time, TimeUnit unit) {
+  switch (unit) {
+    case TimeUnit::kDays:
+      return static_cast<double>(time) * 86400.0;
+    case TimeUnit::kMilliseconds:
+      return Divide(time, 1e3);
+    case TimeUnit::kMicroseconds:
+      return Divide(time, 1e6);
+    case TimeUnit::kNanoseconds:
+      return Divide(time, 1e9);
+    default:
+      return static_cast<double>(time);
+  }
+}
+
+template <typename Number>
+void ReadMoments(const Column& column, const Chunk& chunk, std::size_t from, std::size_t count,
+                 double* numbers) {
+  const auto load = [&](const char* place) {
+    const auto time = Load<Number>(place);
+    const bool isThere = !column.lowestIsMissing || time != std::numeric_limits<Number>::min();
+    return isThere ? SecondsOf(time, column.unit) : MCMV::Missing();
   };
   ReadChunk(chunk, from, count, load, numbers);
 }
@@ -84,10 +112,12 @@ void ReadStored(const Column& column, const Chunk& chunk, std::size_t from, std:
     case Storage::kInt16:
       return ReadPlain<std::int16_t>(chunk, from, count, numbers);
     case Storage::kInt32:
-      return ReadPlain<std::int32_t>(chunk, from, count, numbers);
+      return column.IsTime() ? ReadMoments<std::int32_t>(column, chunk, from, count, numbers)
+                             : ReadPlain<std::int32_t>(chunk, from, count, numbers);
     case Storage::kInt64:
-      return column.lowestIsMissing ? ReadTimes(chunk, from, count, numbers)
-                                    : ReadPlain<std::int64_t>(chunk, from, count, numbers);
+      return column.IsTime() || column.lowestIsMissing
+                 ? ReadMoments<std::int64_t>(column, chunk, from, count, numbers)
+                 : ReadPlain<std::int64_t>(chunk, from, count, numbers);
     case Storage::kUInt8:
       return ReadPlain<std::uint8_t>(chunk, from, count, numbers);
     case Storage::kUInt16:

@@ -34,6 +34,9 @@ enum class Storage {
   kOther,      // something that cannot be binned
 };
 
+// What the whole numbers of moments count from 1970 on.
+enum class TimeUnit { kNone, kDays, kSeconds, kMilliseconds, kMicroseconds, kNanoseconds };
+
 // Texts or numbers with a bit for each that says whether it is there.
 struct Cells {
   std::vector<double> numbers;
@@ -67,14 +70,17 @@ struct Chunk {
 struct Column {
   std::string name;
   Storage storage = Storage::kOther;
-  std::string type;              // in words, for messages
-  bool isDictionary = false;     // values are indexes
-  bool isOrdered = false;        // the order of the dictionary means something
-  bool isText = false;           // of the dictionary, where there is one
-  bool lowestIsMissing = false;  // of 64-bit integers, as in NumPy's times
-  DecimalFormat decimal;         // of kDecimal
+  std::string type;                 // in words, for messages
+  bool isDictionary = false;        // values are indexes
+  bool isOrdered = false;           // the order of the dictionary means something
+  bool isText = false;              // of the dictionary, where there is one
+  bool lowestIsMissing = false;     // of 64-bit integers, as in NumPy's times
+  TimeUnit unit = TimeUnit::kNone;  // of moments, which are read as seconds, as doubles have them
+  DecimalFormat decimal;            // of kDecimal
   std::vector<Chunk> chunks;
   std::size_t length = 0;
+
+  bool IsTime() const { return unit != TimeUnit::kNone; }
 
   // Adds a piece.
   void Add(Chunk chunk) {
@@ -82,8 +88,9 @@ struct Column {
     chunks.push_back(std::move(chunk));
   }
 
-  // The numbers of the records [first, first + count); MCMV::Missing() where there is none.
-  // Requires numbers. Any number of threads may read.
+  // The numbers of the records [first, first + count); MCMV::Missing() where there is none. Those
+  // of moments are the nearest doubles to seconds since 1970. Requires numbers. Any number of
+  // threads may read.
   void ReadNumbers(std::size_t first, std::size_t count, double* numbers) const;
 };
 

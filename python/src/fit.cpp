@@ -26,7 +26,8 @@ std::size_t AddChunk(MemoryColumns& columns, const Chunk& chunk) {
 }
 
 std::size_t AddNumbers(MemoryColumns& columns, const Column& column) {
-  if (column.chunks.size() == 1 && !column.isDictionary && !column.lowestIsMissing) {
+  if (column.chunks.size() == 1 && !column.isDictionary && !column.lowestIsMissing &&
+      !column.IsTime()) {
     const Chunk& chunk = column.chunks.front();
     switch (column.storage) {
       case Storage::kFloat64:
@@ -124,6 +125,8 @@ class Run {
     VariableInfo variable;
     variable.name = column.name;
     variable.missing = MissingOf(index);
+    if (isCategorical) CheckCategories(column);
+    variable.isTime = !isCategorical && column.IsTime();
     places.push_back(isCategorical ? AddCategories(fMemory, column, fDropped, variable)
                                    : AddNumbers(fMemory, column));
     variables.push_back(std::move(variable));

@@ -1,5 +1,6 @@
 #include "model.h"
 
+#include <mcbinmodel/apply/valuecoder.h>
 #include <mcbinmodel/export/binexport.h>
 #include <mcbinmodel/file/binfile.h>
 #include <mcbinmodel/measure/binstatistics.h>
@@ -60,6 +61,7 @@ nb::dict DescribeVariable(const VariableInfo& variable) {
   described["name"] = variable.name;
   described["kind"] = MCBinModel::kKindNames[static_cast<std::size_t>(variable.kind)];
   described["categories"] = labels;
+  described["is_time"] = variable.isTime;
   return described;
 }
 
@@ -223,14 +225,16 @@ MCBinModel::ExportOptions MakeExportOptions(Form form, const std::string& suffix
 // Bins without counts, for cut points that the caller has. Categories of the target are those of
 // the column.
 BinModel FromCutPoints(const std::vector<std::string>& names,
-                       const std::vector<std::vector<double>>& cutPoints, bool rightClosed,
-                       const Table* table, std::optional<std::size_t> target) {
+                       const std::vector<std::vector<double>>& cutPoints,
+                       const std::vector<bool>& areTimes, bool rightClosed, const Table* table,
+                       std::optional<std::size_t> target) {
   BinModel model;
   model.settings.rightClosed = rightClosed;
   if (!target) model.settings.algorithm = MCBinModel::Algorithm::kEqualFrequency;
   std::size_t classCount = 0;
   if (target) {
     const Column& column = table->GetColumns().at(*target);
+    CheckCategories(column);
     const Cells cells = ReadCells(column);
     VariableInfo variable;
     variable.name = column.name;
@@ -259,11 +263,27 @@ BinModel FromCutPoints(const std::vector<std::string>& names,
     model.results.push_back(std::move(bins));
     VariableInfo attribute;
     attribute.name = names[i];
+    attribute.isTime = areTimes[i];
     model.attributes.push_back(std::move(attribute));
   }
   OrderClasses(model);
   return model;
 }
+
+VariableInfo MakeTime(const std::string& name) {
+  VariableInfo variable;
+  variable.name = name;
+  variable.isTime = true;
+  return variable;
+}
+
+// The seconds since 1970 of a date of that attribute. Throws Refusal for another text.
+double ParseTime(const std::string& name, const std::string& text) {
+  const VariableInfo variable = MakeTime(name);
+  return MCBinModel::ValueCoder(variable).Code(std::string_view(text)).value;
+}
+
+std::string FormatTime(double seconds) { return MakeTime({}).FormatValue(seconds); }
 
 MCBinModel::MissingDefinition MakeMissing(nb::handle described) {
   const auto parts = nb::cast<nb::tuple>(described);
@@ -425,14 +445,16 @@ void BindModel(nb::module_& module) {
   module.def("fit", FitModel, "table"_a, "settings"_a, "attributes"_a, "targets"_a,
              "weight"_a.none(), "categorical"_a, "missing"_a, "truncates_weights"_a, "events"_a,
              "threads"_a, "temp_dir"_a, "progress"_a.none());
-  module.def("from_cut_points", FromCutPoints, "names"_a, "cut_points"_a, "right_closed"_a,
-             "table"_a.none(), "target"_a.none());
+  module.def("from_cut_points", FromCutPoints, "names"_a, "cut_points"_a, "are_times"_a,
+             "right_closed"_a, "table"_a.none(), "target"_a.none());
   module.def(
       "stability_index",
       [](const BinModel& model, std::size_t index, const BinModel& other, std::size_t otherIndex) {
         return StabilityOfBins(ResultAt(model, index), ResultAt(other, otherIndex));
       },
       "model"_a, "index"_a, "other"_a, "other_index"_a);
+  module.def("parse_time", ParseTime, "name"_a, "text"_a);
+  module.def("format_time", FormatTime, "seconds"_a);
   module.attr("largest_woe_adjust") = MCBinModel::kLargestEvidenceAdjustment;
   module.def("sql_dialects", MCBinModel::SqlDialectNames);
 }

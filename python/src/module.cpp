@@ -31,7 +31,7 @@ const char* RoleOf(const Column& column) {
 void BindTable(nb::module_& module) {
   nb::class_<Table>(module, "Table")
       .def(nb::init<>())
-      .def("add_numbers", &Table::AddNumbers, "name"_a, "buffer"_a, "is_time"_a)
+      .def("add_numbers", &Table::AddNumbers, "name"_a, "buffer"_a, "is_time"_a, "unit"_a = "")
       .def("add_matrix", &Table::AddMatrix, "names"_a, "buffer"_a)
       .def("add_texts", &Table::AddTexts, "name"_a, "texts"_a)
       .def("add_dictionary", &Table::AddDictionary, "name"_a, "indexes"_a, "values"_a,
@@ -50,6 +50,12 @@ void BindTable(nb::module_& module) {
              for (const Column& column : table.GetColumns()) names.append(column.name);
              return names;
            })
+      .def(
+          "is_time",
+          [](const Table& table, std::size_t index) {
+            return table.GetColumns().at(index).IsTime();
+          },
+          "index"_a)
       .def(
           "role",
           [](const Table& table, std::size_t index) {

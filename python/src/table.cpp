@@ -4,6 +4,7 @@
 #include <nanobind/stl/vector.h>
 
 #include <bit>
+#include <map>
 #include <string_view>
 #include <utility>
 
@@ -123,13 +124,19 @@ void Table::Add(Column column) {
   fColumns.push_back(std::move(column));
 }
 
-void Table::AddNumbers(const std::string& name, nb::handle buffer, bool isTime) {
+void Table::AddNumbers(const std::string& name, nb::handle buffer, bool isTime,
+                       const std::string& unit) {
+  static const std::map<std::string, TimeUnit> kUnits = {
+      {"", TimeUnit::kNone},           {"D", TimeUnit::kDays},
+      {"s", TimeUnit::kSeconds},       {"ms", TimeUnit::kMilliseconds},
+      {"us", TimeUnit::kMicroseconds}, {"ns", TimeUnit::kNanoseconds}};
   const auto view = std::make_shared<const Buffer>(buffer);
   if (view->GetDimensions() != 1) {
     throw nb::value_error(("column '" + name + "' does not have one dimension").c_str());
   }
   Column column = view->MakeColumn(name);
   column.lowestIsMissing = isTime;
+  column.unit = kUnits.at(unit);
   column.Add(view->MakeChunk());
   fOwners.push_back(view);
   Add(std::move(column));

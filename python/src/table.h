@@ -17,8 +17,10 @@ namespace MCBinPython {
 class Table {
  public:
   // Numbers of an object with the buffer protocol: one column, or one for each name of an array of
-  // rows. Throws nanobind::type_error for what is no plain number.
-  void AddNumbers(const std::string& name, nanobind::handle buffer, bool isTime);
+  // rows. The lowest of NumPy's times is missing; those of moments count a unit: "D", "s", "ms",
+  // "us", "ns", or "" for others. Throws nanobind::type_error for what is no plain number.
+  void AddNumbers(const std::string& name, nanobind::handle buffer, bool isTime,
+                  const std::string& unit);
   void AddMatrix(const std::vector<std::string>& names, nanobind::handle buffer);
 
   // A list of str, with None where one is missing.

@@ -96,6 +96,8 @@ def in_memory(table, missing=(), rounding="closest", **_):
             names = sorted(names - {None, *missing.get(name, ())})
             known = [one if one in names else None for one in column]
             columns[name] = pd.Categorical(known, names, ordered=True)
+        elif column.dtype.kind == "M":
+            columns[name] = column
         else:
             ascending = np.unique(column[kept & ~np.isnan(column)])
             known = np.where(np.isin(column, ascending), column, np.nan)

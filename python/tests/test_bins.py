@@ -4,7 +4,8 @@ import collections
 import contextlib
 import copy
 import csv
-import json
+import datetime
+import fractions
 import os
 import pickle
 import signal
@@ -320,9 +321,67 @@ def test_plot(bins):
     assert [patch.get_height() for patch in ax.patches] == bins["age"].weights.tolist()
 
 
-def test_bins_of_dates_are_refused(tmp_path):
-    file = json.loads(mb.from_cut_points({"when": [1705708800.0]}).to_json())
-    file["attributes"][0]["unit"] = "seconds since 1970-01-01T00:00:00Z"
-    (tmp_path / "b.json").write_text(json.dumps(file))
-    with pytest.raises(mb.BinFileError, match="'when' are of dates"):
-        mb.load(tmp_path / "b.json")
+DAYS = np.datetime64("2024-01-01") + np.arange(200) * 7 % 400
+LATE = (np.datetime64("2024-06-15") < DAYS).astype(int)
+DATES = {
+    "days": DAYS,
+    "hours": DAYS.astype("M8[h]"),
+    "nanoseconds": pd.Series(DAYS.astype("M8[ns]")).dt.tz_localize("UTC"),
+    "objects": DAYS.tolist(),
+    "arrow": pa.array(DAYS),
+    "milliseconds": pa.chunked_array([pa.array(DAYS).cast(pa.date64())]),
+    "polars": pl.Series(DAYS).cast(pl.Datetime("us")),
+}
+
+
+@pytest.mark.parametrize("kind", DATES)
+def test_dates_are_binned_shown_and_read_as_by_the_tool(tool, tmp_path, kind):
+    expected = tool({"when": DAYS.tolist(), "y": LATE.tolist()}, "supervised", "--target", "y")
+    table = {"when": DATES[kind], "y": LATE}
+    bins = mb.fit(table, "y")
+    assert results_of(bins) == expected
+    bins.save(tmp_path / "b.json")
+    assert mb.load(tmp_path / "b.json") == bins
+    when = bins["when"]
+    assert (when.is_time, when.labels) == (True, ["(-inf, 2024-06-15]", "(2024-06-15, +inf)"])
+    assert "2024-06-15>" in repr(when)
+    for data in table, {**table, "when": np.datetime_as_string(DAYS).tolist()}:
+        assert bins.apply(data)["when_bin"].tolist() == LATE.tolist()
+        assert bins.evaluate(data).stability_index("when") == 0
+    cuts = [datetime.date(2024, 1, 31), "2024-06-15T00:00Z", np.datetime64("2025-01")]
+    own = mb.from_cut_points({"when": cuts}, table, target="y", weight=np.full(200, 2))
+    assert own["when"].labels[2] == "(2024-06-15, 2025-01-01]"
+    assert own.refine(keep={"when": cuts[1:2]}, max_bins=2)["when"].labels == when.labels
+    missing = {"when": [DAYS[0], ("2024-02-01", datetime.datetime(2024, 3, 1))]}
+    found = mb.fit_equal_frequency(table, 2, missing=missing)["when"].missing_weight
+    inside = (np.datetime64("2024-02-01") <= DAYS) & (np.datetime64("2024-03-01") >= DAYS)
+    assert found == inside.sum() + (DAYS[0] == DAYS).sum()
+
+
+@pytest.mark.parametrize("unit", ["ms", "us", "ns"])
+@given(number=st.integers(-(2**63) + 1, 2**63 - 1))
+@pytest.mark.filterwarnings("ignore::mcbinning.BinningWarning")
+def test_moments_are_the_nearest_doubles(unit, number):
+    exact = fractions.Fraction(number, {"ms": 10**3, "us": 10**6, "ns": 10**9}[unit])
+    bins = mb.fit_equal_frequency({"t": pa.array([number], pa.timestamp(unit))}, 2)
+    assert bins["t"].range == (float(exact), float(exact))
+
+
+def test_dates_and_numbers_are_not_mixed_up():
+    dates, numbers = mb.from_cut_points({"a": DAYS[:1]}), mb.from_cut_points({"a": [1.0]})
+    column = {"a": DAYS, "y": LATE}
+    for call in (
+        lambda: dates.apply({"a": [1.0, 2.0]}),
+        lambda: numbers.apply(column),
+        lambda: numbers.evaluate(duckdb.sql("select DATE '2024-01-01' as a")),
+        lambda: dates.apply(duckdb.sql("select 1 as a")),
+        lambda: mb.from_cut_points({"a": ["2024-01-01"]}, {"a": [1, 2]}),
+        lambda: mb.fit({"a": LATE, "y": DAYS}, "y"),
+        lambda: mb.fit(column, "y", categorical=["a"]),
+        lambda: mb.fit(duckdb.sql("select range as a, DATE '2024-01-01' as y from range(9)"), "y"),
+        lambda: mb.fit({"a": LATE, "y": LATE}, "y", weight=DAYS),
+        lambda: mb.fit({"a": pa.array(DAYS).dictionary_encode(), "y": LATE}, "y", attributes=["a"]),
+    ):
+        with pytest.raises((ValueError, TypeError), match=r"dates|numbers"):
+            call()
+    assert dates.apply({"a": [None, np.nan]})["a_bin"].tolist() == [-1, -1]

@@ -106,6 +106,7 @@ def some_rows(n=400):
     table["g"] = [f"t{c}'\\" for c in rng.integers(0, 5, n)]
     table["y"] = ["yes" if a + s > 0.5 else "no" for a, s in zip(table["a"], rng.normal(size=n))]
     table["w"] = rng.integers(0, 4, n).astype(float)
+    table["d"] = np.datetime64("2024-01-01") + (100 * table["a"]).astype(int)
     table["a"][::7] = np.nan
     table["b"][::9] = -1.0
     return table
@@ -113,11 +114,12 @@ def some_rows(n=400):
 
 def test_apply_and_evaluate(make_table):
     table = some_rows()
-    made = mb.fit(in_memory(table), "y", attributes=["a", "b", "g"], weight="w", missing={"b": -1})
+    names = ["a", "b", "g", "d"]
+    made = mb.fit(in_memory(table), "y", attributes=names, weight="w", missing={"b": -1})
     other = {name: column[100:] for name, column in table.items()} | {"n": list(range(300))}
     rows = make_table(other)
     for form in "index", "label", "woe":
-        applied = made.apply(rows, form, attributes=["a", "b", "g"])
+        applied = made.apply(rows, form, attributes=names)
         found = columns_of(applied)
         order = np.argsort(np.array(found["n"], dtype=float))
         expected = made.apply(in_memory(other), form)
@@ -134,7 +136,7 @@ def test_apply_and_evaluate(make_table):
 
 def test_cut_points_and_empty_tables_are_counted(make_table):
     table = some_rows()
-    rows, points = make_table(table), {"a": [-0.5, 0.25], "b": [1.0]}
+    rows, points = make_table(table), {"a": [-0.5, 0.25], "d": ["2024-01-20"]}
     for options in {}, {"target": "y"}, {"target": "w"}, {"target": "y", "weight": "w"}:
         found = mb.from_cut_points(points, rows, **options)
         assert found == mb.from_cut_points(points, in_memory(table), **options), options

@@ -1,7 +1,6 @@
 """Bins made through Python are those of the tool, whatever holds the data."""
 
 import csv
-import datetime
 import decimal
 import fractions
 import os
@@ -164,7 +163,6 @@ def test_any_table_as_the_tool_bins_it(tool, table):
 def test_every_type_of_number_is_read():
     numbers = [0, 1, 1, 2, 3, 3, 5, 8, 13, 21]
     n = len(numbers)
-    day = datetime.date(1970, 1, 1)
     expected = mb.fit_equal_frequency({"a": numbers}, 4)["a"]
     arrow_types = ["int8", "uint8", "int16", "uint16", "int32", "uint32", "int64", "uint64"]
     columns = [pa.array(numbers, t) for t in [*arrow_types, "float", "double"]]
@@ -172,19 +170,16 @@ def test_every_type_of_number_is_read():
         pa.array(np.array(numbers, dtype=np.float16)),
         pa.array([decimal.Decimal(v) for v in numbers], pa.decimal128(20, 3)),
         pa.array([decimal.Decimal(v) for v in numbers], pa.decimal256(60, 30)),
-        pa.array([day + datetime.timedelta(v) for v in numbers], pa.date32()),
-        pa.array(numbers, pa.timestamp("us", "UTC")),
         pa.array(numbers, pa.duration("ns")),
         pa.array(numbers, pa.time32("s")),
         np.array(numbers, dtype=">i4"),
         np.array(numbers, dtype=np.longdouble),
-        np.array(numbers, dtype="M8[D]"),
+        np.array(numbers, dtype="m8[D]"),
         np.ma.array([*numbers], mask=[False] * n),
         np.array(numbers)[::-1],
         np.array([[v, -v] for v in numbers])[:, 0],
         pd.array(numbers, dtype="Int32").to_numpy(object),
         pd.Series(numbers, dtype="Int64"),
-        pd.Series(numbers, dtype="datetime64[ns, UTC]"),
         pl.Series(numbers),
         pd.Index(numbers),
         pd.array(numbers, dtype="Float64"),
@@ -199,7 +194,7 @@ def test_every_type_of_number_is_read():
         assert found.weights.tolist() == expected.weights.tolist(), column
     truth = mb.fit_equal_frequency(pa.table({"b": [True, False, None, False] * 5}), 2)["b"]
     assert (truth.weights.tolist(), truth.missing_weight) == ([10, 5], 5)
-    gone = np.array([1, "NaT", 3], dtype="M8[s]")
+    gone = np.array([1, "NaT", 3], dtype="m8[s]")
     assert mb.fit_equal_frequency({"t": gone}, 2)["t"].missing_weight == 1
     assert mb.fit_equal_frequency(duckdb.sql("select range as a from range(100)"), 4)[
         "a"

@@ -164,3 +164,12 @@ def test_own_cut_points_are_taken_as_they_are(discretizer, data):
     assert all_own.n_bins_.tolist() == [2, 2, 2]
     with pytest.raises(mb.UnknownColumnError, match="age"):
         discretizer(cut_points={"age": [30]}).fit(x, y)
+
+
+def test_dates_are_refused_as_they_would_be_numbers_of_some_unit():
+    dates = np.datetime64("2024-01-01") + np.arange(4)
+    fitted = MDLPDiscretizer().fit([[1], [2], [3], [4]], [0, 0, 1, 1])
+    for X in dates[:, None], pd.DataFrame({"x0": dates}), pl.DataFrame({"x0": dates}):
+        for call in fitted.transform, lambda X: MDLPDiscretizer().fit(X, [0, 0, 1, 1]):
+            with pytest.raises(TypeError, match="dates"):
+                call(X)

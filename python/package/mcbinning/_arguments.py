@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import datetime
 from collections.abc import Hashable, Iterable, Mapping
 from typing import Any, Literal
 
@@ -110,11 +111,31 @@ def as_mapping(argument: str, value: Any) -> Mapping[Any, Any]:
     return value
 
 
-def as_cut_points(name: str, points: Any) -> list[float]:
-    """Take the finite cut points of an attribute."""
+def as_seconds(name: str, date: Any) -> float:
+    """Take a date of an attribute: of Python, NumPy or pandas, or a text of ISO 8601."""
+    if isinstance(date, np.datetime64):
+        unit = np.datetime_data(date.dtype)[0]
+        date = date if unit in ("D", "s", "ms", "us", "ns") else date.astype("M8[s]")
+    return _core.parse_time(
+        name, date.isoformat() if isinstance(date, datetime.date) else str(date)
+    )
+
+
+def is_date(value: Any) -> bool:
+    """Whether it is a date, or a text that should be one."""
+    return isinstance(value, (datetime.date, np.datetime64, str))
+
+
+def as_cut_points(name: str, points: Any) -> tuple[list[float], bool]:
+    """Take the finite cut points of an attribute; answers them, and whether they are dates."""
     if isinstance(points, str) or not isinstance(points, Iterable):
         raise TypeError(f"the cut points of {name!r} are a list of numbers")
-    values = [as_number(f"a cut point of {name!r}", point) for point in points]
+    given = list(points)
+    are_dates = bool(given) and all(map(is_date, given))
+    values = [
+        as_seconds(name, point) if are_dates else as_number(f"a cut point of {name!r}", point)
+        for point in given
+    ]
     if not np.isfinite(values).all():
         raise InputError(f"the cut points of {name!r} are not finite")
-    return values
+    return values, are_dates

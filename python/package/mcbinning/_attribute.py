@@ -45,6 +45,12 @@ class AttributeBins:
         return kind
 
     @property
+    def is_time(self) -> bool:
+        """Whether values are dates, whose numbers are seconds since 1970-01-01T00:00:00Z."""
+        is_time: bool = self._variable["is_time"]
+        return is_time
+
+    @property
     def categories(self) -> list[str]:
         """Of a categorical attribute: the category of each code, which cut points divide."""
         return list(self._variable["categories"])
@@ -61,7 +67,7 @@ class AttributeBins:
 
     @property
     def cut_points(self) -> np.ndarray[Any, np.dtype[np.float64]]:
-        """Where the bins meet: shape (bins - 1,), ascending."""
+        """Where the bins meet: shape (bins - 1,), ascending; of dates in seconds."""
         return np.array(self._result["cut_points"], dtype=np.float64)
 
     @property
@@ -256,7 +262,8 @@ class AttributeBins:
 
     def __repr__(self) -> str:
         against = f" against {self.target}" if self.target else ""
-        cuts = ", ".join(f"{cut:.6g}" for cut in self.cut_points[:8])
+        write = _core.format_time if self.is_time else "{:.6g}".format
+        cuts = ", ".join(write(cut) for cut in self.cut_points[:8])
         more = ", ..." if len(self.cut_points) > 8 else ""
         return f"<{len(self.weights)} bins of {self.name}{against}, {self.status}: {cuts}{more}>"
 

@@ -482,7 +482,7 @@ def load(path: Path) -> Bins:
     Raises
     ------
     BinFileError
-        It is none, or makes no sense; the message says where. Or it has bins of dates.
+        It is none, or makes no sense; the message says where.
     OSError
         It cannot be read.
     """
@@ -492,23 +492,7 @@ def load(path: Path) -> Bins:
             text = file.read()
         except UnicodeDecodeError as error:
             raise BinFileError(f"{name}: this is no bin file: {error}") from None
-    model = _core.Model.parse(text, name)
-    _refuse_times(text, name)
-    return Bins(model)
-
-
-def _refuse_times(text: str, name: str) -> None:
-    """Refuse bins of seconds since 1970, which a table has in a unit of its own."""
-    if '"unit"' not in text:
-        return
-    import json  # here, as few files need it
-
-    for attribute in json.loads(text)["attributes"]:
-        if "unit" in attribute:
-            raise BinFileError(
-                f"{name}: the bins of {attribute['name']!r} are of dates, which are not read here; "
-                "'mcbin apply' does it, and the module that 'mcbin export --format python' writes"
-            )
+    return Bins(_core.Model.parse(text, name))
 
 
 def sql_dialects() -> list[str]:
@@ -528,7 +512,7 @@ def _get(results: dict[str, int], name: str) -> int:
 
 def _cuts_by_name(argument: str, cut_points: Any) -> dict[str, list[float]]:
     given = as_mapping(argument, cut_points)
-    return {name: as_cut_points(name, points) for name, points in given.items()}
+    return {name: as_cut_points(name, points)[0] for name, points in given.items()}
 
 
 def _exported_form(as_: str) -> _core.Form:

@@ -59,10 +59,10 @@ def fit(
     ----------
     table
         Columns of n rows: a data frame of pandas or polars, an Arrow table, a structured or
-        two-dimensional NumPy array, or a dict of columns. NaN and null are missing. Dates and times
-        are numbers in the unit that they are stored in. Or a table of an engine, which counts
-        without handing its rows out: a relation of DuckDB, a data frame of Spark, a
-        `mcbinning.engines.PostgresTable`.
+        two-dimensional NumPy array, or a dict of columns. NaN and null are missing. Dates are
+        seconds since 1970, those without a zone in UTC; times of day and durations are numbers in
+        the unit that they are stored in. Or a table of an engine, which counts without handing its
+        rows out: a relation of DuckDB, a data frame of Spark, a `mcbinning.engines.PostgresTable`.
     target
         The name of a column, several names, or a column of n values. Classes may be numbers or
         texts; there are 2 to 256. Each target is binned against on its own.
@@ -223,7 +223,7 @@ def from_cut_points(
     Parameters
     ----------
     cut_points
-        For each attribute its finite cut points, ascending.
+        For each attribute its finite cut points, ascending: numbers or dates.
     table
         Data to count, as for `fit`; without it all weights are 0.
     target, weight
@@ -241,9 +241,10 @@ def from_cut_points(
     InputError
         Cut points that do not ascend or are not finite, and what `fit` refuses.
     """
-    cuts = []
+    cuts, times = [], []
     for name, points in as_mapping("cut_points", cut_points).items():
-        values = as_cut_points(name, points)
+        values, are_dates = as_cut_points(name, points)
+        times.append(are_dates)
         if not all(a < b for a, b in itertools.pairwise(values)):
             raise InputError(f"the cut points of {name!r} do not ascend")
         cuts.append(values)
@@ -254,21 +255,25 @@ def from_cut_points(
     if table is None:
         if target is not None or weight is not None:
             raise InputError("a target and a weight need a table")
-        return Bins(_core.from_cut_points(attributes, cuts, is_right(closed), None, None))
+        return Bins(_core.from_cut_points(attributes, cuts, times, is_right(closed), None, None))
     only = [*attributes, *(name for name in (target, weight) if isinstance(name, str))]
     request = _make_request(table, names, set(only))
     targets = [] if target is None else request.add_targets(target)
     if len(targets) > 1:
         raise TargetError("one target is expected")
+    times = [
+        are_dates or request.table.is_time(request.index(name))
+        for name, are_dates in zip(attributes, times, strict=True)
+    ]
     engine = find_engine(table)
     if engine is not None:
         from .engines._evaluate import count_cut_points
 
         against = targets[0] if targets else None
         points = dict(zip(attributes, cuts, strict=True))
-        return Bins(count_cut_points(engine, points, is_right(closed), against, weight))
+        return Bins(count_cut_points(engine, points, times, is_right(closed), against, weight))
     place = request.index(targets[0]) if targets else None
-    model = _core.from_cut_points(attributes, cuts, is_right(closed), request.table, place)
+    model = _core.from_cut_points(attributes, cuts, times, is_right(closed), request.table, place)
     counted, _ = model.count_on(
         list(range(len(model))),
         request.table,

@@ -11,7 +11,7 @@ from typing import Any
 import numpy as np
 
 from . import _core
-from ._arguments import as_mapping, as_number, at_least
+from ._arguments import as_mapping, as_number, as_seconds, at_least, is_date
 from ._errors import InputError, TableTypeError, TargetError, unknown_column
 from ._files import Path, system_temp_dir
 from ._progress import Report
@@ -103,9 +103,12 @@ class Request:
             return None
         name = weight if isinstance(weight, str) else self._add(weight, "weight")
         place = self.index(name)
-        if self.table.role(place) != "number":
+        if self.table.role(place) != "number" or self.table.is_time(place):
             raise TableTypeError(f"the weight {name!r} is no column of numbers")
         return place
+
+    def _kind(self, place: int) -> str:
+        return "time" if self.table.is_time(place) else self.table.role(place)
 
     def _choose(
         self, attributes: Sequence[str] | None, used: set[int], categorical: set[int]
@@ -155,7 +158,7 @@ class Request:
         if len(self.table) == 0:
             raise InputError("the table has no rows")
         definitions = {
-            self.index(name): _missing(name, given, self.table.role(self.index(name)))
+            self.index(name): _missing(name, given, self._kind(self.index(name)))
             for name, given in as_mapping("missing", missing).items()
         }
         call = FitCall(
@@ -179,29 +182,34 @@ class Request:
         return call.run(self.table, report)
 
 
-def _missing(name: str, given: Any, role: str) -> tuple[list[float], list[str], Any]:
+def _missing(name: str, given: Any, kind: str) -> tuple[list[float], list[str], Any]:
     """Sort what is missing into numbers, texts and the interval."""
+
+    def read(value: Any) -> float:
+        if kind == "time" and is_date(value):
+            return as_seconds(name, value)
+        return as_number(f"missing: a value of {name!r}", value)
+
     is_list = isinstance(given, Iterable) and not isinstance(given, (str, bytes, tuple))
     values = list(given) if is_list else [given]
     intervals = [value for value in values if isinstance(value, tuple)]
     if len(intervals) > 1:
         raise InputError(f"missing: {name!r} has more than one interval")
     single = [value for value in values if not isinstance(value, tuple)]
-    texts = [value for value in single if isinstance(value, str)]
-    described = f"missing: a value of {name!r}"
-    numbers = [as_number(described, value) for value in single if not isinstance(value, str)]
+    texts = [value for value in single if isinstance(value, str) and kind != "time"]
+    numbers = [read(value) for value in single if value not in texts]
     interval = None
     if intervals:
         if len(intervals[0]) != 2:
             raise InputError(f"missing: an interval of {name!r} is (low, high)")
-        low, high = (None if end is None else as_number(described, end) for end in intervals[0])
+        low, high = (None if end is None else read(end) for end in intervals[0])
         if low is not None and high is not None and not low <= high:
             raise InputError(f"missing: the interval of {name!r} ends before it begins")
         interval = (low, high)
     if not np.isfinite([*numbers, *(end for end in interval or () if end is not None)]).all():
         raise InputError(f"missing: {name!r} has a value that is not finite")
-    if texts and (numbers or interval or role == "number"):
+    if texts and (numbers or interval or kind == "number"):
         raise InputError(f"missing: {name!r} has texts among numbers")
-    if role == "text" and (numbers or interval):
+    if kind == "text" and (numbers or interval):
         raise InputError(f"missing: {name!r} has numbers, but the column is text")
     return numbers, texts, interval

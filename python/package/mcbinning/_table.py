@@ -12,7 +12,7 @@ from typing import Any
 import numpy as np
 
 from . import _core
-from ._arguments import as_names
+from ._arguments import as_names, as_seconds
 from ._errors import InputError, TableTypeError
 
 _PLAIN_KINDS = "biuf"
@@ -117,8 +117,10 @@ def add_column(table: _core.Table, name: str, column: Any) -> None:
         _add_arrow(table, name, column)
     elif isinstance(column, (bytes, bytearray, Mapping, Set)):
         raise TableTypeError(f"column {name!r} is {type(column).__name__}, which is no column")
+    elif isinstance(column, datetime.date):
+        _add_list(table, name, [column])  # a single row
     elif isinstance(column, (str, bool, int, float, np.generic)) or column is None:
-        _add_values(table, name, np.array([column]))  # a single row
+        _add_values(table, name, np.array([column]))
     else:
         try:
             values = list(column)
@@ -197,11 +199,21 @@ def _add_values(table: _core.Table, name: str, values: np.ndarray[Any, Any]) -> 
         table.add_numbers(name, np.asarray(values, dtype=np.float64), False)
     elif kind in "mM":
         native = values.astype(values.dtype.newbyteorder("="), copy=False)
-        table.add_numbers(name, np.asarray(native).view(np.int64), True)
+        unit = "" if kind == "m" else _unit_of(name, native.dtype)
+        native = native.astype(f"M8[{unit}]", copy=False) if unit else native
+        table.add_numbers(name, np.asarray(native).view(np.int64), True, unit)
     elif kind in "UT" or kind == "O":
         _add_list(table, name, values.tolist())
     else:
         raise TableTypeError(f"column {name!r} is of type {values.dtype}, which has no order")
+
+
+def _unit_of(name: str, dtype: np.dtype[Any]) -> str:
+    """Choose the unit that times are counted in: theirs, or seconds for what is made of these."""
+    unit = np.datetime_data(dtype)[0]
+    if unit in ("ps", "fs", "as"):
+        raise TableTypeError(f"column {name!r} is of type {dtype}; make it datetime64[ns] first")
+    return unit if unit in ("ms", "us", "ns") else "s"
 
 
 def _is_missing(value: object) -> bool:
@@ -223,8 +235,10 @@ def _add_list(table: _core.Table, name: str, values: list[Any]) -> None:
         except UnicodeEncodeError as error:
             raise InputError(f"column {name!r} has a text that is not valid: {error}") from None
         return
-    if any(issubclass(kind, (datetime.date, datetime.time)) for kind in kinds):
-        raise TableTypeError(f"column {name!r} holds dates as objects; make it datetime64 first")
+    if there and all(issubclass(kind, (datetime.date, np.datetime64)) for kind in kinds):
+        read = np.array([np.nan if _is_missing(v) else as_seconds(name, v) for v in values])
+        table.add_numbers(name, read, False, "s")
+        return
     if not all(issubclass(kind, (numbers.Real, np.bool_)) or _is_decimal(kind) for kind in kinds):
         mixed = ", ".join(sorted(kind.__name__ for kind in kinds))
         raise TableTypeError(f"column {name!r} is neither all text nor all numbers, but {mixed}")

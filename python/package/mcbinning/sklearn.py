@@ -64,6 +64,7 @@ class _Discretizer(TransformerMixin, BaseEstimator):  # type: ignore[misc]
         return from_cut_points(cuts, table, target=target, weight=weight, closed=self.closed)
 
     def _check_table(self, X: Any, reset: bool) -> Any:
+        _refuse_dates(X)
         missing = _nan_option()
         return validate_data(self, X, reset=reset, dtype=np.float64, **missing)
 
@@ -300,6 +301,7 @@ class MDLPDiscretizer(_Discretizer):
                 f"This {type(self).__name__} estimator requires y to be passed, but the target y "
                 "is None"
             )
+        _refuse_dates(X)
         X, y = validate_data(
             self, X, y=y, reset=True, dtype=np.float64, multi_output=True, **_nan_option()
         )
@@ -427,6 +429,16 @@ def _nan_option() -> dict[str, Any]:
     known = inspect.signature(check_array).parameters
     name = "ensure_all_finite" if "ensure_all_finite" in known else "force_all_finite"
     return {name: "allow-nan"}
+
+
+def _refuse_dates(X: Any) -> None:
+    """Refuse what scikit-learn would read as numbers, in whatever unit the dates have."""
+    for kind in getattr(X, "dtypes", [getattr(X, "dtype", None)]):
+        if getattr(kind, "kind", "") in ("m", "M") or getattr(kind, "is_temporal", bool)():
+            raise TypeError(
+                "there are dates or durations in X, which scikit-learn has no unit for: make them "
+                "numbers, or give the table to mcbinning.fit"
+            )
 
 
 def _free_name(name: str, taken: dict[str, Any]) -> str:

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import json
 from collections.abc import Sequence
 from typing import Any
 
@@ -51,13 +52,38 @@ def apply_on(
             raise InputError(f"there is a column {name!r} already; choose another suffix=")
     quote = engine.dialect.column
     kept = [quote(f"mcbinning_{place}") for place in range(len(names))]
-    kinds = [model.attribute(model.result(index)["attribute"])["kind"] for index in results]
-    columns = [find_binned(engine, *each) for each in zip(attributes, kinds, strict=True)]
+    variables = [model.attribute(model.result(index)["attribute"]) for index in results]
+    columns = [find_binned(engine, one["name"], one["kind"], one["is_time"]) for one in variables]
     numbers = [f"{column.expression} AS {quote(column.name)}" for column in columns]
     pairs = list(zip(kept, map(quote, names), strict=True))
     inner = ", ".join([*(f"{name} AS {other}" for other, name in pairs), *numbers])
     numbered = engine.derive(f"SELECT {inner} FROM {_sql.ROWS}")
-    query = model.sql(list(results), form, suffix, None, engine.dialect.name, _sql.ROWS)
+    plain = _as_numbers(model)
+    query = plain.sql(list(results), form, suffix, None, engine.dialect.name, _sql.ROWS)
     binned = engine.wrap(numbered).derive(query.rstrip().rstrip(";"))
-    outer = ", ".join([*(f"{other} AS {name}" for other, name in pairs), *map(quote, added)])
+    shown = [
+        _as_dates(engine, model, plain, index, quote(name))
+        if form == _core.Form.LABEL and variable["is_time"]
+        else quote(name)
+        for index, variable, name in zip(results, variables, added, strict=True)
+    ]
+    outer = ", ".join([*(f"{other} AS {name}" for other, name in pairs), *shown])
     return engine.wrap(binned).derive(f"SELECT {outer} FROM {_sql.ROWS}")
+
+
+def _as_numbers(model: _core.Model) -> _core.Model:
+    """Make bins of the seconds that columns of dates are here."""
+    file = json.loads(model.write())
+    for variable in file["attributes"]:
+        variable.pop("unit", None)
+    return _core.Model.parse(json.dumps(file), "bins")
+
+
+def _as_dates(
+    engine: Engine, model: _core.Model, plain: _core.Model, index: int, column: str
+) -> str:
+    """Write the labels of bins of seconds as those of dates."""
+    text = engine.dialect.text
+    pairs = zip(plain.labels(index), model.labels(index), strict=True)
+    cases = " ".join(f"WHEN {text(number)} THEN {text(date)}" for number, date in pairs)
+    return f"CASE {column} {cases} ELSE {column} END AS {column}"

@@ -35,9 +35,23 @@ def find_column(engine: Engine, name: str) -> Column:
     raise unknown_column(name, [column.name for column in engine.columns])
 
 
-def find_binned(engine: Engine, name: str, kind: str) -> Column:
+def find_categories_of(engine: Engine, name: str) -> Column:
+    """Find a column of categories, which dates are not."""
+    column = find_column(engine, name)
+    if column.is_time:
+        raise TableTypeError(
+            f"column {name!r} holds dates, which are no categories; make them text first"
+        )
+    return column
+
+
+def find_binned(engine: Engine, name: str, kind: str, is_time: bool) -> Column:
     """Find the column of a variable of bins, whose kind a bin file says."""
     column = find_column(engine, name)
+    if column.role == "number" and column.is_time != is_time:
+        raise TableTypeError(
+            f"column {name!r} is of {column.type}, the bins are{'' if is_time else ' not'} of dates"
+        )
     is_text = kind == "string-categorical"
     if is_text != (column.role == "text"):
         values = "text" if is_text else "numbers"

@@ -18,15 +18,14 @@ _WHOLE = {
 }  # fmt: skip
 _REAL = {"FLOAT", "DOUBLE"}
 
-# By their unit, as Arrow has them.
+# Seconds since 1970; the nearest doubles to nanoseconds are those of their texts.
 _TIMES = {
-    "DATE": "date_diff('day', DATE '1970-01-01', {})",
-    "TIMESTAMP": "epoch_us({})",
-    "TIMESTAMP WITH TIME ZONE": "epoch_us({})",
+    "DATE": "(date_diff('day', DATE '1970-01-01', {}) * 86400)",
+    "TIMESTAMP": "(CAST(epoch_us({}) AS DOUBLE) / 1e6)",
+    "TIMESTAMP WITH TIME ZONE": "(CAST(epoch_us({}) AS DOUBLE) / 1e6)",
     "TIMESTAMP_S": "(epoch_us({}) // 1000000)",
-    "TIMESTAMP_MS": "epoch_ms({})",
-    "TIMESTAMP_NS": "epoch_ns({})",
-    "TIME": "epoch_us({})",
+    "TIMESTAMP_MS": "(CAST(epoch_ms({}) AS DOUBLE) / 1e3)",
+    "TIMESTAMP_NS": "(CAST(epoch_ns({}) AS VARCHAR) || 'e-9')",
 }
 
 # What is infinite would be missing by these functions.
@@ -111,11 +110,11 @@ def _describe(name: str, kind: str) -> Column:
         number = text  # the nearest double, which a division may miss
     elif kind == "BOOLEAN":
         number = f"CAST({quoted} AS INTEGER)"
+    elif kind == "TIME":
+        number = f"epoch_us({quoted})"
     elif kind in _TIMES:
-        number = _TIMES[kind].format(quoted)
-        if kind != "TIME":
-            number = _INFINITE.format(quoted, number)
+        number = _INFINITE.format(quoted, _TIMES[kind].format(quoted))
     else:
         return Column(name, kind, "other")
     is_whole = kind in _WHOLE or kind == "BOOLEAN"
-    return Column(name, kind, "number", f"CAST({number} AS DOUBLE)", is_whole)
+    return Column(name, kind, "number", f"CAST({number} AS DOUBLE)", is_whole, kind in _TIMES)

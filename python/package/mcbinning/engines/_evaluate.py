@@ -11,7 +11,7 @@ import numpy as np
 from .. import _core
 from .._errors import TableTypeError
 from . import _plan, _sql
-from ._columns import find_binned, find_column
+from ._columns import find_binned, find_categories_of, find_column
 from ._rows import add_codes, find_categories, other_names, weigh
 from ._sql import Array, Engine, MissingValues
 
@@ -73,7 +73,8 @@ def evaluate_on(
         if "categories" in variable:
             add_codes(table, variable["name"], variable["categories"], column_values)
         else:
-            table.add_numbers(variable["name"], column_values, False)
+            unit = "s" if "unit" in variable else ""
+            table.add_numbers(variable["name"], column_values, False, unit)
     if target is not None:
         add_codes(table, target["name"], target["categories"], codes)
     columns = {name: place for place, name in enumerate(table.names())}
@@ -94,6 +95,7 @@ def evaluate_on(
 def count_cut_points(
     engine: Engine,
     cut_points: Mapping[str, Sequence[float]],
+    are_times: list[bool],
     right_closed: bool,
     target: str | None,
     weight: Any,
@@ -101,7 +103,7 @@ def count_cut_points(
     """Make bins of cut points, and count the cases of each in the engine."""
     known = None
     if target is not None:
-        column = find_column(engine, target)
+        column = find_categories_of(engine, target)
         categories = find_categories(engine, column, MissingValues(), "1 = 1")
         known = _core.Table()
         if column.role == "text":
@@ -109,7 +111,8 @@ def count_cut_points(
         else:
             known.add_numbers(target, np.array(categories, dtype=np.float64), False)
     names, cuts = list(cut_points), [list(points) for points in cut_points.values()]
-    model = _core.from_cut_points(names, cuts, right_closed, known, None if known is None else 0)
+    place = None if known is None else 0
+    model = _core.from_cut_points(names, cuts, are_times, right_closed, known, place)
     return evaluate_on(engine, model, range(len(model)), weight)[0]
 
 
@@ -125,7 +128,7 @@ def _missing(described: dict[str, Any], key: str) -> MissingValues:
 
 
 def _code(engine: Engine, variable: dict[str, Any]) -> str:
-    column = find_binned(engine, variable["name"], variable["kind"])
+    column = find_binned(engine, variable["name"], variable["kind"], False)
     value = _sql.value_of(engine.dialect, column, _missing(variable, "user_missing"))
     return _sql.code_of(engine.dialect, f"({value})", variable["categories"])
 
@@ -133,7 +136,7 @@ def _code(engine: Engine, variable: dict[str, Any]) -> str:
 def _value(engine: Engine, variable: dict[str, Any]) -> str:
     if "categories" in variable:
         return _sql.number_of_code(engine.dialect, _code(engine, variable))
-    column = find_binned(engine, variable["name"], variable["kind"])
+    column = find_binned(engine, variable["name"], variable["kind"], "unit" in variable)
     return _sql.value_of(engine.dialect, column, _missing(variable, "user_missing"))
 
 

@@ -14,7 +14,7 @@ from .._errors import InputError, TableTypeError
 from .._progress import Report
 from .._request import FitCall, Request
 from . import _plan, _sql
-from ._columns import find_column
+from ._columns import find_categories_of, find_column
 from ._rows import add_codes, find_categories, other_names, weigh
 from ._sql import Array, Cases, Engine, MissingValues
 
@@ -36,7 +36,8 @@ class EngineRequest(Request):
         self.table = _core.Table()  # columns of the same names and roles, without the values
         for column in engine.columns:
             if column.role == "number":
-                self.table.add_numbers(column.name, np.zeros(1), False)
+                unit = "s" if column.is_time else ""
+                self.table.add_numbers(column.name, np.zeros(1), False, unit)
             else:
                 self.table.add_texts(column.name, [""])
 
@@ -67,6 +68,8 @@ class _Run:
         if self._weights.records == 0:
             raise InputError("the table has no rows")
         coded = [*call.targets, *(place for place in call.attributes if self._is_coded(place))]
+        for place in coded:
+            find_categories_of(engine, self._columns[place].name)
         self._categories = {
             place: find_categories(
                 engine, self._columns[place], self._missing_of(place), self._weights.kept
@@ -128,7 +131,8 @@ class _Run:
             elif place == self._call.weight:
                 table.add_numbers(column.name, np.full(count, self._weights.largest), False)
             elif column.role == "number":
-                table.add_numbers(column.name, np.zeros(count), False)
+                unit = "s" if column.is_time else ""
+                table.add_numbers(column.name, np.zeros(count), False, unit)
             else:
                 table.add_texts(column.name, [""] * count)
         return table

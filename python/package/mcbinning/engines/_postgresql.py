@@ -13,9 +13,6 @@ from . import _sql
 from ._interrupt import run_with
 from ._sql import Answer, Column, Dialect
 
-# Days from 1970 on; what is infinite cannot be subtracted from.
-_DAYS = "CASE WHEN isfinite({0}) THEN {0} - DATE '1970-01-01' ELSE EXTRACT(EPOCH FROM {0}) END"
-
 # What is beyond the doubles cannot be cast to one.
 _NUMERIC = (
     "CASE WHEN {0} = 'NaN' THEN {0} WHEN ABS({0}) < 2.4703282292062328e-324 THEN 0 "
@@ -32,11 +29,12 @@ _NUMBERS = {
     700: ("real", "{}"),
     701: ("double precision", "{}"),
     1700: ("numeric", _NUMERIC),
-    1082: ("date", _DAYS),
+    1082: ("date", "EXTRACT(EPOCH FROM {})"),
     1083: ("time", "(EXTRACT(EPOCH FROM {}) * 1000000)"),
-    1114: ("timestamp", "(EXTRACT(EPOCH FROM {}) * 1000000)"),
-    1184: ("timestamp with time zone", "(EXTRACT(EPOCH FROM {}) * 1000000)"),
+    1114: ("timestamp", "EXTRACT(EPOCH FROM {})"),
+    1184: ("timestamp with time zone", "EXTRACT(EPOCH FROM {})"),
 }
+_TIMES = {1082, 1114, 1184}
 _NAME = r'(\w+|"([^"]|"")+")'
 _TEXTS = {19: "name", 25: "text", 1042: "character", 1043: "character varying"}
 
@@ -155,9 +153,8 @@ def _describe(name: str, kind: int) -> Column:
     quoted = DIALECT.column(name)
     if kind in _NUMBERS:
         called, expression = _NUMBERS[kind]
-        return Column(
-            name, called, "number", f"CAST({expression.format(quoted)} AS double precision)"
-        )
+        number = f"CAST({expression.format(quoted)} AS double precision)"
+        return Column(name, called, "number", number, is_time=kind in _TIMES)
     if kind in _TEXTS:
         return Column(name, _TEXTS[kind], "text", f'CAST({quoted} AS text) COLLATE "C"')
     return Column(name, f"type {kind}", "other")

@@ -18,11 +18,14 @@ from ._sql import Answer, Column, Dialect
 _WHOLE = {"tinyint", "smallint", "int", "bigint"}
 _REAL = {"float", "double"}
 
-# By their unit, as Arrow has them.
+# Seconds since 1970.
 _TIMES = {
-    "date": "unix_date({})",
-    "timestamp": "unix_micros({})",
-    "timestamp_ntz": "timestampdiff(MICROSECOND, TIMESTAMP_NTZ'1970-01-01 00:00:00', {})",
+    "date": "(unix_date({}) * 86400L)",
+    "timestamp": "(CAST(unix_micros({}) AS DOUBLE) / 1e6D)",
+    "timestamp_ntz": (
+        "(CAST(timestampdiff(MICROSECOND, TIMESTAMP_NTZ'1970-01-01 00:00:00', {}) AS DOUBLE)"
+        " / 1e6D)"
+    ),
 }
 
 
@@ -169,4 +172,4 @@ def _describe(name: str, kind: str) -> Column:
     else:
         return Column(name, kind, "other")
     is_whole = kind in _WHOLE or kind == "boolean"
-    return Column(name, kind, "number", f"CAST({number} AS DOUBLE)", is_whole)
+    return Column(name, kind, "number", f"CAST({number} AS DOUBLE)", is_whole, kind in _TIMES)

@@ -63,6 +63,8 @@ class Column:
         Its values as doubles, or as text.
     is_whole : bool
         Whether they are small whole numbers, so that there is no NaN among them to look for.
+    is_time : bool
+        Whether they are dates, whose numbers are seconds since 1970.
     """
 
     name: str
@@ -70,6 +72,7 @@ class Column:
     role: Literal["number", "text", "other"]
     expression: str = ""
     is_whole: bool = False
+    is_time: bool = False
 
 
 class Engine(Protocol):
