@@ -69,6 +69,7 @@ void CopyRecords(CsvReader& reader, BinWriter& writer, RecordOutput& out, Progre
 int ApplyCommand(const ApplyOptions& options) {
   CheckFiles({{"the bin file", options.binFile}, {"the data", options.input}},
              {{"--output", options.output}});
+  if (!options.quiet) PrintIfFromTerminal(options.input);
   const bool outputIsTerminal = options.output == "-" && isatty(STDOUT_FILENO) == 1;
   RecordOutput out(options.output);
   const BinsToUse bins(options);

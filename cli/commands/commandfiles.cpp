@@ -137,6 +137,11 @@ void PrintRepeatedFiles(const std::vector<std::string>& paths) {
   }
 }
 
+void PrintIfFromTerminal(const std::string& path) {
+  if (path != "-" || isatty(STDIN_FILENO) != 1) return;
+  PrintNote("reading CSV text from the terminal; end it with Ctrl-D");
+}
+
 MCBinModel::BinModel LoadBinFile(const std::string& path, const EvidenceOptions& evidence) {
   const InputText input = ReadAll(path, '{', "a bin file, which mcbin writes with --json");
   MCBinModel::BinModel model = MCBinModel::ParseBinFile(input.text, input.name);

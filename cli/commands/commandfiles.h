@@ -35,6 +35,9 @@ void CheckFiles(const std::vector<CommandInput>& inputs, const std::vector<Comma
 // Says which of the files is one that comes before it, under the same name or another.
 void PrintRepeatedFiles(const std::vector<std::string>& paths);
 
+// Says so when the data are to be typed, which a forgotten file looks like.
+void PrintIfFromTerminal(const std::string& path);
+
 // Reads a bin file; "-" is standard input. The options come before what the file says. Throws
 // Refusal and Interrupt::Requested.
 MCBinModel::BinModel LoadBinFile(const std::string& path, const EvidenceOptions& evidence = {});

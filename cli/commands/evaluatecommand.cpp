@@ -157,6 +157,9 @@ int EvaluateCommand(const EvaluateOptions& options) {
   std::vector<CommandInput> inputs = {{"the bin file", options.binFile}};
   for (const std::string& path : options.inputs) inputs.push_back({"the data", path});
   CheckFiles(inputs, {{"--update", options.updateFile}});
+  if (!options.quiet) {
+    for (const std::string& path : options.inputs) PrintIfFromTerminal(path);
+  }
   const MCBinModel::TextStyle style = MakeTextStyle(options.tables);
   std::optional<OutputFile> updateFile;
   if (options.updateFile) updateFile.emplace(*options.updateFile);

@@ -1,6 +1,5 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <optional>
@@ -149,9 +148,7 @@ void CheckBeforeReading(const RunOptions& options) {
   for (const std::string& path : options.inputs) inputs.push_back({"the input", path});
   CheckModelOutput(inputs, options);
   if (!options.quiet) PrintRepeatedFiles(options.inputs);
-  if (options.inputs.front() == "-" && isatty(STDIN_FILENO) == 1 && !options.quiet) {
-    PrintNote("reading CSV text from the terminal; end it with Ctrl-D");
-  }
+  if (!options.quiet) PrintIfFromTerminal(options.inputs.front());
 }
 
 }  // namespace

@@ -204,7 +204,7 @@ void AddFileFormat(CLI::App& command, RawFileFormat& raw, const UsualFileFormat&
 
 FileFormatOptions ParseFileFormat(const RawFileFormat& raw) {
   FileFormatOptions format;
-  if (!raw.delimiter.empty()) format.delimiter = ParseDelimiter(raw.delimiter);
+  if (raw.delimiter) format.delimiter = ParseDelimiter(*raw.delimiter);
   if (!raw.decimal.empty()) format.decimal = raw.decimal.front();
   if (!raw.thousands) return format;
   const bool isMark = raw.thousands->size() <= 1 &&

@@ -80,7 +80,7 @@ MissingTextOptions ParseMissingTexts(const RawMissingTexts& raw);
 
 // --delimiter, --decimal and --thousands. ParseFileFormat throws UsageError.
 struct RawFileFormat {
-  std::string delimiter;
+  std::optional<std::string> delimiter;
   std::string decimal;
   std::optional<std::string> thousands;  // an empty one: none
 };

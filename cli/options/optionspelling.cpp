@@ -86,6 +86,22 @@ bool IsUnknownLetter(const CLI::App& command, const std::string& argument,
          !TakesValue(command, previous);
 }
 
+// That letter is refused: the same one in the other case may be meant, or a name that begins so.
+[[noreturn]] void RefuseLetter(const CLI::App& command, const std::string& argument,
+                               const std::string& called) {
+  const auto letter = static_cast<unsigned char>(argument[1]);
+  const bool isLower = std::islower(letter) != 0;
+  const std::string other(1,
+                          static_cast<char>(isLower ? std::toupper(letter) : std::tolower(letter)));
+  if (command.get_option_no_throw("-" + other) == nullptr) {
+    RefuseOption(argument, isLower ? argument.substr(1) : other, LongNamesOf(command), called);
+  }
+  throw UsageError(
+      fmt::format("there is no option '{}'; did you mean -{}?\n"
+                  "Run {} --help for the options.",
+                  argument, other, called));
+}
+
 // An option in place of a value is none: the value was forgotten.
 void CheckHasValue(const CLI::App& command, const std::string& option, const std::string& next) {
   if (!TakesValue(command, option)) return;
@@ -117,9 +133,7 @@ std::vector<std::string> CorrectArguments(const CLI::App& app, std::vector<std::
     const std::string& first = arguments[0];
     if (first.empty() || first[0] != '-') RefuseCommand(commandNames, first);
     if (first.size() > 2 && first[1] == '-') Correct(first, LongNamesOf(app), "mcbin");
-    if (IsUnknownLetter(app, first, "")) {
-      RefuseOption(first, first.substr(1), LongNamesOf(app), "mcbin");
-    }
+    if (IsUnknownLetter(app, first, "")) RefuseLetter(app, first, "mcbin");
     return arguments;
   }
   const Names names = LongNamesOf(**command);
@@ -129,7 +143,7 @@ std::vector<std::string> CorrectArguments(const CLI::App& app, std::vector<std::
     const std::string called = "mcbin " + (*command)->get_name();
     if (isOption) argument = Correct(argument, names, called);
     if (IsUnknownLetter(**command, argument, arguments[i - 1])) {
-      RefuseOption(argument, argument.substr(1), names, called);
+      RefuseLetter(**command, argument, called);
     }
     const bool mayTakeNext = argument.size() > 1 && argument[0] == '-' && i + 1 < arguments.size();
     if (mayTakeNext) CheckHasValue(**command, argument, arguments[i + 1]);

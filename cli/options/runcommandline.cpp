@@ -53,7 +53,7 @@ struct RawOptions {
 void AddColumnOptions(CLI::App& command, RawOptions& raw) {
   const OptionGroup group(command, "Columns");
   AddList(command, "--attributes", raw.attributes, "NAMES",
-          "columns to bin; 'x*' is all that begin so (every continuous column)");
+          "columns to bin; 'x*' is all that begin so (numbers, dates, booleans)");
   AddList(command, "--exclude", raw.exclude, "NAMES", "columns not to bin");
   AddList(command, "--categorical", raw.categorical, "NAMES",
           "columns to read as categories; as attributes binned by code");
