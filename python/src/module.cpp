@@ -100,6 +100,26 @@ nb::object ArrayOf(const FrameColumn& column) {
   throw nb::type_error("this column has no array");
 }
 
+// Texts, with None where one is missing, or what indexes stand for.
+nb::list LabelsOf(const FrameColumn& column) {
+  const auto* const validity = static_cast<const std::uint8_t*>(column.buffers.at(0).data);
+  const bool hasNone = column.format == "U" && validity != nullptr;
+  nb::list labels;
+  for (std::size_t i = 0; i < column.labels.size(); ++i) {
+    const bool isThere = !hasNone || ((validity[i / 8] >> (i % 8)) & 1) != 0;
+    labels.append(isThere ? nb::cast(column.labels[i]) : nb::none());
+  }
+  return labels;
+}
+
+template <typename Value>
+using Values = nb::ndarray<const Value, nb::ndim<1>, nb::c_contig, nb::device::cpu>;
+
+template <typename Value>
+std::vector<Value> CopyOf(const Values<Value>& values) {
+  return {values.data(), values.data() + values.size()};
+}
+
 const FrameColumn& ColumnAt(const Frame& frame, std::size_t index) {
   if (index < frame.columns.size()) return frame.columns[index];
   throw nb::index_error("there is no such column");
@@ -133,15 +153,29 @@ void BindFrame(nb::module_& module) {
           },
           "index"_a)
       .def(
-          "labels", [](const Frame& frame, std::size_t i) { return ColumnAt(frame, i).labels; },
+          "labels", [](const Frame& frame, std::size_t i) { return LabelsOf(ColumnAt(frame, i)); },
           "index"_a)
+      .def("add_indexes",
+           [](Frame& frame, std::string name, const Values<std::int32_t>& indexes) {
+             frame.Add(MakeIndexes(std::move(name), CopyOf(indexes)));
+           })
+      .def("add_labels",
+           [](Frame& frame, std::string name, const Values<std::int32_t>& indexes,
+              std::vector<std::string> labels) {
+             frame.Add(MakeLabels(std::move(name), CopyOf(indexes), std::move(labels)));
+           })
+      .def("add_intervals",
+           [](Frame& frame, std::string name, const Values<double>& left,
+              const Values<double>& right) {
+             frame.Add(MakeIntervals(std::move(name), CopyOf(left), CopyOf(right)));
+           })
       .def("add_counts",
-           [](Frame& frame, std::string name, std::vector<std::int64_t> counts) {
-             frame.Add(MakeCounts(std::move(name), std::move(counts)));
+           [](Frame& frame, std::string name, const Values<std::int64_t>& counts) {
+             frame.Add(MakeCounts(std::move(name), CopyOf(counts)));
            })
       .def("add_numbers",
-           [](Frame& frame, std::string name, std::vector<double> numbers) {
-             frame.Add(MakeNumbers(std::move(name), std::move(numbers)));
+           [](Frame& frame, std::string name, const Values<double>& numbers) {
+             frame.Add(MakeNumbers(std::move(name), CopyOf(numbers)));
            })
       .def(
           "add_texts",

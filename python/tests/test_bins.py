@@ -20,6 +20,7 @@ from hypothesis import strategies as st
 
 import mcbinning as mb
 from conftest import EXAMPLES, results_of
+from mcbinning._frame import make_frame
 
 pa = pytest.importorskip("pyarrow")
 pd = pytest.importorskip("pandas")
@@ -89,6 +90,19 @@ def test_every_form_in_every_taker(bins, customers):
     assert pd.isna(age[60])
     with pytest.raises(mb.InputError, match="categories"):
         bins.apply(customers, "interval")
+
+
+def test_frames_are_pickled_and_copied(bins, customers):
+    forms = [bins.apply(customers, as_, attributes=["age"]) for as_ in ("index", "label", "woe")]
+    left = mb.from_cut_points({"age": [30.0]}, closed="left").apply(customers, "interval")
+    none = bins.apply({"age": np.empty(0), "city": []}, "label")
+    texts = make_frame({"t": ["x", None], "n": [1.5, None], "c": [1, 2]})
+    assert texts["t"].tolist() == ["x", None]
+    for frame in *forms, left, none, texts, bins.summary(), bins["age"].table():
+        for again in pickle.loads(pickle.dumps(frame)), copy.deepcopy(frame), copy.copy(frame):
+            assert pa.table(again).equals(pa.table(frame))
+            assert again.to_pandas().equals(frame.to_pandas())
+            assert repr(again) == repr(frame)
 
 
 @pytest.mark.parametrize("as_", ["index", "label", "woe"])

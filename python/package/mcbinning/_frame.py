@@ -124,6 +124,22 @@ class Frame:
     def __deepcopy__(self, memo: object) -> Frame:
         return self
 
+    def __reduce__(self) -> tuple[Any, ...]:
+        return _from_columns, ([self._parts(i) for i in range(len(self._names))], self._closed)
+
+    def _parts(self, index: int) -> tuple[Any, ...]:
+        """Get what makes a column again: how it is added, its name, and the rest."""
+        name, form, labels = self._names[index], self._core.format(index), self._core.labels(index)
+        if form == "+s":
+            return "add_intervals", name, *self._core.ends(index)
+        if form == "U":
+            return "add_texts", name, labels
+        values = self._core.array(index)
+        if labels:
+            return "add_labels", name, values, labels
+        adding = {"i": "add_indexes", "l": "add_counts", "g": "add_numbers"}[form]
+        return adding, name, values
+
     def _rows(self, count: int) -> list[list[str]]:
         columns = [self[name][:count] for name in self._names]
         return [[_show(column[row]) for column in columns] for row in range(min(count, len(self)))]
@@ -165,7 +181,14 @@ def make_frame(columns: dict[str, list[Any]]) -> Frame:
         if any(isinstance(value, str) for value in values):
             core.add_texts(name, values)
         elif all(isinstance(value, int) for value in values) and values:
-            core.add_counts(name, values)
+            core.add_counts(name, np.array(values, dtype=np.int64))
         else:
-            core.add_numbers(name, [np.nan if value is None else value for value in values])
+            core.add_numbers(name, np.array(values, dtype=np.float64))  # NaN for None
     return Frame(core)
+
+
+def _from_columns(columns: list[tuple[Any, ...]], closed: str) -> Frame:
+    core = _core.Frame()
+    for adding, *parts in columns:
+        getattr(core, adding)(*parts)
+    return Frame(core, closed)
