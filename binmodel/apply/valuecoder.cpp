@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 #include "binmodel/model/refusal.h"
@@ -111,9 +112,14 @@ bool ValueCoder::IsUserMissing(double number) const {
 std::size_t ValueCoder::Code(const ColumnView<double>& view, std::size_t count,
                              double* codes) const {
   if (!fVariable.IsCategorical() && fVariable.missing.IsEmpty() && view.validity == nullptr) {
-    for (std::size_t i = 0; i < count; ++i) {
-      const double number = view[i];
-      codes[i] = MCMV::IsMissing(number) ? kMissing.value : number;
+    if (view.stride != sizeof(double)) {
+      for (std::size_t i = 0; i < count; ++i) codes[i] = view[i];
+    } else if (view.values != codes) {
+      std::memcpy(codes, view.values, count * sizeof(double));
+    }
+    const double missing = MCMV::Missing();
+    for (std::size_t i = 0; i < count; ++i) {  // several values at a time
+      codes[i] = codes[i] == missing ? kMissing.value : codes[i];
     }
     return 0;
   }

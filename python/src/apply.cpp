@@ -41,6 +41,18 @@ void CheckUnit(const Column& column, const VariableInfo& variable, const double*
                             "column '" + variable.name + "' holds " + what);
 }
 
+// The numbers of a column where they lie, or else read into a block.
+ColumnView<double> ViewNumbers(const Column& column, std::size_t first, std::size_t count,
+                               double* block) {
+  if (column.storage == Storage::kFloat64 && column.chunks.size() == 1 &&
+      column.chunks.front().validity == nullptr) {
+    const Chunk& chunk = column.chunks.front();
+    return {reinterpret_cast<const double*>(chunk.At(first)), chunk.stride};
+  }
+  column.ReadNumbers(first, count, block);
+  return {block};
+}
+
 // Hands the values of a column to `take` in blocks, coded as the bins see them. Answers how many
 // were unknown categories.
 template <typename Take>
@@ -57,8 +69,8 @@ std::size_t CodeBlocks(const Column& column, const VariableInfo& variable, const
                                               cells.validity.data(), first};
       unknownCount += coder.Code(view, count, block.data());
     } else {
-      column.ReadNumbers(first, count, block.data());
-      const std::size_t unknown = coder.Code(ColumnView<double>{block.data()}, count, block.data());
+      const ColumnView<double> view = ViewNumbers(column, first, count, block.data());
+      const std::size_t unknown = coder.Code(view, count, block.data());
       if (column.IsTime() && unknown > 0) CheckCategories(column);
       CheckUnit(column, variable, block.data(), count);
       unknownCount += unknown;
