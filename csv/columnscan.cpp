@@ -120,6 +120,7 @@ double ColumnScan::AddBoolean(const CsvField& field, std::uint64_t line) {
     if (known.empty()) known = field.text;
     if (known == field.text) return boolean->isTrue ? 1.0 : 0.0;
   }
+  fFirstNoBoolean = MakeSighting(line, field.text);
   MakeBooleansTexts();
   return GetMissing().ifNumeric;
 }
@@ -268,7 +269,10 @@ ColumnScan::Codes ColumnScan::Take(const Later& later) {
 
   const ColumnScan& others = *later.others;
   fFieldCount += others.fFieldCount;
-  if (fForm == Form::kUnknown) fForm = others.fForm;
+  if (fForm == Form::kUnknown) {
+    fForm = others.fForm;
+    fFirstNoBoolean = others.fFirstNoBoolean;
+  }
   if (IsBoolean() && others.fFirstBoolean) TakeBooleans(others);
   fFirstTexts.Add(others.fFirstTexts);
   if (!fFirstText && !fFirstInfinite) fFirstInfinite = others.fFirstInfinite;

@@ -115,6 +115,9 @@ class ColumnScan {
   const std::optional<Sighting>& GetFirstText() const { return fFirstText; }
   const std::optional<Sighting>& GetFirstInfinite() const { return fFirstInfinite; }
 
+  // What made texts of a column that began with booleans.
+  const std::optional<Sighting>& GetFirstNoBoolean() const { return fFirstNoBoolean; }
+
   // Nothing of a column without texts, with many different ones or with more texts than numbers.
   std::optional<StrayTexts> GetStrayTexts() const;
 
@@ -167,6 +170,7 @@ class ColumnScan {
   std::array<std::string, 2> fBooleans;    // the texts for no and yes, empty where there is none
   std::size_t fBooleanPair = 0;
   std::optional<Sighting> fFirstBoolean;
+  std::optional<Sighting> fFirstNoBoolean;
   std::optional<Sighting> fFirstText;
   FirstTexts fFirstTexts;
   std::optional<Sighting> fFirstInfinite;

@@ -195,9 +195,13 @@ class Builder {
       if (fNotNumericCount == kMostNamed + 1) fNotNumeric += " and more";
       return;
     }
+    const ColumnScan::Sighting shown = scan.GetFirstNoBoolean().value_or(text);
+    const char* const fact = areTimes                   ? " is no date"
+                             : scan.GetFirstNoBoolean() ? ", unlike the booleans before it"
+                                                        : "";
     fNotNumeric += fmt::format("{}{} ({}: {}{}{})", fNotNumeric.empty() ? "" : ", ",
-                               MCBinModel::QuotedText(request.name), LineOf(text),
-                               MCBinModel::ElideText(text.text, 20), areTimes ? " is no date" : "",
+                               MCBinModel::QuotedText(request.name), LineOf(shown),
+                               MCBinModel::ElideText(shown.text, 20), fact,
                                areNumbers ? "" : IdentifierFact(scan));
   }
 

@@ -118,7 +118,7 @@ TEST(InputVariables, AreGivenTheAdviceThatHelps) {
       {"2", "\"\"", "", "; read it as missing with --na '\"\"'\n"},
       {"2", "q\x01", "", "is no number: 'q\\x01'\n"},
       {"2", cut, "", "\xE2\x80\xA6'\n"},
-      {"yes", "maybe", "", "not numeric: 'a' (line 2: yes); --cat"}};
+      {"yes", "?", "", "not numeric: 'a' (line 11: ?, unlike the booleans before it); --cat"}};
   const Program program;
   for (const auto& [number, text, options, advice] : examples) {
     std::string content = "a;b;y\n";
