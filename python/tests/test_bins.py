@@ -359,6 +359,7 @@ def test_dates_are_binned_shown_and_read_as_by_the_tool(tool, tmp_path, kind):
     when = bins["when"]
     assert (when.is_time, when.labels) == (True, ["(-inf, 2024-06-15]", "(2024-06-15, +inf)"])
     assert "2024-06-15>" in repr(when)
+    assert repr(mb.from_cut_points({"when": []})["when"]) == "<1 bin of when, ok: no cut points>"
     for data in table, {**table, "when": np.datetime_as_string(DAYS).tolist()}:
         assert bins.apply(data)["when_bin"].tolist() == LATE.tolist()
         assert bins.evaluate(data).stability_index("when") == 0

@@ -263,9 +263,11 @@ class AttributeBins:
     def __repr__(self) -> str:
         against = f" against {self.target}" if self.target else ""
         write = _core.format_time if self.is_time else "{:.6g}".format
-        cuts = ", ".join(write(cut) for cut in self.cut_points[:8])
+        cuts = ", ".join(write(cut) for cut in self.cut_points[:8]) or "no cut points"
         more = ", ..." if len(self.cut_points) > 8 else ""
-        return f"<{len(self.weights)} bins of {self.name}{against}, {self.status}: {cuts}{more}>"
+        count = len(self.weights)
+        bins = "bin" if count == 1 else "bins"
+        return f"<{count} {bins} of {self.name}{against}, {self.status}: {cuts}{more}>"
 
     def _repr_html_(self) -> str:
         return in_notebook(self._model.only(self._index))
