@@ -18,8 +18,9 @@ namespace {
 constexpr std::size_t kBlockRows = 256;
 constexpr std::size_t kLeafRows = 16;
 
-// Shorter intervals are scanned at once.
-constexpr std::size_t kFewRows = 2 * kBlockRows;
+// Shorter tables, and shorter intervals of others, are scanned at once.
+constexpr std::size_t kShortTable = 2 * kBlockRows;
+constexpr std::size_t kFewRows = 6 * kLeafRows;
 
 constexpr double kTwoTo52 = 4503599627370496.0;
 
@@ -92,7 +93,7 @@ void MoveRow(const double* row, std::vector<double>& left, std::vector<double>& 
 SplitSearch::SplitSearch(const std::vector<double>& binTable, std::size_t categoryCount,
                          bool rightBorderClosed, int first, int last)
     : RowSearch(categoryCount, rightBorderClosed), fTable(binTable) {
-  const bool isWorthIt = last - first >= static_cast<int>(kFewRows) && categoryCount >= 2 &&
+  const bool isWorthIt = last - first >= static_cast<int>(kShortTable) && categoryCount >= 2 &&
                          categoryCount <= SplitSearch::kMostCategories;
   if (isWorthIt) SumBlocks(static_cast<std::size_t>(first), static_cast<std::size_t>(last) + 1);
 }
@@ -223,6 +224,11 @@ void SplitSearch::ScanBlocks(Search& search) const {
   RunningSplit split(search.totals);
   const std::vector<SplitPart> parts =
       BoundParts(split, search.first, end, borderAbove, weightsBefore, search.limit);
+  const SplitPart& likeliest = *std::min_element(
+      parts.begin(), parts.end(),
+      [](const SplitPart& a, const SplitPart& b) { return a.leastScore < b.leastScore; });
+  weightsBefore(likeliest.first);
+  LowerLimit(search, split, likeliest, left);
   for (const SplitPart& part : parts) {
     if (!(part.leastScore <= search.limit)) continue;
     weightsBefore(part.first);
@@ -230,7 +236,20 @@ void SplitSearch::ScanBlocks(Search& search) const {
   }
 }
 
-// `before` are the interval's weights below the part.
+// To what the splits between the leaves of a part score at most: what comes before the best split
+// is then skipped as what comes after it. `before` are the interval's weights below the part.
+void SplitSearch::LowerLimit(Search& search, RunningSplit& split, const SplitPart& part,
+                             const Weights& before) const {
+  Weights left = before;
+  for (std::size_t row = part.first; row < part.end;) {
+    const std::size_t next = std::min(NextBorder(row, kLeafRows), part.end);
+    AddRows(row, next, left);
+    split.Place(left.data());
+    search.limit = std::min(search.limit, split.GetScore() + split.GetMargin());
+    row = next;
+  }
+}
+
 void SplitSearch::ScanPart(Search& search, RunningSplit& split, const SplitPart& part,
                            const Weights& before) const {
   split.Place(before.data());

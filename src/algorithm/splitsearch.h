@@ -60,6 +60,8 @@ class SplitSearch : public RowSearch {
   double NearScore(const Search& search) const;
   void ScanRows(Search& search, std::size_t first, std::size_t end) const;
   void ScanBlocks(Search& search) const;
+  void LowerLimit(Search& search, RunningSplit& split, const SplitPart& part,
+                  const Weights& before) const;
   void ScanPart(Search& search, RunningSplit& split, const SplitPart& part,
                 const Weights& before) const;
 
