@@ -126,6 +126,8 @@ def compare(seed, make_table):
         for engine in (DuckDbTable, PostgresTable, SparkTable) if seed % 5 else ():
             patch.setattr(engine, "most_ranges", 16)  # more rounds than so few rows would take
             patch.setattr(engine, "most_values", 20)
+        patch.setattr(DuckDbTable, "packs", seed % 2 == 0)
+        patch.setattr(SparkTable, "most_alone", 0 if seed % 4 else 200)
         told = []
     more = {"distinct": counts, "progress": lambda *done: told.append(done)}
     found = outcome(function, make_table(table), arguments | more)

@@ -506,6 +506,43 @@ def test_all_values_are_collected_but_for_the_inside_of_runs(monkeypatch):
     assert mb.fit(rows, "y", prebin_above=199_999, most_values=500_000)["a"].code == 0
 
 
+def test_packed_counts_are_small_and_give_the_same_bits(monkeypatch):
+    rng = np.random.default_rng(6)
+    n = 60_000
+    table = {
+        "normal": rng.normal(size=n),
+        "heavy": np.where(rng.random(n) < 0.3, 1.25, rng.normal(size=n)),
+        "wide": rng.choice([-1.0, 1.0], n) * 10.0 ** rng.uniform(-300, 300, n),
+        "near": rng.exponential(size=n) ** 6,
+        "below": -(2.0**0.5) - rng.integers(0, 9000, n) * 2.0**-52,
+        "ages": rng.integers(0, 90, n).astype(float),
+    }
+    attributes = list(table)
+    table["y"] = (rng.random(n) < 0.4).astype(float)
+    table["w"] = rng.integers(1, 2000, n).astype(float)
+    for name, value in ("most_ranges", 4096), ("most_values", 2048), ("packs", True):
+        monkeypatch.setattr(DuckDbTable, name, value)
+    answered = []
+    ask = _duckdb.DuckDbTable._ask
+
+    def count_numbers(self, query):
+        answer = ask(self, query)
+        answered.append(sum(map(len, answer.values())))
+        return answer
+
+    monkeypatch.setattr(_duckdb.DuckDbTable, "_ask", count_numbers)
+    rows = next(duckdb_tables())(table)
+    for fit, options in (
+        (mb.fit, {"target": "y", "prebins": 200}),
+        (mb.fit_equal_frequency, {"bins": 200, "weight": "w"}),
+    ):
+        found = fit(rows, attributes=attributes, distinct=True, **options)
+        assert found == fit(table, attributes=attributes, **options)
+    answered.clear()
+    mb.fit(rows, "y", attributes=["normal"], prebins=200)
+    assert sum(answered) < 25_000, "a third of what ranges with their ends take"
+
+
 def test_answers_of_one_attribute_are_held_at_a_time(monkeypatch):
     held = []
     ask = _duckdb.DuckDbTable._ask

@@ -64,6 +64,7 @@ class DuckDbTable:
     dialect = DIALECT
     most_ranges = 65_536
     most_values = 1_048_576
+    packs = False
     side_by_side = 1
     ignores_case = True
     longest_name = sys.maxsize
@@ -84,6 +85,9 @@ class DuckDbTable:
         cancel = getattr(self._connection, "interrupt", None)
         found = run_with(cancel, self.derive(query).fetchnumpy)
         return {name: np.asarray(column) for name, column in found.items()}
+
+    def expect(self, rows: int) -> None:
+        """Count as many rows as there are."""
 
     def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
         """Write rows as VALUES."""

@@ -3,13 +3,14 @@
 Values are put into ranges; an engine counts the weight of every class in each, and its smallest and
 largest value. Only the ranges that matter are divided further. How values find their range has no
 influence on a result: that ranges are apart is seen by their ends, and that no case was lost by
-their weights.
+their weights. Where little should leave a task the ends are not asked for: then ranges are divided
+evenly, by arithmetic that no rounding brings out of order.
 """
 
 from __future__ import annotations
 
 import math
-from collections.abc import Generator
+from collections.abc import Generator, Sequence
 from dataclasses import dataclass, replace
 from typing import Literal
 
@@ -17,6 +18,7 @@ import numpy as np
 
 from .._errors import InputError, RunError
 from . import _sql
+from ._pack import Packing
 from ._sql import Answer, Array, Cases, Engine
 
 # Up to there a target weight is next to one whole number at most (docs/scale.md).
@@ -68,11 +70,13 @@ class Summary:
     Attributes
     ----------
     low, high : numpy.ndarray of shape (ranges,)
-        The smallest and the largest value of each range.
+        The smallest and the largest value of each range, or about where it begins and ends.
+    is_exact : numpy.ndarray of bool, of shape (ranges,)
+        Which of the two.
     weights : numpy.ndarray of shape (ranges, max(classes, 1))
         Whole numbers.
     rows : numpy.ndarray of shape (ranges,)
-        How many there are in each.
+        How many there are in each; an estimate where its ends are not exact.
     missing : numpy.ndarray of shape (max(classes, 1),)
         The weight of the cases without a value.
     no_class : float
@@ -85,6 +89,7 @@ class Summary:
 
     low: Array
     high: Array
+    is_exact: Array
     weights: Array
     rows: Array
     missing: Array
@@ -95,7 +100,12 @@ class Summary:
     @property
     def is_complete(self) -> bool:
         """Whether every range is one value."""
-        return bool((self.low == self.high).all())
+        return not self.has_several.any()
+
+    @property
+    def has_several(self) -> Array:
+        """Which ranges may have several values."""
+        return (self.low < self.high) | ~self.is_exact
 
     @property
     def total(self) -> float:
@@ -105,7 +115,7 @@ class Summary:
     @property
     def distinct_at_least(self) -> int:
         """How many different values there are, or more."""
-        return int(np.where(self.low == self.high, 1, 2).sum())
+        return int(np.where((self.low < self.high) & self.is_exact, 2, 1).sum())
 
 
 def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: float) -> Round:
@@ -136,37 +146,68 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
     _check_finite(name, answer)
     summary, ids = open_summary(answer, demand.classes)
     middles = _middles(answer, ids)
-    before = math.inf
+    before, few, is_first, is_short = math.inf, math.inf, True, True
     while True:
         wanted = _wanted(summary, demand, engine.most_values)
         if not wanted.any():
             return _finish(summary, demand)
         rows = int(summary.rows[wanted].sum())
         spares = demand.bins > 0 or rows <= before / 2
-        before = rows
-        by_value = rows <= engine.most_values or not spares
+        by_value = is_short and (rows <= engine.most_values or not spares)
+        # Even divisions that leave most rows where they were go on by orders of magnitude.
+        packs = engine.packs and not by_value and rows <= few
+        packs &= _may_be_many(summary, demand) if is_first else not _needs_all(summary, demand)
+        before, few = rows, math.inf if is_first else rows / 4
+        divisions = []
+        unpacked = query
         if spares:
+            if packs and not is_first:
+                middles[:] = math.inf  # evenly
             parts = 1 if by_value else engine.most_ranges
-            query = _sql.divide(engine, query, _divide(summary, ids, wanted, parts, middles))
+            divisions = _divide(summary, ids, wanted, parts, middles)
+            query = _sql.divide(engine, query, divisions)
         else:
             wanted[:] = True
             query = _sql.with_value(engine.dialect, cases)
         if by_value:
             limit = max(engine.most_values, demand.most_values)
             answer = yield _sql.count_values(engine.dialect, query, cases.is_weighted, limit)
-            if len(answer["n"]) > limit:
+            is_short = len(answer["n"]) <= limit
+            if not is_short and summary.is_exact[wanted].all():
                 raise _too_many(name, summary, demand)
+            if not is_short:  # it was an estimate
+                query = unpacked
+                continue
+            keys, found = _gather(answer, answer["lo"], summary.weights.shape[1])
+            parents = _parents_by_weight(summary, wanted, found)
+        elif packs and not any(division[4] for division in divisions):
+            packing = Packing(
+                summary.weights.shape[1], int(summary.weights[wanted].max()).bit_length()
+            )
+            answer = yield packing.count(engine.dialect, query, cases.is_weighted)
+            found, keys, parents = _unpack(summary, wanted, divisions, *packing.read(answer))
         else:
             answer = yield _sql.count(engine.dialect, query, cases.is_weighted)
-        summary, ids = _refine(name, summary, wanted, answer, by_value)
+            keys, found = _gather(answer, answer["r"], summary.weights.shape[1])
+            parents = _parents(wanted, divisions, keys)
+        is_short = True
+        is_first = False
+        summary, ids = _refine(name, summary, wanted, found, keys, parents)
         collected = np.count_nonzero(summary.weights)
-        if collected > demand.most_values and _needs_all_values(summary, demand):
+        if collected > demand.most_values and _needs_all(summary, demand):
             raise _too_many(name, summary, demand)
         middles = np.full(len(ids), -math.inf)
 
 
-def _needs_all_values(summary: Summary, demand: Demand) -> bool:
+def _needs_all(summary: Summary, demand: Demand) -> bool:
     return demand.bins == 0 or summary.distinct_at_least <= demand.all_values_up_to
+
+
+def _may_be_many(summary: Summary, demand: Demand) -> bool:
+    """Guess of ranges by sign whether there are more values than must all be known."""
+    ends = np.r_[summary.low, summary.high]
+    is_whole = np.isfinite(ends).all() and (ends == np.floor(ends)).all()
+    return not is_whole or bool((summary.high - summary.low).sum() > demand.all_values_up_to)
 
 
 def _too_many(name: str, summary: Summary, demand: Demand) -> InputError:
@@ -213,8 +254,9 @@ def _gather(answer: Answer, keys: Array, classes: int) -> tuple[Array, Summary]:
     rows = np.bincount(place, weights=answer["n"], minlength=count)
     order = np.argsort(low, kind="stable")
     summary = Summary(
-        low[order], high[order], weights[order], rows[order], np.zeros(weights.shape[1]), 0.0
-    )
+        low[order], high[order], np.ones(count, dtype=bool), weights[order], rows[order],
+        np.zeros(weights.shape[1]), 0.0,
+    )  # fmt: skip
     return found[order], summary
 
 
@@ -230,7 +272,7 @@ def open_summary(answer: Answer, classes: int) -> tuple[Summary, Array]:
     some = {name: column[kept] for name, column in answer.items()}
     ids, summary = _gather(some, some["r"], classes)
     return Summary(
-        summary.low, summary.high, summary.weights, summary.rows, missing,
+        summary.low, summary.high, summary.is_exact, summary.weights, summary.rows, missing,
         float(weight[~has_class].sum()),
     ), ids  # fmt: skip
 
@@ -248,8 +290,8 @@ def _middles(answer: Answer, ids: Array) -> Array:
 
 def _wanted(summary: Summary, demand: Demand, few: int) -> Array:
     """Find the ranges that are to be divided; those of a few rows all together."""
-    several = summary.low < summary.high
-    if not _needs_all_values(summary, demand):
+    several = summary.has_several
+    if not _needs_all(summary, demand):
         return several & _at_borders(summary, demand.bins)[0]
     if not demand.joins_runs or summary.rows[several].sum() <= few:
         return several
@@ -293,7 +335,8 @@ def _at_borders(summary: Summary, bins: int) -> tuple[Array, Array]:
     """Find the ranges that hold the value of a percentile, and those that a percentile ends with.
 
     A percentile that ends exactly with a range is the middle between its largest value and the
-    next range's smallest; when that middle rounds onto one of them, both must be known.
+    next range's smallest; when these are not known, or that middle rounds onto one of them, the
+    values of both must be known.
 
     Returns
     -------
@@ -314,7 +357,9 @@ def _at_borders(summary: Summary, bins: int) -> tuple[Array, Array]:
     ended[below] = True
     with np.errstate(over="ignore"):
         middle = (summary.high[below] + summary.low[below + 1]) / 2.0
-    touching = below[~((summary.high[below] < middle) & (middle < summary.low[below + 1]))]
+    is_between = (summary.high[below] < middle) & (middle < summary.low[below + 1])
+    is_between &= summary.is_exact[below] & summary.is_exact[below + 1]
+    touching = below[~is_between]
     held[touching] = True
     held[touching + 1] = True
     return held, ended
@@ -327,7 +372,8 @@ def _finish(summary: Summary, demand: Demand) -> Summary:
     )
     if len(summary.low) == 0:
         return counted
-    if not _needs_all_values(summary, demand):
+    low, high = _known_ends(summary)
+    if not _needs_all(summary, demand):
         held, ended = _at_borders(summary, demand.bins)
         starts = held | np.roll(held | ended, 1)
     elif demand.joins_runs:
@@ -340,11 +386,27 @@ def _finish(summary: Summary, demand: Demand) -> Summary:
     last = np.append(first[1:], len(starts)) - 1
     return replace(
         counted,
-        low=summary.low[first],
-        high=summary.high[last],
+        low=low[first],
+        high=high[last],
+        is_exact=np.ones(len(first), dtype=bool),
         weights=np.add.reduceat(summary.weights, first),
         rows=np.add.reduceat(summary.rows, first),
     )
+
+
+def _known_ends(summary: Summary) -> tuple[Array, Array]:
+    """Give ranges whose ends are about known those of the gap between the values around them.
+
+    The first and the last one of all end with the smallest and the largest value there are.
+    """
+    exact = summary.is_exact
+    below = np.maximum.accumulate(np.where(exact, summary.high, -np.inf))
+    above = np.minimum.accumulate(np.where(exact, summary.low, np.inf)[::-1])[::-1]
+    with np.errstate(over="ignore"):
+        low, high = np.nextafter(below, np.inf), np.nextafter(above, -np.inf)
+    low = np.where(np.isfinite(below), low, summary.low.min())
+    high = np.where(np.isfinite(above), high, summary.high.max())
+    return np.where(exact, summary.low, low), np.where(exact, summary.high, high)
 
 
 def _divide(
@@ -358,6 +420,8 @@ def _divide(
         low, high = float(summary.low[place]), float(summary.high[place])
         sign = 1 if low > 0 else -1
         small, large = (low, high) if low > 0 else (-high, -low)
+        if not summary.is_exact[place]:
+            small, large = math.nextafter(small, 0.0), math.nextafter(large, math.inf)
         is_log = large / small > _WIDE and middles[place] < math.log(large) - _NEAR
         ends = (math.log(small), math.log(large)) if is_log else (small, large)
         span = ends[1] - ends[0]
@@ -369,33 +433,81 @@ def _divide(
     return divisions
 
 
+def _parents(wanted: Array, divisions: Sequence[tuple[float, ...]], ranges: Array) -> Array:
+    """Find the range that each of its parts is of."""
+    bases = np.array([division[1] for division in divisions])
+    return np.asarray(np.flatnonzero(wanted)[np.searchsorted(bases, ranges, side="right") - 1])
+
+
+def _parents_by_weight(summary: Summary, wanted: Array, found: Summary) -> Array:
+    """Find the range that each value is of, by what they and all below weigh."""
+    parents = np.flatnonzero(wanted)
+    ends = np.cumsum(summary.weights[parents].sum(axis=1))
+    place = np.searchsorted(ends, np.cumsum(found.weights.sum(axis=1)))
+    return np.asarray(parents[np.minimum(place, len(parents) - 1)])
+
+
+def _unpack(
+    summary: Summary,
+    wanted: Array,
+    divisions: Sequence[tuple[float, ...]],
+    ranges: Array,
+    weights: Array,
+) -> tuple[Summary, Array, Array]:
+    """Make ranges, of which only the weights are known, in the order of their values."""
+    parents = _parents(wanted, divisions, ranges)
+    _, bases, parts, sign, _, small, large, _, span, _ = np.array(divisions).T[
+        :, np.searchsorted(np.flatnonzero(wanted), parents)
+    ]
+    place = ranges - bases
+    near = small + span * (place / parts)
+    far = np.where(place + 1 < parts, small + span * ((place + 1) / parts), large)
+    low = np.maximum(np.where(sign > 0, near, -far), summary.low[parents])
+    high = np.minimum(np.where(sign > 0, far, -near), summary.high[parents])
+    order = np.lexsort((sign * place, parents))
+    each = np.maximum(summary.weights[parents].sum(axis=1), 1.0) / summary.rows[parents]
+    found = Summary(
+        low, high, np.zeros(len(ranges), dtype=bool), weights,
+        np.ceil(weights.sum(axis=1) / each), summary.missing, summary.no_class,
+    )  # fmt: skip
+    return _take(found, order), ranges[order], parents[order]
+
+
+def _take(summary: Summary, order: Array) -> Summary:
+    return replace(
+        summary,
+        low=summary.low[order],
+        high=summary.high[order],
+        is_exact=summary.is_exact[order],
+        weights=summary.weights[order],
+        rows=summary.rows[order],
+    )
+
+
 def _refine(
-    name: str, summary: Summary, wanted: Array, answer: Answer, by_value: bool
+    name: str, summary: Summary, wanted: Array, found: Summary, keys: Array, parents: Array
 ) -> tuple[Summary, Array]:
     """Put narrower ranges in the place of those that were divided."""
-    classes = summary.weights.shape[1]
-    ids, finer = _gather(answer, answer["lo"] if by_value else answer["r"], classes)
-    parents = np.flatnonzero(wanted)
-    parent = np.searchsorted(summary.low[parents], finer.low, side="right") - 1
-    sums = np.zeros((len(parents), classes))
-    if len(parent) and parent.min() >= 0:
-        np.add.at(sums, parent, finer.weights)
-    if not np.array_equal(sums, summary.weights[parents]):
+    sums = np.zeros_like(summary.weights)
+    np.add.at(sums, parents, found.weights)
+    if not np.array_equal(sums[wanted], summary.weights[wanted]):
         raise changed(name)
     kept = ~wanted
-    low = np.concatenate([summary.low[kept], finer.low])
-    order = np.argsort(low, kind="stable")
-    refined = Summary(
-        low[order],
-        np.concatenate([summary.high[kept], finer.high])[order],
-        np.concatenate([summary.weights[kept], finer.weights])[order],
-        np.concatenate([summary.rows[kept], finer.rows])[order],
+    joined = Summary(
+        np.concatenate([summary.low[kept], found.low]),
+        np.concatenate([summary.high[kept], found.high]),
+        np.concatenate([summary.is_exact[kept], found.is_exact]),
+        np.concatenate([summary.weights[kept], found.weights]),
+        np.concatenate([summary.rows[kept], found.rows]),
         summary.missing,
         summary.no_class,
     )
-    if not (refined.high[:-1] < refined.low[1:]).all():
+    order = np.argsort(np.concatenate([np.flatnonzero(kept), parents]), kind="stable")
+    refined = _take(joined, order)
+    exact = refined.is_exact
+    if not (refined.high[exact][:-1] < refined.low[exact][1:]).all():
         raise changed(name)
-    return refined, np.concatenate([np.full(int(kept.sum()), -1), ids])[order]
+    return refined, np.concatenate([np.full(int(kept.sum()), -1), keys])[order]
 
 
 def records_of(summary: Summary, has_target: bool) -> tuple[Array, Array, Array]:

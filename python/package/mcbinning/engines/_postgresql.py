@@ -81,6 +81,7 @@ class PostgresTable:
     dialect = DIALECT
     most_ranges = 65_536
     most_values = 524_288
+    packs = False
     side_by_side = 1
     ignores_case = False
     longest_name = 63
@@ -129,6 +130,9 @@ class PostgresTable:
             ]
         columns = zip(*rows, strict=True) if rows else [()] * len(names)
         return {name: np.array(column) for name, column in zip(names, columns, strict=True)}
+
+    def expect(self, rows: int) -> None:
+        """Count as many rows as there are."""
 
     def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
         """Write rows as VALUES."""

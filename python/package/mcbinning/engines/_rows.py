@@ -60,6 +60,7 @@ def weigh(
     [answer] = engine.ask([_sql.query_weights(value, rounded_x, 2.0 * _plan.LARGEST_WEIGHT)])
     found = {name: float(numbers[0]) for name, numbers in answer.items()}
     records = int(found["rows_all"])
+    engine.expect(records)
     name = "" if column is None else column.name
     for weight in found["lowest"], found["highest"]:
         if weight < 0 or np.isinf(weight):

@@ -76,6 +76,7 @@ DIALECT = Dialect(
     is_nan="isnan({})",
     double="DOUBLE",
     whole="INT",
+    shift="shiftleft({}, {})",
 )
 
 
@@ -84,12 +85,14 @@ class SparkTable:
 
     dialect = DIALECT
     most_ranges = 8_192  # every task sends so many to others
-    most_values = 65_536
+    most_values = 16_384
+    packs = True
+    most_alone = 1_048_576  # so many rows are read by one task for each attribute
     side_by_side = sys.maxsize  # in one job, and four where all values are collected
     longest_name = sys.maxsize
 
     def __init__(self, frame: Any) -> None:
-        self._frame = frame
+        self._frame = self._counted = frame
         self.columns = [
             _describe(field.name, field.dataType.simpleString()) for field in frame.schema.fields
         ]
@@ -105,7 +108,7 @@ class SparkTable:
         if not queries:
             return []
         numbered = (f"SELECT q.*, {i} AS query FROM ({one}) AS q" for i, one in enumerate(queries))
-        union = self.derive(" UNION ALL ".join(numbered))
+        union = _derive(self._counted, " UNION ALL ".join(numbered))
         found = _collect(self._frame.sparkSession, union)
         place = found.pop("query")
         return [
@@ -119,12 +122,21 @@ class SparkTable:
 
     def derive(self, query: str) -> Any:
         """Make the data frame of a query."""
-        rows = _rename(self._frame, "$", _DOLLAR)
-        return _rename(rows.sparkSession.sql(write_query(query), rows=rows), _DOLLAR, "$")
+        return _derive(self._frame, query)
+
+    def expect(self, rows: int) -> None:
+        """Have few rows counted by one task, which has nothing to send to others."""
+        if rows <= self.most_alone:
+            self._counted = self._frame.coalesce(1)
 
     def wrap(self, table: Any) -> SparkTable:
         """Make an engine of a table that was derived."""
         return SparkTable(table)
+
+
+def _derive(frame: Any, query: str) -> Any:
+    rows = _rename(frame, "$", _DOLLAR)
+    return _rename(rows.sparkSession.sql(write_query(query), rows=rows), _DOLLAR, "$")
 
 
 def _rename(frame: Any, old: str, new: str) -> Any:

@@ -34,6 +34,8 @@ class Dialect:
         A condition.
     double, whole : str
         The types of 64 and of 32 bits.
+    shift : str
+        The first of two whole numbers, by as many bits to the left as the second says.
     """
 
     name: str
@@ -43,6 +45,7 @@ class Dialect:
     is_nan: str
     double: str
     whole: str
+    shift: str = "({} << {})"
 
     def column(self, name: str) -> str:
         """Quote the name of a column."""
@@ -84,6 +87,8 @@ class Engine(Protocol):
         Its SQL, and what the table has.
     most_ranges, most_values : int
         How much it should answer at a time: ranges, or values where few rows are left.
+    packs : bool
+        Whether little should leave a task, as it goes to another machine.
     side_by_side : int
         How many attributes are asked about at a time, whose answers are held together.
     ignores_case : bool
@@ -96,6 +101,7 @@ class Engine(Protocol):
     columns: list[Column]
     most_ranges: int
     most_values: int
+    packs: bool
     side_by_side: int
     longest_name: int
 
@@ -110,6 +116,9 @@ class Engine(Protocol):
         KeyboardInterrupt
             On Ctrl-C, when the engine has been told to stop.
         """
+
+    def expect(self, rows: int) -> None:
+        """Hear how many rows there are, before all but the first query."""
 
     def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
         """Make of some rows of doubles what can stand in FROM."""
