@@ -122,15 +122,16 @@ def compare(seed, make_table):
     """Bin a random table in an engine and in memory; the bins are the same to the bit."""
     table, function, arguments = make_case(seed)
     counts = seed % 3 == 0
+    told = []
+    more = {"distinct": counts, "progress": lambda *done: told.append(done)}
     with pytest.MonkeyPatch.context() as patch:
         for engine in (DuckDbTable, PostgresTable, SparkTable) if seed % 5 else ():
-            patch.setattr(engine, "most_ranges", 16)  # more rounds than so few rows would take
-            patch.setattr(engine, "most_values", 20)
+            # More rounds than so few rows would take.
+            patch.setattr(engine, "most_ranges", (16, 256, 4096)[seed % 3])
+            patch.setattr(engine, "most_values", (8, 20)[seed // 2 % 2])
         patch.setattr(DuckDbTable, "packs", seed % 2 == 0)
         patch.setattr(SparkTable, "most_alone", 0 if seed % 4 else 200)
-        told = []
-    more = {"distinct": counts, "progress": lambda *done: told.append(done)}
-    found = outcome(function, make_table(table), arguments | more)
+        found = outcome(function, make_table(table), arguments | more)
     assert told == sorted(told), seed
     expected = outcome(function, in_memory(table, **arguments), arguments)
     limit = arguments.get("prebin_above", 1000)

@@ -90,8 +90,12 @@ class DuckDbTable:
         """Count as many rows as there are."""
 
     def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
-        """Write rows as VALUES."""
-        return _sql.write_values(DIALECT, rows, names)
+        """Write rows as lists, a column each."""
+        lists = ", ".join(
+            f"unnest(CAST('[{', '.join(cells)}]' AS {'BIGINT' if is_whole else 'DOUBLE'}[])) AS {name}"
+            for name, (is_whole, cells) in zip(names, _sql.write_columns(rows), strict=True)
+        )
+        return f"(SELECT {lists}) AS t"
 
     def derive(self, query: str) -> Any:
         """Make the relation of a query."""

@@ -226,7 +226,8 @@ class _Run:
             names.append(self._columns[target].name)
         table.add_numbers(next(other_names(names)), weights, False)
         settings = dict(self._call.settings)
-        if target is not None and not self._needs_all_values and not summary.is_complete:
+        is_whole = summary.is_complete and summary.is_distinct_exact
+        if target is not None and not self._needs_all_values and not is_whole:
             settings["prebin_above"] = 1  # the library must see that there are too many
         call = replace(
             self._call,

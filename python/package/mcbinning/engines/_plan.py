@@ -10,6 +10,7 @@ evenly, by arithmetic that no rounding brings out of order.
 from __future__ import annotations
 
 import math
+import sys
 from collections.abc import Generator, Sequence
 from dataclasses import dataclass, replace
 from typing import Literal
@@ -31,6 +32,8 @@ _NEAR = math.log(256.0)
 
 # Of a range, a share that is in its first part, however many there are.
 _NEGLIGIBLE = 2.0**-60
+
+_SMALLEST = math.ulp(0.0)
 
 _EPSILON = float(np.finfo(np.float64).eps)
 
@@ -148,14 +151,16 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
     middles = _middles(answer, ids)
     before, few, is_first, is_short = math.inf, math.inf, True, True
     while True:
-        wanted = _wanted(summary, demand, engine.most_values)
+        if not _needs_all(summary, demand):
+            demand = replace(demand, all_values_up_to=-1)  # for good: the others are left behind
+        wanted = _wanted(summary, ids, demand, engine.most_values)
         if not wanted.any():
             return _finish(summary, demand)
         rows = int(summary.rows[wanted].sum())
         spares = demand.bins > 0 or rows <= before / 2
         by_value = is_short and (rows <= engine.most_values or not spares)
         # Even divisions that leave most rows where they were go on by orders of magnitude.
-        packs = engine.packs and not by_value and rows <= few
+        packs = engine.packs and demand.bins > 0 and not by_value and rows <= few
         packs &= _may_be_many(summary, demand) if is_first else not _needs_all(summary, demand)
         before, few = rows, math.inf if is_first else rows / 4
         divisions = []
@@ -288,14 +293,20 @@ def _middles(answer: Answer, ids: Array) -> Array:
     return sums / np.maximum(rows, 1)
 
 
-def _wanted(summary: Summary, demand: Demand, few: int) -> Array:
-    """Find the ranges that are to be divided; those of a few rows all together."""
+def _wanted(summary: Summary, ids: Array, demand: Demand, few: int) -> Array:
+    """Find the ranges that are to be divided; those of a few rows all together.
+
+    Without an id are those whose rows the last query left behind.
+    """
     several = summary.has_several
     if not _needs_all(summary, demand):
         return several & _at_borders(summary, demand.bins)[0]
-    if not demand.joins_runs or summary.rows[several].sum() <= few:
+    if not demand.joins_runs:
         return several
-    return several & ~_inside_runs(summary, demand.joins_runs)
+    several &= ids >= 0
+    if summary.rows[several].sum() <= few:
+        return several
+    return several & ~(_inside_runs(summary, demand.joins_runs) & summary.is_exact)
 
 
 def _inside_runs(summary: Summary, closed: Literal["right", "left"]) -> Array:
@@ -384,12 +395,15 @@ def _finish(summary: Summary, demand: Demand) -> Summary:
     starts[0] = True
     first = np.flatnonzero(starts)
     last = np.append(first[1:], len(starts)) - 1
+    low, high, weights = low[first], high[last], np.add.reduceat(summary.weights, first)
+    if weights[-1].sum() == 1.0:
+        low[-1] = high[-1]  # one case, the largest
     return replace(
         counted,
-        low=low[first],
-        high=high[last],
+        low=low,
+        high=high,
         is_exact=np.ones(len(first), dtype=bool),
-        weights=np.add.reduceat(summary.weights, first),
+        weights=weights,
         rows=np.add.reduceat(summary.rows, first),
     )
 
@@ -421,7 +435,8 @@ def _divide(
         sign = 1 if low > 0 else -1
         small, large = (low, high) if low > 0 else (-high, -low)
         if not summary.is_exact[place]:
-            small, large = math.nextafter(small, 0.0), math.nextafter(large, math.inf)
+            small = max(math.nextafter(small, 0.0), _SMALLEST)
+            large = min(math.nextafter(large, math.inf), sys.float_info.max)
         is_log = large / small > _WIDE and middles[place] < math.log(large) - _NEAR
         ends = (math.log(small), math.log(large)) if is_log else (small, large)
         span = ends[1] - ends[0]

@@ -135,8 +135,12 @@ class PostgresTable:
         """Count as many rows as there are."""
 
     def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
-        """Write rows as VALUES."""
-        return _sql.write_values(DIALECT, rows, names)
+        """Write rows as arrays, a column each."""
+        arrays = ", ".join(
+            f"CAST('{{{', '.join(cells)}}}' AS {'bigint' if is_whole else 'float8'}[])"
+            for is_whole, cells in _sql.write_columns(rows)
+        )
+        return f"unnest({arrays}) AS t({', '.join(names)})"
 
     def derive(self, query: str) -> PostgresTable:
         """Make the table of a query; nothing is run but for its columns."""

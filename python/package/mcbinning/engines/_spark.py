@@ -117,8 +117,17 @@ class SparkTable:
         ]
 
     def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
-        """Write rows as VALUES, which Spark hands to all tasks."""
-        return _sql.write_values(DIALECT, rows, names)
+        """Write rows as a text, whose parts Spark hands to all tasks."""
+        columns = _sql.write_columns(rows)
+        text = ";".join(",".join(cells) for cells in zip(*(cells for _, cells in columns)))
+        numbers = ", ".join(
+            f"CAST(cells[{i}] AS {'BIGINT' if is_whole else 'DOUBLE'}) AS {name}"
+            for i, (name, (is_whole, _)) in enumerate(zip(names, columns, strict=True))
+        )
+        return (
+            f"(SELECT /*+ BROADCAST(q) */ {numbers} FROM (SELECT split(line, ',') AS cells "
+            f"FROM (SELECT explode(split('{text}', ';')) AS line) AS q) AS q) AS t"
+        )
 
     def derive(self, query: str) -> Any:
         """Make the data frame of a query."""
