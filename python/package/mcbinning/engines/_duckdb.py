@@ -91,11 +91,11 @@ class DuckDbTable:
 
     def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
         """Write rows as lists, a column each."""
-        lists = ", ".join(
-            f"unnest(CAST('[{', '.join(cells)}]' AS {'BIGINT' if is_whole else 'DOUBLE'}[])) AS {name}"
-            for name, (is_whole, cells) in zip(names, _sql.write_columns(rows), strict=True)
-        )
-        return f"(SELECT {lists}) AS t"
+        lists = []
+        for name, (is_whole, cells) in zip(names, _sql.write_columns(rows), strict=True):
+            kind = "BIGINT" if is_whole else "DOUBLE"
+            lists.append(f"unnest(CAST('[{', '.join(cells)}]' AS {kind}[])) AS {name}")
+        return f"(SELECT {', '.join(lists)}) AS t"
 
     def derive(self, query: str) -> Any:
         """Make the relation of a query."""
