@@ -185,7 +185,7 @@ def test_postgresql_through_any_connection_whose_transaction_goes_on(make_table,
         assert mb.fit(PostgresTable(connection, name), "y", attributes=["a"]) == expected, name
     plain = PostgresTable(PlainConnection(connection), "rows")
     assert mb.fit(plain, "y", attributes=["a"]) == expected
-    assert repr(plain) == "<PostgresTable: a, b, g, y, w>"
+    assert repr(plain) == "<PostgresTable: a, b, g, y, w, d>"
     monkeypatch.setattr(connection, "row_factory", sys.modules["psycopg"].rows.dict_row)
     assert mb.fit(rows, "y", attributes=["a"]) == expected
 
