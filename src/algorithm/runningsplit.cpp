@@ -52,9 +52,11 @@ double RunningSplit::GetScore() const {
   return NearXLogX(fLeftWeight) + NearXLogX(fTotal - fLeftWeight) + fTermSum;
 }
 
-// On the way each h_k is not below its chord, and g not below its tangent at the middle of the way.
-// Both are linear in the weights that move, so the sum is least at one of each category's ends.
-double RunningSplit::Advance(const double* left) {
+// On the way each h_k is not below its chord, and g not below its tangent at the middle of the way:
+// both are linear in the weights that move. The answer is their sum where the way begins; for each
+// category with a change that and by how much the sum rises until the change is made are told.
+template <typename OnChange>
+double RunningSplit::AdvanceTo(const double* left, const OnChange& onChange) {
   double moved = 0.0;
   for (const std::uint8_t category : fCategories) moved += left[category] - fLeft[category];
   if (moved == 0.0) return GetScore();
@@ -63,18 +65,36 @@ double RunningSplit::Advance(const double* left) {
   const double rightLog = NearLog(fTotal - middle);
   const double slope = leftLog - rightLog;
 
-  double least = middle * leftLog + (fTotal - middle) * rightLog - slope * moved / 2.0 + fTermSum;
+  const double start =
+      middle * leftLog + (fTotal - middle) * rightLog - slope * moved / 2.0 + fTermSum;
   for (const std::uint8_t category : fCategories) {
     const double change = left[category] - fLeft[category];
     if (change == 0.0) continue;
     const double term = Term(category, left[category]);
-    least += std::min(0.0, term - fTerms[category] + slope * change);
+    onChange(category, change, term - fTerms[category] + slope * change);
     fLeft[category] = left[category];
     fTerms[category] = term;
   }
   fLeftWeight += moved;
   AddTerms();
-  return least;
+  return start;
+}
+
+// The sum is least at one of each category's ends.
+double RunningSplit::Advance(const double* left) {
+  double leastRise = 0.0;
+  const double start = AdvanceTo(left, [&](std::size_t /*category*/, double /*change*/,
+                                           double rise) { leastRise += std::min(0.0, rise); });
+  return start + leastRise;
+}
+
+double RunningSplit::AdvanceAlongLine(const double* left, double* slopes) {
+  double offset = 0.0;
+  const double start = AdvanceTo(left, [&](std::size_t category, double change, double rise) {
+    slopes[category] = rise / change;
+    offset += slopes[category] * fLeft[category];
+  });
+  return start - offset;
 }
 
 }  // namespace MCBinning

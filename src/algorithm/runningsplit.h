@@ -47,6 +47,10 @@ class RunningSplit {
   // splits on the way there, in whatever order the weights move.
   double Advance(const double* left);
 
+  // The same, where `slopes`, zeros on entry, holds a number for each category at the end: a split
+  // on the way with weights w_k on the left scores the answer + the sum of slopes[k] w_k, or more.
+  double AdvanceAlongLine(const double* left, double* slopes);
+
  private:
   static constexpr double kMargin = 1e-10;  // times W
   static constexpr double kLogOf2 = 0.69314718055994530942;
@@ -54,6 +58,8 @@ class RunningSplit {
 
   double Term(std::size_t category, double left) const;
   void AddTerms();
+  template <typename OnChange>
+  double AdvanceTo(const double* left, const OnChange& onChange);
 
   double fTotal = 0.0;
   std::vector<std::uint8_t> fCategories;  // those with weight in the interval

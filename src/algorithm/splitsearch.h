@@ -14,11 +14,12 @@ namespace MCBinning {
 // Finds the best split of any interval of some rows of a bin table.
 //
 // The plain scan evaluates every row that can be a split. The block search gives the same
-// answer, bit by bit, and looks at few rows: whole blocks whose bound (see RunningSplit) is
-// above the score of a split already known are skipped, and of the others the rows whose score is;
-// what is left is evaluated in row order with the plain scan's own arithmetic. That is exact while
-// all weights are whole numbers and sum up to less than 2^52, whatever the order they are added in;
-// and it pays for few categories. Otherwise every search is a plain scan.
+// answer, bit by bit, and looks at few rows: whole blocks whose bound (see RunningSplit) is above
+// the score of a split already known are skipped, of the others the rows whose bound is, along a
+// line for each leaf, then those whose own score is; what is left is evaluated in row order with
+// the plain scan's own arithmetic. That is exact while all weights are whole numbers and sum up to
+// less than 2^52, whatever the order they are added in; and it pays for few categories. Otherwise
+// every search is a plain scan.
 class SplitSearch : public RowSearch {
  public:
   // Keeps a reference to the table, which has `categoryCount` entries a row. What is asked of
@@ -45,6 +46,8 @@ class SplitSearch : public RowSearch {
     double limit = std::numeric_limits<double>::infinity();
   };
 
+  struct Leaf;
+
   int FindRow(int first, int last, const std::vector<double>& totals, std::vector<double>& left,
               std::vector<double>& right) const override;
   void SumBlocks(std::size_t first, std::size_t end);
@@ -58,12 +61,17 @@ class SplitSearch : public RowSearch {
   Weights SumBefore(std::size_t row) const;
 
   double NearScore(const Search& search) const;
-  void ScanRows(Search& search, std::size_t first, std::size_t end) const;
+  void Evaluate(Search& search, std::size_t row) const;
+  void ScanRows(Search& search) const;
   void ScanBlocks(Search& search) const;
+  template <typename UseLeaf>
+  void VisitLeaves(RunningSplit& split, const SplitPart& part, const Weights& before,
+                   const UseLeaf& useLeaf) const;
   void LowerLimit(Search& search, RunningSplit& split, const SplitPart& part,
                   const Weights& before) const;
   void ScanPart(Search& search, RunningSplit& split, const SplitPart& part,
                 const Weights& before) const;
+  void ScanLeaf(Search& search, const Leaf& leaf) const;
 
   const std::vector<double>& fTable;
   std::size_t fFirstRow = 0;       // the blocks begin there
