@@ -14,6 +14,7 @@ from matplotlib import pyplot
 import mcbinning as mb
 from mcbinning.engines import DuckDbTable
 
+COLOURS = "#9aa5b1", "#52606d", "#d9480f"
 PICTURE = pathlib.Path(__file__).parents[2] / "docs" / "scale.svg"
 
 SPREADS = {
@@ -43,8 +44,9 @@ def main(rows=4_000_000):
     connection = duckdb.connect()
     matplotlib.rcParams["svg.fonttype"] = "none"
     matplotlib.rcParams["svg.hashsalt"] = "rounds"
-    figure, axes = pyplot.subplots(figsize=(6.4, 3.2), layout="constrained")
-    for name, values in SPREADS.items():
+    figure, axes = pyplot.subplots(figsize=(6.4, 4.2), layout="constrained")
+    most = 3  # queries that are drawn
+    for place, (name, values) in enumerate(SPREADS.items()):
         connection.execute("select setseed(0.5)")
         table = f"select {values} as x, random() < 0.3 as y from range({rows})"
         connection.execute(f"create or replace table t as {table}")
@@ -52,16 +54,21 @@ def main(rows=4_000_000):
         mb.fit(watched, "y")
         counted = np.array(watched.counted) / rows
         print(name, *(f"{share:.3%}" for share in counted))
-        axes.plot(range(1, len(counted) + 1), counted, marker="o", label=name)
+        for query, share in enumerate(counted[:most]):
+            [bar] = axes.barh(place + 0.27 * (query - 1), 100 * share, 0.24, color=COLOURS[query])
+            axes.bar_label(axes.containers[-1], [f"{100 * share:.3g} %"], padding=3)
+            bar.set_label(f"query {query + 1}" if place == 0 else None)
     axes.set(
-        yscale="log",
-        xlabel="query over the attribute",
-        ylabel="share of the rows counted",
-        xticks=range(1, 6),
+        xlabel="rows counted, %",
+        xlim=(0, 112),
+        xticks=range(0, 101, 25),
+        yticks=range(len(SPREADS)),
+        yticklabels=SPREADS,
         title=f"{rows:,} rows, 1,000 pre-bins",
     )
-    axes.grid(alpha=0.3)
-    axes.legend(fontsize="small")
+    axes.invert_yaxis()
+    axes.spines[["top", "right"]].set_visible(False)
+    figure.legend(loc="outside lower center", ncols=most)
     figure.savefig(PICTURE, metadata={"Date": None})
 
 
