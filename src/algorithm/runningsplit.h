@@ -17,7 +17,8 @@ namespace MCBinning {
 //
 // Rounding: all terms and sums are at most W log W <= 37 W while W < 2^52, so an addition errs by
 // less than 5e-15 W, and the logarithms, known to 2e-13, by less than 1e-12 W all together. With at
-// most 256 terms and kMostMoves changes the score is known to 2e-11 W.
+// most 256 terms and kMostMoves changes the score is known to 2e-11 W. Slopes of lines are below
+// 74, so what a line of at most 8 categories adds up to errs by less than 1e-12 W more.
 class RunningSplit {
  public:
   // `totals` has W_k for each category k at k + 1. Nothing is on the left yet.

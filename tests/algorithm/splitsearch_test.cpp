@@ -155,9 +155,10 @@ TEST_P(SplitSearchTest, FindsWhatThePlainScanFinds) {
       const Table table = GetParam().make(random, {rows, categories});
       const MCBinning::SparseTable sparse = SparseForm(table, categories);
       const int end = static_cast<int>(rows);
-      for (int round = 0; round < 6; ++round) {
+      for (int round = 0; round < 8; ++round) {
         const int first = round == 0 ? 0 : static_cast<int>(random() % 300);
-        const int last = end - 1 - static_cast<int>(random() % 2 * (random() % 60));
+        const int upToEnd = end - 1 - static_cast<int>(random() % 2 * (random() % 60));
+        const int last = round < 4 ? upToEnd : first + 90 + static_cast<int>(random() % 200);
         SCOPED_TRACE(testing::Message() << categories << " categories, rows " << first << " to "
                                         << last << ", seed " << TestSeed());
         const bool closed = round % 2 == 0;
