@@ -291,6 +291,21 @@ def test_values_next_to_zero_and_near_the_largest_share_a_range(
     )
 
 
+@pytest.mark.parametrize("below", [20, 40])
+def test_a_percentile_ends_beside_a_range_that_was_left_behind(make_table, below, monkeypatch):
+    a = np.r_[-1 - np.arange(below) / 60, 1 + np.arange(60 - below) / 60]
+    table = {"a": a, "y": np.arange(60) % 2.0}
+    for engine in DuckDbTable, PostgresTable, SparkTable:
+        monkeypatch.setattr(engine, "most_ranges", 16)
+        monkeypatch.setattr(engine, "most_values", 20)
+        monkeypatch.setattr(engine, "packs", True)
+    monkeypatch.setattr(SparkTable, "most_alone", 0)
+    for prebins in 3, 4, 6:
+        options = {"attributes": ["a"], "prebin_above": 3, "prebins": prebins, "distinct": True}
+        found = mb.fit(make_table(table), "y", **options)
+        assert found == mb.fit(in_memory(table), "y", **options), prebins
+
+
 def test_numbers_of_any_size_are_the_nearest_doubles(make_table):
     rows = make_table({"a": np.arange(6.0)})
     texts = [
@@ -590,3 +605,19 @@ def test_rows_that_change_between_rounds_are_noticed():
     rows = duckdb.connect().sql("select random() as a, random() < 0.5 as y from range(300000)")
     with pytest.raises(mb.RunError, match="changed"):
         mb.fit(rows, "y")
+
+
+def test_a_class_that_appears_between_rounds_is_noticed(monkeypatch):
+    connection = duckdb.connect()
+    connection.sql("create table t as select range as a, range % 2 as y from range(1000)")
+    ask = DuckDbTable.ask
+
+    def change(engine, queries):
+        answers = ask(engine, queries)
+        if "category" in answers[0]:
+            connection.sql("update t set y = 2 where a < 300")
+        return answers
+
+    monkeypatch.setattr(DuckDbTable, "ask", change)
+    with pytest.raises(mb.RunError, match="changed"):
+        mb.fit(connection.table("t"), "y", attributes=["a"])

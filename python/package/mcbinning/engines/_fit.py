@@ -149,7 +149,9 @@ class _Run:
         code = "0"
         if target is not None:
             known = _sql.value_of(dialect, self._columns[target], self._missing_of(target))
-            code = _sql.code_of(dialect, f"({known})", self._categories[target])
+            code = _sql.code_of(
+                dialect, f"({known})", self._categories[target], _plan.UNKNOWN_CLASS
+            )
         return self._weights.cases(value, code)
 
     def _demand(self, attribute: int, target: int | None) -> _plan.Demand:

@@ -25,6 +25,9 @@ from ._sql import Answer, Array, Cases, Engine
 # Up to there a target weight is next to one whole number at most (docs/scale.md).
 LARGEST_WEIGHT = 2.0**51
 
+# The code of a class that no row had when classes were counted.
+UNKNOWN_CLASS = -2
+
 # From there on the ends of a range are apart by orders of magnitude, unless its values are known to
 # be mostly near the larger one: by the mean of their logarithms.
 _WIDE = 1024.0
@@ -74,8 +77,8 @@ class Summary:
     ----------
     low, high : numpy.ndarray of shape (ranges,)
         The smallest and the largest value of each range, or about where it begins and ends.
-    is_exact : numpy.ndarray of bool, of shape (ranges,)
-        Which of the two.
+    knows_low, knows_high : numpy.ndarray of bool, of shape (ranges,)
+        Which of the two, for either end.
     weights : numpy.ndarray of shape (ranges, max(classes, 1))
         Whole numbers.
     rows : numpy.ndarray of shape (ranges,)
@@ -92,13 +95,19 @@ class Summary:
 
     low: Array
     high: Array
-    is_exact: Array
+    knows_low: Array
+    knows_high: Array
     weights: Array
     rows: Array
     missing: Array
     no_class: float
     distinct: int = 0
     is_distinct_exact: bool = False
+
+    @property
+    def is_exact(self) -> Array:
+        """Which ranges have both ends known."""
+        return self.knows_low & self.knows_high
 
     @property
     def is_complete(self) -> bool:
@@ -144,7 +153,7 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
     """
     query = _sql.open_ranges(cases)
     answer = yield _sql.count_signs(engine.dialect, query, cases.is_weighted)
-    if float(_sql.weights_of(answer).sum()) != total:
+    if float(_sql.weights_of(answer).sum()) != total or (answer["c"] == UNKNOWN_CLASS).any():
         raise changed(name)
     _check_finite(name, answer)
     summary, ids = open_summary(answer, demand.classes)
@@ -258,8 +267,9 @@ def _gather(answer: Answer, keys: Array, classes: int) -> tuple[Array, Summary]:
     np.add.at(weights, (place, _as_codes(answer["c"], classes)), _sql.weights_of(answer))
     rows = np.bincount(place, weights=answer["n"], minlength=count)
     order = np.argsort(low, kind="stable")
+    known = np.ones(count, dtype=bool)
     summary = Summary(
-        low[order], high[order], np.ones(count, dtype=bool), weights[order], rows[order],
+        low[order], high[order], known, known, weights[order], rows[order],
         np.zeros(weights.shape[1]), 0.0,
     )  # fmt: skip
     return found[order], summary
@@ -276,10 +286,7 @@ def open_summary(answer: Answer, classes: int) -> tuple[Summary, Array]:
     kept = ~is_missing & has_class
     some = {name: column[kept] for name, column in answer.items()}
     ids, summary = _gather(some, some["r"], classes)
-    return Summary(
-        summary.low, summary.high, summary.is_exact, summary.weights, summary.rows, missing,
-        float(weight[~has_class].sum()),
-    ), ids  # fmt: skip
+    return replace(summary, missing=missing, no_class=float(weight[~has_class].sum())), ids
 
 
 def _middles(answer: Answer, ids: Array) -> Array:
@@ -369,7 +376,7 @@ def _at_borders(summary: Summary, bins: int) -> tuple[Array, Array]:
     with np.errstate(over="ignore"):
         middle = (summary.high[below] + summary.low[below + 1]) / 2.0
     is_between = (summary.high[below] < middle) & (middle < summary.low[below + 1])
-    is_between &= summary.is_exact[below] & summary.is_exact[below + 1]
+    is_between &= summary.knows_high[below] & summary.knows_low[below + 1]
     touching = below[~is_between]
     held[touching] = True
     held[touching + 1] = True
@@ -398,11 +405,13 @@ def _finish(summary: Summary, demand: Demand) -> Summary:
     low, high, weights = low[first], high[last], np.add.reduceat(summary.weights, first)
     if weights[-1].sum() == 1.0:
         low[-1] = high[-1]  # one case, the largest
+    known = np.ones(len(first), dtype=bool)
     return replace(
         counted,
         low=low,
         high=high,
-        is_exact=np.ones(len(first), dtype=bool),
+        knows_low=known,
+        knows_high=known,
         weights=weights,
         rows=np.add.reduceat(summary.rows, first),
     )
@@ -413,14 +422,21 @@ def _known_ends(summary: Summary) -> tuple[Array, Array]:
 
     The first and the last one of all end with the smallest and the largest value there are.
     """
-    exact = summary.is_exact
-    below = np.maximum.accumulate(np.where(exact, summary.high, -np.inf))
-    above = np.minimum.accumulate(np.where(exact, summary.low, np.inf)[::-1])[::-1]
+    least = np.where(
+        summary.knows_low, summary.low, np.where(summary.knows_high, summary.high, np.inf)
+    )
+    most = np.where(
+        summary.knows_high, summary.high, np.where(summary.knows_low, summary.low, -np.inf)
+    )
+    below = np.maximum.accumulate(np.append(-np.inf, most))[:-1]
+    above = np.minimum.accumulate(np.append(np.inf, least[::-1]))[-2::-1]
     with np.errstate(over="ignore"):
         low, high = np.nextafter(below, np.inf), np.nextafter(above, -np.inf)
     low = np.where(np.isfinite(below), low, summary.low.min())
     high = np.where(np.isfinite(above), high, summary.high.max())
-    return np.where(exact, summary.low, low), np.where(exact, summary.high, high)
+    return np.where(summary.knows_low, summary.low, low), np.where(
+        summary.knows_high, summary.high, high
+    )
 
 
 def _divide(
@@ -469,7 +485,11 @@ def _unpack(
     ranges: Array,
     weights: Array,
 ) -> tuple[Summary, Array, Array]:
-    """Make ranges, of which only the weights are known, in the order of their values."""
+    """Make ranges, of which the weights are known, in the order of their values.
+
+    Of the ends that the divided ranges begin and end with, what is known is kept: a percentile that
+    ends there may be between two values, of which the other was left behind.
+    """
     parents = _parents(wanted, divisions, ranges)
     _, bases, parts, sign, _, small, large, _, span, _ = np.array(divisions).T[
         :, np.searchsorted(np.flatnonzero(wanted), parents)
@@ -481,11 +501,21 @@ def _unpack(
     high = np.minimum(np.where(sign > 0, far, -near), summary.high[parents])
     order = np.lexsort((sign * place, parents))
     each = np.maximum(summary.weights[parents].sum(axis=1), 1.0) / summary.rows[parents]
+    low, high, weights, parents = low[order], high[order], weights[order], parents[order]
+    is_other = parents[1:] != parents[:-1]
+    knows_low = np.append(True, is_other)[: len(parents)] & summary.knows_low[parents]
+    knows_high = np.append(is_other, True)[: len(parents)] & summary.knows_high[parents]
     found = Summary(
-        low, high, np.zeros(len(ranges), dtype=bool), weights,
-        np.ceil(weights.sum(axis=1) / each), summary.missing, summary.no_class,
-    )  # fmt: skip
-    return _take(found, order), ranges[order], parents[order]
+        np.where(knows_low, summary.low[parents], low),
+        np.where(knows_high, summary.high[parents], high),
+        knows_low,
+        knows_high,
+        weights,
+        np.ceil(weights.sum(axis=1) / each[order]),
+        summary.missing,
+        summary.no_class,
+    )
+    return found, ranges[order], parents
 
 
 def _take(summary: Summary, order: Array) -> Summary:
@@ -493,7 +523,8 @@ def _take(summary: Summary, order: Array) -> Summary:
         summary,
         low=summary.low[order],
         high=summary.high[order],
-        is_exact=summary.is_exact[order],
+        knows_low=summary.knows_low[order],
+        knows_high=summary.knows_high[order],
         weights=summary.weights[order],
         rows=summary.rows[order],
     )
@@ -511,7 +542,8 @@ def _refine(
     joined = Summary(
         np.concatenate([summary.low[kept], found.low]),
         np.concatenate([summary.high[kept], found.high]),
-        np.concatenate([summary.is_exact[kept], found.is_exact]),
+        np.concatenate([summary.knows_low[kept], found.knows_low]),
+        np.concatenate([summary.knows_high[kept], found.knows_high]),
         np.concatenate([summary.weights[kept], found.weights]),
         np.concatenate([summary.rows[kept], found.rows]),
         summary.missing,

@@ -88,7 +88,7 @@ class SparkTable:
     most_values = 16_384
     packs = True
     most_alone = 1_048_576  # so many rows are read by one task for each attribute
-    side_by_side = sys.maxsize  # in one job, and four where all values are collected
+    side_by_side = sys.maxsize  # in one job or two, and four where all values are collected
     longest_name = sys.maxsize
 
     def __init__(self, frame: Any) -> None:

@@ -109,7 +109,10 @@ class Engine(Protocol):
     def ignores_case(self) -> bool: ...
 
     def ask(self, queries: Sequence[str]) -> list[Answer]:
-        """Run queries over `ROWS`, which have the same columns: numbers without NULL, or texts.
+        """Run queries over `ROWS`: their columns are numbers without NULL, or texts.
+
+        All have the same columns, but for those of an engine that packs, which begin with
+        `_pack.START` and have others.
 
         Raises
         ------
@@ -172,11 +175,15 @@ def with_one_zero(dialect: Dialect, value: str) -> str:
     return f"CASE WHEN {value} = {zero} THEN {zero} ELSE {value} END"
 
 
-def code_of(dialect: Dialect, value: str, categories: Sequence[Any]) -> str:
+def code_of(dialect: Dialect, value: str, categories: Sequence[Any], unknown: int = -1) -> str:
     """Write the place of a value among categories; -1 for one that is missing."""
     write = dialect.text if categories and isinstance(categories[0], str) else dialect.number
     whens = " ".join(f"WHEN {write(name)} THEN {code}" for code, name in enumerate(categories))
-    return f"CASE {value} {whens} ELSE -1 END" if categories else "-1"
+    if unknown != -1:
+        whens += f" ELSE CASE WHEN {value} IS NULL THEN -1 ELSE {unknown} END"
+    else:
+        whens += " ELSE -1"
+    return f"CASE {value} {whens} END" if categories else "-1"
 
 
 def number_of_code(dialect: Dialect, code: str) -> str:
@@ -368,8 +375,8 @@ def weights_of(answer: Answer) -> Array:
 def write_columns(rows: Sequence[Sequence[float]]) -> list[tuple[bool, list[str]]]:
     """Write the columns of some rows: whether their numbers are whole, and each bit by bit.
 
-    A long text with all numbers of a column takes engines a hundredth of the time of VALUES, where
-    each is an expression of its own.
+    Engines plan with a long text of all numbers of a column in a small part of the time that they
+    take with VALUES, where each is an expression of its own.
     """
     return [
         (all(isinstance(cell, int) for cell in column), [repr(cell) for cell in column])
