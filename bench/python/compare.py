@@ -51,8 +51,8 @@ def at_most(what, most, ours, theirs):
     show(what, ours / theirs, "x", f"<= {most}", ours / theirs <= most, ours, theirs)
 
 
-def compare_with_columns(program, values, classes, fit):
-    """Compare with a C++ host over the same columns."""
+def compare_with_columns(program, values, classes):
+    """Compare with a C++ host over the same columns, a process of its own, in turn with it."""
     rows, columns = values.shape
     with tempfile.TemporaryDirectory() as folder:
         path = Path(folder) / "values"
@@ -60,8 +60,12 @@ def compare_with_columns(program, values, classes, fit):
             for column in [*values.T, classes]:
                 np.ascontiguousarray(column, dtype=np.float64).tofile(file)
         command = [program, path, str(rows), str(columns + 1)]
-        ran = subprocess.run(command, check=True, capture_output=True, text=True)
-        at_most("fit, 10 columns: the C++ host", 1.1, fit, float(ran.stdout))
+        ours, theirs = [], []
+        for _ in range(5):
+            ours += best(lambda: mb.fit(values, classes))
+            ran = subprocess.run(command, check=True, capture_output=True, text=True)
+            theirs.append(float(ran.stdout))
+        at_most("fit, 10 columns: the C++ host", 1.1, min(ours), min(theirs))
 
 
 def import_time(module, rounds=15):
@@ -86,7 +90,7 @@ def compare_fits(values, classes, program):
         lambda: np.quantile(values, np.arange(1, 20) / 20, axis=0),
     )
     if program:
-        compare_with_columns(program, values, classes, fit)
+        compare_with_columns(program, values, classes)
     one, two = best(
         lambda: mb.fit(values, classes),
         lambda: mb.fit(values, classes, threads=2),
