@@ -190,6 +190,22 @@ def test_postgresql_through_any_connection_whose_transaction_goes_on(make_table,
     assert mb.fit(rows, "y", attributes=["a"]) == expected
 
 
+def test_a_session_whose_queries_take_no_data_frames(make_table, monkeypatch):
+    rows = make_table(table := some_rows())
+    if not hasattr(rows, "sparkSession"):
+        pytest.skip("it is about Spark")
+    monkeypatch.setattr(_spark, "_takes_frames", lambda session: False)
+    catalog = rows.sparkSession.catalog
+    made = mb.fit(rows, "y", attributes=["a", "g"], weight="w", distinct=True)
+    assert made == mb.fit(in_memory(table), "y", attributes=["a", "g"], weight="w")
+    assert not [view for view in catalog.listTables() if view.name.startswith("mcbinning_")]
+    found = columns_of(made.apply(rows, attributes=["a"]))["a_bin"]
+    views = [view.name for view in catalog.listTables() if view.name.startswith("mcbinning_")]
+    assert all(catalog.dropTempView(view) for view in views)
+    expected = made.apply(in_memory(table), attributes=["a"])["a_bin"].tolist()
+    assert sorted(-1 if one is None else one for one in found) == sorted(expected)
+
+
 def columns_of(table):
     """The rows of an engine's table, as lists by name."""
     if isinstance(table, PostgresTable):

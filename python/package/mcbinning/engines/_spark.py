@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import contextlib
+import inspect
 import re
 import sys
 import uuid
@@ -116,8 +117,14 @@ class SparkTable:
 
     def _ask(self, queries: Mapping[int, str]) -> dict[int, Answer]:
         numbered = (f"SELECT q.*, {i} AS query FROM ({one}) AS q" for i, one in queries.items())
-        union = _derive(self._counted, " UNION ALL ".join(numbered))
-        found = _collect(self._frame.sparkSession, union)
+        session = self._frame.sparkSession
+        views: list[str] = []
+        try:
+            union = _derive(self._counted, " UNION ALL ".join(numbered), views)
+            found = _collect(session, union)
+        finally:
+            for view in views:
+                session.catalog.dropTempView(view)
         place = found.pop("query")
         return {i: {name: column[place == i] for name, column in found.items()} for i in queries}
 
@@ -137,8 +144,8 @@ class SparkTable:
         )
 
     def derive(self, query: str) -> Any:
-        """Make the data frame of a query."""
-        return _derive(self._frame, query)
+        """Make the data frame of a query; in Connect of Spark 3.5 it reads a temporary view."""
+        return _derive(self._frame, query, [])
 
     def expect(self, rows: int) -> None:
         """Have few rows counted by one task, which has nothing to send to others."""
@@ -150,9 +157,21 @@ class SparkTable:
         return SparkTable(table)
 
 
-def _derive(frame: Any, query: str) -> Any:
+def _derive(frame: Any, query: str, views: list[str]) -> Any:
+    """Make the data frame of a query; adds the names of the views that it will read."""
     rows = _rename(frame, "$", _DOLLAR)
-    return _rename(rows.sparkSession.sql(write_query(query), rows=rows), _DOLLAR, "$")
+    template, session = write_query(query), rows.sparkSession
+    if _takes_frames(session):
+        return _rename(session.sql(template, rows=rows), _DOLLAR, "$")
+    views.append(f"mcbinning_{uuid.uuid4().hex}")
+    rows.createOrReplaceTempView(views[-1])
+    return _rename(session.sql(template.format(rows=views[-1])), _DOLLAR, "$")
+
+
+def _takes_frames(session: Any) -> bool:
+    """Whether data frames may stand in queries: not in Connect of Spark 3.5."""
+    kinds = {one.kind for one in inspect.signature(session.sql).parameters.values()}
+    return inspect.Parameter.VAR_KEYWORD in kinds
 
 
 def _rename(frame: Any, old: str, new: str) -> Any:
