@@ -422,21 +422,16 @@ def _known_ends(summary: Summary) -> tuple[Array, Array]:
 
     The first and the last one of all end with the smallest and the largest value there are.
     """
-    least = np.where(
-        summary.knows_low, summary.low, np.where(summary.knows_high, summary.high, np.inf)
-    )
-    most = np.where(
-        summary.knows_high, summary.high, np.where(summary.knows_low, summary.low, -np.inf)
-    )
+    lows, highs = (summary.knows_low, summary.low), (summary.knows_high, summary.high)
+    least = np.minimum(np.where(*lows, np.inf), np.where(*highs, np.inf))
+    most = np.maximum(np.where(*lows, -np.inf), np.where(*highs, -np.inf))
     below = np.maximum.accumulate(np.append(-np.inf, most))[:-1]
     above = np.minimum.accumulate(np.append(np.inf, least[::-1]))[-2::-1]
     with np.errstate(over="ignore"):
         low, high = np.nextafter(below, np.inf), np.nextafter(above, -np.inf)
     low = np.where(np.isfinite(below), low, summary.low.min())
     high = np.where(np.isfinite(above), high, summary.high.max())
-    return np.where(summary.knows_low, summary.low, low), np.where(
-        summary.knows_high, summary.high, high
-    )
+    return np.where(*lows, low), np.where(*highs, high)
 
 
 def _divide(

@@ -176,14 +176,11 @@ def with_one_zero(dialect: Dialect, value: str) -> str:
 
 
 def code_of(dialect: Dialect, value: str, categories: Sequence[Any], unknown: int = -1) -> str:
-    """Write the place of a value among categories; -1 for one that is missing."""
+    """Write the place of a value among categories; -1 if it is missing, else `unknown`."""
     write = dialect.text if categories and isinstance(categories[0], str) else dialect.number
     whens = " ".join(f"WHEN {write(name)} THEN {code}" for code, name in enumerate(categories))
-    if unknown != -1:
-        whens += f" ELSE CASE WHEN {value} IS NULL THEN -1 ELSE {unknown} END"
-    else:
-        whens += " ELSE -1"
-    return f"CASE {value} {whens} END" if categories else "-1"
+    other = "-1" if unknown == -1 else f"CASE WHEN {value} IS NULL THEN -1 ELSE {unknown} END"
+    return f"CASE {value} {whens} ELSE {other} END" if categories else "-1"
 
 
 def number_of_code(dialect: Dialect, code: str) -> str:
