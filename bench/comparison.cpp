@@ -13,8 +13,16 @@ namespace bench {
 
 namespace {
 
-constexpr int kMostRounds = 40;
-constexpr double kSecondsPerComparison = 4.0;
+constexpr int kFewestRounds = 3;
+constexpr int kMostRounds = 60;
+constexpr double kFewestSeconds = 4.0;
+constexpr double kMostSeconds = 40.0;
+
+// The best times are there when so many rounds in turn have not made any of them better by more
+// than a hundredth: others who use the machine slow down rounds for seconds on end.
+constexpr int kSettledRounds = 6;
+constexpr double kBetter = 0.99;
+
 constexpr double kNotMeasured = std::numeric_limits<double>::infinity();
 
 Clock gClock = Clock::kProcessor;
@@ -48,12 +56,19 @@ struct Times {
 
 Times Measure(const Comparison& comparison) {
   Times best;
-  const auto run = [](const Side& side, double& seconds) {
-    if (side) seconds = std::min(seconds, side());
+  int unchanged = 0;
+  const auto run = [&unchanged](const Side& side, double& bestOfSide) {
+    if (!side) return;
+    const double seconds = side();
+    if (seconds < kBetter * bestOfSide) unchanged = 0;
+    bestOfSide = std::min(bestOfSide, seconds);
   };
   const double start = WallSeconds();
   for (int round = 0; round < kMostRounds; ++round) {
-    if (round >= comparison.fewestRounds && WallSeconds() - start > kSecondsPerComparison) break;
+    const double passed = WallSeconds() - start;
+    const bool isSettled = unchanged >= kSettledRounds && passed > kFewestSeconds;
+    if (round >= kFewestRounds && (isSettled || passed > kMostSeconds)) break;
+    ++unchanged;
     run(comparison.plain, best.plain);
     run(comparison.library, best.library);
     run(comparison.floor, best.floor);
@@ -97,6 +112,8 @@ double SecondsOf(const std::function<void()>& work) {
   work();
   return Now() - start;
 }
+
+double BestSecondsOf(const Side& side) { return Measure({"", {}, side, {}, {}}).library; }
 
 void PrintHeading() {
   std::printf("%-60s %-14s %-17s %-7s %10s %10s %10s\n", "work", "measured", "target", "",

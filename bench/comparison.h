@@ -19,6 +19,9 @@ double WallSecondsOf(const std::function<void()>& work);
 // One side of a comparison: does its work once and returns the seconds that count.
 using Side = std::function<double()>;
 
+// The best time of a side that is measured like those of a comparison.
+double BestSecondsOf(const Side& side);
+
 // What the times of a comparison are held against.
 struct Goal {
   enum class Kind {
@@ -35,9 +38,6 @@ inline Goal FasterThanPlain(double limit) {
 }
 inline Goal WithinFloor(double limit) { return {Goal::Kind::kWithinFloor, limit, "x floor"}; }
 
-// Of what is compared in wall time, as all that disturbs a core counts.
-inline constexpr int kRoundsInWallTime = 8;
-
 // The same work done by the plain form, by the library and by its floor; a side that is not
 // there is empty.
 struct Comparison {
@@ -48,15 +48,13 @@ struct Comparison {
   std::vector<Goal> goals;
   // Asked after the measurement; empty for yes.
   std::function<bool()> isSameResult = {};
-  // A side that is easily disturbed takes more of them to come to its best time.
-  int fewestRounds = 3;
 };
 
 // Prints the heading of the table.
 void PrintHeading();
 
-// Runs the sides in turn, at least `fewestRounds` times and up to some seconds, and prints one line
-// per goal from the best time of each side.
+// Runs the sides in turn, at least three times and until their best times have settled, or
+// for some forty seconds, and prints one line per goal from the best time of each side.
 void Compare(const Comparison& comparison);
 
 // A line of the table that is no comparison of times.

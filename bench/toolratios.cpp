@@ -31,7 +31,6 @@ void CompareTool(const std::string& work, int jobs) {
   Comparison comparison{work, {}, {}, {}, {WithinFloor(2.5)}, {}};
   comparison.library = [&] { return run(jobs); };
   if (areSeveral) {
-    comparison.fewestRounds = kRoundsInWallTime;
     comparison.plain = [&] { return run(1); };
     comparison.goals = {WithinFloor(1.5), FasterThanPlain(1.7)};
   }
@@ -61,7 +60,7 @@ void CompareJobs(const std::string& work, std::size_t rowCount, int attributeCou
                              "--jobs", jobs, "--quiet", "--temp-dir", directory.Path(), file},
                             directory.Path());
   };
-  Comparison comparison{work, {}, {}, {}, {FasterThanPlain(1.6)}, {}, kRoundsInWallTime};
+  Comparison comparison{work, {}, {}, {}, {FasterThanPlain(1.6)}, {}};
   comparison.plain = [&] { return run("1"); };
   comparison.library = [&] { return run("2"); };
   Compare(comparison);
