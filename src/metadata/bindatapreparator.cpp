@@ -31,6 +31,7 @@ using MCBinning::PassProgress;
 using MCBinning::RecordBlock;
 using MCBinning::RecordBuffer;
 using MCBinning::RecordPreparer;
+using MCBinning::RecordSlots;
 using MCBinning::RunReport;
 using MCBinning::StatusCode;
 using MCBinning::StatusError;
@@ -210,10 +211,30 @@ void BINDataPreparator::ReadBlocks(ColumnRecordIterator& source) {
       const BlockPart most{block.columns, first, partSize};
       partSize = std::max<std::size_t>(fPreparer->CountUnremarkable(most), 1);
       fReport->recordsRead += partSize;
-      StorePrepared(fPreparer->Prepare({block.columns, first, partSize}, fBuffer->GetNextSlots()));
+      StorePart({block.columns, first, partSize});
       progress.Add(partSize, partSize);
     }
   }
+}
+
+// What fills the empty buffer at once goes to the files column by column: then no more than a row
+// of the buffer is touched for all attributes, which stays in the nearest caches.
+void BINDataPreparator::StorePart(const BlockPart& part) {
+  const RecordSlots slots = fBuffer->GetNextSlots();
+  const std::size_t count = fPreparer->PrepareWeightsAndTargets(part, slots);
+  if (!fBuffer->IsFilledBy(count)) {
+    if (count > 0) fPreparer->PrepareAttributes(part, slots);
+    StorePrepared(count);
+    return;
+  }
+  const std::size_t firstAttribute = fPreparer->GetFirstAttributeFile();
+  fReport->recordsStored = fStoredRecords += count - 1;
+  fBuffer->Transfer(*fFiles, [&](std::size_t file) {
+    double* const values = &slots[std::min(file, firstAttribute)];
+    if (file >= firstAttribute) fPreparer->PrepareAttribute(part, file, values);
+    return values;
+  });
+  fReport->recordsStored = ++fStoredRecords;
 }
 
 // Keeps the records in the next slots of the buffer. The last one is stored when it could be

@@ -21,6 +21,7 @@ class ProgressListener;
 
 namespace MCBinning {
 class BinaryRecordIterator;
+struct BlockPart;
 class ColumnRecordIterator;
 class RecordBuffer;
 class RecordPreparer;
@@ -131,6 +132,7 @@ class MCBINNING_API BINDataPreparator {
   void SizeBuffer();
   void ReadRecords(MCCommon::RecordIterator& source);
   void ReadBlocks(MCBinning::ColumnRecordIterator& source);
+  void StorePart(const MCBinning::BlockPart& part);
   void StorePrepared(std::size_t count);
   void RequireWhole(std::size_t valueCount);
   bool FinishLastTransfer();

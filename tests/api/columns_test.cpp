@@ -11,6 +11,7 @@
 #include "metadata/columnrecorditerator.h"
 #include "support/agreement.h"
 #include "support/dice.h"
+#include "support/filesizelimit.h"
 #include "support/hostdoubles.h"
 #include "support/scenarioblocks.h"
 #include "support/tempdir.h"
@@ -80,6 +81,17 @@ void AddBadCodes(Dice& dice, Scenario& scenario) {
   }
 }
 
+void ExpectSameByColumn(const Road& road, const Scenario& scenario, std::uint64_t seed,
+                        int blockSize) {
+  MCCommon::InMemoryRecordIterator rows = scenario.Records();
+  const std::string expected = RunAll(road, scenario, rows);
+  ScenarioBlocks blocks(scenario, seed, blockSize);
+  OneByOne records(blocks);
+  ASSERT_EQ(RunAll(road, scenario, records), expected) << "MCBINNING_TEST_SEED=" << seed;
+  ScenarioBlocks whole(scenario, seed, blockSize);
+  ASSERT_EQ(RunAll(road, scenario, whole), expected) << "MCBINNING_TEST_SEED=" << seed;
+}
+
 TEST(Columns, EndAsTheSameRecordsOneByOne) {
   const TempDir directory;
   for (std::uint64_t seed = TestSeed(); seed < TestSeed() + 700; ++seed) {
@@ -91,15 +103,27 @@ TEST(Columns, EndAsTheSameRecordsOneByOne) {
     const Road road{dice.OneIn(2) ? Driver::kSupervised : Driver::kEqualFrequency,
                     directory.Path() + (dice.OneIn(isLarge ? 2 : 10) ? "/missing" : ""),
                     dice.OneOf({1, 7, 5000, 0, -1})};
-    const int blockSize = dice.OneOf({1, 10, 100, 30000});
-    MCCommon::InMemoryRecordIterator rows = scenario.Records();
-    const std::string expected = RunAll(road, scenario, rows);
+    ExpectSameByColumn(road, scenario, seed, dice.OneOf({1, 10, 100, 30000}));
+  }
+}
 
-    ScenarioBlocks blocks(scenario, seed, blockSize);
-    OneByOne records(blocks);
-    ASSERT_EQ(RunAll(road, scenario, records), expected) << "MCBINNING_TEST_SEED=" << seed;
-    ScenarioBlocks whole(scenario, seed, blockSize);
-    ASSERT_EQ(RunAll(road, scenario, whole), expected) << "MCBINNING_TEST_SEED=" << seed;
+// Weights that are dropped or not there, codes where a file stops, and a disk that is full soon.
+TEST(Columns, EndAsTheSameRecordsWhenTheyFillTheWriteBuffer) {
+  const TempDir directory;
+  for (std::uint64_t seed = TestSeed(); seed < TestSeed() + 30; ++seed) {
+    Dice dice(seed ^ 0xb1f);
+    Scenario scenario = MixedScenario(10000 * (1 + dice.Roll(3)) + dice.OneOf({0, 0, 77}));
+    std::vector<double>& weights = scenario.variables.back().values;
+    const int weighting = dice.Roll(3);
+    if (weighting == 0) scenario.variables.pop_back();
+    if (weighting == 1) weights[static_cast<std::size_t>(dice.Roll(10000))] = 0.0;
+    if (dice.OneIn(4)) AddBadCodes(dice, scenario);
+    const Road road{dice.OneIn(2) ? Driver::kSupervised : Driver::kEqualFrequency, directory.Path(),
+                    dice.OneOf({0, 0, 10000, 20001})};
+    const int unlimited = 1 << 30;
+    const FileSizeLimit disk(
+        static_cast<rlim_t>(dice.OneOf({unlimited, unlimited, 80000, 90000, 200000})));
+    ExpectSameByColumn(road, scenario, seed, 200000);
   }
 }
 

@@ -1,11 +1,9 @@
 #include "algorithm/runreport.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <cerrno>
 #include <cmath>
-#include <csignal>
 #include <limits>
 #include <memory>
 #include <stdexcept>
@@ -23,6 +21,7 @@
 #include "common/progresslistener.h"
 #include "metadata/binvarlist.h"
 #include "metadata/describe.h"
+#include "support/filesizelimit.h"
 #include "support/hostdoubles.h"
 #include "support/tempdir.h"
 
@@ -126,17 +125,11 @@ TEST_F(RunReportTest, TellsAnExceptionOfTheHostFromACancellation) {
   EXPECT_EQ(MCBinning::GetRunReport(*fBinning).recordsStored, 2U);
 }
 
-// The limit stands for a full disk, which a short pass notices at its end.
+// A short pass notices a full disk at its end.
 TEST_F(RunReportTest, KeepsTheFirstErrorWhenAFileThatCouldNotBeWrittenIsRead) {
   const std::vector<std::vector<double>> rows(100, {1, 0, 0, 1});
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{1, before.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
+  const FileSizeLimit disk(1);
   const RunReport& report = Run(RowIterator(rows));
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, handler);
   EXPECT_EQ(fStatus.GetErrorCode(), 120018);
   EXPECT_EQ(report.systemError, EFBIG);
 }

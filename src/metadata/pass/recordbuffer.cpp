@@ -1,5 +1,6 @@
 #include "metadata/pass/recordbuffer.h"
 
+#include <algorithm>
 #include <new>
 #include <numeric>
 
@@ -36,6 +37,16 @@ void RecordBuffer::Transfer(TempFiles& files) {
   }
   fCache.Flush();
   fNextColumn = 0;
+}
+
+void RecordBuffer::Transfer(TempFiles& files,
+                            const std::function<const double*(std::size_t)>& prepare) {
+  const std::size_t room = GetRoom();
+  for (std::size_t file = 0; file < files.GetCount(); ++file) {
+    const double* const values = prepare(file);
+    const bool isOpen = std::find(fOpenFiles.begin(), fOpenFiles.end(), file) != fOpenFiles.end();
+    files.Append(file, values, isOpen ? room : 0);
+  }
 }
 
 }  // namespace MCBinning

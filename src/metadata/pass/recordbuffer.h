@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <vector>
 
 #include "metadata/bindatacache.h"
@@ -43,11 +44,20 @@ class RecordBuffer {
 
   bool IsFull() const { return fNextColumn == fCache.GetNCols(); }
 
+  // Whether it is empty, and full with so many records.
+  bool IsFilledBy(std::size_t count) const {
+    return fNextColumn == 0 && count == GetRoom() && !fOpenFiles.empty();
+  }
+
   // The file takes no more values.
   void Close(std::size_t file);
 
   // Appends what is there to the files, and is empty then. Throws StatusError and std::bad_alloc.
   void Transfer(TempFiles& files);
+
+  // Appends as many values to each open file as the empty buffer has room for. `prepare` brings a
+  // file's values to slots, and answers where they are, when its turn has come. Throws the same.
+  void Transfer(TempFiles& files, const std::function<const double*(std::size_t file)>& prepare);
 
  private:
   BINDataCache& fCache;

@@ -96,25 +96,33 @@ void RecordPreparer::FetchAhead(const RecordSlots& out) const {
 
 // Column by column, the same rules. Values are first brought to their slots, whatever their column
 // looks like in the host's memory.
-std::size_t RecordPreparer::Prepare(const BlockPart& in, const RecordSlots& out) {
-  const std::size_t count = PrepareWeights(in, out);
-  if (count == 0) return 0;
-  if (fHasTarget) {
-    double* const slots = Gather(in, fTargetVariable, &out[0]);
+std::size_t RecordPreparer::PrepareWeightsAndTargets(const BlockPart& in, const RecordSlots& out) {
+  const std::size_t count = fKeptCount = PrepareWeights(in, out);
+  if (count > 0 && fHasTarget) {
+    double* const slots = &out[0];
+    Gather(in, fTargetVariable, slots);
     MCStatus warning;
     const std::size_t toDo = AreKnownCodes(slots, count, 0) ? 0 : count;
     for (std::size_t i = 0; i < toDo; ++i) {
       if (!PrepareTarget(slots[i], slots[i])) RefuseTarget(warning);
     }
   }
-  for (const Attribute& attribute : fAttributes) {
-    double* const slots = Gather(in, attribute.variable, &out[attribute.file]);
-    const bool stayAsTheyAre = attribute.isContinuous ? attribute.missing == nullptr
-                                                      : AreKnownCodes(slots, count, attribute.file);
-    if (stayAsTheyAre) continue;
-    for (std::size_t i = 0; i < count; ++i) PrepareAttribute(attribute, slots[i], slots[i]);
-  }
   return count;
+}
+
+void RecordPreparer::PrepareAttributes(const BlockPart& in, const RecordSlots& out) {
+  for (const Attribute& attribute : fAttributes) {
+    PrepareAttribute(in, attribute.file, &out[attribute.file]);
+  }
+}
+
+void RecordPreparer::PrepareAttribute(const BlockPart& in, std::size_t file, double* slots) {
+  const Attribute& attribute = fAttributes[file - GetFirstAttributeFile()];
+  Gather(in, attribute.variable, slots);
+  const bool stayAsTheyAre = attribute.isContinuous ? attribute.missing == nullptr
+                                                    : AreKnownCodes(slots, fKeptCount, file);
+  if (stayAsTheyAre) return;
+  for (std::size_t i = 0; i < fKeptCount; ++i) PrepareAttribute(attribute, slots[i], slots[i]);
 }
 
 // Whether all values are codes, none of them larger than the file has had: they stay as they are,
@@ -129,7 +137,8 @@ bool RecordPreparer::AreKnownCodes(const double* values, std::size_t count,
 std::size_t RecordPreparer::PrepareWeights(const BlockPart& in, const RecordSlots& out) {
   fKept.clear();
   if (fWeightEncoder == nullptr) return in.count;
-  double* const slots = Gather(in, fWeightVariable, &out[fWeightFile]);
+  double* const slots = &out[fWeightFile];
+  Gather(in, fWeightVariable, slots);
   std::size_t count = 0;
   for (std::size_t i = 0; i < in.count; ++i) {
     const bool isKept = PrepareWeight(slots[i], slots[count]);
@@ -146,7 +155,7 @@ std::size_t RecordPreparer::PrepareWeights(const BlockPart& in, const RecordSlot
 }
 
 // The values of the records that are kept, once it is known which are.
-double* RecordPreparer::Gather(const BlockPart& in, std::size_t variable, double* slots) const {
+void RecordPreparer::Gather(const BlockPart& in, std::size_t variable, double* slots) const {
   UseValues(in.columns[variable], in.first, [&](const auto& valueAt) {
     if (fKept.empty()) {
       for (std::size_t i = 0; i < in.count; ++i) slots[i] = valueAt(i);
@@ -154,7 +163,6 @@ double* RecordPreparer::Gather(const BlockPart& in, std::size_t variable, double
       for (std::size_t i = 0; i < fKept.size(); ++i) slots[i] = valueAt(fKept[i]);
     }
   });
-  return slots;
 }
 
 std::size_t RecordPreparer::CountUnremarkable(const BlockPart& in) const {

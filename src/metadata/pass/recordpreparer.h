@@ -47,10 +47,21 @@ class RecordPreparer {
   // is categorical.
   bool Prepare(const MCCommon::Record& in, const RecordSlots& out, MCStatus& warning);
 
-  // The same of several records, which go to the slots one after the other. Answers how many there
-  // are, the dropped ones left out. Requires that CountUnremarkable() answers no fewer, or a single
-  // record: so whatever happens, happens in the order of the records.
-  std::size_t Prepare(const BlockPart& in, const RecordSlots& out);
+  // The same of several records, which go to the slots one after the other: their weights and
+  // targets first. Answers how many there are, the dropped ones left out. Requires that
+  // CountUnremarkable() answers no fewer, or a single record: so whatever happens, happens in the
+  // order of the records.
+  std::size_t PrepareWeightsAndTargets(const BlockPart& in, const RecordSlots& out);
+
+  // Then the attributes of those records, all of them or the one of a file.
+  void PrepareAttributes(const BlockPart& in, const RecordSlots& out);
+  void PrepareAttribute(const BlockPart& in, std::size_t file, double* slots);
+
+  // The file of the first attribute, which those of the others follow; without attributes a file
+  // that is not there.
+  std::size_t GetFirstAttributeFile() const {
+    return fAttributes.empty() ? fUsable.size() : fAttributes.front().file;
+  }
 
   // How many records there are before the first that has a code that is to be refused or noted in
   // the report.
@@ -78,7 +89,7 @@ class RecordPreparer {
   bool PrepareAttribute(const Attribute& attribute, double value, double& slot);
   std::size_t PrepareWeights(const BlockPart& in, const RecordSlots& out);
   bool IsDropped(const BlockPart& in, std::size_t index) const;
-  double* Gather(const BlockPart& in, std::size_t variable, double* slots) const;
+  void Gather(const BlockPart& in, std::size_t variable, double* slots) const;
   std::size_t CountUnremarkable(const BlockPart& in, const Place& place, bool isTarget) const;
   bool AreKnownCodes(const double* values, std::size_t count, std::size_t file) const;
   bool StoreCategory(double value, int code, const Place& place, double& slot);
@@ -100,7 +111,9 @@ class RecordPreparer {
   std::size_t fWeightVariable = 0;
   std::size_t fWeightFile = 0;
   std::vector<Attribute> fAttributes;  // in file order
-  std::vector<std::size_t> fKept;      // of a part that has dropped records, the others; else none
+  // Of the last part, how many records are kept, and which ones if any was dropped.
+  std::size_t fKeptCount = 0;
+  std::vector<std::size_t> fKept;
 };
 
 }  // namespace MCBinning
