@@ -35,7 +35,6 @@ BinaryRecordIterator::BinaryRecordIterator(std::string&& fileName)
       fState(StateReadFailed),
       fFileName(std::move(fileName)),
       fBuffer(kBufferValues),
-      fHandedOut(kBufferValues),
       fBufferNext(0),
       fBufferEnd(0) {}
 
@@ -99,8 +98,14 @@ int BinaryRecordIterator::GetFileDescriptor() const {
   return fFile == nullptr ? -1 : fileno(fFile);
 }
 
+// The end of a file is not asked for twice; and only a file of several blocks takes two buffers.
 void BinaryRecordIterator::Refill() {
-  fBufferNext = 0;
+  fBufferNext = fBufferEnd = 0;
+  if (std::feof(fFile) != 0) {
+    fState = StateEndOfFile;
+    return;
+  }
+  fBuffer.resize(kBufferValues);
   fBufferEnd = std::fread(fBuffer.data(), sizeof(double), kBufferValues, fFile);
   if (fBufferEnd == 0) fState = std::feof(fFile) != 0 ? StateEndOfFile : StateReadFailed;
 }

@@ -15,7 +15,7 @@ class Descriptor;
 // Reads a temporary file: doubles in native byte order, one per stored record, without
 // header or trailer.
 //
-// One value is read ahead, so HasMore() needs no read. Owns its stream and two buffers of
+// One value is read ahead, so HasMore() needs no read. Owns its stream and up to two buffers of
 // 32 KiB. A file that cannot be opened gives an iterator without values, and prints "Error: file
 // handle is NULL in BinaryRecordIterator constructor" on standard output: at once, whatever
 // output is buffered, and without an end of line.

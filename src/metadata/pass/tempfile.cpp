@@ -53,11 +53,12 @@ TempFile::AppendResult TempFile::Append(const double* values, std::size_t count)
     return !IsBegun() && errno == EEXIST ? AppendResult::kNameTaken : AppendResult::kFailed;
   }
 
+  const Found found = Look(file.Get(), "");
   if (!IsBegun()) {
-    fIdentity = Look(file.Get(), "").identity;
+    fIdentity = found.identity;
     if (!IsBegun()) ::unlink(fName.c_str());  // made, but could never be known again
   }
-  bool ok = IsUntouched(file.Get());
+  bool ok = IsUntouched(found);
   if (ok) {
     const std::size_t byteCount = count * sizeof(double);
     const std::size_t written = Write(file.Get(), values, byteCount);
@@ -80,11 +81,10 @@ std::unique_ptr<BinaryRecordIterator> TempFile::OpenWhole(std::uint64_t valueCou
 }
 
 bool TempFile::IsWhole(int descriptor, std::uint64_t valueCount) const {
-  return fSize == valueCount * sizeof(double) && IsUntouched(descriptor);
+  return fSize == valueCount * sizeof(double) && IsUntouched(Look(descriptor, ""));
 }
 
-bool TempFile::IsUntouched(int descriptor) const {
-  const Found found = Look(descriptor, "");
+bool TempFile::IsUntouched(const Found& found) const {
   return IsBegun() && !fIsDamaged && found.identity == fIdentity && found.size == fSize;
 }
 

@@ -63,9 +63,9 @@ class TempFile {
   // The open file, or the file `name` when `descriptor` is AT_FDCWD; all 0 when there is none.
   static Found Look(int descriptor, const char* name);
 
-  // Whether the open file is this one, of the size that it was left with, and holds what was
+  // Whether what was found is this file, of the size that it was left with, and holds what was
   // written to it.
-  bool IsUntouched(int descriptor) const;
+  bool IsUntouched(const Found& found) const;
 
   std::string fName;
   Identity fIdentity;
