@@ -19,8 +19,7 @@ constexpr std::size_t kBlockRows = 256;
 constexpr std::size_t kLeafRows = 32;
 
 // Shorter tables, and shorter intervals of others, are scanned at once.
-constexpr std::size_t kShortTable = 2 * kBlockRows;
-constexpr std::size_t kFewRows = 3 * kLeafRows;
+constexpr std::size_t kFewRows = 48;
 
 constexpr double kTwoTo52 = 4503599627370496.0;
 
@@ -142,7 +141,7 @@ struct SplitSearch::Leaf {
 SplitSearch::SplitSearch(const std::vector<double>& binTable, std::size_t categoryCount,
                          bool rightBorderClosed, int first, int last)
     : RowSearch(categoryCount, rightBorderClosed), fTable(binTable) {
-  const bool isWorthIt = last - first >= static_cast<int>(kShortTable) && categoryCount >= 2 &&
+  const bool isWorthIt = last - first >= static_cast<int>(kFewRows) && categoryCount >= 2 &&
                          categoryCount <= SplitSearch::kMostCategories;
   if (isWorthIt) SumBlocks(static_cast<std::size_t>(first), static_cast<std::size_t>(last) + 1);
 }

@@ -158,7 +158,7 @@ TEST_P(SplitSearchTest, FindsWhatThePlainScanFinds) {
       for (int round = 0; round < 8; ++round) {
         const int first = round == 0 ? 0 : static_cast<int>(random() % 300);
         const int upToEnd = end - 1 - static_cast<int>(random() % 2 * (random() % 60));
-        const int last = round < 4 ? upToEnd : first + 90 + static_cast<int>(random() % 200);
+        const int last = round < 4 ? upToEnd : first + 20 + static_cast<int>(random() % 270);
         SCOPED_TRACE(testing::Message() << categories << " categories, rows " << first << " to "
                                         << last << ", seed " << TestSeed());
         const bool closed = round % 2 == 0;
