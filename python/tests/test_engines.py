@@ -16,6 +16,9 @@ import mcbinning as mb
 from conftest import EXAMPLES
 from enginetables import as_arrow, compare, in_memory
 from mcbinning.engines import DuckDbTable, PostgresTable, SparkTable, _duckdb, _spark
+from mcbinning.engines._count import Count
+from mcbinning.engines._count import ask as ask_counts
+from mcbinning.engines._sql import Cases
 
 TABLES = int(os.environ.get("MCBINNING_TABLES", "30"))
 SHARES = {"duckdb": 1, "postgresql": 1, "spark": 10}  # what a table takes
@@ -215,6 +218,45 @@ def columns_of(table):
     if hasattr(table, "collect"):
         return {name: [row[name] for row in table.collect()] for name in table.columns}
     return dict(zip(table.columns, zip(*table.fetchall())))
+
+
+def test_spark_reads_rows_once_for_many_attributes_and_keeps_them_cached(make_table, monkeypatch):
+    rng = np.random.default_rng(3)
+    n = 2000
+    names = ["a", *(f"x{i}" for i in range(1, 18))]
+    table = {x: 0 + np.round(rng.normal(size=n) ** (1 + i % 3), i % 7) for i, x in enumerate(names)}
+    table["x4"][rng.random(n) < 0.3] = np.nan
+    table["y"] = [f"c{c}" for c in rng.integers(0, 3, n)]
+    table["z"] = rng.integers(0, 2, n).astype(float)
+    table["w"] = rng.integers(0, 50, n).astype(float)
+    rows = make_table(table)
+    if not hasattr(rows, "sparkSession"):
+        pytest.skip("of Spark")
+    for name, value in ("most_ranges", 256), ("most_values", 300), ("most_alone", 0):
+        monkeypatch.setattr(SparkTable, name, value)
+    rows.cache()
+    options = {"attributes": names, "prebins": 20, "prebin_above": 50, "distinct": True}
+    asked = []
+    ask = SparkTable.ask
+
+    def count_asked(self, queries):
+        asked.append(sum("GROUP BY" in query for query in queries))
+        return ask(self, queries)
+
+    monkeypatch.setattr(SparkTable, "ask", count_asked)
+    found = mb.fit(rows, ["y", "z"], weight="w", **options)
+    assert found == mb.fit(in_memory(table), ["y", "z"], weight="w", **options)
+    assert max(asked) <= 6, "16 attributes of a target together, packed or not"
+    options = {"bins": 20, "attributes": names, "distinct": True}
+    found = mb.fit_equal_frequency(rows, **options)
+    assert found == mb.fit_equal_frequency(in_memory(table), **options)
+    assert rows.storageLevel.useMemory
+
+    # What is cut off is asked for again, attribute by attribute.
+    cases = [Cases(f"CAST({name} AS DOUBLE)", "0", "1", "1 = 1", False) for name in ("x3", "z")]
+    answers = ask_counts(SparkTable(rows), [Count(one, (), "value", limit=5) for one in cases])
+    assert [len(answer["n"]) for answer in answers] == [6, 2]
+    rows.unpersist()
 
 
 def test_every_type_is_read_as_in_memory(make_table):

@@ -89,13 +89,13 @@ class DuckDbTable:
     def expect(self, rows: int) -> None:
         """Count as many rows as there are."""
 
-    def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
-        """Write rows as lists, a column each."""
+    def join(self, query: str, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
+        """Write a join with rows that are lists, a column each."""
         lists = []
         for name, (is_whole, cells) in zip(names, _sql.write_columns(rows), strict=True):
             kind = "BIGINT" if is_whole else "DOUBLE"
             lists.append(f"unnest(CAST('[{', '.join(cells)}]' AS {kind}[])) AS {name}")
-        return f"(SELECT {', '.join(lists)}) AS t"
+        return _sql.join_by_id(query, f"(SELECT {', '.join(lists)}) AS t", names)
 
     def derive(self, query: str) -> Any:
         """Make the relation of a query."""

@@ -13,7 +13,7 @@ from .. import _core
 from .._errors import InputError, TableTypeError
 from .._progress import Report
 from .._request import FitCall, Request
-from . import _plan, _sql
+from . import _count, _plan, _sql
 from ._columns import find_categories_of, find_column
 from ._rows import add_codes, find_categories, other_names, weigh
 from ._sql import Array, Cases, Engine, MissingValues
@@ -197,8 +197,9 @@ class _Run:
             for place in open_ones:
                 numbers[place] = limit
             return numbers
-        if open_ones:
-            told.begin(len(open_ones))
+        if not open_ones:
+            return numbers
+        told.begin(len(open_ones))
         answers = self._engine.ask(
             [
                 _sql.count_distinct(self._engine.dialect, self._cases(*pairs[place]))
@@ -273,7 +274,7 @@ def run_rounds(engine: Engine, rounds: Sequence[_plan.Round], told: _Told) -> li
     waiting = {place: next(one) for place, one in enumerate(rounds)}
     while waiting:
         told.begin(len(waiting))
-        answers = engine.ask(list(waiting.values()))
+        answers = _count.ask(engine, list(waiting.values()))
         following = {}
         for place, answer in zip(waiting, answers, strict=True):
             try:

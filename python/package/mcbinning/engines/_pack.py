@@ -14,9 +14,6 @@ _BITS = 62
 # So many numbers stand beside one another for a group: more make less of its key, and more work.
 _NUMBERS = 8
 
-# How queries for such numbers begin, and no others.
-START = "SELECT k, "
-
 
 @dataclass(frozen=True)
 class Packing:
@@ -55,7 +52,7 @@ class Packing:
             for i in range(_NUMBERS)
         )
         return (
-            f"{START}{sums} FROM (SELECT (r - r % {self.width}) * {self.classes} + c AS k, "
+            f"SELECT k, {sums} FROM (SELECT (r - r % {self.width}) * {self.classes} + c AS k, "
             f"r % {self.width} AS s, {part} AS x FROM ({query}) AS q) AS q GROUP BY k"
         )
 

@@ -19,6 +19,7 @@ import numpy as np
 
 from .._errors import InputError, RunError
 from . import _sql
+from ._count import Count, Division
 from ._pack import Packing
 from ._sql import Answer, Array, Cases, Engine
 
@@ -40,7 +41,7 @@ _SMALLEST = math.ulp(0.0)
 
 _EPSILON = float(np.finfo(np.float64).eps)
 
-Round = Generator[str, Answer, "Summary"]
+Round = Generator[Count, Answer, "Summary"]
 
 
 @dataclass(frozen=True)
@@ -131,12 +132,12 @@ class Summary:
 
 
 def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: float) -> Round:
-    """Find a summary that meets a demand: yields queries and is sent their answers.
+    """Find a summary that meets a demand: yields what is to be counted and is sent the answers.
 
     Parameters
     ----------
     engine
-        What the queries are for.
+        What counts.
     name
         Of the attribute, for messages.
     cases, demand
@@ -151,8 +152,8 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
     RunError
         Rows that changed between two rounds.
     """
-    query = _sql.open_ranges(cases)
-    answer = yield _sql.count_signs(engine.dialect, query, cases.is_weighted)
+    levels: tuple[Sequence[Division], ...] = ()
+    answer = yield Count(cases, levels, "sign")
     if float(_sql.weights_of(answer).sum()) != total or (answer["c"] == UNKNOWN_CLASS).any():
         raise changed(name)
     _check_finite(name, answer)
@@ -172,25 +173,25 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
         packs = engine.packs and demand.bins > 0 and not by_value and rows <= few
         packs &= _may_be_many(summary, demand) if is_first else not _needs_all(summary, demand)
         before, few = rows, math.inf if is_first else rows / 4
-        divisions = []
-        unpacked = query
+        divisions: list[Division] = []
+        undivided = levels
         if spares:
             if packs and not is_first:
                 middles[:] = math.inf  # evenly
             parts = 1 if by_value else engine.most_ranges
             divisions = _divide(summary, ids, wanted, parts, middles)
-            query = _sql.divide(engine, query, divisions)
+            levels = (*levels, divisions)
         else:
             wanted[:] = True
-            query = _sql.with_value(engine.dialect, cases)
+            levels = ()
         if by_value:
             limit = max(engine.most_values, demand.most_values)
-            answer = yield _sql.count_values(engine.dialect, query, cases.is_weighted, limit)
+            answer = yield Count(cases, levels, "value", limit=limit)
             is_short = len(answer["n"]) <= limit
             if not is_short and summary.is_exact[wanted].all():
                 raise _too_many(name, summary, demand)
             if not is_short:  # it was an estimate
-                query = unpacked
+                levels = undivided
                 continue
             keys, found = _gather(answer, answer["lo"], summary.weights.shape[1])
             parents = _parents_by_weight(summary, wanted, found)
@@ -198,10 +199,12 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
             packing = Packing(
                 summary.weights.shape[1], int(summary.weights[wanted].max()).bit_length()
             )
-            answer = yield packing.count(engine.dialect, query, cases.is_weighted)
-            found, keys, parents = _unpack(summary, wanted, divisions, *packing.read(answer))
+            answer = yield Count(cases, levels, "range", packing)
+            found, keys, parents = _unpack(
+                summary, wanted, divisions, answer["r"], answer["weights"]
+            )
         else:
-            answer = yield _sql.count(engine.dialect, query, cases.is_weighted)
+            answer = yield Count(cases, levels, "range")
             keys, found = _gather(answer, answer["r"], summary.weights.shape[1])
             parents = _parents(wanted, divisions, keys)
         is_short = True
@@ -436,9 +439,9 @@ def _known_ends(summary: Summary) -> tuple[Array, Array]:
 
 def _divide(
     summary: Summary, ids: Array, wanted: Array, all_parts: int, middles: Array
-) -> list[tuple[float, ...]]:
+) -> list[Division]:
     """Describe how ranges are divided: evenly, or by orders of magnitude."""
-    divisions: list[tuple[float, ...]] = []
+    divisions: list[Division] = []
     base, rows = 0, float(summary.rows[wanted].sum())
     for place in np.flatnonzero(wanted):
         parts = 1 if all_parts == 1 else max(16, int(all_parts * (summary.rows[place] / rows)))
@@ -459,7 +462,7 @@ def _divide(
     return divisions
 
 
-def _parents(wanted: Array, divisions: Sequence[tuple[float, ...]], ranges: Array) -> Array:
+def _parents(wanted: Array, divisions: Sequence[Division], ranges: Array) -> Array:
     """Find the range that each of its parts is of."""
     bases = np.array([division[1] for division in divisions])
     return np.asarray(np.flatnonzero(wanted)[np.searchsorted(bases, ranges, side="right") - 1])
@@ -476,7 +479,7 @@ def _parents_by_weight(summary: Summary, wanted: Array, found: Summary) -> Array
 def _unpack(
     summary: Summary,
     wanted: Array,
-    divisions: Sequence[tuple[float, ...]],
+    divisions: Sequence[Division],
     ranges: Array,
     weights: Array,
 ) -> tuple[Summary, Array, Array]:

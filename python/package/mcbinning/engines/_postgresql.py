@@ -134,13 +134,13 @@ class PostgresTable:
     def expect(self, rows: int) -> None:
         """Count as many rows as there are."""
 
-    def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
-        """Write rows as arrays, a column each."""
+    def join(self, query: str, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
+        """Write a join with rows that are arrays, a column each."""
         arrays = ", ".join(
             f"CAST('{{{', '.join(cells)}}}' AS {'bigint' if is_whole else 'float8'}[])"
             for is_whole, cells in _sql.write_columns(rows)
         )
-        return f"unnest({arrays}) AS t({', '.join(names)})"
+        return _sql.join_by_id(query, f"unnest({arrays}) AS t({', '.join(names)})", names)
 
     def derive(self, query: str) -> PostgresTable:
         """Make the table of a query; nothing is run but for its columns."""

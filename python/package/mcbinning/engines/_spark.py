@@ -7,12 +7,12 @@ import inspect
 import re
 import sys
 import uuid
-from collections.abc import Mapping, Sequence
+from collections.abc import Sequence
 from typing import Any
 
 import numpy as np
 
-from . import _pack, _sql
+from . import _sql
 from ._interrupt import run_with
 from ._sql import Answer, Column, Dialect
 
@@ -78,6 +78,8 @@ DIALECT = Dialect(
     double="DOUBLE",
     whole="INT",
     shift="shiftleft({}, {})",
+    spread="posexplode(array({}))",
+    drops_first=True,
 )
 
 
@@ -105,18 +107,8 @@ class SparkTable:
         return str(told).lower() != "true"
 
     def ask(self, queries: Sequence[str]) -> list[Answer]:
-        """Run queries as one job, or as two where some pack their counts."""
-        answers: dict[int, Answer] = {}
-        for packs in False, True:
-            alike = {
-                i: one for i, one in enumerate(queries) if one.startswith(_pack.START) == packs
-            }
-            if alike:
-                answers |= self._ask(alike)
-        return [answers[i] for i in range(len(queries))]
-
-    def _ask(self, queries: Mapping[int, str]) -> dict[int, Answer]:
-        numbered = (f"SELECT q.*, {i} AS query FROM ({one}) AS q" for i, one in queries.items())
+        """Run queries as one job."""
+        numbered = (f"SELECT q.*, {i} AS query FROM ({one}) AS q" for i, one in enumerate(queries))
         session = self._frame.sparkSession
         views: list[str] = []
         try:
@@ -126,21 +118,29 @@ class SparkTable:
             for view in views:
                 session.catalog.dropTempView(view)
         place = found.pop("query")
-        return {i: {name: column[place == i] for name, column in found.items()} for i in queries}
+        return [
+            {name: column[place == i] for name, column in found.items()}
+            for i in range(len(queries))
+        ]
 
-    def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
-        """Write rows as a text, whose parts Spark hands to all tasks."""
-        columns = _sql.write_columns(rows)
-        text = ";".join(
-            ",".join(cells) for cells in zip(*(cells for _, cells in columns), strict=True)
-        )
-        numbers = ", ".join(
-            f"CAST(cells[{i}] AS {'BIGINT' if is_whole else 'DOUBLE'}) AS {name}"
-            for i, (name, (is_whole, _)) in enumerate(zip(names, columns, strict=True))
+    def join(self, query: str, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
+        """Write a look-up in arrays: of the place of each r among the rows, then of what they have.
+
+        A join would take several times as long, and what a filter asks for would be computed
+        twice, below it too, but for the term that depends on the partition.
+        """
+        most = max(int(row[0]) for row in rows)
+        places = np.zeros(most + 3, dtype=np.int64)  # 0 stands for none: -1, and what is beyond
+        places[[int(row[0]) + 1 for row in rows]] = np.arange(1, len(rows) + 1)
+        place = f"{_array(places.tolist())}[LEAST(r, {most + 1}) + 1]"
+        columns = ", ".join(
+            f"{_array([rows[0][i], *(row[i] for row in rows)])}[i] AS {name}"
+            for i, name in enumerate(names)
+            if i > 0
         )
         return (
-            f"(SELECT /*+ BROADCAST(q) */ {numbers} FROM (SELECT split(line, ',') AS cells "
-            f"FROM (SELECT explode(split('{text}', ';')) AS line) AS q) AS q) AS t"
+            f"SELECT v, c, w, {columns} FROM (SELECT v, c, w, "
+            f"{place} + 0 * spark_partition_id() AS i FROM ({query}) AS q) AS q WHERE i > 0"
         )
 
     def derive(self, query: str) -> Any:
@@ -157,9 +157,22 @@ class SparkTable:
         return SparkTable(table)
 
 
+def _array(cells: Sequence[float]) -> str:
+    """Write an array, as a text that is read once; as a table it is left out of printed plans."""
+    [(is_whole, numbers)] = _sql.write_columns([[cell] for cell in cells])
+    kind = "INT" if is_whole else "DOUBLE"
+    return (
+        f"(SELECT CAST(split(x, ',') AS ARRAY<{kind}>) FROM VALUES ('{','.join(numbers)}') AS t(x))"
+    )
+
+
 def _derive(frame: Any, query: str, views: list[str]) -> Any:
-    """Make the data frame of a query; adds the names of the views that it will read."""
-    rows = _rename(frame, "$", _DOLLAR)
+    """Make the data frame of a query; adds the names of the views that it will read.
+
+    A session gives up what it has cached of a data frame when a view of that is dropped: so views
+    are of another one, with the same rows.
+    """
+    rows = _rename(frame, "$", _DOLLAR).where("true")
     template, session = write_query(query), rows.sparkSession
     if _takes_frames(session):
         return _rename(session.sql(template, rows=rows), _DOLLAR, "$")

@@ -36,6 +36,11 @@ class Dialect:
         The types of 64 and of 32 bits.
     shift : str
         The first of two whole numbers, by as many bits to the left as the second says.
+    spread : str
+        What makes of each row one for each of some values: their place, and the value. Empty where
+        a query for each of them is as good.
+    drops_first : bool
+        Whether nothing is computed of a row before a condition beneath has left it out.
     """
 
     name: str
@@ -46,6 +51,8 @@ class Dialect:
     double: str
     whole: str
     shift: str = "({} << {})"
+    spread: str = ""
+    drops_first: bool = False
 
     def column(self, name: str) -> str:
         """Quote the name of a column."""
@@ -111,8 +118,7 @@ class Engine(Protocol):
     def ask(self, queries: Sequence[str]) -> list[Answer]:
         """Run queries over `ROWS`: their columns are numbers without NULL, or texts.
 
-        All have the same columns, but for those of an engine that packs, which begin with
-        `_pack.START` and have others.
+        All have the same columns.
 
         Raises
         ------
@@ -123,8 +129,11 @@ class Engine(Protocol):
     def expect(self, rows: int) -> None:
         """Hear how many rows there are, before all but the first query."""
 
-    def inline(self, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
-        """Make of some rows of doubles what can stand in FROM."""
+    def join(self, query: str, rows: Sequence[Sequence[float]], names: Sequence[str]) -> str:
+        """Write the query for v, c and w of cases, and the row of a table whose first number is r.
+
+        Cases without such a row are dropped. All r are whole numbers from -1 on, or NULL.
+        """
 
     def derive(self, query: str) -> Any:
         """Make a table of the engine of a query."""
@@ -253,14 +262,26 @@ class Cases:
 
     def write(self) -> str:
         """Write the query for the cases."""
+        return self._select(f"{self.value} AS v")
+
+    def write_with(self, dialect: Dialect, values: Sequence[str]) -> str:
+        """Write the same for several values: a is which one."""
+        names = [f"v{i}" for i in range(len(values))]
+        columns = ", ".join(f"{value} AS {name}" for value, name in zip(values, names, strict=True))
         return (
-            f"SELECT {self.value} AS v, {self.code} AS c, {self.weight} AS w "
-            f"FROM {ROWS} WHERE {self.kept}"
+            f"SELECT {dialect.spread.format(', '.join(names))} AS (a, v), c, w "
+            f"FROM ({self._select(columns)}) AS q"
+        )
+
+    def _select(self, values: str) -> str:
+        return (
+            f"SELECT {values}, {self.code} AS c, {self.weight} AS w FROM {ROWS} WHERE {self.kept}"
         )
 
 
 # Ranges by the sign of their values; a missing value is beside them.
 MISSING, NEGATIVE, ZERO, POSITIVE = -1, 0, 1, 2
+SIGNS = 4
 
 # What a division of a range is made of: how it is called and what the first of its parts is, how
 # many there are, the sign of its values, whether they are divided by their logarithms, their least
@@ -273,11 +294,10 @@ DIVISION = ("id", "base", "parts", "sign", "is_log", "small", "large", "low", "s
 _FEW = 2
 
 
-def _signs(query: str) -> str:
-    return (
-        f"SELECT CASE WHEN v IS NULL THEN {MISSING} WHEN v < 0 THEN {NEGATIVE} "
-        f"WHEN v = 0 THEN {ZERO} ELSE {POSITIVE} END AS r, v, c, w FROM ({query}) AS q"
-    )
+_SIGN = (
+    f"CASE WHEN v IS NULL THEN {MISSING} WHEN v < 0 THEN {NEGATIVE} "
+    f"WHEN v = 0 THEN {ZERO} ELSE {POSITIVE} END"
+)
 
 
 def divide(engine: Engine, query: str, divisions: Sequence[Sequence[float]]) -> str:
@@ -291,20 +311,28 @@ def divide(engine: Engine, query: str, divisions: Sequence[Sequence[float]]) -> 
         Rows of `DIVISION`.
     """
     dialect = engine.dialect
-    if len(divisions) <= _FEW:
+    if len(divisions) <= _FEW and not dialect.drops_first:
         places = " ".join(f"WHEN {row[0]} THEN {_place_with(dialect, row)}" for row in divisions)
         ids = ", ".join(str(row[0]) for row in divisions)
         return (
             f"SELECT CASE q.r {places} END AS r, q.v, q.c, q.w FROM ({query}) AS q "
             f"WHERE q.r IN ({ids}) AND q.c >= 0"
         )
-    # Within the ends, as an engine may compute this for other ranges before it leaves them out.
-    size = "LEAST(GREATEST(t.sign * q.v, t.small), t.large)"
-    size = f"CASE WHEN t.is_log = 1 THEN LN({size}) ELSE {size} END"
-    place = _place(dialect, size, "t.low", "t.span", "t.least", "t.parts", "t.base")
+    names = list(DIVISION)
+    size = "q.sign * q.v"
+    if dialect.drops_first:
+        names.remove("small")
+        names.remove("large")
+    else:
+        size = f"LEAST(GREATEST({size}, q.small), q.large)"
+    if any(row[DIVISION.index("is_log")] for row in divisions):
+        size = f"CASE WHEN q.is_log = 1 THEN LN({size}) ELSE {size} END"
+    else:
+        names.remove("is_log")
+    rows = [[row[DIVISION.index(name)] for name in names] for row in divisions]
+    place = _place(dialect, size, "q.low", "q.span", "q.least", "q.parts", "q.base")
     return (
-        f"SELECT {place} AS r, q.v, q.c, q.w "
-        f"FROM ({query}) AS q JOIN {engine.inline(divisions, DIVISION)} ON q.r = t.id "
+        f"SELECT {place} AS r, q.v, q.c, q.w FROM ({engine.join(query, rows, names)}) AS q "
         "WHERE q.c >= 0"
     )
 
@@ -324,15 +352,21 @@ def _place(
     return f"{base} + CAST(LEAST({parts} - 1, {part}) AS {dialect.whole})"
 
 
-def open_ranges(cases: Cases) -> str:
+def open_ranges(query: str) -> str:
     """Write the query for cases with the ranges that every summary begins with."""
-    return _signs(cases.write())
+    return f"SELECT {_SIGN} AS r, v, c, w FROM ({query}) AS q"
 
 
-def with_value(dialect: Dialect, cases: Cases) -> str:
-    """Write the query for cases that have a value and a class."""
+def open_ranges_of_each(query: str) -> str:
+    """Write the same for cases of several attributes, a: `SIGNS` ranges for each, from 0 on."""
+    return f"SELECT {SIGNS} * a - {MISSING} + {_SIGN} AS r, v, c, w FROM ({query}) AS q"
+
+
+def with_value(dialect: Dialect, query: str, key: str = "") -> str:
+    """Write the query for cases that have a value and a class; a key is kept as r."""
     value = with_one_zero(dialect, "v")
-    return f"SELECT {value} AS v, c, w FROM ({cases.write()}) AS q WHERE v IS NOT NULL AND c >= 0"
+    first = f"{key} AS r, " if key else ""
+    return f"SELECT {first}{value} AS v, c, w FROM ({query}) AS q WHERE v IS NOT NULL AND c >= 0"
 
 
 def count_signs(dialect: Dialect, query: str, is_weighted: bool) -> str:
@@ -351,11 +385,11 @@ def count(dialect: Dialect, query: str, is_weighted: bool, more: str = "") -> st
     )
 
 
-def count_values(dialect: Dialect, query: str, is_weighted: bool, limit: int) -> str:
+def count_values(dialect: Dialect, query: str, is_weighted: bool, limit: int, key: str = "") -> str:
     """Ask for the same of every value and class, but for no more than one above a limit."""
     return (
-        f"SELECT 0 AS r, c, {_sums(dialect, is_weighted)}, v AS lo, v AS hi "
-        f"FROM ({query}) AS q GROUP BY v, c LIMIT {limit + 1}"
+        f"SELECT {key or 0} AS r, c, {_sums(dialect, is_weighted)}, v AS lo, v AS hi "
+        f"FROM ({query}) AS q GROUP BY {key and key + ', '}v, c LIMIT {limit + 1}"
     )
 
 
@@ -367,6 +401,12 @@ def _sums(dialect: Dialect, is_weighted: bool) -> str:
 def weights_of(answer: Answer) -> Array:
     """Get the weights of an answer: without weights, the numbers of rows."""
     return answer.get("w", answer["n"]).astype(np.float64)
+
+
+def join_by_id(query: str, table: str, names: Sequence[str]) -> str:
+    """Write a join with a table of some columns, t, whose first one is r."""
+    columns = ", ".join(f"t.{name}" for name in names)
+    return f"SELECT q.v, q.c, q.w, {columns} FROM ({query}) AS q JOIN {table} ON q.r = t.{names[0]}"
 
 
 def write_columns(rows: Sequence[Sequence[float]]) -> list[tuple[bool, list[str]]]:
@@ -383,7 +423,7 @@ def write_columns(rows: Sequence[Sequence[float]]) -> list[tuple[bool, list[str]
 
 def count_distinct(dialect: Dialect, cases: Cases) -> str:
     """Ask for the number of different values of cases with a value and a class."""
-    return f"SELECT COUNT(DISTINCT v) AS n FROM ({with_value(dialect, cases)}) AS q"
+    return f"SELECT COUNT(DISTINCT v) AS n FROM ({with_value(dialect, cases.write())}) AS q"
 
 
 def place_among(dialect: Dialect, cut_points: Sequence[float]) -> str:

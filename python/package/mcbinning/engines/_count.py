@@ -1,0 +1,179 @@
+"""What is counted of the cases of an attribute, and how several are counted in one query.
+
+An engine that has to read, decode and take apart its rows for each query does so once for many
+attributes: each row becomes as many cases, and the ranges of all attributes follow one another as
+if they were of one.
+"""
+
+from __future__ import annotations
+
+from collections.abc import Sequence
+from dataclasses import dataclass
+from typing import Literal
+
+import numpy as np
+
+from . import _sql
+from ._pack import Packing
+from ._sql import Answer, Cases, Engine
+
+# So many attributes in one query at most: their divisions are written into it.
+_TOGETHER = 16
+
+Division = tuple[float, ...]
+
+
+@dataclass(frozen=True)
+class Count:
+    """A question about the cases of an attribute.
+
+    Attributes
+    ----------
+    cases : Cases
+        The cases.
+    levels : tuple of sequences
+        How their ranges by sign are divided, then the parts: rows of `_sql.DIVISION`.
+    by : {"sign", "range", "value"}
+        What is counted; values without levels are all there are.
+    packing : Packing, optional
+        How weights of ranges are packed, where nothing else is asked for.
+    limit : int
+        How many values there may be, before it does not matter which ones are missing.
+    """
+
+    cases: Cases
+    levels: tuple[Sequence[Division], ...]
+    by: Literal["sign", "range", "value"]
+    packing: Packing | None = None
+    limit: int = 0
+
+
+def ask(engine: Engine, counts: Sequence[Count]) -> list[Answer]:
+    """Have an engine count.
+
+    Returns
+    -------
+    list of dict
+        Columns: the range `r` and the class `c`, weight `w` and rows `n`, the ends `lo` and `hi`,
+        and `middle` by sign. Of packed weights only `r`, ascending, and `weights` of shape
+        (ranges, classes).
+    """
+    found: dict[int, Answer] = {}
+    for is_packed in False, True:
+        groups = _group(engine, counts, is_packed)
+        if not groups:
+            continue
+        texts = [_write(engine, [counts[i] for i in group]) for group in groups]
+        for group, answer in zip(groups, engine.ask(texts), strict=True):
+            together = [counts[i] for i in group]
+            if len(group) > 1 and _is_cut_off(answer, together):
+                found |= {i: ask(engine, [counts[i]])[0] for i in group}
+            else:
+                found |= zip(group, _read(answer, together), strict=True)
+    return [found[i] for i in range(len(counts))]
+
+
+def _group(engine: Engine, counts: Sequence[Count], is_packed: bool) -> list[list[int]]:
+    """Find which counts are packed or not, and of them which are asked for together."""
+    most = _TOGETHER if engine.dialect.spread else 1
+    groups: dict[object, list[list[int]]] = {}
+    for i, count in enumerate(counts):
+        if (count.packing is not None) != is_packed:
+            continue
+        cases = count.cases
+        kind = (cases.code, cases.weight, cases.kept, count.by, len(count.levels))
+        alike = groups.setdefault(kind, [])
+        if not alike or len(alike[-1]) == most:
+            alike.append([])
+        alike[-1].append(i)
+    return [group for alike in groups.values() for group in alike]
+
+
+def _write(engine: Engine, counts: Sequence[Count]) -> str:
+    """Write the query for counts that are alike."""
+    dialect, first = engine.dialect, counts[0]
+    is_weighted, key = first.cases.is_weighted, ""
+    if len(counts) == 1:
+        query = first.cases.write()
+        has_ranges = first.by != "value" or first.levels
+        query = _sql.open_ranges(query) if has_ranges else _sql.with_value(dialect, query)
+    else:
+        query = first.cases.write_with(dialect, [count.cases.value for count in counts])
+        key = "r" if first.by == "value" else ""
+        if key and not first.levels:
+            query = _sql.with_value(dialect, query, "a")
+        else:
+            query = _sql.open_ranges_of_each(query)
+    for divisions in _join_levels(counts)[0] if len(counts) > 1 else first.levels:
+        query = _sql.divide(engine, query, divisions)
+    if first.by == "sign":
+        return _sql.count_signs(dialect, query, is_weighted)
+    if first.by == "value":
+        limit = sum(count.limit for count in counts)
+        return _sql.count_values(dialect, query, is_weighted, limit, key)
+    packing = _join_packing(counts)
+    if packing is not None:
+        return packing.count(dialect, query, is_weighted)
+    return _sql.count(dialect, query, is_weighted)
+
+
+def _join_packing(counts: Sequence[Count]) -> Packing | None:
+    packings = [count.packing for count in counts if count.packing is not None]
+    return max(packings, key=lambda packing: packing.bits) if packings else None
+
+
+def _join_levels(counts: Sequence[Count]) -> tuple[list[list[Division]], list[int]]:
+    """Put the divisions of attributes one after the other.
+
+    Returns
+    -------
+    list of lists
+        As if all were of one attribute; where values are counted, the last range of each is the
+        place of its attribute.
+    list of int
+        What the ranges of each attribute begin with in the end.
+    """
+    begins = [_sql.SIGNS * place - _sql.MISSING for place in range(len(counts))]
+    levels: list[list[Division]] = []
+    for level in range(len(counts[0].levels)):
+        is_last = counts[0].by == "value" and level + 1 == len(counts[0].levels)
+        joined: list[Division] = []
+        following, end = [], 0
+        for place, (count, begin) in enumerate(zip(counts, begins, strict=True)):
+            following.append(place if is_last else end)
+            for called, base, *rest in count.levels[level]:
+                joined.append((called + begin, place if is_last else base + end, *rest))
+            end += sum(int(division[2]) for division in count.levels[level])
+        levels.append(joined)
+        begins = following
+    return levels, begins
+
+
+def _is_cut_off(answer: Answer, counts: Sequence[Count]) -> bool:
+    return counts[0].by == "value" and len(answer["n"]) > sum(count.limit for count in counts)
+
+
+def _read(answer: Answer, counts: Sequence[Count]) -> list[Answer]:
+    """Take the answers for attributes apart."""
+    packing = _join_packing(counts)
+    if packing is not None:
+        ranges, weights = packing.read(answer)
+        answer = {"r": ranges, "weights": weights}
+    if len(counts) == 1:
+        return [answer]
+    ranges = answer["r"].astype("int64")
+    if counts[0].by == "sign":
+        places = ranges // _sql.SIGNS
+        begins = [_sql.SIGNS * place - _sql.MISSING for place in range(len(counts))]
+    elif counts[0].by == "value":
+        places, begins = ranges, list(range(len(counts)))
+    else:
+        begins = _join_levels(counts)[1]
+        places = np.searchsorted(begins, ranges, side="right") - 1
+    return [
+        {
+            name: (ranges[places == i] - begin if name == "r" else column[places == i])
+            for name, column in answer.items()
+        }
+        for i, begin in enumerate(begins)
+    ]
