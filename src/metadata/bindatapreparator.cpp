@@ -197,7 +197,28 @@ void BINDataPreparator::ReadRecords(MCCommon::RecordIterator& source) {
 // A block goes in parts, which end where the buffer is full, where a report is due and where there
 // is something to say about a record: that record is a part of its own. So all of that happens as
 // if the records had come one by one.
+//
+// A part that fills the empty buffer at once goes to the files column by column: then no more than
+// a row of the buffer is touched for all attributes, which stays in the nearest caches.
 void BINDataPreparator::ReadBlocks(ColumnRecordIterator& source) {
+  const auto storePart = [this](const BlockPart& part) {
+    const RecordSlots slots = fBuffer->GetNextSlots();
+    const std::size_t count = fPreparer->PrepareWeightsAndTargets(part, slots);
+    if (!fBuffer->IsFilledBy(count)) {
+      if (count > 0) fPreparer->PrepareAttributes(part, slots);
+      StorePrepared(count);
+      return;
+    }
+    const std::size_t firstAttribute = fPreparer->GetFirstAttributeFile();
+    fReport->recordsStored = fStoredRecords += count - 1;
+    fBuffer->Transfer(*fFiles, [&](std::size_t file) {
+      double* const values = &slots[std::min(file, firstAttribute)];
+      if (file >= firstAttribute) fPreparer->PrepareAttribute(part, file, values);
+      return values;
+    });
+    fReport->recordsStored = ++fStoredRecords;
+  };
+
   PassProgress progress(fProgressListener, fProgressInterval);
   while (source.HasMore() && !fCancel.IsCancel()) {
     const RecordBlock block = source.TakeBlock();
@@ -211,30 +232,10 @@ void BINDataPreparator::ReadBlocks(ColumnRecordIterator& source) {
       const BlockPart most{block.columns, first, partSize};
       partSize = std::max<std::size_t>(fPreparer->CountUnremarkable(most), 1);
       fReport->recordsRead += partSize;
-      StorePart({block.columns, first, partSize});
+      storePart({block.columns, first, partSize});
       progress.Add(partSize, partSize);
     }
   }
-}
-
-// What fills the empty buffer at once goes to the files column by column: then no more than a row
-// of the buffer is touched for all attributes, which stays in the nearest caches.
-void BINDataPreparator::StorePart(const BlockPart& part) {
-  const RecordSlots slots = fBuffer->GetNextSlots();
-  const std::size_t count = fPreparer->PrepareWeightsAndTargets(part, slots);
-  if (!fBuffer->IsFilledBy(count)) {
-    if (count > 0) fPreparer->PrepareAttributes(part, slots);
-    StorePrepared(count);
-    return;
-  }
-  const std::size_t firstAttribute = fPreparer->GetFirstAttributeFile();
-  fReport->recordsStored = fStoredRecords += count - 1;
-  fBuffer->Transfer(*fFiles, [&](std::size_t file) {
-    double* const values = &slots[std::min(file, firstAttribute)];
-    if (file >= firstAttribute) fPreparer->PrepareAttribute(part, file, values);
-    return values;
-  });
-  fReport->recordsStored = ++fStoredRecords;
 }
 
 // Keeps the records in the next slots of the buffer. The last one is stored when it could be

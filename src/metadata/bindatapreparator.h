@@ -21,7 +21,6 @@ class ProgressListener;
 
 namespace MCBinning {
 class BinaryRecordIterator;
-struct BlockPart;
 class ColumnRecordIterator;
 class RecordBuffer;
 class RecordPreparer;
@@ -132,7 +131,6 @@ class MCBINNING_API BINDataPreparator {
   void SizeBuffer();
   void ReadRecords(MCCommon::RecordIterator& source);
   void ReadBlocks(MCBinning::ColumnRecordIterator& source);
-  void StorePart(const MCBinning::BlockPart& part);
   void StorePrepared(std::size_t count);
   void RequireWhole(std::size_t valueCount);
   bool FinishLastTransfer();
