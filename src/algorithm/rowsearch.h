@@ -26,7 +26,16 @@ class RowSearch {
   RowSearch(std::size_t categoryCount, bool rightBorderClosed)
       : fCategoryCount(categoryCount), fRightBorderClosed(rightBorderClosed) {}
 
+  // Whether a row of an interval can be its best split.
+  bool IsCandidate(std::size_t first, std::size_t last, std::size_t row) const {
+    return (row > first && IsBoundary(row - 1)) || (row < last && IsBoundary(row));
+  }
+
  private:
+  // Whether a cut between a row and the next can be worth anything: not when both hold weight in
+  // one and the same category and in no other.
+  virtual bool IsBoundary(std::size_t row) const = 0;
+
   // The row of the best split, 0 when no row can be one; leaves anything in `left` and `right`.
   virtual int FindRow(int first, int last, const std::vector<double>& totals,
                       std::vector<double>& left, std::vector<double>& right) const = 0;

@@ -83,16 +83,10 @@ void SparseSearch::SumRows(int first, int last, std::vector<double>& sum) const 
   }
 }
 
-// Whether a cut between a row and the next can be worth anything: not when both hold weight
-// in one and the same category and in no other.
 bool SparseSearch::IsBoundary(std::size_t row) const {
   const SparseTable::Row weights = fTable.GetRow(row);
   const SparseTable::Row next = fTable.GetRow(row + 1);
   return weights.size != 1 || next.size != 1 || weights.categories[0] != next.categories[0];
-}
-
-bool SparseSearch::IsCandidate(const Search& search, std::size_t row) const {
-  return (row > search.first && IsBoundary(row - 1)) || (row < search.last && IsBoundary(row));
 }
 
 int SparseSearch::FindRow(int first, int last, const std::vector<double>& totals,
@@ -119,7 +113,8 @@ void SparseSearch::ScanPlainly(Search& search, std::vector<double>& left,
                                std::vector<double>& right) const {
   for (std::size_t row = search.first; row <= search.last; ++row) {
     if (IsRightBorderClosed()) MoveRow(fTable.GetRow(row), left, right);
-    if (IsCandidate(search, row)) search.best.Offer(row, SplitEntropy(left, right));
+    if (IsCandidate(search.first, search.last, row))
+      search.best.Offer(row, SplitEntropy(left, right));
     if (!IsRightBorderClosed()) MoveRow(fTable.GetRow(row), left, right);
   }
 }
@@ -179,7 +174,7 @@ void SparseSearch::EvaluateRows(Search& search, const SplitPart& part, const Wei
   Subtract(search.totals, left, right);
   for (std::size_t row = part.first; row < part.end; ++row) {
     if (IsRightBorderClosed()) MoveRow(fTable.GetRow(row), left, right);
-    if (scores[row - part.first] <= search.limit && IsCandidate(search, row)) {
+    if (scores[row - part.first] <= search.limit && IsCandidate(search.first, search.last, row)) {
       search.best.Offer(row, SplitEntropy(left, right));
     }
     if (!IsRightBorderClosed()) MoveRow(fTable.GetRow(row), left, right);

@@ -41,8 +41,7 @@ class SparseSearch : public RowSearch {
   void SumBlocks();
   void AddRows(std::size_t first, std::size_t end, Weights& weights) const;
   Weights SumBefore(std::size_t row) const;
-  bool IsBoundary(std::size_t row) const;
-  bool IsCandidate(const Search& search, std::size_t row) const;
+  bool IsBoundary(std::size_t row) const final;
 
   void ScanPlainly(Search& search, std::vector<double>& left, std::vector<double>& right) const;
   std::vector<SplitPart> MakeParts(Search& search, RunningSplit& split) const;

@@ -209,8 +209,6 @@ int SplitSearch::FindRow(int first, int last, const std::vector<double>& totals,
   return static_cast<int>(search.best.GetRow());
 }
 
-// Whether a cut between a row and the next can be worth anything: not when both hold weight
-// in one and the same category and in no other.
 bool SplitSearch::IsBoundary(std::size_t row) const {
   const double* const weights = RowAt(row);
   const double* const next = RowAt(row + 1);
@@ -336,9 +334,7 @@ void SplitSearch::ScanLeaf(Search& search, const Leaf& leaf) const {
     if (leaf.bounds[i] > search.limit) continue;
     const std::size_t row = leaf.first + i;
     const double* const left = leaf.left + i * GetCategoryCount();
-    const bool isCandidate =
-        (row > search.first && IsBoundary(row - 1)) || (row < search.last && IsBoundary(row));
-    if (!isCandidate) continue;
+    if (!IsCandidate(search.first, search.last, row)) continue;
     search.left[0] = 0.0;
     for (std::size_t category = 0; category < GetCategoryCount(); ++category) {
       search.left[0] += left[category];

@@ -56,7 +56,7 @@ class SplitSearch : public RowSearch {
   std::size_t NextBorder(std::size_t row, std::size_t blockRows) const {
     return row + blockRows - (row - fFirstRow) % blockRows;
   }
-  bool IsBoundary(std::size_t row) const;
+  bool IsBoundary(std::size_t row) const final;
   void AddRows(std::size_t first, std::size_t end, Weights& weights) const;
   Weights SumBefore(std::size_t row) const;
 
