@@ -17,8 +17,10 @@ from . import _sql
 from ._pack import Packing
 from ._sql import Answer, Cases, Engine
 
-# So many attributes in one query at most: their divisions are written into it.
+# So many attributes in one query at most, as their divisions are written into it, and of so many
+# letters: what engines make of longer ones is too large for them to compile.
 _TOGETHER = 16
+_LETTERS = 4_000
 
 Division = tuple[float, ...]
 
@@ -48,8 +50,15 @@ class Count:
     limit: int = 0
 
 
-def ask(engine: Engine, counts: Sequence[Count]) -> list[Answer]:
+def ask(engine: Engine, counts: Sequence[Count], together: int = _TOGETHER) -> list[Answer]:
     """Have an engine count.
+
+    Parameters
+    ----------
+    engine, counts
+        What counts, and what is counted.
+    together
+        How many counts may share a query, where the engine is better at that.
 
     Returns
     -------
@@ -60,31 +69,35 @@ def ask(engine: Engine, counts: Sequence[Count]) -> list[Answer]:
     """
     found: dict[int, Answer] = {}
     for is_packed in False, True:
-        groups = _group(engine, counts, is_packed)
+        groups = _group(counts, is_packed, together if engine.dialect.spread else 1)
         if not groups:
             continue
         texts = [_write(engine, [counts[i] for i in group]) for group in groups]
+        cut_off: list[int] = []
         for group, answer in zip(groups, engine.ask(texts), strict=True):
-            together = [counts[i] for i in group]
-            if len(group) > 1 and _is_cut_off(answer, together):
-                found |= {i: ask(engine, [counts[i]])[0] for i in group}
+            alike = [counts[i] for i in group]
+            if len(group) > 1 and _is_cut_off(answer, alike):
+                cut_off += group
             else:
-                found |= zip(group, _read(answer, together), strict=True)
+                found |= zip(group, _read(answer, alike), strict=True)
+        found |= zip(cut_off, ask(engine, [counts[i] for i in cut_off], 1), strict=True)
     return [found[i] for i in range(len(counts))]
 
 
-def _group(engine: Engine, counts: Sequence[Count], is_packed: bool) -> list[list[int]]:
+def _group(counts: Sequence[Count], is_packed: bool, most: int) -> list[list[int]]:
     """Find which counts are packed or not, and of them which are asked for together."""
-    most = _TOGETHER if engine.dialect.spread else 1
     groups: dict[object, list[list[int]]] = {}
+    letters: dict[object, int] = {}
     for i, count in enumerate(counts):
         if (count.packing is not None) != is_packed:
             continue
         cases = count.cases
         kind = (cases.code, cases.weight, cases.kept, count.by, len(count.levels))
         alike = groups.setdefault(kind, [])
-        if not alike or len(alike[-1]) == most:
+        letters[kind] = letters.get(kind, 0) + len(cases.value)
+        if not alike or len(alike[-1]) == most or letters[kind] > _LETTERS:
             alike.append([])
+            letters[kind] = len(cases.value)
         alike[-1].append(i)
     return [group for alike in groups.values() for group in alike]
 
@@ -92,7 +105,8 @@ def _group(engine: Engine, counts: Sequence[Count], is_packed: bool) -> list[lis
 def _write(engine: Engine, counts: Sequence[Count]) -> str:
     """Write the query for counts that are alike."""
     dialect, first = engine.dialect, counts[0]
-    is_weighted, key = first.cases.is_weighted, ""
+    is_weighted = first.cases.is_weighted
+    key = ""  # of the attribute, where values of several are counted
     if len(counts) == 1:
         query = first.cases.write()
         has_ranges = first.by != "value" or first.levels

@@ -90,7 +90,7 @@ class SparkTable:
     most_ranges = 8_192  # every task sends so many to others
     most_values = 16_384
     packs = True
-    most_alone = 1_048_576  # so many rows are read by one task for each attribute
+    most_alone = 1_048_576  # so many rows are read by one task for the attributes of a query
     side_by_side = sys.maxsize  # in one job or two, and four where all values are collected
     longest_name = sys.maxsize
 

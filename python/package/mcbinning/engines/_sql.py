@@ -359,7 +359,7 @@ def open_ranges(query: str) -> str:
 
 def open_ranges_of_each(query: str) -> str:
     """Write the same for cases of several attributes, a: `SIGNS` ranges for each, from 0 on."""
-    return f"SELECT {SIGNS} * a - {MISSING} + {_SIGN} AS r, v, c, w FROM ({query}) AS q"
+    return f"SELECT {SIGNS} * a + {-MISSING} + {_SIGN} AS r, v, c, w FROM ({query}) AS q"
 
 
 def with_value(dialect: Dialect, query: str, key: str = "") -> str:
