@@ -118,7 +118,7 @@ def _write(engine: Engine, counts: Sequence[Count]) -> str:
             query = _sql.with_value(dialect, query, "a")
         else:
             query = _sql.open_ranges_of_each(query)
-    for divisions in _join_levels(counts)[0] if len(counts) > 1 else first.levels:
+    for divisions in _join_levels(counts) if len(counts) > 1 else first.levels:
         query = _sql.divide(engine, query, divisions)
     if first.by == "sign":
         return _sql.count_signs(dialect, query, is_weighted)
@@ -136,31 +136,37 @@ def _join_packing(counts: Sequence[Count]) -> Packing | None:
     return max(packings, key=lambda packing: packing.bits) if packings else None
 
 
-def _join_levels(counts: Sequence[Count]) -> tuple[list[list[Division]], list[int]]:
-    """Put the divisions of attributes one after the other.
+def _join_levels(counts: Sequence[Count]) -> list[list[Division]]:
+    """Put the divisions of attributes one after the other, as if all were of one.
 
-    Returns
-    -------
-    list of lists
-        As if all were of one attribute; where values are counted, the last range of each is the
-        place of its attribute.
-    list of int
-        What the ranges of each attribute begin with in the end.
+    Where values are counted, the last range of each is the place of its attribute.
     """
-    begins = [_sql.SIGNS * place - _sql.MISSING for place in range(len(counts))]
     levels: list[list[Division]] = []
     for level in range(len(counts[0].levels)):
-        is_last = counts[0].by == "value" and level + 1 == len(counts[0].levels)
-        joined: list[Division] = []
-        following, end = [], 0
-        for place, (count, begin) in enumerate(zip(counts, begins, strict=True)):
-            following.append(place if is_last else end)
-            for called, base, *rest in count.levels[level]:
-                joined.append((called + begin, place if is_last else base + end, *rest))
-            end += sum(int(division[2]) for division in count.levels[level])
-        levels.append(joined)
-        begins = following
-    return levels, begins
+        above, begins = _begins(counts, level), _begins(counts, level + 1)
+        levels.append(
+            [
+                (called + before, begin if _is_last(counts, level) else base + begin, *rest)
+                for count, before, begin in zip(counts, above, begins, strict=True)
+                for called, base, *rest in count.levels[level]
+            ]
+        )
+    return levels
+
+
+def _begins(counts: Sequence[Count], level: int) -> list[int]:
+    """Find what the ranges of each attribute begin with after some levels."""
+    if level == 0:
+        return [_sql.SIGNS * place - _sql.MISSING for place in range(len(counts))]
+    if _is_last(counts, level - 1):
+        return list(range(len(counts)))
+    parts = [sum(int(division[2]) for division in count.levels[level - 1]) for count in counts]
+    return [sum(parts[:place]) for place in range(len(parts))]
+
+
+def _is_last(counts: Sequence[Count], level: int) -> bool:
+    """Whether the parts of a level are the values that are counted."""
+    return counts[0].by == "value" and level + 1 == len(counts[0].levels)
 
 
 def _is_cut_off(answer: Answer, counts: Sequence[Count]) -> bool:
@@ -177,12 +183,11 @@ def _read(answer: Answer, counts: Sequence[Count]) -> list[Answer]:
         return [answer]
     ranges = answer["r"].astype("int64")
     if counts[0].by == "sign":
-        places = ranges // _sql.SIGNS
-        begins = [_sql.SIGNS * place - _sql.MISSING for place in range(len(counts))]
+        places, begins = ranges // _sql.SIGNS, _begins(counts, 0)
     elif counts[0].by == "value":
         places, begins = ranges, list(range(len(counts)))
     else:
-        begins = _join_levels(counts)[1]
+        begins = _begins(counts, len(counts[0].levels))
         places = np.searchsorted(begins, ranges, side="right") - 1
     return [
         {
