@@ -12,7 +12,7 @@ from ._sql import Answer, Array, Dialect
 _BITS = 62
 
 # So many numbers stand beside one another for a group: more make less of its key, and more work.
-_NUMBERS = 8
+_NUMBERS = 4
 
 
 @dataclass(frozen=True)

@@ -34,6 +34,10 @@ UNKNOWN_CLASS = -2
 _WIDE = 1024.0
 _NEAR = math.log(256.0)
 
+# How many parts a range is divided into at least, and where that saves a round.
+_LEAST_PARTS = 16
+_MOST_PARTS = 64
+
 # Of a range, a share that is in its first part, however many there are.
 _NEGLIGIBLE = 2.0**-60
 
@@ -179,7 +183,7 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
             if packs and not is_first:
                 middles[:] = math.inf  # evenly
             parts = 1 if by_value else engine.most_ranges
-            divisions = _divide(summary, ids, wanted, parts, middles)
+            divisions = _divide(summary, ids, wanted, parts, middles, engine.most_values)
             levels = (*levels, divisions)
         else:
             wanted[:] = True
@@ -438,13 +442,18 @@ def _known_ends(summary: Summary) -> tuple[Array, Array]:
 
 
 def _divide(
-    summary: Summary, ids: Array, wanted: Array, all_parts: int, middles: Array
+    summary: Summary, ids: Array, wanted: Array, all_parts: int, middles: Array, few: int
 ) -> list[Division]:
-    """Describe how ranges are divided: evenly, or by orders of magnitude."""
+    """Describe how ranges are divided: evenly, or by orders of magnitude.
+
+    Each into more parts when that will leave so few rows that their values can be counted.
+    """
     divisions: list[Division] = []
     base, rows = 0, float(summary.rows[wanted].sum())
+    enough = math.ceil(rows / (few / 2))
+    least = min(max(enough, _LEAST_PARTS), all_parts) if enough <= _MOST_PARTS else _LEAST_PARTS
     for place in np.flatnonzero(wanted):
-        parts = 1 if all_parts == 1 else max(16, int(all_parts * (summary.rows[place] / rows)))
+        parts = 1 if all_parts == 1 else max(least, int(all_parts * (summary.rows[place] / rows)))
         low, high = float(summary.low[place]), float(summary.high[place])
         sign = 1 if low > 0 else -1
         small, large = (low, high) if low > 0 else (-high, -low)
@@ -452,6 +461,8 @@ def _divide(
             small = max(math.nextafter(small, 0.0), _SMALLEST)
             large = min(math.nextafter(large, math.inf), sys.float_info.max)
         is_log = large / small > _WIDE and middles[place] < math.log(large) - _NEAR
+        if sign < 0 and not is_log:
+            sign, small, large = 1, -large, -small
         ends = (math.log(small), math.log(large)) if is_log else (small, large)
         span = ends[1] - ends[0]
         divisions.append(

@@ -284,9 +284,10 @@ MISSING, NEGATIVE, ZERO, POSITIVE = -1, 0, 1, 2
 SIGNS = 4
 
 # What a division of a range is made of: how it is called and what the first of its parts is, how
-# many there are, the sign of its values, whether they are divided by their logarithms, their least
-# and largest size, the least size or its logarithm, how far it is from there to the largest, and
-# what is taken for nearer sizes, as some engines refuse a quotient that rounds to zero.
+# many there are, what values are multiplied with for their size (1 or, where negative ones are
+# divided by their logarithms, -1), whether they are, the least and the largest size, the least one
+# or its logarithm, how far it is from there to the largest, and what is taken for nearer sizes, as
+# some engines refuse a quotient that rounds to zero.
 DIVISION = ("id", "base", "parts", "sign", "is_log", "small", "large", "low", "span", "least")
 
 
@@ -294,9 +295,10 @@ DIVISION = ("id", "base", "parts", "sign", "is_log", "small", "large", "low", "s
 _FEW = 2
 
 
+# One case within the other, as Spark takes twice as long for several branches of one.
 _SIGN = (
-    f"CASE WHEN v IS NULL THEN {MISSING} WHEN v < 0 THEN {NEGATIVE} "
-    f"WHEN v = 0 THEN {ZERO} ELSE {POSITIVE} END"
+    f"CASE WHEN v IS NULL THEN {MISSING} ELSE CASE WHEN v < 0 THEN {NEGATIVE} "
+    f"ELSE CASE WHEN v = 0 THEN {ZERO} ELSE {POSITIVE} END END END"
 )
 
 
@@ -319,10 +321,15 @@ def divide(engine: Engine, query: str, divisions: Sequence[Sequence[float]]) -> 
             f"WHERE q.r IN ({ids}) AND q.c >= 0"
         )
     names = list(DIVISION)
-    size = "q.sign * q.v"
+    size, least = "q.v", "q.least"
+    if any(row[DIVISION.index("sign")] < 0 for row in divisions):
+        size = "q.sign * q.v"
+    else:
+        names.remove("sign")
     if dialect.drops_first:
-        names.remove("small")
-        names.remove("large")
+        least = dialect.number(0.0)
+        for name in "small", "large", "least":
+            names.remove(name)
     else:
         size = f"LEAST(GREATEST({size}, q.small), q.large)"
     if any(row[DIVISION.index("is_log")] for row in divisions):
@@ -330,7 +337,7 @@ def divide(engine: Engine, query: str, divisions: Sequence[Sequence[float]]) -> 
     else:
         names.remove("is_log")
     rows = [[row[DIVISION.index(name)] for name in names] for row in divisions]
-    place = _place(dialect, size, "q.low", "q.span", "q.least", "q.parts", "q.base")
+    place = _place(dialect, size, "q.low", "q.span", least, "q.parts", "q.base")
     return (
         f"SELECT {place} AS r, q.v, q.c, q.w FROM ({engine.join(query, rows, names)}) AS q "
         "WHERE q.c >= 0"
