@@ -34,9 +34,10 @@ UNKNOWN_CLASS = -2
 _WIDE = 1024.0
 _NEAR = math.log(256.0)
 
-# How many parts a range is divided into at least, and where that saves a round.
+# How many parts a range is divided into at least, and how many times as many ranges as usual may
+# be counted where that leaves so few rows that a round is saved.
 _LEAST_PARTS = 16
-_MOST_PARTS = 64
+_TIMES = 8
 
 # Of a range, a share that is in its first part, however many there are.
 _NEGLIGIBLE = 2.0**-60
@@ -446,12 +447,13 @@ def _divide(
 ) -> list[Division]:
     """Describe how ranges are divided: evenly, or by orders of magnitude.
 
-    Each into more parts when that will leave so few rows that their values can be counted.
+    As far as `few` rows, of which the values can be counted, are likely to be left then.
     """
     divisions: list[Division] = []
     base, rows = 0, float(summary.rows[wanted].sum())
-    enough = math.ceil(rows / (few / 2))
-    least = min(max(enough, _LEAST_PARTS), all_parts) if enough <= _MOST_PARTS else _LEAST_PARTS
+    enough = math.ceil(2.0 * rows / few)
+    is_affordable = np.count_nonzero(wanted) * enough <= _TIMES * all_parts
+    least = max(_LEAST_PARTS, enough) if is_affordable else _LEAST_PARTS
     for place in np.flatnonzero(wanted):
         parts = 1 if all_parts == 1 else max(least, int(all_parts * (summary.rows[place] / rows)))
         low, high = float(summary.low[place]), float(summary.high[place])
