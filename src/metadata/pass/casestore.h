@@ -43,8 +43,7 @@ class CaseStore {
       sorter.Begin(cases);
       return sorter.CountDistinct();
     } else {
-      sorter.Sort(cases);
-      return CountDistinctSorted(cases.data(), cases.size());
+      return sorter.Sort(cases);
     }
   }
 
