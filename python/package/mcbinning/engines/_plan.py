@@ -35,9 +35,9 @@ _WIDE = 1024.0
 _NEAR = math.log(256.0)
 
 # How many parts a range is divided into at least, and how many times as many ranges as usual may
-# be counted where that leaves so few rows that a round is saved.
+# be counted where that seems to save a round.
 _LEAST_PARTS = 16
-_TIMES = 8
+_MOST_TIMES = 8
 
 # Of a range, a share that is in its first part, however many there are.
 _NEGLIGIBLE = 2.0**-60
@@ -184,7 +184,10 @@ def summarise(engine: Engine, name: str, cases: Cases, demand: Demand, total: fl
             if packs and not is_first:
                 middles[:] = math.inf  # evenly
             parts = 1 if by_value else engine.most_ranges
-            divisions = _divide(summary, ids, wanted, parts, middles, engine.most_values)
+            # Once percentiles are apart, one part of each range holds the rows that matter.
+            shrinks = demand.bins > 0 and not is_first
+            goal = engine.most_values / 2 if shrinks else math.inf
+            divisions = _divide(summary, ids, wanted, parts, middles, goal)
             levels = (*levels, divisions)
         else:
             wanted[:] = True
@@ -443,16 +446,16 @@ def _known_ends(summary: Summary) -> tuple[Array, Array]:
 
 
 def _divide(
-    summary: Summary, ids: Array, wanted: Array, all_parts: int, middles: Array, few: int
+    summary: Summary, ids: Array, wanted: Array, all_parts: int, middles: Array, goal: float
 ) -> list[Division]:
     """Describe how ranges are divided: evenly, or by orders of magnitude.
 
-    As far as `few` rows, of which the values can be counted, are likely to be left then.
+    Where it is affordable, into so many parts that one of each range leaves `goal` rows in all.
     """
     divisions: list[Division] = []
     base, rows = 0, float(summary.rows[wanted].sum())
-    enough = math.ceil(2.0 * rows / few)
-    is_affordable = np.count_nonzero(wanted) * enough <= _TIMES * all_parts
+    enough = math.ceil(rows / goal)
+    is_affordable = np.count_nonzero(wanted) * enough <= _MOST_TIMES * all_parts
     least = max(_LEAST_PARTS, enough) if is_affordable else _LEAST_PARTS
     for place in np.flatnonzero(wanted):
         parts = 1 if all_parts == 1 else max(least, int(all_parts * (summary.rows[place] / rows)))
@@ -502,15 +505,14 @@ def _unpack(
     ends there may be between two values, of which the other was left behind.
     """
     parents = _parents(wanted, divisions, ranges)
-    _, bases, parts, sign, _, small, large, _, span, _ = np.array(divisions).T[
+    _, bases, parts, _, _, small, large, _, span, _ = np.array(divisions).T[
         :, np.searchsorted(np.flatnonzero(wanted), parents)
     ]
     place = ranges - bases
-    near = small + span * (place / parts)
     far = np.where(place + 1 < parts, small + span * ((place + 1) / parts), large)
-    low = np.maximum(np.where(sign > 0, near, -far), summary.low[parents])
-    high = np.minimum(np.where(sign > 0, far, -near), summary.high[parents])
-    order = np.lexsort((sign * place, parents))
+    low = np.maximum(small + span * (place / parts), summary.low[parents])
+    high = np.minimum(far, summary.high[parents])
+    order = np.lexsort((place, parents))
     each = np.maximum(summary.weights[parents].sum(axis=1), 1.0) / summary.rows[parents]
     low, high, weights, parents = low[order], high[order], weights[order], parents[order]
     is_other = parents[1:] != parents[:-1]

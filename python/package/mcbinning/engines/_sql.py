@@ -40,7 +40,8 @@ class Dialect:
         What makes of each row one for each of some values: their place, and the value. Empty where
         a query for each of them is as good.
     drops_first : bool
-        Whether nothing is computed of a row before a condition beneath has left it out.
+        Whether nothing is computed of a row before a condition beneath has left it out, and a
+        quotient may round to zero.
     """
 
     name: str
