@@ -36,7 +36,8 @@ void WriteEvaluationReport(const BinModel& model, const std::vector<NamedRecount
     return table.Write(style.format, write);
   }
   ReportWriter writer(style.format, write);
-  const std::string bins = "Bins of " + PrintableText(model.source.name);
+  const std::string& source = model.source.name;  // empty for tables in memory
+  const std::string bins = source.empty() ? "Bins" : "Bins of " + PrintableText(source);
   if (data.size() == 1) {
     const AttributeBins& counts = results.front().counts;
     writer.AddTitle(fmt::format("{} on {}: {} records{}", bins, PrintableText(first.name),

@@ -301,6 +301,7 @@ def test_the_best_split_is_told_where_there_is_no_cut():
 
 def test_evaluate_finds_the_same_counts_on_the_same_data(bins, customers):
     same = bins.evaluate(customers)
+    assert str(same).startswith("Bins on other data: ")
     assert [r["bin_weights"] for r in results_of(same.bins)] == [
         r["bin_weights"] for r in results_of(bins)
     ]
