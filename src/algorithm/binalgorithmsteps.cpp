@@ -14,6 +14,7 @@
 #include "metadata/bindataset.h"
 
 using MCBinning::Error;
+using MCBinning::ListedBoundaries;
 using MCBinning::MCStatus;
 using MCBinning::Partition;
 using MCBinning::Partitioner;
@@ -73,15 +74,15 @@ MCStatus BINAlgorithm::MDLPCut(const std::vector<double>* boundaries,
     return Error(StatusCode::kCutPointsMisfit);
   }
   return MCBinning::Guard([&] {
-    const SplitSearch search(*binTable, categoryCount, fRightBorderClosed, first, last);
-    MCBinning::SplitRows(search, *boundaries, first, last, cuts);
+    const SplitSearch search(binTable->data(), categoryCount, fRightBorderClosed, first, last);
+    MCBinning::SplitRows(search, ListedBoundaries(*boundaries), first, last, cuts);
     return MCStatus();
   });
 }
 
 int BINAlgorithm::FindBestCutPoint(const std::vector<double>* binTable, int first, int last,
                                    std::vector<double>* left, std::vector<double>* right) const {
-  const SplitSearch search(*binTable, left->size() - 1, fRightBorderClosed, first, last);
+  const SplitSearch search(binTable->data(), left->size() - 1, fRightBorderClosed, first, last);
   return search.FindBest(first, last, *left, *right);
 }
 

@@ -23,8 +23,8 @@ double SplitCost(const std::vector<double>& left, const std::vector<double>& rig
 }
 
 // Recursive, with the intervals that wait on a stack of its own.
-SplitFound SplitRows(const RowSearch& search, const std::vector<double>& boundaries, int first,
-                     int last, std::set<double>& cuts) {
+SplitFound SplitRows(const RowSearch& search, const RowBoundaries& boundaries, int first, int last,
+                     std::set<double>& cuts) {
   SplitFound bestSplit;
   std::vector<double> left(search.GetCategoryCount() + 1);
   std::vector<double> right(search.GetCategoryCount() + 1);
@@ -42,11 +42,10 @@ SplitFound SplitRows(const RowSearch& search, const std::vector<double>& boundar
     const double gain = entropy - SplitEntropy(left, right);
     const double cost = SplitCost(left, right, entropy);
     const double threshold = Log2(weight - 1.0) / weight + cost / weight;
-    const double cutPoint = boundaries[static_cast<std::size_t>(best)];
-    if (from == first && to == last) bestSplit = {cutPoint, gain, threshold};
+    if (from == first && to == last) bestSplit = {boundaries.BoundaryOf(best), gain, threshold};
     if (!(gain > threshold)) continue;
 
-    cuts.insert(cutPoint);
+    cuts.insert(boundaries.BoundaryOf(best));
     const int split = search.IsRightBorderClosed() ? best : best - 1;
     // At a weight of 1 a split can be accepted that leaves one part as large as before: to
     // look at that again would go on for ever.

@@ -3,6 +3,7 @@
 #include <set>
 #include <vector>
 
+#include "algorithm/rowboundaries.h"
 #include "algorithm/rowsearch.h"
 #include "output/resultstore.h"
 
@@ -15,9 +16,9 @@ namespace MCBinning {
 double SplitCost(const std::vector<double>& left, const std::vector<double>& right,
                  double parentEntropy);
 
-// Adds the boundaries of all accepted splits of rows first..last (both included) to `cuts`;
-// boundary r belongs to row r. Returns the best split of them all, accepted or not.
-SplitFound SplitRows(const RowSearch& search, const std::vector<double>& boundaries, int first,
-                     int last, std::set<double>& cuts);
+// Adds the boundaries of all accepted splits of rows first..last (both included) to `cuts`. Returns
+// the best split of them all, accepted or not.
+SplitFound SplitRows(const RowSearch& search, const RowBoundaries& boundaries, int first, int last,
+                     std::set<double>& cuts);
 
 }  // namespace MCBinning

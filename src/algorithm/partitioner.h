@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "algorithm/percentilecuts.h"
+#include "algorithm/rowboundaries.h"
 #include "algorithm/rowsearch.h"
 #include "common/mcstatus.h"
 #include "output/resultstore.h"
@@ -31,9 +32,9 @@ class Partitioner {
 
  private:
   void RemoveEdge(std::vector<double>& candidates) const;
-  MCStatus PartitionRows(const RowSearch& search, const std::vector<double>& boundaries,
+  MCStatus PartitionRows(const RowSearch& search, const RowBoundaries& boundaries,
                          Partition& partition) const;
-  std::vector<double> CountBins(const RowSearch& search, const std::vector<double>& boundaries,
+  std::vector<double> CountBins(const RowSearch& search, const RowBoundaries& boundaries,
                                 const std::set<double>& cuts) const;
 
   BINDataSet& fDataSet;

@@ -6,6 +6,7 @@
 
 #include "common/statuscodes.h"
 #include "metadata/bindataset.h"
+#include "metadata/pass/bintable.h"
 #include "metadata/pass/cases.h"
 #include "metadata/pass/loadedcases.h"
 
@@ -59,9 +60,7 @@ void SparseTable::AddCases(const Case* first, const Case* last) {
 
 MCStatus SparseTable::Fill(BINDataSet& dataSet, bool rightBorderClosed) {
   const MCStatus misfit = Warning(StatusCode::kCutPointsMisfit);
-  // Nothing lies above the last value, and a NaN comes last.
-  const double maximum = dataSet.GetMaximum();
-  if (rightBorderClosed ? !(maximum <= DBL_MAX) : !(maximum < DBL_MAX)) return misfit;
+  if (!HasBoundaries(dataSet.GetMaximum(), rightBorderClosed)) return misfit;
 
   fBoundaries.reserve(dataSet.GetNumDistinctValues());
   fEnds.reserve(std::size_t{dataSet.GetNumDistinctValues()} + 1);

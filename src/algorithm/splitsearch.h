@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <vector>
 
@@ -20,12 +21,13 @@ namespace MCBinning {
 // the plain scan's own arithmetic. That is exact while all weights are whole numbers and sum up to
 // less than 2^52, whatever the order they are added in; and it pays for few categories. Otherwise
 // every search is a plain scan.
-class SplitSearch : public RowSearch {
+template <typename Number>
+class TableSearch : public RowSearch {
  public:
-  // Keeps a reference to the table, which has `categoryCount` entries a row. What is asked of
-  // this object below lies within rows first..last (both included); it looks at no others.
-  SplitSearch(const std::vector<double>& binTable, std::size_t categoryCount,
-              bool rightBorderClosed, int first, int last);
+  // The table has `categoryCount` entries a row and stays the caller's. What is asked of this
+  // object below lies within rows first..last (both included); it looks at no others.
+  TableSearch(const Number* binTable, std::size_t categoryCount, bool rightBorderClosed, int first,
+              int last);
 
   void SumRows(int first, int last, std::vector<double>& sum) const override;
 
@@ -51,7 +53,7 @@ class SplitSearch : public RowSearch {
   int FindRow(int first, int last, const std::vector<double>& totals, std::vector<double>& left,
               std::vector<double>& right) const override;
   void SumBlocks(std::size_t first, std::size_t end);
-  const double* RowAt(std::size_t row) const { return fTable.data() + row * GetCategoryCount(); }
+  const Number* RowAt(std::size_t row) const { return fTable + row * GetCategoryCount(); }
   // Where the block of `blockRows` rows that holds `row` ends.
   std::size_t NextBorder(std::size_t row, std::size_t blockRows) const {
     return row + blockRows - (row - fFirstRow) % blockRows;
@@ -73,9 +75,13 @@ class SplitSearch : public RowSearch {
                 const Weights& before) const;
   void ScanLeaf(Search& search, const Leaf& leaf) const;
 
-  const std::vector<double>& fTable;
+  const Number* fTable;
   std::size_t fFirstRow = 0;       // the blocks begin there
   std::vector<double> fBlockSums;  // the weights of the rows before each block; empty: plain only
 };
+
+// Of weights, and of counts of cases that weigh 1 each.
+using SplitSearch = TableSearch<double>;
+using CountSearch = TableSearch<std::int32_t>;
 
 }  // namespace MCBinning

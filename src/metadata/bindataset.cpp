@@ -15,9 +15,11 @@
 #include "metadata/pass/casereader.h"
 #include "metadata/pass/cases.h"
 #include "metadata/pass/casestore.h"
+#include "metadata/pass/counttable.h"
 
 using MCBinning::CaseReader;
 using MCBinning::CaseStore;
+using MCBinning::CountTable;
 using MCBinning::Error;
 using MCBinning::Guard;
 using MCBinning::MCStatus;
@@ -143,6 +145,12 @@ bool BINDataSet::LoadSorted(int file, std::vector<Case>& cases) {
   fMinimum = fMaximum = MCMV::Missing();
   if (!ReadCases(file, cases)) return false;
   if (cases.empty()) return true;
+  if (MCBinning::kIsCounted<Case> && HasTable() &&
+      fNumTargetCategories <= CountTable::kMostCategories) {
+    const bool hasMost = fIsThresholdSet && fThresholdDistinct > 0;
+    fCases->GetCountTable().Begin(cases.size(), fNumTargetCategories,
+                                  hasMost ? fThresholdDistinct : cases.size());
+  }
   fNumDistinctValues = fCases->Sort(cases);
   fMinimum = MCBinning::Unpacked(cases.front()).value;
   fMaximum = MCBinning::Unpacked(cases.back()).value;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <limits>
 #include <random>
@@ -127,6 +128,15 @@ MCBinning::SparseTable SparseForm(const Table& table, std::size_t categories) {
   return sparse;
 }
 
+// The same numbers, or none when they are no counts.
+std::vector<std::int32_t> CountsOf(const Table& table) {
+  const bool areCounts = std::all_of(table.begin(), table.end(), [](double x) {
+    return x >= 0.0 && x < 1e5 && x == std::floor(x);
+  });
+  return areCounts ? std::vector<std::int32_t>(table.begin(), table.end())
+                   : std::vector<std::int32_t>();
+}
+
 // The best split of rows first..last, and the weights of both sides.
 std::string Text(int best, const std::vector<double>& left, const std::vector<double>& right) {
   return "row " + std::to_string(best) + ": " + ::Text(left) + " | " + ::Text(right);
@@ -154,6 +164,7 @@ TEST_P(SplitSearchTest, FindsWhatThePlainScanFinds) {
     for (const std::size_t rows : {601U, 5003U}) {
       const Table table = GetParam().make(random, {rows, categories});
       const MCBinning::SparseTable sparse = SparseForm(table, categories);
+      const std::vector<std::int32_t> counts = CountsOf(table);
       const int end = static_cast<int>(rows);
       for (int round = 0; round < 8; ++round) {
         const int first = round == 0 ? 0 : static_cast<int>(random() % 300);
@@ -163,10 +174,17 @@ TEST_P(SplitSearchTest, FindsWhatThePlainScanFinds) {
                                         << last << ", seed " << TestSeed());
         const bool closed = round % 2 == 0;
         const bool isTableKnown = round % 3 != 0;
-        const MCBinning::SplitSearch search(table, categories, closed, isTableKnown ? 0 : first,
-                                            isTableKnown ? end - 1 : last);
+        const int knownFirst = isTableKnown ? 0 : first;
+        const int knownLast = isTableKnown ? end - 1 : last;
+        const MCBinning::SplitSearch search(table.data(), categories, closed, knownFirst,
+                                            knownLast);
         const std::string plain = PlainSplit(table, categories, first, last, closed);
         ASSERT_EQ(Split(search, first, last), plain);
+        if (!counts.empty()) {
+          const MCBinning::CountSearch countSearch(counts.data(), categories, closed, knownFirst,
+                                                   knownLast);
+          ASSERT_EQ(Split(countSearch, first, last), plain) << "counts";
+        }
         ASSERT_EQ(Split(MCBinning::SparseSearch(sparse, closed), first, last), plain) << "sparse";
       }
     }

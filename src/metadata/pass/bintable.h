@@ -15,6 +15,13 @@ struct DistinctBinTable {
   std::vector<double> weights;
 };
 
+// Whether rows of one distinct value each can have boundaries, the last or the first of which is
+// the largest double or its negative: not when the last value lies above those doubles, or on the
+// largest one with the right border open. Nothing lies above the last value, and a NaN comes last.
+inline bool HasBoundaries(double lastValue, bool rightBorderClosed) {
+  return rightBorderClosed ? lastValue <= DBL_MAX : lastValue < DBL_MAX;
+}
+
 // Sums up the weights of sorted cases by bin and target category, as BINDataSet::CreateBinTable()
 // describes it. False when the cut points do not fit the cases. Requires that every target lies
 // below `categoryCount`.
@@ -43,15 +50,12 @@ bool FillBinTable(const Cases& cases, const std::vector<double>& cutPoints, bool
 
 // The bin table with a row for every distinct value, and one boundary per row: the row's own value,
 // but the largest finite double for the last one with the right border closed, the most negative
-// one for the first otherwise. False, and nothing filled, when the last value lies above those
-// doubles, or on the largest one with the right border open. Requires sorted cases, one at least,
-// every target below `categoryCount`.
+// one for the first otherwise. False, and nothing filled, without HasBoundaries(). Requires sorted
+// cases, one at least, every target below `categoryCount`.
 template <typename Cases>
 bool FillDistinctBinTable(const Cases& cases, std::size_t distinctValues, bool rightBorderClosed,
                           std::size_t categoryCount, DistinctBinTable& table) {
-  // Nothing lies above the last value, and a NaN comes last.
-  const double last = Unpacked(cases.back()).value;
-  if (rightBorderClosed ? !(last <= DBL_MAX) : !(last < DBL_MAX)) return false;
+  if (!HasBoundaries(Unpacked(cases.back()).value, rightBorderClosed)) return false;
   table.boundaries.assign(distinctValues, 0.0);
   table.weights.assign(distinctValues * categoryCount, 0.0);
   double* boundary = table.boundaries.data();

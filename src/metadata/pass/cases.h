@@ -33,6 +33,10 @@ template <typename Case>
 inline constexpr bool kHasTarget =
     std::is_same_v<Case, BINDataTuple> || std::is_same_v<Case, UnweightedCase> || kIsPacked<Case>;
 
+// Whether such cases have a target and weigh 1 each.
+template <typename Case>
+inline constexpr bool kIsCounted = std::is_same_v<Case, UnweightedCase> || kIsPacked<Case>;
+
 // The case itself, or what a packed one stands for.
 template <typename Case>
 decltype(auto) Unpacked(const Case& item) {

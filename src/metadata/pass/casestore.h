@@ -10,6 +10,7 @@
 
 #include "metadata/pass/bintable.h"
 #include "metadata/pass/cases.h"
+#include "metadata/pass/counttable.h"
 #include "metadata/pass/lazyorder.h"
 #include "metadata/pass/tuplesort.h"
 
@@ -32,6 +33,7 @@ class CaseStore {
   template <typename Case>
   void SetLoaded(std::vector<Case>& cases) {
     fLoaded = &cases;
+    fCounts.DropIfLarge();
   }
 
   // Returns how many different values there are. What LazyOrder is for is sorted as far as it is
@@ -43,9 +45,15 @@ class CaseStore {
       sorter.Begin(cases);
       return sorter.CountDistinct();
     } else {
-      return sorter.Sort(cases);
+      sorter.Sort(cases,
+                  [&](const Case* sorted, std::size_t count) { fCounts.Add(sorted, count); });
+      return static_cast<unsigned int>(fCounts.GetRowCount());
     }
   }
+
+  // Of the loaded cases, once they are sorted; whoever sorts them begins it. Without counts for
+  // tuples.
+  CountTable& GetCountTable() { return fCounts; }
 
   // Of the attribute whose cases are loaded; see LoadedCases.
   void SetMissingWeights(std::vector<double> weights) { fMissingWeights = std::move(weights); }
@@ -67,7 +75,7 @@ class CaseStore {
       }
     };
     std::visit(make, fLoaded);
-    fLoaded = &tuples;
+    SetLoaded(tuples);
   }
 
   // `visit` takes a vector of cases of any kind and returns the same type for all. It gets no cases
@@ -149,6 +157,7 @@ class CaseStore {
   Unweighted::Vectors fUnweighted;
   Unweighted::Loaded fLoaded = &std::get<std::vector<UnweightedCase>>(fUnweighted);
   Unweighted::Sorters fSorters;
+  CountTable fCounts;
   DistinctBinTable fBinTable;
   std::vector<double> fMissingWeights;
 };

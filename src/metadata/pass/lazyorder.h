@@ -31,7 +31,7 @@ class LazyOrder {
         SpreadOut(spread);
         return;
       }
-      Sorter::SortWith(fScratch, cases);
+      Sorter::SortWith(fScratch, cases, [](const Case*, std::size_t) {});
     }
     fIsSorted.assign(1, true);
     fEnds.assign(1, static_cast<std::uint32_t>(cases.size()));

@@ -46,14 +46,25 @@ class LoadedCases {
     return dataSet.FillBinTable(cutPoints, rightBorderClosed, table);
   }
 
-  // `use` takes the bin table of one row per distinct value of the attribute, and returns a status;
-  // the answer is warning 120002 when there is no such table. Throws std::bad_alloc.
-  template <typename Use>
-  static MCStatus UseBinTable(BINDataSet& dataSet, bool rightBorderClosed, const Use& use) {
+  // The bin table of one row per distinct value of the attribute: `useCounts` takes a CountTable
+  // and a vector of the sorted cases it counts, of any kind, or else `useWeights` a
+  // DistinctBinTable. Both return a status; the answer is warning 120002 when there is no such
+  // table. Throws std::bad_alloc.
+  template <typename UseCounts, typename UseWeights>
+  static MCStatus UseBinTable(BINDataSet& dataSet, bool rightBorderClosed,
+                              const UseCounts& useCounts, const UseWeights& useWeights) {
+    CaseStore& store = *dataSet.fCases;
+    if (store.GetCountTable().GetCounts() != nullptr) {
+      const MCStatus misfit = Warning(StatusCode::kCutPointsMisfit);
+      if (!HasBoundaries(dataSet.GetMaximum(), rightBorderClosed)) return misfit;
+      return store.VisitSupervised([&](const auto& cases) {
+        return cases.empty() ? misfit : useCounts(store.GetCountTable(), cases);
+      });
+    }
     const MCStatus status = dataSet.FillDistinctBinTable(rightBorderClosed)
-                                ? use(dataSet.fCases->GetBinTable())
+                                ? useWeights(store.GetBinTable())
                                 : Warning(StatusCode::kCutPointsMisfit);
-    dataSet.fCases->DropLargeBinTable();
+    store.DropLargeBinTable();
     return status;
   }
 };

@@ -27,15 +27,21 @@ class LazyOrder;
 template <typename Case>
 class TupleSorter {
  public:
-  // Sorts `cases`, less than 2^32 of them, and returns how many different values they have. Needs
-  // as much memory again, kept for the next call unless it is much.
-  unsigned int Sort(std::vector<Case>& cases) {
+  // Sorts `cases`, less than 2^32 of them. Needs as much memory again, kept for the next call
+  // unless it is much. `useSorted` takes a pointer to sorted cases and their number, again and
+  // again: all the cases in order, in parts that no value is in two of, each as long as it is in
+  // the nearest cache.
+  template <typename UseSorted>
+  void Sort(std::vector<Case>& cases, const UseSorted& useSorted) {
     if (std::is_sorted(cases.begin(), cases.end(), IsLess)) {
-      return CountDistinctSorted(cases.data(), cases.size());
+      useSorted(cases.data(), cases.size());
+    } else {
+      SortWith(fScratch, cases, useSorted);
+      DropIfLarge(fScratch);
     }
-    const unsigned int distinct = SortWith(fScratch, cases);
-    DropIfLarge(fScratch);
-    return distinct;
+  }
+  void Sort(std::vector<Case>& cases) {
+    Sort(cases, [](const Case*, std::size_t) {});
   }
 
  private:
@@ -44,27 +50,27 @@ class TupleSorter {
   using Key = std::uint64_t;
   using Ends = std::vector<std::uint32_t>;
 
-  // Sorts in memory as much again, which stays. Values are counted bucket by bucket, as long as it
-  // is in the nearest cache.
-  static unsigned int SortWith(std::vector<Case>& scratch, std::vector<Case>& cases) {
+  // Sorts in memory as much again, which stays.
+  template <typename UseSorted>
+  static void SortWith(std::vector<Case>& scratch, std::vector<Case>& cases,
+                       const UseSorted& useSorted) {
     Extend(scratch, cases);
     const Spread spread(cases.data(), cases.size());
     if (!spread.IsUseful()) {
       SortRange(cases.data(), scratch.data(), cases.size());
-      return CountDistinctSorted(cases.data(), cases.size());
+      useSorted(cases.data(), cases.size());
+      return;
     }
     const Ends ends = SpreadOut(cases.data(), scratch.data(), cases.size(), spread);
     cases.swap(scratch);
-    unsigned int distinct = 0;
     std::size_t first = 0;
     for (const std::size_t end : ends) {
       Case* const bucket = cases.data() + first;
       SortBucket(bucket, scratch.data() + first, end - first, first > 0 && end < cases.size(),
                  spread);
-      distinct += CountDistinctSorted(bucket, end - first);
+      useSorted(bucket, end - first);
       first = end;
     }
-    return distinct;
   }
 
   static void Extend(std::vector<Case>& scratch, const std::vector<Case>& cases) {

@@ -96,8 +96,18 @@ TEST_P(TupleSorterTest, SortsAsAStableComparisonDoes) {
     std::vector<EFBINDataTuple> cases = Draw(GetParam(), random, count);
     const std::vector<EFBINDataTuple> expected = Sorted(cases);
 
-    sorter.Sort(cases);
+    std::size_t used = 0;
+    sorter.Sort(cases, [&](const EFBINDataTuple* part, std::size_t size) {
+      if (used > 0 && size > 0) {
+        EXPECT_FALSE(expected[used - 1].value == expected[used].value);
+      }
+      for (std::size_t i = 0; i < size && !HasFailure(); ++i) {
+        ExpectSame(part[i], expected[used + i]);
+      }
+      used += size;
+    });
 
+    EXPECT_EQ(used, count);
     ASSERT_EQ(cases.size(), expected.size());
     for (std::size_t i = 0; i < count && !HasFailure(); ++i) ExpectSame(cases[i], expected[i]);
   }
