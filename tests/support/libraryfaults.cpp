@@ -3,12 +3,12 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
-#include <utility>
 
 namespace {
 
-int nextError = 0;  // none
+std::atomic<int> nextError = 0;  // none
 
 }  // namespace
 
@@ -19,7 +19,7 @@ FailingClose::~FailingClose() { nextError = 0; }
 // Takes the C library's place in the program.
 extern "C" int close(int descriptor) {
   static const auto real = reinterpret_cast<int (*)(int)>(dlsym(RTLD_NEXT, "close"));
-  const int error = std::exchange(nextError, 0);
+  const int error = nextError.exchange(0);
   const int result = real(descriptor);
   if (error == 0) return result;
   errno = error;
