@@ -3,6 +3,7 @@
 #include <climits>
 #include <cstddef>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 #include "common/displayframe.h"
@@ -143,27 +144,36 @@ bool BINDataSet::LoadPacked(int file) {
 template <typename Case>
 bool BINDataSet::LoadSorted(int file, std::vector<Case>& cases) {
   fMinimum = fMaximum = MCMV::Missing();
-  if (!ReadCases(file, cases)) return false;
-  if (cases.empty()) return true;
+  if constexpr (MCBinning::kIsPacked<Case>) {
+    if (!ReadCases<Case>(file, fCases->GetLoose())) return false;
+  } else {
+    ReadCases<Case>(file, cases);
+  }
+  if (fNumCases == 0) {
+    cases.clear();
+    fCases->SetLoaded(cases);
+    return true;
+  }
   if (MCBinning::kIsCounted<Case> && HasTable() &&
       fNumTargetCategories <= CountTable::kMostCategories) {
     const bool hasMost = fIsThresholdSet && fThresholdDistinct > 0;
-    fCases->GetCountTable().Begin(cases.size(), fNumTargetCategories,
-                                  hasMost ? fThresholdDistinct : cases.size());
+    fCases->GetCountTable().Begin(fNumCases, fNumTargetCategories,
+                                  hasMost ? fThresholdDistinct : fNumCases);
   }
   fNumDistinctValues = fCases->Sort(cases);
+  fCases->SetLoaded(cases);
   fMinimum = MCBinning::Unpacked(cases.front()).value;
   fMaximum = MCBinning::Unpacked(cases.back()).value;
   return true;
 }
 
-template <typename Case>
-bool BINDataSet::ReadCases(int file, std::vector<Case>& cases) {
+template <typename Case, typename Cases>
+bool BINDataSet::ReadCases(int file, Cases& cases) {
   fNumCases = 0;
   fNumDistinctValues = 0;
   fTotalWeight = 0.0;
   fTotalWeightWithMissing = 0.0;
-  fCases->SetLoaded(cases);
+  fCases->SetNoneLoaded();
   fCases->SetMissingWeights({});
   if (!fPreparator.HasAnyFile()) {
     cases.clear();
@@ -171,7 +181,7 @@ bool BINDataSet::ReadCases(int file, std::vector<Case>& cases) {
   }
   const int targetFile =
       MCBinning::kHasTarget<Case> ? static_cast<int>(fTargetFile) : CaseReader::kNoFile;
-  auto sums = fReader->Read(file, {targetFile, fWeightFile}, cases);
+  auto sums = fReader->Read<Case>(file, {targetFile, fWeightFile}, cases);
   if (!sums) return false;
   fNumCases = static_cast<unsigned int>(cases.size());
   fTotalWeight = sums->weight;
@@ -184,10 +194,15 @@ bool BINDataSet::ReadCases(int file, std::vector<Case>& cases) {
 MCStatus BINDataSet::ReadNextAttribute(unsigned int file) {
   if (file >= fFileNames.size()) return Warning(StatusCode::kNoSuchAttribute);
   return Guard([&] {
+    const auto read = [&](auto& tuples) {
+      ReadCases<typename std::remove_reference_t<decltype(tuples)>::value_type>(
+          static_cast<int>(file), tuples);
+      fCases->SetLoaded(tuples);
+    };
     if (fTuples) {
-      ReadCases(static_cast<int>(file), *fTuples);
+      read(*fTuples);
     } else {
-      ReadCases(static_cast<int>(file), GetEFTuples());
+      read(GetEFTuples());
     }
     return MCStatus();
   });

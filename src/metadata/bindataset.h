@@ -117,8 +117,8 @@ class MCBINNING_API BINDataSet {
 
   // The valid cases of one file, against a target's or without one, in record order.
   // False, and no cases, when their kind cannot hold them.
-  template <typename Case>
-  bool ReadCases(int file, std::vector<Case>& cases);
+  template <typename Case, typename Cases>
+  bool ReadCases(int file, Cases& cases);
   template <typename Case>
   bool LoadSorted(int file, std::vector<Case>& cases);
   template <typename Case>

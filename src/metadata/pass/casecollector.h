@@ -9,8 +9,10 @@
 #include <vector>
 
 #include "common/missing.h"
+#include "common/prefetch.h"
 #include "metadata/pass/cases.h"
 #include "metadata/pass/categorycode.h"
+#include "metadata/pass/loosecases.h"
 
 namespace MCBinning {
 
@@ -25,16 +27,67 @@ inline std::uint16_t ToTarget(double value, double missing) {
   return isTarget ? static_cast<std::uint16_t>(code) : kNoTarget;
 }
 
+// Where cases are stored, by position.
+template <typename Case>
+class CasePlaces {
+ public:
+  static constexpr bool kHasWeight =
+      std::is_same_v<Case, BINDataTuple> || std::is_same_v<Case, EFBINDataTuple>;
+
+  explicit CasePlaces(std::vector<Case>& cases) : fCases(cases.data()) {}
+
+  void Put(std::size_t position, double value, std::uint8_t target, double weight) const {
+    fCases[position] = Make(value, target, weight);
+  }
+
+  // Those behind the position will be put soon.
+  void Fetch(std::size_t position) const { FetchAheadToWrite(fCases + position, kFarAhead); }
+
+ private:
+  static Case Make(double value, std::uint8_t target, double weight) {
+    if constexpr (kHasTarget<Case> && kHasWeight) {
+      return {value, target, weight};
+    } else if constexpr (kHasWeight) {
+      return {value, weight};
+    } else if constexpr (kHasTarget<Case>) {
+      return {value, target};
+    } else {
+      return {value};
+    }
+  }
+
+  Case* fCases;
+};
+
+// Those that are to be packed are loose at first.
+template <int kTargetBits>
+class CasePlaces<PackedCase<kTargetBits>> {
+ public:
+  static constexpr bool kHasWeight = false;
+
+  explicit CasePlaces(LooseCases& cases)
+      : fValues(cases.values.data()), fTargets(cases.targets.data()) {}
+
+  void Put(std::size_t position, double value, std::uint8_t target, double /*weight*/) const {
+    fValues[position] = value;
+    fTargets[position] = target;
+  }
+
+  void Fetch(std::size_t position) const { FetchAheadToWrite(fValues + position, kFarAhead); }
+
+ private:
+  double* fValues;
+  std::uint8_t* fTargets;
+};
+
 // Collects the valid cases of files that are read in step, and their weights. `Case` is a
 // kind of tuple, or what stands for it without weights.
 template <typename Case>
 class CaseCollector {
  public:
-  static constexpr bool kHasWeight =
-      std::is_same_v<Case, BINDataTuple> || std::is_same_v<Case, EFBINDataTuple>;
-
   // Requires room for every case to come.
-  explicit CaseCollector(Case* cases) : fCases(cases), fMissing(MCMV::Missing()) {}
+  explicit CaseCollector(const CasePlaces<Case>& places)
+      : fPlaces(places), fMissing(MCMV::Missing()) {}
 
   // The next cases of the files; null for a file that there is not. Without weights every
   // case weighs 1.
@@ -89,12 +142,14 @@ class CaseCollector {
   [[gnu::noinline]] void Collect(const std::uint16_t* targets, const double* weights,
                                  const double* values, std::size_t count) {
     const double missing = fMissing;
-    Case* next = fCases + fCount;
+    const CasePlaces<Case> places = fPlaces;
+    std::size_t caseCount = fCount;
     double totalWeight = fTotalWeight;
     double totalWeightWithMissing = fTotalWeightWithMissing;
     int largestTarget = fLargestTarget;
     bool holdsAll = fHoldsAll;
     for (std::size_t i = 0; i < count; ++i) {
+      places.Fetch(caseCount);
       const double value = values[i];
       const double weight = kIsWeighted ? weights[i] : 1.0;
       const bool isCounted = !kIsWeighted || weight != missing;
@@ -108,14 +163,14 @@ class CaseCollector {
       if constexpr (kIsPacked<Case>) {
         holdsAll = holdsAll & (!isValid | Case::CanHold(value, static_cast<unsigned int>(target)));
       }
-      *next = Make(value, static_cast<std::uint8_t>(target), weight);
-      next += isValid ? 1 : 0;
+      places.Put(caseCount, value, static_cast<std::uint8_t>(target), weight);
+      caseCount += isValid ? 1 : 0;
       if constexpr (kIsWeighted) {
         totalWeightWithMissing += ValueIf(isCounted, weight);
         totalWeight += ValueIf(isValid, weight);
       }
     }
-    fCount = static_cast<std::size_t>(next - fCases);
+    fCount = caseCount;
     fLargestTarget = largestTarget;
     fHoldsAll = holdsAll;
     if constexpr (kIsWeighted) {
@@ -133,21 +188,7 @@ class CaseCollector {
     return std::bit_cast<double>(std::bit_cast<std::uint64_t>(value) & mask);
   }
 
-  static Case Make(double value, std::uint8_t target, double weight) {
-    if constexpr (kIsPacked<Case>) {
-      return {value, target};
-    } else if constexpr (kHasTarget<Case> && kHasWeight) {
-      return {value, target, weight};
-    } else if constexpr (kHasWeight) {
-      return {value, weight};
-    } else if constexpr (kHasTarget<Case>) {
-      return {value, target};
-    } else {
-      return {value};
-    }
-  }
-
-  Case* const fCases;
+  const CasePlaces<Case> fPlaces;
   const double fMissing;
   std::size_t fCount = 0;
   double fTotalWeight = 0.0;

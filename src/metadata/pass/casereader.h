@@ -51,10 +51,11 @@ class CaseReader {
   // The valid cases of the file at a position, in record order; none, and an error, when they
   // cannot be read, or nothing, when the kind of case cannot hold them. A kind of case that has a
   // target needs a target's file.
-  template <typename Case>
-  std::optional<CaseSums> Read(int file, const Companions& companions, std::vector<Case>& cases) {
+  // `Cases` is a vector of `Case`, or LooseCases for what is to be packed.
+  template <typename Case, typename Cases>
+  std::optional<CaseSums> Read(int file, const Companions& companions, Cases& cases) {
     try {
-      return ReadInStep(file, companions, cases);
+      return ReadInStep<Case>(file, companions, cases);
     } catch (...) {
       cases.clear();
       throw;
@@ -62,9 +63,8 @@ class CaseReader {
   }
 
  private:
-  template <typename Case>
-  std::optional<CaseSums> ReadInStep(int file, const Companions& companions,
-                                     std::vector<Case>& cases) {
+  template <typename Case, typename Cases>
+  std::optional<CaseSums> ReadInStep(int file, const Companions& companions, Cases& cases) {
     FileIterator values;
     RequireWhole(file, values);
     if (kHasTarget<Case>) ReadTargets(companions.target);
@@ -75,7 +75,7 @@ class CaseReader {
     }
 
     cases.resize(GetRecordCount());
-    CaseCollector<Case> collector(cases.data());
+    CaseCollector<Case> collector{CasePlaces<Case>(cases)};
     std::size_t casesRead = 0;
     while (values->HasMore()) {
       const BinaryRecordIterator::Block block = values->NextBlock();

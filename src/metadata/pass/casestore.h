@@ -12,6 +12,7 @@
 #include "metadata/pass/cases.h"
 #include "metadata/pass/counttable.h"
 #include "metadata/pass/lazyorder.h"
+#include "metadata/pass/loosecases.h"
 #include "metadata/pass/tuplesort.h"
 
 namespace MCBinning {
@@ -26,33 +27,44 @@ class CaseStore {
   template <typename Case>
   std::vector<Case>& GetUnweighted() {
     std::apply([this](auto&... kinds) { (KeepOnly<Case>(kinds), ...); }, fUnweighted);
+    if (!kIsPacked<Case>) fLoose = LooseCases();
     return std::get<std::vector<Case>>(fUnweighted);
   }
+
+  // Those that are to be packed.
+  LooseCases& GetLoose() { return fLoose; }
 
   // These are the loaded cases from now on; they stay where they are.
   template <typename Case>
   void SetLoaded(std::vector<Case>& cases) {
     fLoaded = &cases;
+  }
+
+  // There are none until then, and no counts of any.
+  void SetNoneLoaded() {
+    fLoaded = &fNone;
     fCounts.DropIfLarge();
   }
 
-  // Returns how many different values there are. What LazyOrder is for is sorted as far as it is
-  // looked at; the first and the last case are in their places.
+  // Returns how many different values there are. Packed cases are made of the loose ones. What
+  // LazyOrder is for is sorted as far as it is looked at; the first and the last case are in their
+  // places.
   template <typename Case>
   unsigned int Sort(std::vector<Case>& cases) {
     auto& sorter = std::get<SorterOf<Case>>(fSorters);
+    const auto count = [&](const Case* sorted, std::size_t size) { fCounts.Add(sorted, size); };
     if constexpr (kIsLazy<Case>) {
       sorter.Begin(cases);
       return sorter.CountDistinct();
+    } else if constexpr (kIsPacked<Case>) {
+      sorter.Sort(fLoose, cases, count);
     } else {
-      sorter.Sort(cases,
-                  [&](const Case* sorted, std::size_t count) { fCounts.Add(sorted, count); });
-      return static_cast<unsigned int>(fCounts.GetRowCount());
+      sorter.Sort(cases, count);
     }
+    return static_cast<unsigned int>(fCounts.GetRowCount());
   }
 
-  // Of the loaded cases, once they are sorted; whoever sorts them begins it. Without counts for
-  // tuples.
+  // Of the loaded cases, if whoever sorted them has begun it before.
   CountTable& GetCountTable() { return fCounts; }
 
   // Of the attribute whose cases are loaded; see LoadedCases.
@@ -75,6 +87,7 @@ class CaseStore {
       }
     };
     std::visit(make, fLoaded);
+    SetNoneLoaded();
     SetLoaded(tuples);
   }
 
@@ -155,8 +168,10 @@ class CaseStore {
   using Unweighted = Kinds<UnweightedCase, UnweightedEFCase, PackedCase<1>, PackedCase<5>>;
 
   Unweighted::Vectors fUnweighted;
-  Unweighted::Loaded fLoaded = &std::get<std::vector<UnweightedCase>>(fUnweighted);
+  std::vector<UnweightedCase> fNone;  // stays empty
+  Unweighted::Loaded fLoaded = &fNone;
   Unweighted::Sorters fSorters;
+  LooseCases fLoose;
   CountTable fCounts;
   DistinctBinTable fBinTable;
   std::vector<double> fMissingWeights;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "common/prefetch.h"
 #include "metadata/pass/cases.h"
 
 namespace MCBinning {

@@ -26,7 +26,7 @@ class LazyOrder {
     fIsSorted.clear();
     fCases = &cases;
     if (!std::is_sorted(cases.begin(), cases.end(), Sorter::IsLess)) {
-      const typename Sorter::Spread spread(cases.data(), cases.size());
+      const typename Sorter::Spread spread(cases);
       if (spread.IsUseful()) {
         SpreadOut(spread);
         return;
@@ -86,9 +86,7 @@ class LazyOrder {
   static_assert(kMostHashed < kNone);
 
   void SpreadOut(const typename Sorter::Spread& spread) {
-    Sorter::Extend(fScratch, *fCases);
-    auto ends = Sorter::SpreadOut(fCases->data(), fScratch.data(), fCases->size(), spread);
-    fCases->swap(fScratch);
+    auto ends = Sorter::SpreadOut(*fCases, fScratch, spread);
     fIsSorted.assign(ends.size(), false);
     fEnds.swap(ends);
     fSpread = spread;
@@ -106,10 +104,10 @@ class LazyOrder {
 
   void SortBucket(std::size_t bucket) {
     if (fIsSorted[bucket]) return;
-    if (fScratch.empty()) Sorter::Extend(fScratch, *fCases);
     const std::size_t first = FirstOf(bucket);
     const std::size_t end = fEnds[bucket];
-    Sorter::SortBucket(fCases->data() + first, fScratch.data() + first, end - first,
+    Sorter::Extend(fScratch, end - first);
+    Sorter::SortBucket(fCases->data() + first, fScratch.data(), end - first,
                        first > 0 && end < fCases->size(), *fSpread);
     fIsSorted[bucket] = true;
   }
@@ -121,13 +119,16 @@ class LazyOrder {
     constexpr int kShift = Sorter::Spread::kPartBits - kHashBits;
     const Case* const first = fCases->data() + FirstOf(bucket);
     const Case* const end = fCases->data() + fEnds[bucket];
-    Case* const values = fScratch.data() + FirstOf(bucket);
+    Sorter::Extend(fScratch, SizeOf(bucket));
+    Case* const values = fScratch.data();
     fNewest.assign(std::size_t{1} << kHashBits, kNone);
     fOlder.resize(kMostHashed);
     std::uint16_t count = 0;
     std::size_t stepsLeft = 4 * SizeOf(bucket);
     for (const Case* item = first; item != end; ++item) {
-      std::uint16_t& newest = fNewest[(fSpread->PartOf(*item) & kPartMask) >> kShift];
+      FetchAhead(item, kFarAhead * 2);
+      std::uint16_t& newest =
+          fNewest[(fSpread->PartOf(Unpacked(*item).value) & kPartMask) >> kShift];
       std::uint16_t other = newest;
       while (other != kNone && !HaveSameValue(values[other], *item)) {
         if (stepsLeft-- == 0) return std::nullopt;

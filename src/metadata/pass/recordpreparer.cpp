@@ -8,6 +8,7 @@
 
 #include "common/guard.h"
 #include "common/missing.h"
+#include "common/prefetch.h"
 #include "common/runreport.h"
 #include "common/statuscodes.h"
 #include "metadata/binnumericusermissing.h"
@@ -71,7 +72,7 @@ bool RecordPreparer::Prepare(const MCCommon::Record& in, const RecordSlots& out,
     return false;
   }
   if (fHasTarget && !PrepareTarget(in[fTargetVariable], out[0])) RefuseTarget(warning);
-  FetchAhead(out);
+  FetchNext(out);
   for (const Attribute& attribute : fAttributes) {
     if (!PrepareAttribute(attribute, in[attribute.variable], out[attribute.file])) {
       warning =
@@ -83,15 +84,9 @@ bool RecordPreparer::Prepare(const MCCommon::Record& in, const RecordSlots& out,
 
 // The lines of memory that the records to come are written to: to wait for each of them would take
 // most of the time when there are many attributes. All slots of a record lie alike in their lines.
-void RecordPreparer::FetchAhead(const RecordSlots& out) const {
-#ifdef __GNUC__
-  constexpr std::size_t kLine = 64;
+void RecordPreparer::FetchNext(const RecordSlots& out) const {
   if (reinterpret_cast<std::uintptr_t>(out.first) % kLine >= sizeof(double)) return;
-  for (const Attribute& attribute : fAttributes) {
-    const auto slot = reinterpret_cast<std::uintptr_t>(&out[attribute.file]);
-    __builtin_prefetch(reinterpret_cast<const void*>(slot + kLine), 1);  // there may be none
-  }
-#endif
+  for (const Attribute& attribute : fAttributes) FetchAheadToWrite(&out[attribute.file], kLine);
 }
 
 // Column by column, the same rules. Values are first brought to their slots, whatever their column

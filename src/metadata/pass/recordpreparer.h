@@ -83,7 +83,7 @@ class RecordPreparer {
     const BINNumericUserMissing* missing;  // null where there is none that fits
   };
 
-  void FetchAhead(const RecordSlots& out) const;
+  void FetchNext(const RecordSlots& out) const;
   bool PrepareWeight(double rawWeight, double& slot);
   bool PrepareTarget(double value, double& slot);
   bool PrepareAttribute(const Attribute& attribute, double value, double& slot);

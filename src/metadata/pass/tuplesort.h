@@ -9,7 +9,9 @@
 #include <utility>
 #include <vector>
 
+#include "common/prefetch.h"
 #include "metadata/pass/cases.h"
+#include "metadata/pass/loosecases.h"
 
 namespace MCBinning {
 
@@ -44,38 +46,70 @@ class TupleSorter {
     Sort(cases, [](const Case*, std::size_t) {});
   }
 
+  // The same for loose cases without a NaN, which are packed into `cases`. Needs memory for the
+  // largest bucket besides.
+  template <typename UseSorted>
+  void Sort(const LooseCases& loose, std::vector<Case>& cases, const UseSorted& useSorted) {
+    cases.resize(loose.size());
+    const bool isSorted = std::is_sorted(loose.values.begin(), loose.values.end());
+    const auto valueAt = [&](std::size_t i) { return loose.values[i]; };
+    const auto caseAt = [&](std::size_t i) { return Case(loose.values[i], loose.targets[i]); };
+    const Spread spread(isSorted ? 0 : cases.size(), valueAt);
+    if (spread.IsUseful()) {
+      const auto fetchAt = [&](std::size_t i) { FetchAhead(loose.values.data() + i, kFarAhead); };
+      const Ends ends = SpreadOut(cases.data(), cases.size(), spread, valueAt, caseAt, fetchAt);
+      SortBuckets(cases, ends, spread, fScratch, useSorted);
+    } else {
+      for (std::size_t i = 0; i < cases.size(); ++i) cases[i] = caseAt(i);
+      if (!isSorted) SortWhole(cases, fScratch);
+      useSorted(cases.data(), cases.size());
+    }
+    DropIfLarge(fScratch);
+  }
+
  private:
   friend class LazyOrder<Case>;
 
   using Key = std::uint64_t;
   using Ends = std::vector<std::uint32_t>;
 
+  class Spread;
+
   // Sorts in memory as much again, which stays.
   template <typename UseSorted>
   static void SortWith(std::vector<Case>& scratch, std::vector<Case>& cases,
                        const UseSorted& useSorted) {
-    Extend(scratch, cases);
-    const Spread spread(cases.data(), cases.size());
-    if (!spread.IsUseful()) {
-      SortRange(cases.data(), scratch.data(), cases.size());
+    const Spread spread(cases);
+    if (spread.IsUseful()) {
+      const Ends ends = SpreadOut(cases, scratch, spread);
+      SortBuckets(cases, ends, spread, scratch, useSorted);
+    } else {
+      SortWhole(cases, scratch);
       useSorted(cases.data(), cases.size());
-      return;
     }
-    const Ends ends = SpreadOut(cases.data(), scratch.data(), cases.size(), spread);
-    cases.swap(scratch);
+  }
+
+  static void SortWhole(std::vector<Case>& cases, std::vector<Case>& scratch) {
+    Extend(scratch, cases.size());
+    SortRange(cases.data(), scratch.data(), cases.size());
+  }
+
+  template <typename UseSorted>
+  static void SortBuckets(std::vector<Case>& cases, const Ends& ends, const Spread& spread,
+                          std::vector<Case>& scratch, const UseSorted& useSorted) {
     std::size_t first = 0;
     for (const std::size_t end : ends) {
       Case* const bucket = cases.data() + first;
-      SortBucket(bucket, scratch.data() + first, end - first, first > 0 && end < cases.size(),
-                 spread);
-      useSorted(bucket, end - first);
+      const std::size_t count = end - first;
+      Extend(scratch, count);
+      SortBucket(bucket, scratch.data(), count, first > 0 && end < cases.size(), spread);
+      useSorted(bucket, count);
       first = end;
     }
   }
 
-  static void Extend(std::vector<Case>& scratch, const std::vector<Case>& cases) {
-    scratch.reserve(cases.capacity());  // the two may change places
-    scratch.resize(cases.size());
+  static void Extend(std::vector<Case>& scratch, std::size_t count) {
+    if (scratch.size() < count) scratch.resize(count);
   }
 
   static void DropIfLarge(std::vector<Case>& scratch) {
@@ -87,18 +121,19 @@ class TupleSorter {
   static constexpr std::size_t kFewCases = 32;      // below, inserting is faster
   static constexpr std::size_t kManyCases = 4096;   // above, larger digits are faster
   static constexpr std::size_t kMostCases = 32768;  // above, buckets are faster
-  static constexpr std::size_t kAhead = std::max<std::size_t>(64 / sizeof(Case), 1);  // a line
-  static constexpr std::size_t kLargestKeptBuffer = std::size_t{32} << 20;            // bytes
+  static constexpr std::size_t kLargestKeptBuffer = std::size_t{32} << 20;  // bytes
 
   // Ascends with the value; the same for -0.0 and 0.0, and for all NaN.
+  static Key KeyOf(double value) {
+    const Key bits = std::bit_cast<Key>(value + 0.0);  // makes 0.0 of -0.0
+    const Key flip = static_cast<Key>(static_cast<std::int64_t>(bits) >> 63) | (Key{1} << 63);
+    return value != value ? ~Key{0} : bits ^ flip;
+  }
   static Key KeyOf(const Case& item) {
     if constexpr (kIsPacked<Case>) {
       return item.GetKey();
     } else {
-      const double value = item.value;
-      const Key bits = std::bit_cast<Key>(value + 0.0);  // makes 0.0 of -0.0
-      const Key flip = static_cast<Key>(static_cast<std::int64_t>(bits) >> 63) | (Key{1} << 63);
-      return value != value ? ~Key{0} : bits ^ flip;
+      return KeyOf(item.value);
     }
   }
 
@@ -112,14 +147,19 @@ class TupleSorter {
 
     // The range is estimated from a sample: how evenly the buckets are filled decides about
     // the time only.
-    Spread(const Case* cases, std::size_t count) {
+    explicit Spread(const std::vector<Case>& cases)
+        : Spread(cases.size(), [&](std::size_t i) { return Unpacked(cases[i]).value; }) {}
+    template <typename ValueAt>
+    Spread(std::size_t count, const ValueAt& valueAt) {
       if (count <= kMostCases) return;
       fBucketCount = std::min(std::bit_floor(count / kCasesPerBucket), kMostBuckets);
-      std::array<Case, kSampleSize> sample{};
-      for (std::size_t i = 0; i < kSampleSize; ++i) sample[i] = cases[count / kSampleSize * i];
-      std::sort(sample.begin(), sample.end(), IsLess);
-      const double low = Unpacked(sample[kSampleTail]).value;
-      const double high = Unpacked(sample[kSampleSize - 1 - kSampleTail]).value;
+      fLast = static_cast<double>((fBucketCount << kPartBits) - 1);
+      std::array<double, kSampleSize> sample{};
+      for (std::size_t i = 0; i < kSampleSize; ++i) sample[i] = valueAt(count / kSampleSize * i);
+      std::sort(sample.begin(), sample.end(),
+                [](double a, double b) { return KeyOf(a) < KeyOf(b); });
+      const double low = sample[kSampleTail];
+      const double high = sample[kSampleSize - 1 - kSampleTail];
       if (!(high > low)) return;
       const double margin = (high - low) / 4.0;
       fLow = low - margin;
@@ -132,17 +172,16 @@ class TupleSorter {
 
     // Never descends while the value ascends, and a NaN is in the last bucket. Requires
     // IsUseful().
-    std::size_t BucketOf(const Case& item) const {
-      const auto last = static_cast<double>((fBucketCount << kPartBits) - 1);
-      const double position = (Unpacked(item).value - fLow) * fScale;
-      const double capped = position < last ? position : last;
+    std::size_t BucketOf(double value) const {
+      const double position = (value - fLow) * fScale;
+      const double capped = position < fLast ? position : fLast;
       return static_cast<std::uint32_t>(capped > 0.0 ? capped : 0.0) >> kPartBits;
     }
 
     // The same, with each bucket divided into 2^kPartBits parts. Not for values that are in
     // the first or in the last bucket.
-    std::uint32_t PartOf(const Case& item) const {
-      return static_cast<std::uint32_t>((Unpacked(item).value - fLow) * fScale);
+    std::uint32_t PartOf(double value) const {
+      return static_cast<std::uint32_t>((value - fLow) * fScale);
     }
 
    private:
@@ -156,18 +195,38 @@ class TupleSorter {
     std::size_t fBucketCount = 0;
     double fLow = 0.0;
     double fScale = 0.0;
+    double fLast = 0.0;  // the highest position
   };
 
-  // Leaves the cases in `scratch`, bucket by bucket, and says where each bucket ends.
-  static Ends SpreadOut(const Case* cases, Case* scratch, std::size_t count, const Spread& spread) {
+  // Leaves the cases in order of their buckets, and says where each bucket ends.
+  static Ends SpreadOut(std::vector<Case>& cases, std::vector<Case>& scratch,
+                        const Spread& spread) {
+    scratch.reserve(cases.capacity());  // the two change places
+    scratch.resize(cases.size());
+    const auto valueAt = [&](std::size_t i) { return Unpacked(cases[i]).value; };
+    const auto caseAt = [&](std::size_t i) { return cases[i]; };
+    const auto fetchAt = [&](std::size_t i) { FetchAhead(cases.data() + i, kFarAhead); };
+    Ends ends = SpreadOut(scratch.data(), cases.size(), spread, valueAt, caseAt, fetchAt);
+    cases.swap(scratch);
+    return ends;
+  }
+
+  // The same for cases that `caseAt` makes from elsewhere.
+  template <typename ValueAt, typename CaseAt, typename FetchAt>
+  static Ends SpreadOut(Case* cases, std::size_t count, Spread spread, const ValueAt& valueAt,
+                        const CaseAt& caseAt, const FetchAt& fetchAt) {
     Ends ends(spread.GetBucketCount());
-    for (std::size_t i = 0; i < count; ++i) ++ends[spread.BucketOf(cases[i])];
+    for (std::size_t i = 0; i < count; ++i) {
+      fetchAt(i);
+      ++ends[spread.BucketOf(valueAt(i))];
+    }
     AddUp(ends);
     for (std::size_t i = 0; i < count; ++i) {
-      std::uint32_t& end = ends[spread.BucketOf(cases[i])];
+      fetchAt(i);
+      std::uint32_t& end = ends[spread.BucketOf(valueAt(i))];
       // Written to before long; to wait for the line then would take most of the time.
-      Prefetch(scratch + std::min(end + kAhead, count - 1));
-      scratch[end++] = cases[i];
+      FetchAheadToWrite(cases + end, kLine);
+      cases[end++] = caseAt(i);
     }
     return ends;
   }
@@ -175,23 +234,17 @@ class TupleSorter {
   // Sorts a bucket in place. One that lies between others that have cases has parts.
   static void SortBucket(Case* cases, Case* scratch, std::size_t count, bool hasParts,
                          const Spread& spread) {
+    const bool usesParts = hasParts && count >= kFewCases && count <= kManyCases;
     // Packed cases need no parts, as their keys are at hand.
-    if (kIsPacked<Case> || !hasParts || count < kFewCases || count > kManyCases) {
-      SortRange(cases, scratch, count);
-      return;
+    if constexpr (!kIsPacked<Case>) {
+      if (usesParts) {
+        const auto partOf = [&](const Case& item) { return spread.PartOf(item.value); };
+        SortByDigits<8, 2>(cases, scratch, count, partOf, Spread::kPartBits);
+        SortRuns(cases, scratch, count, partOf);
+        return;
+      }
     }
-    const auto partOf = [&](const Case& item) { return spread.PartOf(item); };
-    SortByDigits<8, 2>(cases, scratch, count, partOf, Spread::kPartBits);
-    SortRuns(cases, scratch, count, partOf);
-  }
-
-  // The line of memory that is about to be written.
-  static void Prefetch(const Case* item) {
-#ifdef __GNUC__
-    __builtin_prefetch(item, 1);
-#else
-    static_cast<void>(item);
-#endif
+    SortRange(cases, scratch, count);
   }
 
   // Turns counts into the positions where each begins.
@@ -214,6 +267,7 @@ class TupleSorter {
     Order order{true, firstKey, firstKey};
     Key previous = firstKey;
     for (std::size_t i = 1; i < count; ++i) {
+      FetchAhead(cases + i, kFarAhead * 2);
       const Key key = KeyOf(cases[i]);
       order.isSorted = order.isSorted & (previous <= key);
       order.smallest = std::min(order.smallest, key);

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace MCBinning {
+
+// Cases that weigh 1 each, before they are sorted and packed: their values, and their targets
+// apart. To find a value's place is less work than in a packed case.
+struct LooseCases {
+  std::vector<double> values;
+  std::vector<std::uint8_t> targets;
+
+  std::size_t size() const { return values.size(); }
+  void resize(std::size_t count) {
+    values.resize(count);
+    targets.resize(count);
+  }
+  void clear() { resize(0); }
+};
+
+}  // namespace MCBinning
