@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <utility>
 
 #include "algorithm/binentropy.h"
@@ -22,6 +23,28 @@ double SplitCost(const std::vector<double>& left, const std::vector<double>& rig
           rightCategories * Entropy(right));
 }
 
+namespace {
+
+constexpr std::size_t kMostBoundedCategories = 8;  // with more the bound is below 0
+
+// What a split of an interval leaves at most if it is accepted: its cost is least where neither
+// side has any entropy. Infinite when that tells nothing.
+double MostEntropy(const std::vector<double>& weights, double entropy) {
+  const auto present = static_cast<std::size_t>(VectorXNonZero(weights, 1));
+  if (present > kMostBoundedCategories) return std::numeric_limits<double>::infinity();
+  double leastCost = std::numeric_limits<double>::infinity();
+  for (std::size_t count = 1; count <= 2 * present; ++count) {
+    const auto categories = static_cast<double>(count);
+    leastCost = std::min(leastCost, Log2(std::pow(3.0, categories) - 2.0) - categories * entropy);
+  }
+  const double weight = weights[0];
+  const double leastThreshold = (Log2(weight - 1.0) + leastCost) / weight;
+  // Below 0, even a split that separates nothing might be accepted.
+  return leastThreshold > 0.0 ? entropy - leastThreshold : std::numeric_limits<double>::infinity();
+}
+
+}  // namespace
+
 // Recursive, with the intervals that wait on a stack of its own.
 SplitFound SplitRows(const RowSearch& search, const RowBoundaries& boundaries, int first, int last,
                      std::set<double>& cuts) {
@@ -38,11 +61,14 @@ SplitFound SplitRows(const RowSearch& search, const RowBoundaries& boundaries, i
     search.SumRows(from, to, right);
     const double entropy = Entropy(right);
     const double weight = right[0];
-    const int best = search.FindBest(from, to, left, right);
+    const bool isWhole = from == first && to == last;
+    const int best = isWhole ? search.FindBest(from, to, left, right)
+                             : search.FindBest(from, to, left, right, MostEntropy(right, entropy));
+    if (best == RowSearch::kNoRow) continue;
     const double gain = entropy - SplitEntropy(left, right);
     const double cost = SplitCost(left, right, entropy);
     const double threshold = Log2(weight - 1.0) / weight + cost / weight;
-    if (from == first && to == last) bestSplit = {boundaries.BoundaryOf(best), gain, threshold};
+    if (isWhole) bestSplit = {boundaries.BoundaryOf(best), gain, threshold};
     if (!(gain > threshold)) continue;
 
     cuts.insert(boundaries.BoundaryOf(best));

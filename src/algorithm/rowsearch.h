@@ -1,12 +1,36 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 #include <vector>
 
 namespace MCBinning {
 
 // Below 2^52, sums of whole numbers are exact in whatever order they are added, with room to spare.
 inline constexpr double kLeastInexactSum = 4503599627370496.0;
+
+// The split with the least entropy of those seen so far, in row order.
+class BestSplit {
+ public:
+  // Among equal ones the first stays. Whether this one is the best now.
+  bool Offer(std::size_t row, double entropy) {
+    if (fHasRow && !(fEntropy > entropy)) return false;
+    fRow = row;
+    fEntropy = entropy;
+    fHasRow = true;
+    return true;
+  }
+
+  bool HasRow() const { return fHasRow; }
+
+  // 0 without any.
+  std::size_t GetRow() const { return fRow; }
+
+ private:
+  std::size_t fRow = 0;
+  double fEntropy = 0.0;
+  bool fHasRow = false;
+};
 
 // Sums the rows of a bin table, and finds the best split of any interval of them.
 class RowSearch {
@@ -19,8 +43,13 @@ class RowSearch {
   // The weights of rows first..last (both included): the total, then each category.
   virtual void SumRows(int first, int last, std::vector<double>& sum) const = 0;
 
-  // See BINAlgorithm::FindBestCutPoint. On entry `left` holds zeros, `right` the sum.
-  int FindBest(int first, int last, std::vector<double>& left, std::vector<double>& right) const;
+  static constexpr int kNoRow = -1;
+
+  // See BINAlgorithm::FindBestCutPoint. On entry `left` holds zeros, `right` the sum. A best split
+  // that leaves more than `mostEntropy` need not be found: the answer is it, one that leaves no
+  // less, or kNoRow.
+  int FindBest(int first, int last, std::vector<double>& left, std::vector<double>& right,
+               double mostEntropy = std::numeric_limits<double>::infinity()) const;
 
  protected:
   RowSearch(std::size_t categoryCount, bool rightBorderClosed)
@@ -36,32 +65,14 @@ class RowSearch {
   // one and the same category and in no other.
   virtual bool IsBoundary(std::size_t row) const = 0;
 
-  // The row of the best split, 0 when no row can be one; leaves anything in `left` and `right`.
-  virtual int FindRow(int first, int last, const std::vector<double>& totals,
-                      std::vector<double>& left, std::vector<double>& right) const = 0;
+  // The best split, if any row can be one; leaves anything in `left` and `right`. One whose score
+  // (see RunningSplit) is greater than `limit` need not be found.
+  virtual BestSplit Find(int first, int last, const std::vector<double>& totals,
+                         std::vector<double>& left, std::vector<double>& right,
+                         double limit) const = 0;
 
   std::size_t fCategoryCount;
   bool fRightBorderClosed;
-};
-
-// The split with the least entropy of those seen so far, in row order.
-class BestSplit {
- public:
-  // Among equal ones the first stays. Whether this one is the best now.
-  bool Offer(std::size_t row, double entropy) {
-    if (fHasRow && !(fEntropy > entropy)) return false;
-    fRow = row;
-    fEntropy = entropy;
-    fHasRow = true;
-    return true;
-  }
-
-  std::size_t GetRow() const { return fRow; }
-
- private:
-  std::size_t fRow = 0;
-  double fEntropy = 0.0;
-  bool fHasRow = false;
 };
 
 inline void Subtract(const std::vector<double>& totals, const std::vector<double>& part,

@@ -13,6 +13,11 @@ namespace {
 
 constexpr std::size_t kSparseBlockRows = 512;
 
+// A block that is looked into is bounded this many rows at a time: at least so many, and so many
+// for each category, as a bound takes time for each of them.
+constexpr std::size_t kLeastBoundedRows = 64;
+constexpr std::size_t kBoundedRowsPerCategory = 4;
+
 void MoveRow(const SparseTable::Row& row, std::vector<double>& left, std::vector<double>& right) {
   for (std::size_t i = 0; i < row.size; ++i) {
     const std::size_t category = std::size_t{row.categories[i]} + 1;
@@ -63,6 +68,15 @@ SparseSearch::Weights SparseSearch::SumBefore(std::size_t row) const {
   return weights;
 }
 
+// The weights of the rows before `row` that are not among those of `start`, which lie below.
+SparseSearch::Weights SparseSearch::SumBetween(const Weights& start, std::size_t row) const {
+  Weights weights = SumBefore(row);
+  for (std::size_t category = 0; category < weights.size(); ++category) {
+    weights[category] -= start[category];
+  }
+  return weights;
+}
+
 void SparseSearch::SumRows(int first, int last, std::vector<double>& sum) const {
   const auto from = static_cast<std::size_t>(first);
   const std::size_t end = static_cast<std::size_t>(last) + 1;
@@ -89,24 +103,25 @@ bool SparseSearch::IsBoundary(std::size_t row) const {
   return weights.size != 1 || next.size != 1 || weights.categories[0] != next.categories[0];
 }
 
-int SparseSearch::FindRow(int first, int last, const std::vector<double>& totals,
-                          std::vector<double>& left, std::vector<double>& right) const {
-  Search search{static_cast<std::size_t>(first), static_cast<std::size_t>(last), totals,
-                std::numeric_limits<double>::infinity(), BestSplit()};
+BestSplit SparseSearch::Find(int first, int last, const std::vector<double>& totals,
+                             std::vector<double>& left, std::vector<double>& right,
+                             double limit) const {
+  Search search{static_cast<std::size_t>(first), static_cast<std::size_t>(last), totals, limit,
+                BestSplit()};
   if (fBlockSums.empty()) {
     ScanPlainly(search, left, right);
-    return static_cast<int>(search.best.GetRow());
+    return search.best;
   }
   RunningSplit split(totals);
   const std::size_t rowCount = search.last + 1 - search.first;
   const bool isPure = split.GetCategoryCount() == 1 &&
                       fTable.GetRows(search.first, search.last + 1).size == rowCount;
-  if (isPure) return 0;  // no boundary anywhere
+  if (isPure) return {};  // no boundary anywhere
   const Weights start = SumBefore(search.first);
-  for (const SplitPart& part : MakeParts(search, split)) {
+  for (const SplitPart& part : MakeParts(search, split, start)) {
     if (part.leastScore <= search.limit) ScanPart(search, split, part, start);
   }
-  return static_cast<int>(search.best.GetRow());
+  return search.best;
 }
 
 void SparseSearch::ScanPlainly(Search& search, std::vector<double>& left,
@@ -119,14 +134,14 @@ void SparseSearch::ScanPlainly(Search& search, std::vector<double>& left,
   }
 }
 
-std::vector<SplitPart> SparseSearch::MakeParts(Search& search, RunningSplit& split) const {
+// `start` are the weights of all rows below the interval, here and below.
+std::vector<SplitPart> SparseSearch::MakeParts(Search& search, RunningSplit& split,
+                                               const Weights& start) const {
   const std::size_t end = search.last + 1;
   if (end - search.first <= kSparseBlockRows) return {{search.first, end, 0.0}};
   Weights left(GetCategoryCount());
-  std::size_t row = search.first;
-  const auto weightsBefore = [&](std::size_t next) {
-    AddRows(row, next, left);
-    row = next;
+  const auto weightsBefore = [&](std::size_t row) {
+    left = SumBetween(start, row);
     return left.data();
   };
   const auto borderAbove = [](std::size_t below) {
@@ -135,16 +150,34 @@ std::vector<SplitPart> SparseSearch::MakeParts(Search& search, RunningSplit& spl
   return BoundParts(split, search.first, end, borderAbove, weightsBefore, search.limit);
 }
 
-// `start` are the weights of all rows below the interval.
+// Of a part of a block, what can hold the best split.
 void SparseSearch::ScanPart(Search& search, RunningSplit& split, const SplitPart& part,
                             const Weights& start) const {
-  Weights before(GetCategoryCount());
-  if (part.first > search.first) {
-    before = SumBefore(part.first);
-    for (std::size_t category = 0; category < before.size(); ++category) {
-      before[category] -= start[category];
-    }
+  const std::size_t boundedRows =
+      std::max(kLeastBoundedRows, kBoundedRowsPerCategory * split.GetCategoryCount());
+  if (part.end - part.first < 2 * boundedRows) {
+    ScanRows(search, split, part, start);
+    return;
   }
+  Weights left = SumBetween(start, part.first);
+  split.Place(left.data());
+  std::size_t row = part.first;
+  const auto weightsBefore = [&](std::size_t next) {
+    AddRows(row, next, left);
+    row = next;
+    return left.data();
+  };
+  const auto borderAbove = [&](std::size_t below) { return below + boundedRows; };
+  const std::vector<SplitPart> bounded =
+      BoundParts(split, part.first, part.end, borderAbove, weightsBefore, search.limit);
+  for (const SplitPart& rows : bounded) {
+    if (rows.leastScore <= search.limit) ScanRows(search, split, rows, start);
+  }
+}
+
+void SparseSearch::ScanRows(Search& search, RunningSplit& split, const SplitPart& part,
+                            const Weights& start) const {
+  const Weights before = SumBetween(start, part.first);
   split.Place(before.data());
   std::vector<double> scores;
   scores.reserve(part.end - part.first);

@@ -36,15 +36,18 @@ class SparseSearch : public RowSearch {
     BestSplit best;
   };
 
-  int FindRow(int first, int last, const std::vector<double>& totals, std::vector<double>& left,
-              std::vector<double>& right) const override;
+  BestSplit Find(int first, int last, const std::vector<double>& totals, std::vector<double>& left,
+                 std::vector<double>& right, double limit) const override;
   void SumBlocks();
   void AddRows(std::size_t first, std::size_t end, Weights& weights) const;
   Weights SumBefore(std::size_t row) const;
+  Weights SumBetween(const Weights& start, std::size_t row) const;
   bool IsBoundary(std::size_t row) const final;
 
   void ScanPlainly(Search& search, std::vector<double>& left, std::vector<double>& right) const;
-  std::vector<SplitPart> MakeParts(Search& search, RunningSplit& split) const;
+  std::vector<SplitPart> MakeParts(Search& search, RunningSplit& split, const Weights& start) const;
+  void ScanRows(Search& search, RunningSplit& split, const SplitPart& part,
+                const Weights& start) const;
   void ScanPart(Search& search, RunningSplit& split, const SplitPart& part,
                 const Weights& start) const;
   void EvaluateRows(Search& search, const SplitPart& part, const Weights& before,

@@ -9,13 +9,17 @@
 
 #include "algorithm/binentropy.h"
 #include "algorithm/nearlog.h"
+#include "common/prefetch.h"
 
 namespace MCBinning {
 
 namespace {
 
 // A block is looked at whole; then its leaves, if need be; then a leaf's rows.
-constexpr std::size_t kBlockRows = 256;
+// Blocks of large tables are larger: their bounds take time, too.
+constexpr std::size_t kManyRows = 65536;
+constexpr std::size_t kBlockRows = 64;
+constexpr std::size_t kLargeBlockRows = 128;
 constexpr std::size_t kLeafRows = 32;
 
 // Shorter tables, and shorter intervals of others, are scanned at once.
@@ -56,7 +60,10 @@ bool AddWholeRowsOf(const double* row, const double* end, Weights& weights) {
       allBits[lane] |= std::bit_cast<std::uint64_t>(x);
     }
   };
-  for (; end - row >= static_cast<std::ptrdiff_t>(kLanes); row += kLanes) add(kLanes);
+  for (; end - row >= static_cast<std::ptrdiff_t>(kLanes); row += kLanes) {
+    FetchAhead(row, kFarAhead);
+    add(kLanes);
+  }
   for (; row < end; row += kCategories) add(kCategories);
 
   constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
@@ -74,6 +81,7 @@ bool AddWholeRowsOf(const std::int32_t* row, const std::int32_t* end, Weights& w
   constexpr std::size_t kLanes = std::max<std::size_t>(8 / kCategories, 1) * kCategories;
   std::array<std::int32_t, kLanes> sums{};
   for (; end - row >= static_cast<std::ptrdiff_t>(kLanes); row += kLanes) {
+    FetchAhead(row, kFarAhead);
     for (std::size_t lane = 0; lane < kLanes; ++lane) sums[lane] += row[lane];
   }
   for (; row < end; row += kCategories) {
@@ -89,9 +97,14 @@ bool AddWholeRowsOf(const std::int32_t* row, const std::int32_t* end, Weights& w
 template <typename Number, std::size_t kCategories>
 void AddUpRowsOf(const Number* row, std::size_t count, double* sums) {
   const Number* const end = row + count * kCategories;
-  for (; row < end; row += kCategories, sums += kCategories) {
-    for (std::size_t category = 0; category < kCategories; ++category)
-      sums[kCategories + category] = sums[category] + row[category];
+  std::array<Number, kCategories> added{};
+  const double* const before = sums;
+  for (; row < end; row += kCategories) {
+    sums += kCategories;
+    for (std::size_t category = 0; category < kCategories; ++category) {
+      added[category] += row[category];
+      sums[category] = before[category] + added[category];
+    }
   }
 }
 
@@ -178,15 +191,16 @@ TableSearch<Number>::TableSearch(const Number* binTable, std::size_t categoryCou
 template <typename Number>
 void TableSearch<Number>::SumBlocks(std::size_t first, std::size_t end) {
   fFirstRow = first;
-  fBlockSums.reserve(((end - first) / kBlockRows + 1) * GetCategoryCount());
+  fBlockRows = end - first < kManyRows ? kBlockRows : kLargeBlockRows;
+  fBlockSums.reserve(((end - first) / fBlockRows + 1) * GetCategoryCount());
   Weights weights{};
   bool areWhole = true;
-  for (std::size_t row = first;; row += kBlockRows) {
+  for (std::size_t row = first;; row += fBlockRows) {
     fBlockSums.insert(fBlockSums.end(), weights.begin(),
                       weights.begin() + static_cast<std::ptrdiff_t>(GetCategoryCount()));
-    const std::size_t next = std::min(row + kBlockRows, end);
+    const std::size_t next = std::min(row + fBlockRows, end);
     areWhole = kAddWholeRows<Number>[GetCategoryCount() - 2](RowAt(row), RowAt(next), weights);
-    if (row + kBlockRows > end || !areWhole) break;
+    if (row + fBlockRows > end || !areWhole) break;
   }
   const double total = std::accumulate(weights.begin(), weights.end(), 0.0);
   if (!areWhole || !(total < kLeastInexactSum)) fBlockSums.clear();
@@ -201,10 +215,10 @@ void TableSearch<Number>::AddRows(std::size_t first, std::size_t end, Weights& w
 template <typename Number>
 auto TableSearch<Number>::SumBefore(std::size_t row) const -> Weights {
   Weights weights{};
-  const std::size_t block = (row - fFirstRow) / kBlockRows;
+  const std::size_t block = (row - fFirstRow) / fBlockRows;
   std::copy_n(fBlockSums.begin() + static_cast<std::ptrdiff_t>(block * GetCategoryCount()),
               GetCategoryCount(), weights.begin());
-  AddRows(fFirstRow + block * kBlockRows, row, weights);
+  AddRows(fFirstRow + block * fBlockRows, row, weights);
   return weights;
 }
 
@@ -231,16 +245,22 @@ void TableSearch<Number>::SumRows(int first, int last, std::vector<double>& sum)
 }
 
 template <typename Number>
-int TableSearch<Number>::FindRow(int first, int last, const std::vector<double>& totals,
-                                 std::vector<double>& left, std::vector<double>& right) const {
-  Search search{static_cast<std::size_t>(first), static_cast<std::size_t>(last), totals, left,
-                right};
+BestSplit TableSearch<Number>::Find(int first, int last, const std::vector<double>& totals,
+                                    std::vector<double>& left, std::vector<double>& right,
+                                    double limit) const {
+  Search search{static_cast<std::size_t>(first),
+                static_cast<std::size_t>(last),
+                totals,
+                left,
+                right,
+                {},
+                limit};
   if (!fBlockSums.empty() && static_cast<std::size_t>(last - first) > kFewRows) {
     ScanBlocks(search);
   } else {
     ScanRows(search);
   }
-  return static_cast<int>(search.best.GetRow());
+  return search.best;
 }
 
 template <typename Number>
@@ -303,7 +323,7 @@ void TableSearch<Number>::ScanBlocks(Search& search) const {
     }
     return left.data();
   };
-  const auto borderAbove = [&](std::size_t row) { return NextBorder(row, kBlockRows); };
+  const auto borderAbove = [&](std::size_t row) { return NextBorder(row, fBlockRows); };
   RunningSplit split(search.totals);
   const std::vector<SplitPart> parts =
       BoundParts(split, search.first, end, borderAbove, weightsBefore, search.limit);

@@ -50,8 +50,8 @@ class TableSearch : public RowSearch {
 
   struct Leaf;
 
-  int FindRow(int first, int last, const std::vector<double>& totals, std::vector<double>& left,
-              std::vector<double>& right) const override;
+  BestSplit Find(int first, int last, const std::vector<double>& totals, std::vector<double>& left,
+                 std::vector<double>& right, double limit) const override;
   void SumBlocks(std::size_t first, std::size_t end);
   const Number* RowAt(std::size_t row) const { return fTable + row * GetCategoryCount(); }
   // Where the block of `blockRows` rows that holds `row` ends.
@@ -76,7 +76,8 @@ class TableSearch : public RowSearch {
   void ScanLeaf(Search& search, const Leaf& leaf) const;
 
   const Number* fTable;
-  std::size_t fFirstRow = 0;       // the blocks begin there
+  std::size_t fFirstRow = 0;  // the blocks begin there
+  std::size_t fBlockRows = 0;
   std::vector<double> fBlockSums;  // the weights of the rows before each block; empty: plain only
 };
 
