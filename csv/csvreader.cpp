@@ -17,7 +17,7 @@ constexpr std::size_t kEnoughAtFront = 8;
 
 // Records of which a chunk holds few are read in larger blocks, up to so many chunks.
 constexpr std::uint64_t kFewRecords = 64;
-constexpr std::size_t kLargestInChunks = 8;
+constexpr std::size_t kLargestInChunks = 16;
 
 [[noreturn]] void Refuse(std::string place, const std::string& reason) {
   throw MCBinModel::Refusal(MCBinModel::RefusalCode::kInput, {std::move(place), {}, {}}, reason);

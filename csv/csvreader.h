@@ -32,7 +32,7 @@ namespace MCBin {
 class CsvReader {
  public:
   static constexpr std::size_t kMaxRecordBytes = std::size_t{64} << 20;
-  static constexpr std::size_t kChunkBytes = std::size_t{1} << 19;
+  static constexpr std::size_t kChunkBytes = std::size_t{1} << 18;
 
   // Reads from the start of `file`, which stays the caller's; `name` is for messages.
   // `delimiter` is not a quote or a line end.

@@ -102,7 +102,7 @@ class BlockPass {
   };
 
   static std::size_t CountPieces(std::size_t threadCount) {
-    return threadCount == 1 ? 1 : 2 * threadCount + 2;
+    return threadCount == 1 ? 1 : threadCount + 2;
   }
 
   Piece& At(std::size_t piece) { return fPieces[piece % fPieces.size()]; }
