@@ -79,7 +79,7 @@ MCStatus SparseTable::Fill(BINDataSet& dataSet, bool rightBorderClosed) {
     }
     return true;
   });
-  if (!doesFit) return misfit;
+  if (!doesFit || fBoundaries.empty()) return misfit;
   if (rightBorderClosed) {
     fBoundaries.back() = DBL_MAX;
   } else {

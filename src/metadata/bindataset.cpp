@@ -154,6 +154,20 @@ bool BINDataSet::LoadSorted(int file, std::vector<Case>& cases) {
     fCases->SetLoaded(cases);
     return true;
   }
+  try {
+    SortCases(cases);
+  } catch (...) {
+    fNumCases = 0;
+    fTotalWeight = fTotalWeightWithMissing = 0.0;
+    throw;
+  }
+  fMinimum = MCBinning::Unpacked(cases.front()).value;
+  fMaximum = MCBinning::Unpacked(cases.back()).value;
+  return true;
+}
+
+template <typename Case>
+void BINDataSet::SortCases(std::vector<Case>& cases) {
   if (MCBinning::kIsCounted<Case> && HasTable() &&
       fNumTargetCategories <= CountTable::kMostCategories) {
     const bool hasMost = fIsThresholdSet && fThresholdDistinct > 0;
@@ -162,17 +176,13 @@ bool BINDataSet::LoadSorted(int file, std::vector<Case>& cases) {
   }
   fNumDistinctValues = fCases->Sort(cases);
   fCases->SetLoaded(cases);
-  fMinimum = MCBinning::Unpacked(cases.front()).value;
-  fMaximum = MCBinning::Unpacked(cases.back()).value;
-  return true;
 }
 
 template <typename Case, typename Cases>
 bool BINDataSet::ReadCases(int file, Cases& cases) {
   fNumCases = 0;
   fNumDistinctValues = 0;
-  fTotalWeight = 0.0;
-  fTotalWeightWithMissing = 0.0;
+  fTotalWeight = fTotalWeightWithMissing = 0.0;
   fCases->SetNoneLoaded();
   fCases->SetMissingWeights({});
   if (!fPreparator.HasAnyFile()) {

@@ -122,6 +122,8 @@ class MCBINNING_API BINDataSet {
   template <typename Case>
   bool LoadSorted(int file, std::vector<Case>& cases);
   template <typename Case>
+  void SortCases(std::vector<Case>& cases);
+  template <typename Case>
   bool LoadPacked(int file);
 
   unsigned int fNumTargetCategories;

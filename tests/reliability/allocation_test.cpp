@@ -7,6 +7,7 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -157,6 +158,46 @@ TEST(SplitSearch, OfFewRowsKeepsNothingOfTheOthers) {
   std::vector<double> right{20, 10, 10};
   const auto search = [&] { algorithm.FindBestCutPoint(&table, 50000, 50009, &left, &right); };
   EXPECT_FALSE(FailAllocationIn(search, 1)) << "one allocation keeps the interval's weights";
+}
+
+// The steps of a run by themselves, on what a run that ended early has left.
+TEST(Steps, HaveAllCasesOrNoneAfterMemoryRanOut) {
+  constexpr int kCases = 60;
+  const TempDir directory;
+  for (const int categories : {3, 8}) {
+    std::vector<double> values;
+    std::vector<double> codes;
+    for (int i = 0; i < kCases; ++i) {
+      values.push_back(i * 37 % kCases);
+      codes.push_back(i * 37 % kCases * categories / kCases);
+    }
+    Scenario scenario;
+    scenario.Append(Continuous(values));
+    scenario.Append(Categorical(codes, categories, IBINVariable::RoleTarget));
+    BINVarList variables = scenario.VarList();
+    BINSettings settings;
+    settings.SetTempDirName(directory.Path());
+    settings.SetNumberOfBins(10);
+    const std::vector<BINDataTuple> tuples(kCases);
+    std::vector<std::string> texts;
+    bool hasFailed = true;
+    for (std::size_t count = 0; hasFailed; ++count) {
+      MCCommon::InMemoryRecordIterator records = scenario.Records();
+      BINAlgorithm algorithm(settings, variables);
+      hasFailed = FailAllocationIn([&] { algorithm.CreateBins(records, nullptr, nullptr); }, count);
+      std::set<double> cuts;
+      std::vector<double> counts;
+      double entropy = 0.0;
+      const MCBinning::MCStatus status = algorithm.MDLP(&tuples, cuts, counts, entropy);
+      if (status.IsError()) {
+        EXPECT_EQ(status.GetErrorCode(), 120002) << count;
+      } else {
+        texts.push_back(Text(counts));
+      }
+    }
+    ASSERT_GT(texts.size(), 5u);
+    for (const std::string& text : texts) EXPECT_EQ(text, texts.back());
+  }
 }
 
 TEST(VariableList, StaysAsItWasWhenMemoryRunsOut) {
