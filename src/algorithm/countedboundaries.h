@@ -30,6 +30,8 @@ class CountedBoundaries : public RowBoundaries {
   }
 
   int RowOf(double boundary, int first) const override {
+    // The value -DBL_MAX may have a row of its own above, where -infinity has the first one.
+    if (first == 0 && boundary == BoundaryOf(0)) return 0;
     const auto isBelow = [&](const Case& item) { return Unpacked(item).value < boundary; };
     const auto item = std::partition_point(fCases.begin(), fCases.end(), isBelow);
     const auto position = static_cast<std::size_t>(item - fCases.begin());

@@ -55,6 +55,7 @@ const Numbers kValues[] = {
     {"Zeros", {0.0, -0.0}},
     {"Denormals", {kDenormal, -kDenormal, 0.0, 3 * kDenormal, DBL_MIN}},
     {"Largest", {DBL_MAX, 1, -DBL_MAX, DBL_MAX, 0.0, 2}},
+    {"BelowAllOthers", {-kInfinity, -kInfinity, -kInfinity, -DBL_MAX, 1, 2, 3, 4, 5, 6, 7, 8}},
     {"Neighbours", {1.0, 1.0 + DBL_EPSILON, 1.0 - DBL_EPSILON / 2}},
     {"Everything",
      {kNaN, kInfinity, -kInfinity, DBL_MAX, -DBL_MAX, kDenormal, -0.0, 0.0, 1, 2, 1e308, -1e308}},
@@ -148,6 +149,35 @@ TEST_P(HostileNumbers, EndWithAStatusEveryTime) {
     }
   }
   EXPECT_EQ(directory.FileCount(), 0u);
+}
+
+// Also where -infinity and -DBL_MAX are values of their own.
+TEST_P(HostileNumbers, WeightsOf1ChangeNothing) {
+  const MissingValue restored;
+  MCMV::gMissingValue = 12345.5;
+  const Doubles values = Column(GetParam().values);
+  Doubles codes;
+  for (const double value : values) codes.push_back(value == -kInfinity || value == 2.0 ? 0 : 1);
+  for (const Driver driver : kDrivers) {
+    for (int choice = 0; choice < 4; ++choice) {
+      std::string texts[2];
+      for (const bool isWeighted : {false, true}) {
+        Scenario scenario;
+        scenario.Append(Continuous(values));
+        scenario.Append(Categorical(codes, 2, IBINVariable::RoleTarget));
+        if (isWeighted) scenario.Append(Weights(Doubles(kRecords, 1.0)));
+        scenario.options.numberOfBins = 5;
+        scenario.options.rightBorderClosed = (choice & 1) != 0;
+        scenario.options.distinctThreshold = (choice & 2) != 0 ? 2 : -1;
+        BINVarList variables = scenario.VarList();
+        MCCommon::InMemoryRecordIterator records = scenario.Records();
+        WholeRun run(driver, scenario.options, variables, directory.Path());
+        run.CreateBins(records);
+        texts[isWeighted ? 1 : 0] = run.Text();
+      }
+      EXPECT_EQ(texts[0], texts[1]) << choice;
+    }
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Values, HostileNumbers, testing::ValuesIn(kValues), RowName);
