@@ -25,15 +25,15 @@ double SplitCost(const std::vector<double>& left, const std::vector<double>& rig
 
 namespace {
 
-constexpr std::size_t kMostBoundedCategories = 8;  // with more the bound is below 0
+constexpr std::size_t kMostBoundedCategories = 8;  // with more the bound is seldom of use
 
 // What a split of an interval leaves at most if it is accepted: its cost is least where neither
-// side has any entropy. Infinite when that tells nothing.
+// side has any entropy, and each category is on one side or both. Infinite when that tells nothing.
 double MostEntropy(const std::vector<double>& weights, double entropy) {
   const auto present = static_cast<std::size_t>(VectorXNonZero(weights, 1));
   if (present > kMostBoundedCategories) return std::numeric_limits<double>::infinity();
   double leastCost = std::numeric_limits<double>::infinity();
-  for (std::size_t count = 1; count <= 2 * present; ++count) {
+  for (std::size_t count = present; count <= 2 * present; ++count) {
     const auto categories = static_cast<double>(count);
     leastCost = std::min(leastCost, Log2(std::pow(3.0, categories) - 2.0) - categories * entropy);
   }

@@ -47,7 +47,7 @@ class RowSearch {
 
   // See BINAlgorithm::FindBestCutPoint. On entry `left` holds zeros, `right` the sum. A best split
   // that leaves more than `mostEntropy` need not be found: the answer is it, one that leaves no
-  // less, or kNoRow.
+  // less, or kNoRow, which is also the answer then where no row can be a split.
   int FindBest(int first, int last, std::vector<double>& left, std::vector<double>& right,
                double mostEntropy = std::numeric_limits<double>::infinity()) const;
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "algorithm/binentropy.h"
 #include "algorithm/runningsplit.h"
@@ -82,11 +81,7 @@ void SparseSearch::SumRows(int first, int last, std::vector<double>& sum) const 
   const std::size_t end = static_cast<std::size_t>(last) + 1;
   Weights weights(GetCategoryCount());
   if (from < end && end - from > kSparseBlockRows && !fBlockSums.empty()) {
-    weights = SumBefore(end);
-    const Weights below = SumBefore(from);
-    for (std::size_t category = 0; category < weights.size(); ++category) {
-      weights[category] -= below[category];
-    }
+    weights = SumBetween(SumBefore(from), end);
   } else if (from < end) {
     AddRows(from, end, weights);
   }

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <vector>
 
 #include "algorithm/rowsearch.h"
@@ -33,9 +32,9 @@ class TableSearch : public RowSearch {
 
   static constexpr std::size_t kMostCategories = 8;  // with more, every search is a plain scan
 
+ private:
   using Weights = std::array<double, kMostCategories>;  // by category
 
- private:
   // An interval under search.
   struct Search {
     std::size_t first = 0;
@@ -43,9 +42,8 @@ class TableSearch : public RowSearch {
     const std::vector<double>& totals;
     std::vector<double>& left;  // the split under evaluation
     std::vector<double>& right;
-    BestSplit best = {};
-    // No split with a greater score is the best.
-    double limit = std::numeric_limits<double>::infinity();
+    BestSplit best;
+    double limit;  // no split with a greater score is the best
   };
 
   struct Leaf;

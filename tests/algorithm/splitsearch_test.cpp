@@ -10,9 +10,15 @@
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <numeric>
 #include <random>
+#include <set>
+#include <utility>
 #include <vector>
 
+#include "algorithm/binentropy.h"
+#include "algorithm/mdlp.h"
+#include "algorithm/rowboundaries.h"
 #include "algorithm/sparsesearch.h"
 #include "algorithm/sparsetable.h"
 #include "support/agreement.h"
@@ -189,6 +195,72 @@ TEST_P(SplitSearchTest, FindsWhatThePlainScanFinds) {
       }
     }
   }
+}
+
+// Every cut that is accepted, and the first split.
+std::string Text(const MCBinning::SplitFound& found, const std::set<double>& cuts) {
+  return ::Text(std::vector<double>{found.cutPoint, found.gain, found.threshold}) + ": " +
+         ::Text(std::vector<double>(cuts.begin(), cuts.end()));
+}
+
+// Interval by interval, each searched as a whole.
+std::string PlainCuts(const Table& table, std::size_t categories, int rowCount, bool closed) {
+  MCBinning::SplitFound found;
+  std::set<double> cuts;
+  std::vector<std::pair<int, int>> intervals{{0, rowCount - 1}};
+  for (bool isWhole = true; !intervals.empty(); isWhole = false) {
+    const auto [first, last] = intervals.back();
+    intervals.pop_back();
+    std::vector<double> left(categories + 1);
+    std::vector<double> right = reference::SumRows(table, first, last, categories);
+    const double entropy = MCBinning::Entropy(right);
+    const double weight = right[0];
+    const int best = reference::BestSplit(table, first, last, closed, left, right);
+    const double gain = entropy - MCBinning::SplitEntropy(left, right);
+    const double cost = MCBinning::SplitCost(left, right, entropy);
+    const double threshold = MCBinning::Log2(weight - 1.0) / weight + cost / weight;
+    if (isWhole) found = {static_cast<double>(best), gain, threshold};
+    if (!(gain > threshold)) continue;
+    cuts.insert(best);
+    const int split = closed ? best : best - 1;
+    if (split + 1 > first && split + 1 < last) intervals.emplace_back(split + 1, last);
+    if (split < last && split > first) intervals.emplace_back(first, split);
+  }
+  return Text(found, cuts);
+}
+
+// Splits that cannot be accepted are not looked for; blocks have their sizes at their limits.
+TEST(SplitRows, AcceptsWhatAPlainRecursionAccepts) {
+  Random random(TestSeed());
+  std::size_t cutCount = 0;
+  for (const int rowCount : {2, 20, 48, 49, 50, 64, 65, 128, 129, 700, 65535, 65536}) {
+    const int rounds = rowCount > 1000 ? 1 : 20;
+    for (int round = 0; round < rounds; ++round) {
+      SCOPED_TRACE(testing::Message() << rowCount << " rows, seed " << TestSeed());
+      const auto rows = static_cast<std::size_t>(rowCount);
+      const std::size_t categories = rowCount > 1000 ? 2 : 1 + random() % 10;
+      const Table table = OneCaseARow(random, {rows, categories});
+      std::vector<double> boundaries(rows);
+      std::iota(boundaries.begin(), boundaries.end(), 0.0);
+      const bool closed = round % 2 == 0;
+      const std::string plain = PlainCuts(table, categories, rowCount, closed);
+      const auto cutsOf = [&](const MCBinning::RowSearch& search) {
+        std::set<double> cuts;
+        const MCBinning::SplitFound found = MCBinning::SplitRows(
+            search, MCBinning::ListedBoundaries(boundaries), 0, rowCount - 1, cuts);
+        cutCount += cuts.size();
+        return Text(found, cuts);
+      };
+      const std::vector<std::int32_t> counts = CountsOf(table);
+      const MCBinning::SparseTable sparse = SparseForm(table, categories);
+      ASSERT_EQ(cutsOf(MCBinning::SplitSearch(table.data(), categories, closed, 0, rowCount - 1)),
+                plain);
+      ASSERT_EQ(cutsOf(MCBinning::CountSearch(counts.data(), categories, closed, 0, rowCount - 1)),
+                plain);
+      ASSERT_EQ(cutsOf(MCBinning::SparseSearch(sparse, closed)), plain);
+    }
+  }
+  EXPECT_GT(cutCount, 300u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Tables, SplitSearchTest, testing::ValuesIn(kShapes), RowName);

@@ -41,7 +41,7 @@ class CasePlaces {
   }
 
   // Those behind the position will be put soon.
-  void Fetch(std::size_t position) const { FetchAheadToWrite(fCases + position, kFarAhead); }
+  void Fetch(std::size_t position) const { FetchAhead<true>(fCases + position, kFarAhead); }
 
  private:
   static Case Make(double value, std::uint8_t target, double weight) {
@@ -73,7 +73,7 @@ class CasePlaces<PackedCase<kTargetBits>> {
     fTargets[position] = target;
   }
 
-  void Fetch(std::size_t position) const { FetchAheadToWrite(fValues + position, kFarAhead); }
+  void Fetch(std::size_t position) const { FetchAhead<true>(fValues + position, kFarAhead); }
 
  private:
   double* fValues;

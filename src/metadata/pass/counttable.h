@@ -54,8 +54,10 @@ class CountTable {
   std::size_t GetRowCount() const { return fRowCount; }
 
   // Entry [r * K + k] counts the cases of category k with the r-th value; null when there are more
-  // rows than asked for.
-  const Count* GetCounts() const { return fRowCount <= fMostRows ? fCounts.get() : nullptr; }
+  // rows than asked for, or none.
+  const Count* GetCounts() const {
+    return fRowCount > 0 && fRowCount <= fMostRows ? fCounts.get() : nullptr;
+  }
 
   // Lets go of a table that takes much memory.
   void DropIfLarge() {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "common/prefetch.h"
 #include "metadata/pass/cases.h"
 #include "metadata/pass/tuplesort.h"
 

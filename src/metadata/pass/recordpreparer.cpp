@@ -86,7 +86,7 @@ bool RecordPreparer::Prepare(const MCCommon::Record& in, const RecordSlots& out,
 // most of the time when there are many attributes. All slots of a record lie alike in their lines.
 void RecordPreparer::FetchNext(const RecordSlots& out) const {
   if (reinterpret_cast<std::uintptr_t>(out.first) % kLine >= sizeof(double)) return;
-  for (const Attribute& attribute : fAttributes) FetchAheadToWrite(&out[attribute.file], kLine);
+  for (const Attribute& attribute : fAttributes) FetchAhead<true>(&out[attribute.file], kLine);
 }
 
 // Column by column, the same rules. Values are first brought to their slots, whatever their column

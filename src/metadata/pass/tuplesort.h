@@ -225,7 +225,7 @@ class TupleSorter {
       fetchAt(i);
       std::uint32_t& end = ends[spread.BucketOf(valueAt(i))];
       // Written to before long; to wait for the line then would take most of the time.
-      FetchAheadToWrite(cases + end, kLine);
+      FetchAhead<true>(cases + end, kLine);
       cases[end++] = caseAt(i);
     }
     return ends;
