@@ -27,7 +27,7 @@ class LazyOrder {
     fIsSorted.clear();
     fCases = &cases;
     if (!std::is_sorted(cases.begin(), cases.end(), Sorter::IsLess)) {
-      const typename Sorter::Spread spread(cases);
+      const typename Sorter::Spread spread(cases.data(), cases.size());
       if (spread.IsUseful()) {
         SpreadOut(spread);
         return;

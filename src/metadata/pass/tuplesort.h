@@ -52,12 +52,12 @@ class TupleSorter {
   void Sort(const LooseCases& loose, std::vector<Case>& cases, const UseSorted& useSorted) {
     cases.resize(loose.size());
     const bool isSorted = std::is_sorted(loose.values.begin(), loose.values.end());
-    const auto valueAt = [&](std::size_t i) { return loose.values[i]; };
-    const auto caseAt = [&](std::size_t i) { return Case(loose.values[i], loose.targets[i]); };
-    const Spread spread(isSorted ? 0 : cases.size(), valueAt);
+    const double* const values = loose.values.data();
+    const std::uint8_t* const targets = loose.targets.data();
+    const auto caseAt = [values, targets](std::size_t i) { return Case(values[i], targets[i]); };
+    const Spread spread(values, isSorted ? 0 : cases.size());
     if (spread.IsUseful()) {
-      const auto fetchAt = [&](std::size_t i) { FetchAhead(loose.values.data() + i, kFarAhead); };
-      const Ends ends = SpreadOut(cases.data(), cases.size(), spread, valueAt, caseAt, fetchAt);
+      const Ends ends = SpreadOut(cases.data(), cases.size(), spread, values, caseAt);
       SortBuckets(cases, ends, spread, fScratch, useSorted);
     } else {
       for (std::size_t i = 0; i < cases.size(); ++i) cases[i] = caseAt(i);
@@ -79,7 +79,7 @@ class TupleSorter {
   template <typename UseSorted>
   static void SortWith(std::vector<Case>& scratch, std::vector<Case>& cases,
                        const UseSorted& useSorted) {
-    const Spread spread(cases);
+    const Spread spread(cases.data(), cases.size());
     if (spread.IsUseful()) {
       const Ends ends = SpreadOut(cases, scratch, spread);
       SortBuckets(cases, ends, spread, scratch, useSorted);
@@ -137,6 +137,9 @@ class TupleSorter {
     }
   }
 
+  static double ValueOf(double value) { return value; }
+  static double ValueOf(const Case& item) { return Unpacked(item).value; }
+
   static bool IsLess(const Case& a, const Case& b) { return KeyOf(a) < KeyOf(b); }
 
   // Where a value lies in the range that most of the values take up, as one of a number of
@@ -147,15 +150,14 @@ class TupleSorter {
 
     // The range is estimated from a sample: how evenly the buckets are filled decides about
     // the time only.
-    explicit Spread(const std::vector<Case>& cases)
-        : Spread(cases.size(), [&](std::size_t i) { return Unpacked(cases[i]).value; }) {}
-    template <typename ValueAt>
-    Spread(std::size_t count, const ValueAt& valueAt) {
+    template <typename Source>
+    Spread(const Source* sources, std::size_t count) {
       if (count <= kMostCases) return;
       fBucketCount = std::min(std::bit_floor(count / kCasesPerBucket), kMostBuckets);
       fLast = static_cast<double>((fBucketCount << kPartBits) - 1);
       std::array<double, kSampleSize> sample{};
-      for (std::size_t i = 0; i < kSampleSize; ++i) sample[i] = valueAt(count / kSampleSize * i);
+      for (std::size_t i = 0; i < kSampleSize; ++i)
+        sample[i] = ValueOf(sources[count / kSampleSize * i]);
       std::sort(sample.begin(), sample.end(),
                 [](double a, double b) { return KeyOf(a) < KeyOf(b); });
       const double low = sample[kSampleTail];
@@ -172,10 +174,10 @@ class TupleSorter {
 
     // Never descends while the value ascends, and a NaN is in the last bucket. Requires
     // IsUseful().
-    std::size_t BucketOf(double value) const {
+    std::int32_t BucketOf(double value) const {
       const double position = (value - fLow) * fScale;
       const double capped = position < fLast ? position : fLast;
-      return static_cast<std::uint32_t>(capped > 0.0 ? capped : 0.0) >> kPartBits;
+      return static_cast<std::int32_t>(capped > 0.0 ? capped : 0.0) >> kPartBits;
     }
 
     // The same, with each bucket divided into 2^kPartBits parts. Not for values that are in
@@ -203,32 +205,45 @@ class TupleSorter {
                         const Spread& spread) {
     scratch.reserve(cases.capacity());  // the two change places
     scratch.resize(cases.size());
-    const auto valueAt = [&](std::size_t i) { return Unpacked(cases[i]).value; };
-    const auto caseAt = [&](std::size_t i) { return cases[i]; };
-    const auto fetchAt = [&](std::size_t i) { FetchAhead(cases.data() + i, kFarAhead); };
-    Ends ends = SpreadOut(scratch.data(), cases.size(), spread, valueAt, caseAt, fetchAt);
+    const Case* const sources = cases.data();
+    const auto caseAt = [sources](std::size_t i) { return sources[i]; };
+    Ends ends = SpreadOut(scratch.data(), cases.size(), spread, sources, caseAt);
     cases.swap(scratch);
     return ends;
   }
 
-  // The same for cases that `caseAt` makes from elsewhere.
-  template <typename ValueAt, typename CaseAt, typename FetchAt>
-  static Ends SpreadOut(Case* cases, std::size_t count, Spread spread, const ValueAt& valueAt,
-                        const CaseAt& caseAt, const FetchAt& fetchAt) {
+  // The same for cases that `caseAt` makes, of the values of the sources.
+  template <typename Source, typename CaseAt>
+  static Ends SpreadOut(Case* cases, std::size_t count, const Spread& spread, const Source* sources,
+                        const CaseAt& caseAt) {
     Ends ends(spread.GetBucketCount());
-    for (std::size_t i = 0; i < count; ++i) {
-      fetchAt(i);
-      ++ends[spread.BucketOf(valueAt(i))];
-    }
+    ForEachBucket(sources, count, spread,
+                  [&](std::size_t /*i*/, std::size_t bucket) { ++ends[bucket]; });
     AddUp(ends);
-    for (std::size_t i = 0; i < count; ++i) {
-      fetchAt(i);
-      std::uint32_t& end = ends[spread.BucketOf(valueAt(i))];
+    ForEachBucket(sources, count, spread, [&](std::size_t i, std::size_t bucket) {
+      std::uint32_t& end = ends[bucket];
       // Written to before long; to wait for the line then would take most of the time.
       FetchAhead<true>(cases + end, kLine);
       cases[end++] = caseAt(i);
-    }
+    });
     return ends;
+  }
+
+  // Finds buckets some at a time, by vector instructions where there are any.
+  template <typename Source, typename Use>
+  static void ForEachBucket(const Source* sources, std::size_t count, Spread spread,
+                            const Use& use) {
+    constexpr std::size_t kAtATime = 8;
+    std::array<std::int32_t, kAtATime> buckets;
+    std::size_t i = 0;
+    for (; i + kAtATime <= count; i += kAtATime) {
+      for (std::size_t offset = 0; offset < kAtATime * sizeof(Source); offset += kLine)
+        FetchAhead(sources + i, kFarAhead + offset);
+      for (std::size_t k = 0; k < kAtATime; ++k)
+        buckets[k] = spread.BucketOf(ValueOf(sources[i + k]));
+      for (std::size_t k = 0; k < kAtATime; ++k) use(i + k, static_cast<std::size_t>(buckets[k]));
+    }
+    for (; i < count; ++i) use(i, static_cast<std::size_t>(spread.BucketOf(ValueOf(sources[i]))));
   }
 
   // Sorts a bucket in place. One that lies between others that have cases has parts.
