@@ -213,8 +213,7 @@ void BINDataPreparator::ReadBlocks(ColumnRecordIterator& source) {
     fReport->recordsStored = fStoredRecords += count - 1;
     fBuffer->Transfer(*fFiles, [&](std::size_t file) {
       double* const values = &slots[std::min(file, firstAttribute)];
-      if (file >= firstAttribute) fPreparer->PrepareAttribute(part, file, values);
-      return values;
+      return file < firstAttribute ? values : fPreparer->PrepareAttribute(part, file, values);
     });
     fReport->recordsStored = ++fStoredRecords;
   };

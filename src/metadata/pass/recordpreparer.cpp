@@ -107,17 +107,35 @@ std::size_t RecordPreparer::PrepareWeightsAndTargets(const BlockPart& in, const 
 
 void RecordPreparer::PrepareAttributes(const BlockPart& in, const RecordSlots& out) {
   for (const Attribute& attribute : fAttributes) {
-    PrepareAttribute(in, attribute.file, &out[attribute.file]);
+    double* const slots = &out[attribute.file];
+    const double* const values = PrepareAttribute(in, attribute.file, slots);
+    if (values != slots) std::copy_n(values, fKeptCount, slots);
   }
 }
 
-void RecordPreparer::PrepareAttribute(const BlockPart& in, std::size_t file, double* slots) {
+const double* RecordPreparer::PrepareAttribute(const BlockPart& in, std::size_t file,
+                                               double* slots) {
   const Attribute& attribute = fAttributes[file - GetFirstAttributeFile()];
+  const double* const values = FindWhole(in, attribute.variable);
+  if (values != nullptr && StayAsTheyAre(attribute, values)) return values;
   Gather(in, attribute.variable, slots);
-  const bool stayAsTheyAre = attribute.isContinuous ? attribute.missing == nullptr
-                                                    : AreKnownCodes(slots, fKeptCount, file);
-  if (stayAsTheyAre) return;
+  if (values == nullptr && StayAsTheyAre(attribute, slots)) return slots;
   for (std::size_t i = 0; i < fKeptCount; ++i) PrepareAttribute(attribute, slots[i], slots[i]);
+  return slots;
+}
+
+// Where the values of the records that are kept lie in the host's memory, if they do so one after
+// the other and all of them.
+const double* RecordPreparer::FindWhole(const BlockPart& in, std::size_t variable) const {
+  const BlockColumn& column = in.columns[variable];
+  const bool isWhole = column.values != nullptr && column.stride == 1 &&
+                       column.validity == nullptr && fKept.empty();
+  return isWhole ? column.values + in.first : nullptr;
+}
+
+bool RecordPreparer::StayAsTheyAre(const Attribute& attribute, const double* values) const {
+  return attribute.isContinuous ? attribute.missing == nullptr
+                                : AreKnownCodes(values, fKeptCount, attribute.file);
 }
 
 // Whether all values are codes, none of them larger than the file has had: they stay as they are,

@@ -53,9 +53,10 @@ class RecordPreparer {
   // order of the records.
   std::size_t PrepareWeightsAndTargets(const BlockPart& in, const RecordSlots& out);
 
-  // Then the attributes of those records, all of them or the one of a file.
+  // Then the attributes of those records, all of them or the one of a file. The latter answers
+  // where its values are: at `slots`, or where the host has them.
   void PrepareAttributes(const BlockPart& in, const RecordSlots& out);
-  void PrepareAttribute(const BlockPart& in, std::size_t file, double* slots);
+  const double* PrepareAttribute(const BlockPart& in, std::size_t file, double* slots);
 
   // The file of the first attribute, which those of the others follow; without attributes a file
   // that is not there.
@@ -90,6 +91,8 @@ class RecordPreparer {
   std::size_t PrepareWeights(const BlockPart& in, const RecordSlots& out);
   bool IsDropped(const BlockPart& in, std::size_t index) const;
   void Gather(const BlockPart& in, std::size_t variable, double* slots) const;
+  const double* FindWhole(const BlockPart& in, std::size_t variable) const;
+  bool StayAsTheyAre(const Attribute& attribute, const double* values) const;
   std::size_t CountUnremarkable(const BlockPart& in, const Place& place, bool isTarget) const;
   bool AreKnownCodes(const double* values, std::size_t count, std::size_t file) const;
   bool StoreCategory(double value, int code, const Place& place, double& slot);
