@@ -161,8 +161,9 @@ bool BINDataSet::LoadSorted(int file, std::vector<Case>& cases) {
     fTotalWeight = fTotalWeightWithMissing = 0.0;
     throw;
   }
-  fMinimum = MCBinning::Unpacked(cases.front()).value;
-  fMaximum = MCBinning::Unpacked(cases.back()).value;
+  const CaseStore::Range range = fCases->GetRange();
+  fMinimum = range.first;
+  fMaximum = range.last;
   return true;
 }
 
@@ -174,8 +175,7 @@ void BINDataSet::SortCases(std::vector<Case>& cases) {
     fCases->GetCountTable().Begin(fNumCases, fNumTargetCategories,
                                   hasMost ? fThresholdDistinct : fNumCases);
   }
-  fNumDistinctValues = fCases->Sort(cases);
-  fCases->SetLoaded(cases);
+  fNumDistinctValues = fCases->LoadSorted(cases, fLargestTarget + 1);
 }
 
 template <typename Case, typename Cases>

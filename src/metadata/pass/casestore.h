@@ -14,6 +14,7 @@
 #include "metadata/pass/lazyorder.h"
 #include "metadata/pass/loosecases.h"
 #include "metadata/pass/tuplesort.h"
+#include "metadata/pass/valuetally.h"
 
 namespace MCBinning {
 
@@ -42,28 +43,40 @@ class CaseStore {
 
   // There are none until then, and no counts of any.
   void SetNoneLoaded() {
-    fLoaded = &fNone;
+    fLoaded = fTallied = &fNone;
     fCounts.DropIfLarge();
   }
 
-  // Returns how many different values there are. Packed cases are made of the loose ones. What
-  // LazyOrder is for is sorted as far as it is looked at; the first and the last case are in their
-  // places.
+  // These, of which there is one at least, are the loaded cases from now on, in order. Packed cases
+  // are made of the loose ones. Where there are few different values, tuples that weigh as much as
+  // all cases of a value and target stand for them. What LazyOrder is for is sorted as far as it is
+  // looked at; the first and the last case are in their places.
+  //
+  // Returns how many different values there are. Requires that targets lie below `targetCount`.
   template <typename Case>
-  unsigned int Sort(std::vector<Case>& cases) {
-    auto& sorter = std::get<SorterOf<Case>>(fSorters);
-    const auto count = [&](const Case* sorted, std::size_t size) { fCounts.Add(sorted, size); };
-    if constexpr (kIsLazy<Case>) {
-      sorter.Begin(cases);
-      return sorter.CountDistinct();
-    } else if constexpr (kIsPacked<Case>) {
-      sorter.Sort(fLoose, cases, count);
-    } else {
-      sorter.Sort(cases, count);
+  unsigned int LoadSorted(std::vector<Case>& cases, std::size_t targetCount) {
+    if constexpr (kIsPacked<Case>) {
+      if (fTally.Tally(fLoose, targetCount, fRuns)) return LoadTallied(cases, fRuns);
+    } else if constexpr (kIsLazy<Case>) {
+      if (fTally.Tally(cases, fEFRuns)) return LoadTallied(cases, fEFRuns);
     }
-    return static_cast<unsigned int>(fCounts.GetRowCount());
+    const unsigned int distinctValues = Sort(cases);
+    SetLoaded(cases);
+    return distinctValues;
   }
 
+  // Of the loaded cases, of which there is one at least.
+  struct Range {
+    double first;
+    double last;
+  };
+  Range GetRange() const {
+    return std::visit(
+        [](const auto* cases) {
+          return Range{Unpacked(cases->front()).value, Unpacked(cases->back()).value};
+        },
+        fLoaded);
+  }
   // Of the loaded cases, if whoever sorted them has begun it before.
   CountTable& GetCountTable() { return fCounts; }
 
@@ -74,6 +87,7 @@ class CaseStore {
   // Makes the loaded cases tuples, unless they are, in `tuples`, which takes room for `capacity`.
   template <typename Tuple>
   void MakeTuples(std::vector<Tuple>& tuples, std::size_t capacity) {
+    std::visit([this](auto* cases) { SortTallied(*cases); }, fTallied);
     const auto make = [&](const auto* cases) {
       using Case = typename std::remove_pointer_t<decltype(cases)>::value_type;
       if constexpr (!std::is_same_v<Case, Tuple> && kHasTarget<Case> == kHasTarget<Tuple>) {
@@ -134,6 +148,38 @@ class CaseStore {
 
   static constexpr std::size_t kMostKeptNumbers = std::size_t{4} << 20;
 
+  template <typename Case>
+  unsigned int Sort(std::vector<Case>& cases) {
+    auto& sorter = std::get<SorterOf<Case>>(fSorters);
+    const auto count = [&](const Case* sorted, std::size_t size) { fCounts.Add(sorted, size); };
+    if constexpr (kIsLazy<Case>) {
+      sorter.Begin(cases);
+      return sorter.CountDistinct();
+    } else if constexpr (kIsPacked<Case>) {
+      sorter.Sort(fLoose, cases, count);
+    } else {
+      sorter.Sort(cases, count);
+    }
+    return static_cast<unsigned int>(fCounts.GetRowCount());
+  }
+
+  // Takes the runs in place of the cases, which stay unsorted.
+  template <typename Case, typename Tuple>
+  unsigned int LoadTallied(std::vector<Case>& cases, std::vector<Tuple>& runs) {
+    fTallied = &cases;
+    SetLoaded(runs);
+    return CountDistinctSorted(runs.data(), runs.size());
+  }
+
+  // The other way round.
+  template <typename Case>
+  void SortTallied(std::vector<Case>& cases) {
+    if constexpr (kIsPacked<Case> || kIsLazy<Case>) {
+      Sort(cases);
+      SetLoaded(cases);
+    }
+  }
+
   template <bool kIsSupervised, typename Visit>
   auto VisitKind(const Visit& visit) const {
     using None = std::conditional_t<kIsSupervised, UnweightedCase, UnweightedEFCase>;
@@ -170,8 +216,12 @@ class CaseStore {
   Unweighted::Vectors fUnweighted;
   std::vector<UnweightedCase> fNone;  // stays empty
   Unweighted::Loaded fLoaded = &fNone;
+  Unweighted::Loaded fTallied = &fNone;  // what runs stand for
   Unweighted::Sorters fSorters;
   LooseCases fLoose;
+  ValueTally fTally;
+  std::vector<BINDataTuple> fRuns;
+  std::vector<EFBINDataTuple> fEFRuns;
   CountTable fCounts;
   DistinctBinTable fBinTable;
   std::vector<double> fMissingWeights;
