@@ -20,7 +20,11 @@ namespace {
 constexpr std::size_t kManyRows = 65536;
 constexpr std::size_t kBlockRows = 64;
 constexpr std::size_t kLargeBlockRows = 128;
-constexpr std::size_t kLeafRows = 32;
+
+// The more a leaf weighs, the further its rows' scores may lie above the line that bounds them.
+constexpr std::size_t kMostLeafRows = 32;
+constexpr std::size_t kFewestLeafRows = 4;
+constexpr double kLeafWeight = 64.0;
 
 // Shorter tables, and shorter intervals of others, are scanned at once.
 constexpr std::size_t kFewRows = 48;
@@ -204,6 +208,11 @@ void TableSearch<Number>::SumBlocks(std::size_t first, std::size_t end) {
   }
   const double total = std::accumulate(weights.begin(), weights.end(), 0.0);
   if (!areWhole || !(total < kLeastInexactSum)) fBlockSums.clear();
+
+  const double rowWeight = total / static_cast<double>(end - first);
+  fLeafRows = kMostLeafRows;
+  while (fLeafRows > kFewestLeafRows && static_cast<double>(fLeafRows) * rowWeight > kLeafWeight)
+    fLeafRows /= 2;
 }
 
 template <typename Number>
@@ -345,12 +354,12 @@ template <typename UseLeaf>
 void TableSearch<Number>::VisitLeaves(RunningSplit& split, const SplitPart& part,
                                       const Weights& before, const UseLeaf& useLeaf) const {
   const std::size_t categoryCount = GetCategoryCount();
-  std::array<double, (kLeafRows + 1) * kMostCategories> sums;
-  std::array<double, kLeafRows> bounds;
+  std::array<double, (kMostLeafRows + 1) * kMostCategories> sums;
+  std::array<double, kMostLeafRows> bounds;
   std::copy_n(before.begin(), categoryCount, sums.begin());
   split.Place(before.data());
   for (std::size_t row = part.first; row < part.end;) {
-    const std::size_t count = std::min(NextBorder(row, kLeafRows), part.end) - row;
+    const std::size_t count = std::min(NextBorder(row, fLeafRows), part.end) - row;
     kAddUpRows<Number>[categoryCount - 2](RowAt(row), count, sums.data());
     const double* const after = sums.data() + count * categoryCount;
     Weights slopes{};

@@ -76,6 +76,7 @@ class TableSearch : public RowSearch {
   const Number* fTable;
   std::size_t fFirstRow = 0;  // the blocks begin there
   std::size_t fBlockRows = 0;
+  std::size_t fLeafRows = 0;
   std::vector<double> fBlockSums;  // the weights of the rows before each block; empty: plain only
 };
 
