@@ -1,6 +1,9 @@
 #include "binmodel/run/runshare.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <numeric>
 #include <string>
 
@@ -36,20 +39,50 @@ int AddVariable(BINVarList& list, const VariableInfo& variable, IBINVariable::Va
   return index;
 }
 
-// An attribute of a few hundred distinct values takes about half the time of one where nearly all
-// are distinct.
-double CostOf(const VariableInfo& attribute) { return attribute.IsCategorical() ? 1.0 : 2.0; }
+// Of cases that weigh 1 each: few different values are counted, others are sorted.
+constexpr double kCostOfFewValues = 3.0;
+constexpr double kCostOfManyValues = 5.0;
+
+// Whether the values of a block, some of them looked at, are hardly ever the same.
+bool AreMostlyDistinct(const std::vector<double>& values) {
+  constexpr std::size_t kSampleSize = 1024;
+  std::vector<double> sample;
+  const std::size_t step = std::max<std::size_t>(values.size() / kSampleSize, 1);
+  for (std::size_t i = 0; i < values.size(); i += step) {
+    if (!std::isnan(values[i])) sample.push_back(values[i]);
+  }
+  std::sort(sample.begin(), sample.end());
+  const auto end = std::unique(sample.begin(), sample.end());
+  return end - sample.begin() > static_cast<std::ptrdiff_t>(sample.size() / 10 * 9);
+}
 
 }  // namespace
 
-std::vector<AttributeShare> ShareOut(const RunVariables& variables, std::size_t threadCount) {
-  AttributeShare left(variables.attributes.size());
+std::vector<double> EstimateCosts(const RunVariables& variables, const ColumnSource& columns) {
+  constexpr std::uint64_t kManyRecords = 50000;       // below, threads gain little
+  constexpr std::size_t kMostRecordsToRead = 65536;  // to read more would cost too much itself
+  const std::uint64_t recordCount = columns.GetRecordCount();
+  const std::size_t blockSize = columns.GetRecordsPerBlock();
+  const bool looks = recordCount >= kManyRecords && blockSize <= kMostRecordsToRead;
+  std::vector<double> values(looks ? blockSize : 0);
+  std::vector<double> costs;
+  for (std::size_t i = 0; i < variables.attributes.size(); ++i) {
+    bool areDistinct = !variables.attributes[i].IsCategorical();
+    if (areDistinct && looks) {
+      columns.Read(0, variables.attributeColumns[i], values.data());
+      areDistinct = AreMostlyDistinct(values);
+    }
+    costs.push_back(areDistinct ? kCostOfManyValues : kCostOfFewValues);
+  }
+  return costs;
+}
+
+std::vector<AttributeShare> ShareOut(const std::vector<double>& costs, std::size_t threadCount) {
+  AttributeShare left(costs.size());
   std::iota(left.begin(), left.end(), std::size_t{0});
   if (threadCount == 1) return {left};
 
-  const auto costOf = [&](std::size_t attribute) {
-    return CostOf(variables.attributes[attribute]);
-  };
+  const auto costOf = [&](std::size_t attribute) { return costs[attribute]; };
   std::stable_sort(left.begin(), left.end(),
                    [&](std::size_t a, std::size_t b) { return costOf(a) > costOf(b); });
   double costLeft = 0.0;
@@ -57,8 +90,8 @@ std::vector<AttributeShare> ShareOut(const RunVariables& variables, std::size_t 
 
   // In rounds of a share for every thread. A share takes about as long as an attribute more, as it
   // reads targets anew and gets memory of its own: few attributes go in one round.
-  constexpr std::size_t kFewPerThread = 8;
-  const double roundPart = left.size() < kFewPerThread * threadCount ? 1.0 : 0.75;
+  constexpr std::size_t kFewPerThread = 32;
+  const double roundPart = left.size() < kFewPerThread * threadCount ? 1.0 : 0.9;
   std::vector<AttributeShare> shares;
   double roundCost = 0.0;  // of the shares of the round that are to come
   double shareCost = 0.0;
@@ -76,6 +109,8 @@ std::vector<AttributeShare> ShareOut(const RunVariables& variables, std::size_t 
     shares.back().push_back(attribute);
     cost += costOf(attribute);
   }
+  // Not all threads are to sort many values at the same time: they wait for the same memory then.
+  for (AttributeShare& share : shares) std::sort(share.begin(), share.end());
   return shares;
 }
 
