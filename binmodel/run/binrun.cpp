@@ -249,11 +249,7 @@ BinModel MakeBins(const BinSettings& settings, RunVariables variables, const Col
   const bool countsClasses = !isSupervised && !variables.targets.empty();
   const RunVariables withoutTargets = countsClasses ? WithoutTargets(variables) : RunVariables();
   const std::size_t threadCount = CountThreads(control.jobs, variables.attributes.size());
-  const bool doCostsDiffer = threadCount > 1 && isSupervised && !variables.weight;
-  const std::vector<double> costs = doCostsDiffer
-                                        ? EstimateCosts(variables, columns)
-                                        : std::vector<double>(variables.attributes.size(), 1.0);
-  const std::vector<AttributeShare> shares = ShareOut(costs, threadCount);
+  const std::vector<AttributeShare> shares = ShareOut(variables, columns, threadCount);
   const std::size_t resultCount =
       variables.attributes.size() * (isSupervised ? variables.targets.size() : 1);
   RunProgress progress(

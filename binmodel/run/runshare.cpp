@@ -56,15 +56,14 @@ bool AreMostlyDistinct(const std::vector<double>& values) {
   return end - sample.begin() > static_cast<std::ptrdiff_t>(sample.size() / 10 * 9);
 }
 
-}  // namespace
-
+// What it costs to bin each attribute, in proportion to the others.
 std::vector<double> EstimateCosts(const RunVariables& variables, const ColumnSource& columns) {
-  constexpr std::uint64_t kManyRecords = 50000;       // below, threads gain little
-  constexpr std::size_t kMostRecordsToRead = 65536;  // to read more would cost too much itself
+  constexpr std::uint64_t kManyRecords = 50000;  // below, a look would not pay
+  constexpr std::uint64_t kManyInBlock = 65536;  // nor above
   const std::uint64_t recordCount = columns.GetRecordCount();
-  const std::size_t blockSize = columns.GetRecordsPerBlock();
-  const bool looks = recordCount >= kManyRecords && blockSize <= kMostRecordsToRead;
-  std::vector<double> values(looks ? blockSize : 0);
+  const std::uint64_t inBlock = std::min<std::uint64_t>(columns.GetRecordsPerBlock(), recordCount);
+  const bool looks = !variables.weight && recordCount >= kManyRecords && inBlock <= kManyInBlock;
+  std::vector<double> values(looks ? inBlock : 0);
   std::vector<double> costs;
   for (std::size_t i = 0; i < variables.attributes.size(); ++i) {
     bool areDistinct = !variables.attributes[i].IsCategorical();
@@ -77,11 +76,15 @@ std::vector<double> EstimateCosts(const RunVariables& variables, const ColumnSou
   return costs;
 }
 
-std::vector<AttributeShare> ShareOut(const std::vector<double>& costs, std::size_t threadCount) {
-  AttributeShare left(costs.size());
+}  // namespace
+
+std::vector<AttributeShare> ShareOut(const RunVariables& variables, const ColumnSource& columns,
+                                     std::size_t threadCount) {
+  AttributeShare left(variables.attributes.size());
   std::iota(left.begin(), left.end(), std::size_t{0});
   if (threadCount == 1) return {left};
 
+  const std::vector<double> costs = EstimateCosts(variables, columns);
   const auto costOf = [&](std::size_t attribute) { return costs[attribute]; };
   std::stable_sort(left.begin(), left.end(),
                    [&](std::size_t a, std::size_t b) { return costOf(a) > costOf(b); });

@@ -23,14 +23,12 @@ struct ShareVariables {
 // Attributes as indexes into RunVariables::attributes.
 using AttributeShare = std::vector<std::size_t>;
 
-// What it costs about to bin each attribute against a target, without weights, in proportion to the
-// others. Looks at values of the first block where that pays. Throws what the source throws.
-std::vector<double> EstimateCosts(const RunVariables& variables, const ColumnSource& columns);
-
-// Shares out attributes by their costs, the costly ones first: as many shares as threads, and
-// smaller ones at the end where there are many attributes, so that threads that take the next one
-// when they are done with one end at about the same time. At most as many threads as attributes.
-std::vector<AttributeShare> ShareOut(const std::vector<double>& costs, std::size_t threadCount);
+// Shares out all attributes, the costly ones first: as many shares as threads, and smaller ones at
+// the end where there are many attributes, so that threads that take the next one when they are
+// done with one end at about the same time. At most as many threads as attributes. Looks at some
+// values of many, as few different ones cost less; throws what the source throws.
+std::vector<AttributeShare> ShareOut(const RunVariables& variables, const ColumnSource& columns,
+                                     std::size_t threadCount);
 
 // The variables of a share. The first target has the target role, further ones are categorical
 // attributes to the algorithm. Category codes are the same in every share.

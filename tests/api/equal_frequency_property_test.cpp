@@ -59,6 +59,7 @@ TEST(EqualFrequencyProperty, ManyCasesAgreeWithTheReference) {
     std::vector<double> groups;
     std::vector<double> spread;
     std::vector<double> crowds;
+    std::vector<double> rounded;  // to 0.0 and to -0.0
     std::vector<double> weights;
     for (int i = 0; i < 39200; ++i) {
       ascending.push_back(i);
@@ -67,10 +68,11 @@ TEST(EqualFrequencyProperty, ManyCasesAgreeWithTheReference) {
       spread.push_back(i % 1000 == 0 ? -kInfinity : i % 999 == 0 ? 0.0 : std::exp(normal(random)));
       crowds.push_back(static_cast<double>(random() % 7) +
                        (i % 3 == 0 ? 1e-13 * static_cast<double>(random() % 4000) : 0.0));
+      rounded.push_back(std::round(normal(random) * 30.0) / 30.0);
       weights.push_back(static_cast<double>(random() % 4));
     }
     Scenario scenario;
-    for (const auto& values : {ascending, ties, groups, spread, crowds}) {
+    for (const auto& values : {ascending, ties, groups, spread, crowds, rounded}) {
       scenario.Append(Continuous(values));
     }
     for (const bool closed : {false, true}) {

@@ -109,6 +109,7 @@ TEST_P(LargeInputTest, AgreesWithTheReference) {
   std::vector<double> values;
   std::vector<double> clusters;  // of values that differ in their last bits
   std::vector<double> anyBits;
+  std::vector<double> rounded;  // to 0.0 and to -0.0
   std::vector<double> codes;
   std::vector<double> weights;
   for (int i = 0; i < input.cases; ++i) {
@@ -119,6 +120,7 @@ TEST_P(LargeInputTest, AgreesWithTheReference) {
     clusters.push_back(std::ldexp(nearOne, below(input.distinct) % 40 - 20));
     const double bits = std::bit_cast<double>(random());
     anyBits.push_back(std::isfinite(bits) ? bits : level % 2 == 0 ? -0.0 : 0.0);
+    rounded.push_back(std::round(std::sqrt(level % 1000) - 15.0) / 4.0);
     codes.push_back(below(3) == 0 ? below(input.categories) : segment % input.categories);
     weights.push_back(below(50) * input.weightUnit);
   }
@@ -132,6 +134,7 @@ TEST_P(LargeInputTest, AgreesWithTheReference) {
     scenario.Append(Continuous(clusters));
     scenario.Append(Continuous(anyBits));
     scenario.Append(Continuous(ascending));
+    scenario.Append(Continuous(rounded));
     if (input.weightUnit > 0.0) scenario.Append(Weights(weights));
     EXPECT_EQ(DifferencesFromReference(BinAllPairs(scenario), scenario), "")
         << "MCBINNING_TEST_SEED=" << TestSeed() << ", right border closed " << closed;

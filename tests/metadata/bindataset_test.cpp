@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <filesystem>
+#include <numeric>
 
 #include "common/bincancelinfo.h"
 #include "common/missing.h"
@@ -106,6 +108,44 @@ TEST(BINDataSet, ReadsAFileInRecordOrder) {
   EXPECT_EQ(loaded.Targets(), (std::vector<int>{1, 0})) << "as they came";
   EXPECT_EQ(loaded.set.GetNumberOfCases(), 2u);
   EXPECT_EQ(Text(loaded.set.ReadNextAttribute(2)), "120011/1[0 0 0]") << "no such file";
+}
+
+// Few different values are counted at first; whoever asks for the cases gets them in their order.
+TEST(BINDataSet, HandsOutCountedCasesOneByOne) {
+  Doubles values, codes;
+  for (int i = 0; i < 5000; ++i) {
+    values.push_back(i % 7 == 0 ? (i % 3 == 0 ? -0.0 : 0.0) : i * 13 % 40 - 20);
+    codes.push_back(i % 11 % 3);
+  }
+  Scenario scenario;
+  scenario.Append(Continuous(values));
+  scenario.Append(Categorical(codes, 3, Var::RoleTarget));
+  std::vector<std::size_t> order(values.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::stable_sort(order.begin(), order.end(),
+                   [&](std::size_t a, std::size_t b) { return values[a] < values[b]; });
+
+  Loaded loaded(scenario);
+  EXPECT_EQ(loaded.Load(0, 1), kOk);
+  ASSERT_EQ(loaded.tuples->size(), order.size());
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    const BINDataTuple& tuple = (*loaded.tuples)[i];
+    ASSERT_EQ(tuple.value, values[order[i]]) << i;
+    ASSERT_EQ(std::signbit(tuple.value), std::signbit(values[order[i]])) << i;
+    ASSERT_EQ(tuple.target, codes[order[i]]) << i;
+    ASSERT_EQ(tuple.weight, 1.0) << i;
+  }
+  Doubles table;
+  const Doubles cuts{-DBL_MAX, -1, DBL_MAX};
+  EXPECT_EQ(Text(loaded.set.CreateBinTable(&cuts, true, table)), kOk);
+  EXPECT_EQ(std::accumulate(table.begin(), table.end(), 0.0), 5000.0);
+
+  EXPECT_EQ(loaded.LoadWithoutTarget(0), kOk);
+  ASSERT_EQ(loaded.efTuples->size(), order.size());
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    ASSERT_EQ((*loaded.efTuples)[i].value, values[order[i]]) << i;
+    ASSERT_EQ(std::signbit((*loaded.efTuples)[i].value), std::signbit(values[order[i]])) << i;
+  }
 }
 
 // Cut points that leave cases over, or bins that no case reaches.

@@ -128,8 +128,8 @@ const double* RecordPreparer::PrepareAttribute(const BlockPart& in, std::size_t 
 // the other and all of them.
 const double* RecordPreparer::FindWhole(const BlockPart& in, std::size_t variable) const {
   const BlockColumn& column = in.columns[variable];
-  const bool isWhole = column.values != nullptr && column.stride == 1 &&
-                       column.validity == nullptr && fKept.empty();
+  const bool isWhole =
+      column.values != nullptr && column.stride == 1 && column.validity == nullptr && fKept.empty();
   return isWhole ? column.values + in.first : nullptr;
 }
 

@@ -77,8 +77,8 @@ bool ValueTally::Tally(const Source* sources, std::size_t count, std::size_t tar
     // Both zeros. If the last case has the same one as the first, that case becomes a run.
     std::size_t last = count - 1;
     while (ValueOf(sources[last]) != 0.0) --last;
-    const bool isFirstLast = std::bit_cast<Bits>(ValueOf(sources[last])) ==
-                             std::bit_cast<Bits>(value->value);
+    const bool isFirstLast =
+        std::bit_cast<Bits>(ValueOf(sources[last])) == std::bit_cast<Bits>(value->value);
     const std::size_t lastTarget = targetAt(last);
     if (isFirstLast) --fCounts[value->target * targetCount + lastTarget];
     addRuns(value[0]);

@@ -11,7 +11,8 @@
 namespace MCBinning {
 
 // Counts how many cases there are of each value, where there are few different ones, as among whole
-// numbers and rounded measurements. A hash table finds them in one pass, so that cases need no sort.
+// numbers and rounded measurements. A hash table finds them in one pass, so that cases need no
+// sort.
 class ValueTally {
  public:
   // Makes cases that weigh 1 each to some that weigh as much together: one for each value and
