@@ -52,6 +52,7 @@ template <typename Tuple, typename Source, typename TargetAt>
 bool ValueTally::Tally(const Source* sources, std::size_t count, std::size_t targetCount,
                        const TargetAt& targetAt, std::vector<Tuple>& runs) {
   if (count < kFewestCases || !IsPromising(sources, count)) return false;
+  fStepsLeft = count;
   Begin(std::min(std::bit_floor(count / kFewestOfValue), kMostValues));
   fCounts.assign(fMostValues * targetCount, 0);
   for (std::size_t i = 0; i < count; ++i) {
@@ -91,6 +92,7 @@ bool ValueTally::Tally(const Source* sources, std::size_t count, std::size_t tar
 
 template <typename Source>
 bool ValueTally::IsPromising(const Source* sources, std::size_t count) {
+  fStepsLeft = count;
   Begin(kSampleSize);
   for (std::size_t i = 0; i < kSampleSize; ++i) {
     if (NumberOf(ValueOf(sources[count / kSampleSize * i])) == kNone) return false;
@@ -107,13 +109,15 @@ void ValueTally::Begin(std::size_t mostValues) {
   fValues.clear();
 }
 
-// kNone for one too many, or a NaN.
+// kNone for one too many, or a NaN, or when too many values want the same places.
 inline ValueTally::Number ValueTally::NumberOf(double value) {
   constexpr Bits kGoldenRatio = 0x9e3779b97f4a7c15;  // of 2^64; spreads neighbours evenly
   const Bits bits = std::bit_cast<Bits>(value);
   std::size_t place = (bits * kGoldenRatio) >> fPlaceShift;
   while (fPlaces[place].bits != bits) {
     if (fPlaces[place].number == kNone) return Add(place, value);
+    if (fStepsLeft == 0) return kNone;
+    --fStepsLeft;
     place = (place + 1) & fPlaceMask;
   }
   return fPlaces[place].number;

@@ -48,6 +48,7 @@ class ValueTally {
   std::size_t fPlaceMask = 0;
   int fPlaceShift = 0;
   std::size_t fMostValues = 0;
+  std::size_t fStepsLeft = 0;  // to places that others have
   std::vector<NumberedValue> fValues;
   TupleSorter<NumberedValue> fSorter;
   std::vector<std::uint32_t> fCounts;  // [number * targetCount + target]

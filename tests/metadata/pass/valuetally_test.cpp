@@ -122,8 +122,17 @@ TEST(ValueTally, LeavesManyValuesAndNaNAlone) {
   const auto whole = [](std::size_t i) { return static_cast<double>(i % 100); };
   EXPECT_FALSE(canTally(1023, whole));
   EXPECT_FALSE(canTally(50000, [](std::size_t i) { return static_cast<double>(i); }));
-  EXPECT_FALSE(canTally(50000, [](std::size_t i) { return static_cast<double>(i % 4097); }));
+  EXPECT_FALSE(canTally(50000, [](std::size_t i) {
+    return i % 2 == 0 ? -1.0 : static_cast<double>(i / 2 % 4096);
+  })) << "4097";
   EXPECT_TRUE(canTally(50000, [](std::size_t i) { return static_cast<double>(i % 1000); }));
+  // Places are found by the leading bits of a product: these values want the same one.
+  const auto crowd = [](std::size_t i) {
+    constexpr std::uint64_t kInverse = 0xf1de83e19937733d;  // of the factor, modulo 2^64
+    const auto value = std::bit_cast<double>(kInverse * ((std::uint64_t{1} << 40) + i % 150));
+    return std::isnan(value) ? 1.0 : value;
+  };
+  EXPECT_FALSE(canTally(50000, crowd));
   // All bits are also those of a place without a value.
   const double nans[] = {std::nan(""), -std::nan(""), std::bit_cast<double>(~std::uint64_t{0})};
   for (const double nan : nans) {
