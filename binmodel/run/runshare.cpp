@@ -7,6 +7,8 @@
 #include <numeric>
 #include <string>
 
+#include "common/missing.h"
+
 namespace MCBinModel {
 
 namespace {
@@ -43,26 +45,34 @@ int AddVariable(BINVarList& list, const VariableInfo& variable, IBINVariable::Va
 constexpr double kCostOfFewValues = 3.0;
 constexpr double kCostOfManyValues = 5.0;
 
+// A share takes about as long as an attribute more, as it reads targets anew and gets memory of its
+// own: fewer attributes a thread than this go in one share.
+constexpr std::size_t kManyPerThread = 32;
+
+constexpr std::size_t kSampleSize = 1024;
+
 // Whether the values of a block, some of them looked at, are hardly ever the same.
 bool AreMostlyDistinct(const std::vector<double>& values) {
-  constexpr std::size_t kSampleSize = 1024;
   std::vector<double> sample;
-  const std::size_t step = std::max<std::size_t>(values.size() / kSampleSize, 1);
-  for (std::size_t i = 0; i < values.size(); i += step) {
-    if (!std::isnan(values[i])) sample.push_back(values[i]);
+  for (std::size_t i = 0; i < values.size(); i += values.size() / kSampleSize) {
+    if (!std::isnan(values[i]) && !MCMV::IsMissing(values[i])) sample.push_back(values[i]);
   }
   std::sort(sample.begin(), sample.end());
   const auto end = std::unique(sample.begin(), sample.end());
-  return end - sample.begin() > static_cast<std::ptrdiff_t>(sample.size() / 10 * 9);
+  return static_cast<std::size_t>(end - sample.begin()) > sample.size() * 9 / 10;
 }
 
-// What it costs to bin each attribute, in proportion to the others.
-std::vector<double> EstimateCosts(const RunVariables& variables, const ColumnSource& columns) {
-  constexpr std::uint64_t kManyRecords = 50000;  // below, a look would not pay
-  constexpr std::uint64_t kManyInBlock = 65536;  // nor above
-  const std::uint64_t recordCount = columns.GetRecordCount();
-  const std::uint64_t inBlock = std::min<std::uint64_t>(columns.GetRecordsPerBlock(), recordCount);
-  const bool looks = !variables.weight && recordCount >= kManyRecords && inBlock <= kManyInBlock;
+// What it costs to bin each attribute, in proportion to the others. A look at the first block tells
+// more where it pays: not for many attributes, which small shares at the end balance; nor where a
+// block is most of the records, or too few to tell.
+std::vector<double> EstimateCosts(const RunVariables& variables, const ColumnSource& columns,
+                                  std::size_t threadCount) {
+  constexpr std::size_t kMostInBlock = 16384;
+  constexpr std::uint64_t kManyRecords = 50000;
+  const std::size_t inBlock = columns.GetRecordsPerBlock();
+  const bool looks =
+      !variables.weight && variables.attributes.size() < kManyPerThread * threadCount &&
+      columns.GetRecordCount() >= kManyRecords && inBlock >= kSampleSize && inBlock <= kMostInBlock;
   std::vector<double> values(looks ? inBlock : 0);
   std::vector<double> costs;
   for (std::size_t i = 0; i < variables.attributes.size(); ++i) {
@@ -84,17 +94,15 @@ std::vector<AttributeShare> ShareOut(const RunVariables& variables, const Column
   std::iota(left.begin(), left.end(), std::size_t{0});
   if (threadCount == 1) return {left};
 
-  const std::vector<double> costs = EstimateCosts(variables, columns);
+  const std::vector<double> costs = EstimateCosts(variables, columns, threadCount);
   const auto costOf = [&](std::size_t attribute) { return costs[attribute]; };
   std::stable_sort(left.begin(), left.end(),
                    [&](std::size_t a, std::size_t b) { return costOf(a) > costOf(b); });
   double costLeft = 0.0;
   for (const std::size_t attribute : left) costLeft += costOf(attribute);
 
-  // In rounds of a share for every thread. A share takes about as long as an attribute more, as it
-  // reads targets anew and gets memory of its own: few attributes go in one round.
-  constexpr std::size_t kFewPerThread = 32;
-  const double roundPart = left.size() < kFewPerThread * threadCount ? 1.0 : 0.9;
+  // In rounds of a share for every thread.
+  const double roundPart = left.size() < kManyPerThread * threadCount ? 1.0 : 0.9;
   std::vector<AttributeShare> shares;
   double roundCost = 0.0;  // of the shares of the round that are to come
   double shareCost = 0.0;
@@ -112,7 +120,8 @@ std::vector<AttributeShare> ShareOut(const RunVariables& variables, const Column
     shares.back().push_back(attribute);
     cost += costOf(attribute);
   }
-  // Not all threads are to sort many values at the same time: they wait for the same memory then.
+  // In the order of the columns, costly and others in turn where they are mixed: threads that all
+  // sort many values at the same time wait for the same memory.
   for (AttributeShare& share : shares) std::sort(share.begin(), share.end());
   return shares;
 }

@@ -21,7 +21,8 @@ constexpr std::size_t kManyRows = 65536;
 constexpr std::size_t kBlockRows = 64;
 constexpr std::size_t kLargeBlockRows = 128;
 
-// The more a leaf weighs, the further its rows' scores may lie above the line that bounds them.
+// The more a leaf weighs, the further its rows' scores may lie above the line that bounds them:
+// with 32 rows whatever they weigh, 1,000 attributes of 10,000 rows took 187 instead of 179 ms.
 constexpr std::size_t kMostLeafRows = 32;
 constexpr std::size_t kFewestLeafRows = 4;
 constexpr double kLeafWeight = 64.0;

@@ -169,13 +169,17 @@ bool BINDataSet::LoadSorted(int file, std::vector<Case>& cases) {
 
 template <typename Case>
 void BINDataSet::SortCases(std::vector<Case>& cases) {
+  if (const auto distinctValues = fCases->LoadTallied(cases, fLargestTarget + 1)) {
+    fNumDistinctValues = *distinctValues;
+    return;
+  }
   if (MCBinning::kIsCounted<Case> && HasTable() &&
       fNumTargetCategories <= CountTable::kMostCategories) {
     const bool hasMost = fIsThresholdSet && fThresholdDistinct > 0;
     fCases->GetCountTable().Begin(fNumCases, fNumTargetCategories,
                                   hasMost ? fThresholdDistinct : fNumCases);
   }
-  fNumDistinctValues = fCases->LoadSorted(cases, fLargestTarget + 1);
+  fNumDistinctValues = fCases->LoadSorted(cases);
 }
 
 template <typename Case, typename Cases>

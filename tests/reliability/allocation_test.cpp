@@ -9,6 +9,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -68,16 +69,31 @@ bool FailAllocationOfRun(WholeRun& run, MCCommon::RecordIterator& records, std::
   return hasFailed;
 }
 
-TEST_P(Allocation, FailingAnywhereInARunIsStatus3AndTheObjectWorksAgain) {
+// Without weights, and with enough records for few different values to be counted.
+Scenario CountedScenario() {
+  Scenario scenario = MixedScenario(1100);
+  scenario.variables.pop_back();
+  scenario.options.distinctThreshold = 200;
+  return scenario;
+}
+
+class RunAllocations : public testing::TestWithParam<std::tuple<Driver, bool>> {};
+
+TEST_P(RunAllocations, FailingAnywhereIsStatus3AndTheObjectWorksAgain) {
+  const auto [driver, isCounted] = GetParam();
+  const TempDir directory;
+  const Scenario scenario = isCounted ? CountedScenario() : MixedScenario(40);
+  BINVarList variables = scenario.VarList();
+  MCCommon::InMemoryRecordIterator records = scenario.Records();
   // From the first one, by record or by column.
-  const auto makeRecords = [this](bool byColumn) -> std::unique_ptr<MCCommon::RecordIterator> {
+  const auto makeRecords = [&](bool byColumn) -> std::unique_ptr<MCCommon::RecordIterator> {
     if (byColumn) return std::make_unique<ScenarioBlocks>(scenario, 3, 15);
     return std::make_unique<MCCommon::InMemoryRecordIterator>(scenario.Records());
   };
   std::string expected;
   std::size_t resultCount = 0;
   {
-    WholeRun run(GetParam(), scenario.options, variables, directory.Path());
+    WholeRun run(driver, scenario.options, variables, directory.Path());
     run.CreateBins(records);
     expected = run.Text();
     resultCount = run.GetResults().size();
@@ -91,7 +107,7 @@ TEST_P(Allocation, FailingAnywhereInARunIsStatus3AndTheObjectWorksAgain) {
       SCOPED_TRACE(count);
       const std::size_t live = counted_memory::Live();
       {
-        WholeRun run(GetParam(), scenario.options, variables, directory.Path());
+        WholeRun run(driver, scenario.options, variables, directory.Path());
         hasFailed = FailAllocationOfRun(run, *makeRecords(byColumn), count, failure, expected);
         if (hasFailed) {
           EXPECT_FALSE(run.CreateBins(*makeRecords(byColumn)).IsError());
@@ -105,6 +121,9 @@ TEST_P(Allocation, FailingAnywhereInARunIsStatus3AndTheObjectWorksAgain) {
     EXPECT_GT(count, 50u);
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(Drivers, RunAllocations,
+                         testing::Combine(testing::ValuesIn(kDrivers), testing::Bool()));
 
 TEST_P(Allocation, FailingAnywhereInTheFactoryIsStatus3) {
   bool hasFailed = true;
@@ -162,14 +181,14 @@ TEST(SplitSearch, OfFewRowsKeepsNothingOfTheOthers) {
 
 // The steps of a run by themselves, on what a run that ended early has left.
 TEST(Steps, HaveAllCasesOrNoneAfterMemoryRanOut) {
-  constexpr int kCases = 60;
   const TempDir directory;
-  for (const int categories : {3, 8}) {
+  for (const auto& [cases, distinct, categories] :
+       {std::tuple(60, 60, 3), {60, 60, 8}, {1100, 20, 3}, {1100, 20, 8}}) {
     std::vector<double> values;
     std::vector<double> codes;
-    for (int i = 0; i < kCases; ++i) {
-      values.push_back(i * 37 % kCases);
-      codes.push_back(i * 37 % kCases * categories / kCases);
+    for (int i = 0; i < cases; ++i) {
+      values.push_back(i * 37 % distinct);
+      codes.push_back(i * 37 % distinct * categories / distinct);
     }
     Scenario scenario;
     scenario.Append(Continuous(values));
@@ -178,7 +197,7 @@ TEST(Steps, HaveAllCasesOrNoneAfterMemoryRanOut) {
     BINSettings settings;
     settings.SetTempDirName(directory.Path());
     settings.SetNumberOfBins(10);
-    const std::vector<BINDataTuple> tuples(kCases);
+    const std::vector<BINDataTuple> tuples(static_cast<std::size_t>(cases));
     std::vector<std::string> texts;
     bool hasFailed = true;
     for (std::size_t count = 0; hasFailed; ++count) {

@@ -47,6 +47,13 @@ decltype(auto) Unpacked(const Case& item) {
   }
 }
 
+// Of a case, or of what is its value.
+inline double ValueOf(double value) { return value; }
+template <typename Case>
+double ValueOf(const Case& item) {
+  return Unpacked(item).value;
+}
+
 template <typename Case>
 bool HaveSameValue(const Case& a, const Case& b) {
   if constexpr (kIsPacked<Case>) {

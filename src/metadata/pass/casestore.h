@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -47,19 +48,25 @@ class CaseStore {
     fCounts.DropIfLarge();
   }
 
-  // These, of which there is one at least, are the loaded cases from now on, in order. Packed cases
-  // are made of the loose ones. Where there are few different values, tuples that weigh as much as
-  // all cases of a value and target stand for them. What LazyOrder is for is sorted as far as it is
-  // looked at; the first and the last case are in their places.
-  //
-  // Returns how many different values there are. Requires that targets lie below `targetCount`.
+  // Loads cases of few different values without sorting them: tuples that weigh as much as all
+  // cases of a value and target stand for them. Returns how many different values there are, or
+  // nothing, and nothing is loaded, when ValueTally does not take the cases. Requires that targets
+  // lie below `targetCount`.
   template <typename Case>
-  unsigned int LoadSorted(std::vector<Case>& cases, std::size_t targetCount) {
+  std::optional<unsigned int> LoadTallied(std::vector<Case>& cases, std::size_t targetCount) {
     if constexpr (kIsPacked<Case>) {
-      if (fTally.Tally(fLoose, targetCount, fRuns)) return LoadTallied(cases, fRuns);
+      if (fTally.Tally(fLoose, targetCount, fRuns)) return LoadRuns(cases, fRuns);
     } else if constexpr (kIsLazy<Case>) {
-      if (fTally.Tally(cases, fEFRuns)) return LoadTallied(cases, fEFRuns);
+      if (fTally.Tally(cases, fEFRuns)) return LoadRuns(cases, fEFRuns);
     }
+    return std::nullopt;
+  }
+
+  // Loads cases and sorts them. Packed ones are made of the loose ones. What LazyOrder is for is
+  // sorted as far as it is looked at; the first and the last case are in their places. Returns how
+  // many different values there are.
+  template <typename Case>
+  unsigned int LoadSorted(std::vector<Case>& cases) {
     const unsigned int distinctValues = Sort(cases);
     SetLoaded(cases);
     return distinctValues;
@@ -77,6 +84,7 @@ class CaseStore {
         },
         fLoaded);
   }
+
   // Of the loaded cases, if whoever sorted them has begun it before.
   CountTable& GetCountTable() { return fCounts; }
 
@@ -163,20 +171,20 @@ class CaseStore {
     return static_cast<unsigned int>(fCounts.GetRowCount());
   }
 
-  // Takes the runs in place of the cases, which stay unsorted.
+  // The cases stay as they are, for whoever asks for them later.
   template <typename Case, typename Tuple>
-  unsigned int LoadTallied(std::vector<Case>& cases, std::vector<Tuple>& runs) {
+  unsigned int LoadRuns(std::vector<Case>& cases, std::vector<Tuple>& runs) {
     fTallied = &cases;
     SetLoaded(runs);
     return CountDistinctSorted(runs.data(), runs.size());
   }
 
-  // The other way round.
+  // Loads the cases that runs stand for. Nobody wants to have them counted then.
   template <typename Case>
   void SortTallied(std::vector<Case>& cases) {
     if constexpr (kIsPacked<Case> || kIsLazy<Case>) {
-      Sort(cases);
-      SetLoaded(cases);
+      fCounts.BeginCounting();
+      LoadSorted(cases);
     }
   }
 

@@ -55,8 +55,8 @@ class RecordBuffer {
   // Appends what is there to the files, and is empty then. Throws StatusError and std::bad_alloc.
   void Transfer(TempFiles& files);
 
-  // Appends as many values to each open file as the empty buffer has room for. `prepare` brings a
-  // file's values to slots, and answers where they are, when its turn has come. Throws the same.
+  // Appends as many values to each open file as the empty buffer has room for. `prepare` makes a
+  // file's values when its turn has come, and answers where they are. Throws the same.
   void Transfer(TempFiles& files, const std::function<const double*(std::size_t file)>& prepare);
 
  private:

@@ -89,8 +89,8 @@ void RecordPreparer::FetchNext(const RecordSlots& out) const {
   for (const Attribute& attribute : fAttributes) FetchAhead<true>(&out[attribute.file], kLine);
 }
 
-// Column by column, the same rules. Values are first brought to their slots, whatever their column
-// looks like in the host's memory.
+// Column by column, the same rules. Values that change are first brought to their slots, whatever
+// their column looks like in the host's memory.
 std::size_t RecordPreparer::PrepareWeightsAndTargets(const BlockPart& in, const RecordSlots& out) {
   const std::size_t count = fKeptCount = PrepareWeights(in, out);
   if (count > 0 && fHasTarget) {

@@ -137,9 +137,6 @@ class TupleSorter {
     }
   }
 
-  static double ValueOf(double value) { return value; }
-  static double ValueOf(const Case& item) { return Unpacked(item).value; }
-
   static bool IsLess(const Case& a, const Case& b) { return KeyOf(a) < KeyOf(b); }
 
   // Where a value lies in the range that most of the values take up, as one of a number of

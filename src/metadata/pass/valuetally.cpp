@@ -17,12 +17,10 @@ constexpr std::size_t kFewestCases = 1024;
 constexpr std::size_t kFewestOfValue = 8;
 constexpr std::size_t kMostValues = 4096;
 
-// Where as many of a sample are different, there are more values than that, most likely.
+// Where as many of a sample are different, there are more than some 2,000 values that are about as
+// frequent; most of them would be found too late to be too many.
 constexpr std::size_t kSampleSize = 256;
 constexpr std::size_t kMostInSample = 240;
-
-double ValueOf(double value) { return value; }
-double ValueOf(const UnweightedEFCase& item) { return item.value; }
 
 void AddRun(std::vector<BINDataTuple>& runs, double value, std::size_t target, double weight) {
   runs.push_back({value, static_cast<std::uint8_t>(target), weight});
@@ -52,7 +50,7 @@ template <typename Tuple, typename Source, typename TargetAt>
 bool ValueTally::Tally(const Source* sources, std::size_t count, std::size_t targetCount,
                        const TargetAt& targetAt, std::vector<Tuple>& runs) {
   if (count < kFewestCases || !IsPromising(sources, count)) return false;
-  fStepsLeft = count;
+  fStepsLeft = 2 * count;
   Begin(std::min(std::bit_floor(count / kFewestOfValue), kMostValues));
   fCounts.assign(fMostValues * targetCount, 0);
   for (std::size_t i = 0; i < count; ++i) {
@@ -109,11 +107,13 @@ void ValueTally::Begin(std::size_t mostValues) {
   fValues.clear();
 }
 
-// kNone for one too many, or a NaN, or when too many values want the same places.
+// kNone for one too many, for a NaN, or when the table has taken too many steps.
 inline ValueTally::Number ValueTally::NumberOf(double value) {
-  constexpr Bits kGoldenRatio = 0x9e3779b97f4a7c15;  // of 2^64; spreads neighbours evenly
+  // Of 2^64. Once spreads neighbours evenly, but puts numbers at some distances close together.
+  constexpr Bits kGoldenRatio = 0x9e3779b97f4a7c15;
   const Bits bits = std::bit_cast<Bits>(value);
-  std::size_t place = (bits * kGoldenRatio) >> fPlaceShift;
+  const Bits once = bits * kGoldenRatio;
+  std::size_t place = ((once ^ (once >> 32)) * kGoldenRatio) >> fPlaceShift;
   while (fPlaces[place].bits != bits) {
     if (fPlaces[place].number == kNone) return Add(place, value);
     if (fStepsLeft == 0) return kNone;

@@ -126,10 +126,11 @@ TEST(ValueTally, LeavesManyValuesAndNaNAlone) {
     return i % 2 == 0 ? -1.0 : static_cast<double>(i / 2 % 4096);
   })) << "4097";
   EXPECT_TRUE(canTally(50000, [](std::size_t i) { return static_cast<double>(i % 1000); }));
-  // Places are found by the leading bits of a product: these values want the same one.
+  // All of these want the same place of the table.
   const auto crowd = [](std::size_t i) {
     constexpr std::uint64_t kInverse = 0xf1de83e19937733d;  // of the factor, modulo 2^64
-    const auto value = std::bit_cast<double>(kInverse * ((std::uint64_t{1} << 40) + i % 150));
+    const std::uint64_t once = kInverse * ((std::uint64_t{1} << 40) + i % 150);
+    const auto value = std::bit_cast<double>(kInverse * (once ^ (once >> 32)));
     return std::isnan(value) ? 1.0 : value;
   };
   EXPECT_FALSE(canTally(50000, crowd));
