@@ -165,7 +165,6 @@ TEST_P(Allocation, NothingPilesUpOverAThousandRuns) {
 INSTANTIATE_TEST_SUITE_P(Drivers, Allocation, testing::ValuesIn(kDrivers),
                          testing::PrintToStringParamName());
 
-// What a host builds may throw, but neither leaks nor is left half-made.
 // A search of its own within a large table: sums of all rows would take far longer than it does.
 TEST(SplitSearch, OfFewRowsKeepsNothingOfTheOthers) {
   constexpr int kRows = 100000;
@@ -219,6 +218,7 @@ TEST(Steps, HaveAllCasesOrNoneAfterMemoryRanOut) {
   }
 }
 
+// What a host builds may throw, but neither leaks nor is left half-made.
 TEST(VariableList, StaysAsItWasWhenMemoryRunsOut) {
   const Scenario scenario = MixedScenario(1);
   bool hasFailed = true;
