@@ -98,28 +98,27 @@ std::vector<AttributeShare> ShareOut(const RunVariables& variables, const Column
   const auto costOf = [&](std::size_t attribute) { return costs[attribute]; };
   std::stable_sort(left.begin(), left.end(),
                    [&](std::size_t a, std::size_t b) { return costOf(a) > costOf(b); });
-  double costLeft = 0.0;
-  for (const std::size_t attribute : left) costLeft += costOf(attribute);
+  double costLeft = std::accumulate(costs.begin(), costs.end(), 0.0);
 
-  // In rounds of a share for every thread.
+  // In rounds of a share for every thread, each attribute to the one that costs least so far. So
+  // threads get as many of each kind as they can, whatever one costs in truth.
   const double roundPart = left.size() < kManyPerThread * threadCount ? 1.0 : 0.9;
   std::vector<AttributeShare> shares;
-  double roundCost = 0.0;  // of the shares of the round that are to come
-  double shareCost = 0.0;
-  double cost = 0.0;
+  std::vector<double> shareCosts;  // of the round
+  double roundLeft = 0.0;
   for (const std::size_t attribute : left) {
-    if (shares.empty() || cost + costOf(attribute) / 2 > shareCost) {
-      costLeft -= cost;
-      roundCost -= cost;
-      cost = 0.0;
-      const std::size_t sharesOfRound = shares.size() % threadCount;
-      if (sharesOfRound == 0) roundCost = roundPart * costLeft;
-      shareCost = roundCost / static_cast<double>(threadCount - sharesOfRound);
-      shares.emplace_back();
+    if (roundLeft <= costOf(attribute) / 2) {
+      roundLeft = roundPart * costLeft;
+      shareCosts.assign(threadCount, 0.0);
+      shares.resize(shares.size() + threadCount);
     }
-    shares.back().push_back(attribute);
-    cost += costOf(attribute);
+    const auto least = std::min_element(shareCosts.begin(), shareCosts.end());
+    *least += costOf(attribute);
+    shares.end()[least - shareCosts.end()].push_back(attribute);
+    roundLeft -= costOf(attribute);
+    costLeft -= costOf(attribute);
   }
+  std::erase_if(shares, [](const AttributeShare& share) { return share.empty(); });
   // In the order of the columns, costly and others in turn where they are mixed: threads that all
   // sort many values at the same time wait for the same memory.
   for (AttributeShare& share : shares) std::sort(share.begin(), share.end());

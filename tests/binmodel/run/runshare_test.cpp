@@ -56,10 +56,9 @@ class ShareOutTest : public testing::Test {
 };
 
 TEST_F(ShareOutTest, GivesEveryThreadSomeOfWhatIsCostly) {
-  EXPECT_EQ(ShareOut(6, 6, 2),
-            (std::vector<AttributeShare>{{0, 1, 2, 3, 4}, {5, 6, 7, 8, 9, 10, 11}}));
-  EXPECT_EQ(ShareOut(6, 6, 2, 1000),
-            (std::vector<AttributeShare>{{0, 1, 2, 3, 4, 5}, {6, 7, 8, 9, 10, 11}}))
+  EXPECT_EQ(ShareOut(5, 5, 2), (std::vector<AttributeShare>{{0, 2, 4, 7, 9}, {1, 3, 5, 6, 8}}));
+  EXPECT_EQ(ShareOut(5, 5, 2, 1000),
+            (std::vector<AttributeShare>{{0, 2, 4, 6, 8}, {1, 3, 5, 7, 9}}))
       << "few records are not looked at";
 }
 
@@ -70,6 +69,11 @@ TEST_F(ShareOutTest, LeavesSmallSharesToTheEndWhereThereAreMany) {
   ASSERT_GT(shares.size(), 3U);
   EXPECT_EQ(shares[0].size(), 90U);
   EXPECT_LE(shares.back().size(), 10U);
+}
+
+TEST_F(ShareOutTest, LeavesNoShareEmpty) {
+  for (std::size_t attributeCount = 256; attributeCount < 300; ++attributeCount)
+    ShareOut(attributeCount, 0, 8, 1000);
 }
 
 }  // namespace
