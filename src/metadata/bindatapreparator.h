@@ -118,7 +118,8 @@ class MCBINNING_API BINDataPreparator {
   std::unique_ptr<MCBinning::BinaryRecordIterator> OpenWhole(int file) const;
 
   // Whether the open file `descriptor` is the one at the file position and holds one value
-  // per stored record. Requires a valid file position.
+  // per stored record; -1, with errno, is one that could not be opened. Requires a valid file
+  // position.
   bool IsWhole(int file, int descriptor) const;
 
   // Writes a readable dump, in the stream's own formatting.

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <filesystem>
 #include <numeric>
+#include <utility>
+#include <vector>
 
 #include "common/bincancelinfo.h"
 #include "common/missing.h"
@@ -149,6 +151,45 @@ TEST(BINDataSet, HandsOutCountedCasesOneByOne) {
 }
 
 // Cut points that leave cases over, or bins that no case reaches.
+// Blocks of valid cases stay where they were read, those of others close ranks.
+TEST(BINDataSet, KeepsTheValidCasesOfEveryBlock) {
+  constexpr int kBlock = 8192;
+  for (const double invalid : {kMissing, kNaN, 1e300, -0.0}) {
+    Doubles values, codes;
+    for (int i = 0; i < 4 * kBlock + 100; ++i) {
+      const bool isOdd = i / kBlock == 1 && i % 3 == 0;
+      values.push_back(isOdd ? invalid : std::sin(i) + 2.0);
+      codes.push_back(i / kBlock == 2 && i % 1000 == 0 ? kMissing : i % 2);
+    }
+    Scenario scenario;
+    scenario.Append(Continuous(values));
+    scenario.Append(Categorical(codes, 2, Var::RoleTarget));
+
+    using Case = std::pair<double, int>;
+    std::vector<Case> expected, found;
+    Doubles expectedValues, foundValues;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      if (values[i] == kMissing || std::isnan(values[i])) continue;
+      expectedValues.push_back(values[i]);
+      if (codes[i] != kMissing) expected.emplace_back(values[i], static_cast<int>(codes[i]));
+    }
+    Loaded loaded(scenario);
+    EXPECT_EQ(loaded.Load(0, 1), kOk);
+    for (const BINDataTuple& tuple : *loaded.tuples) {
+      if (!std::isnan(tuple.value)) found.emplace_back(tuple.value, tuple.target);
+    }
+    EXPECT_EQ(loaded.LoadWithoutTarget(0), kOk);
+    for (const EFBINDataTuple& tuple : *loaded.efTuples) {
+      if (!std::isnan(tuple.value)) foundValues.push_back(tuple.value);
+    }
+    std::sort(expected.begin(), expected.end());
+    std::sort(found.begin(), found.end());
+    std::sort(expectedValues.begin(), expectedValues.end());
+    EXPECT_TRUE(found == expected) << invalid;
+    EXPECT_TRUE(foundValues == expectedValues) << invalid;
+  }
+}
+
 TEST(BINDataSet, HasNoBinTableForCutPointsThatDoNotFit) {
   Scenario scenario;
   scenario.Append(Continuous({5, 9, 1, 5}));

@@ -33,8 +33,12 @@ class CasePlaces {
  public:
   static constexpr bool kHasWeight =
       std::is_same_v<Case, BINDataTuple> || std::is_same_v<Case, EFBINDataTuple>;
+  // Values are stored on their own, one behind the other.
+  static constexpr bool kHasBareValues = std::is_same_v<Case, UnweightedEFCase>;
 
   explicit CasePlaces(std::vector<Case>& cases) : fCases(cases.data()) {}
+
+  double* ValueAt(std::size_t position) const { return &fCases[position].value; }
 
   void Put(std::size_t position, double value, std::uint8_t target, double weight) const {
     fCases[position] = Make(value, target, weight);
@@ -64,16 +68,20 @@ template <int kTargetBits>
 class CasePlaces<PackedCase<kTargetBits>> {
  public:
   static constexpr bool kHasWeight = false;
+  static constexpr bool kHasBareValues = true;
 
   explicit CasePlaces(LooseCases& cases)
       : fValues(cases.values.data()), fTargets(cases.targets.data()) {}
+
+  double* ValueAt(std::size_t position) const { return fValues + position; }
+  std::uint8_t* TargetAt(std::size_t position) const { return fTargets + position; }
 
   void Put(std::size_t position, double value, std::uint8_t target, double /*weight*/) const {
     fValues[position] = value;
     fTargets[position] = target;
   }
 
-  void Fetch(std::size_t position) const { FetchAhead<true>(fValues + position, kFarAhead); }
+  void Fetch(std::size_t position) const { FetchAhead<true>(fTargets + position, kFarAhead); }
 
  private:
   double* fValues;
@@ -89,17 +97,33 @@ class CaseCollector {
   explicit CaseCollector(const CasePlaces<Case>& places)
       : fPlaces(places), fMissing(MCMV::Missing()) {}
 
-  // The next cases of the files; null for a file that there is not. Without weights every
-  // case weighs 1.
-  void Add(const std::uint16_t* targets, const double* weights, const double* values,
-           std::size_t count) {
-    const std::size_t countBefore = fCount;
-    if (weights != nullptr) {
-      Collect<true>(targets, weights, values, count);
+  // Where the values of the next cases of the file are to be put before they are added.
+  double* GetRoom(std::size_t count) {
+    if constexpr (CasePlaces<Case>::kHasBareValues) {
+      return fPlaces.ValueAt(fCount);  // where most of them stay
     } else {
-      Collect<false>(targets, weights, values, count);
+      if (fRoom.size() < count) fRoom.resize(count);
+      return fRoom.data();
     }
-    if (fCount - countBefore < count) AddMissing(targets, weights, values, count);
+  }
+
+  // The next cases of the files, whose values are in the room; null for a file that there is not.
+  // Without weights every case weighs 1.
+  void Add(const std::uint16_t* targets, const double* weights, std::size_t count) {
+    const double* const values = GetRoom(count);
+    if constexpr (CasePlaces<Case>::kHasBareValues) {
+      if (AddIfAllValid(targets, values, count)) return;
+      AddMissing(targets, weights, values, count);  // before cases move closer together
+      Collect<false>(targets, weights, values, count);
+    } else {
+      const std::size_t countBefore = fCount;
+      if (weights != nullptr) {
+        Collect<true>(targets, weights, values, count);
+      } else {
+        Collect<false>(targets, weights, values, count);
+      }
+      if (fCount - countBefore < count) AddMissing(targets, weights, values, count);
+    }
   }
 
   std::size_t GetCount() const { return fCount; }
@@ -122,6 +146,41 @@ class CaseCollector {
 
  private:
   static constexpr std::size_t kCategoryCodes = kLargestCategoryCode + 1;
+
+  // Adds bare values, which are in their places, and their targets if all of them are valid and can
+  // be held. Loops of vector instructions, where there are any.
+  bool AddIfAllValid(const std::uint16_t* targets, const double* values, std::size_t count) {
+    if constexpr (kIsPacked<Case>) {
+      std::uint16_t largestTarget = 0;
+      for (std::size_t i = 0; i < count; ++i) largestTarget = std::max(largestTarget, targets[i]);
+      if (largestTarget >= Case::kTargetCount || !AreAllValid(values, count)) return false;
+      std::uint8_t* const places = fPlaces.TargetAt(fCount);
+      for (std::size_t i = 0; i < count; ++i) places[i] = static_cast<std::uint8_t>(targets[i]);
+      fLargestTarget = std::max(fLargestTarget, int{largestTarget});
+    } else {
+      if (!AreAllValid(values, count)) return false;
+    }
+    fCount += count;
+    fTotalWeight = static_cast<double>(fCount);
+    fTotalWeightWithMissing += static_cast<double>(count);
+    return true;
+  }
+
+  // False where there is more to ask than whether a value is held, or its bits are the missing
+  // one's.
+  bool AreAllValid(const double* values, std::size_t count) const {
+    if constexpr (kIsPacked<Case>) {
+      return !Case::CanHold(fMissing, 0) && Case::CanHoldAll(values, count);
+    } else {
+      std::uint64_t areAllOther = 1;
+      for (std::size_t i = 0; i < count; ++i) {
+        const std::uint64_t difference =
+            std::bit_cast<std::uint64_t>(values[i]) ^ std::bit_cast<std::uint64_t>(fMissing);
+        areAllOther &= (difference | (0 - difference)) >> 63;
+      }
+      return fMissing != 0.0 && areAllOther != 0;
+    }
+  }
 
   // Looks at a block again that is in the cache still, and only if a case of it is not valid: the
   // loop below stays as fast as it is. What does not count goes to an entry of its own.
@@ -190,6 +249,7 @@ class CaseCollector {
 
   const CasePlaces<Case> fPlaces;
   const double fMissing;
+  std::vector<double> fRoom;
   std::size_t fCount = 0;
   double fTotalWeight = 0.0;
   double fTotalWeightWithMissing = 0.0;

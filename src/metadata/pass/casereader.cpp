@@ -1,6 +1,9 @@
 #include "metadata/pass/casereader.h"
 
+#include <fcntl.h>
+
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "common/missing.h"
@@ -29,10 +32,12 @@ void CaseReader::RequireWhole(int file, FileIterator& iterator) const {
   if (!IsWhole(file, iterator)) throw StatusError(StatusCode::kTempFileFailed);
 }
 
-// The block that belongs to one of the attribute's, or null when it is not as long.
-const double* CaseReader::NextWeights(std::size_t count) {
-  const BinaryRecordIterator::Block block = fWeight->NextBlock();
-  return block.count == count ? block.values : nullptr;
+Descriptor CaseReader::OpenToRead(int file) const {
+  const std::string& name = fPreparator.GetFileNames()[static_cast<std::size_t>(file)];
+  Descriptor opened(name.c_str(), O_RDONLY | O_NOFOLLOW);
+  if (fPreparator.IsWhole(file, opened.Get())) return opened;
+  if (!opened.IsOpen()) BinaryRecordIterator(name, opened);  // says so on standard output
+  throw StatusError(StatusCode::kTempFileFailed);
 }
 
 void CaseReader::UseTarget(int file) {

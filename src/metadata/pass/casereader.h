@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -11,6 +12,7 @@
 #include "metadata/binaryrecorditerator.h"
 #include "metadata/pass/casecollector.h"
 #include "metadata/pass/cases.h"
+#include "metadata/pass/descriptor.h"
 
 class BINDataPreparator;
 
@@ -63,10 +65,11 @@ class CaseReader {
   }
 
  private:
+  static constexpr std::size_t kBlockCases = 8192;  // without weights; stay in the nearest caches
+
   template <typename Case, typename Cases>
   std::optional<CaseSums> ReadInStep(int file, const Companions& companions, Cases& cases) {
-    FileIterator values;
-    RequireWhole(file, values);
+    const Descriptor values = OpenToRead(file);
     if (kHasTarget<Case>) ReadTargets(companions.target);
     const bool hasWeight = companions.weight != kNoFile;
     if (hasWeight) {
@@ -76,21 +79,24 @@ class CaseReader {
 
     cases.resize(GetRecordCount());
     CaseCollector<Case> collector{CasePlaces<Case>(cases)};
-    std::size_t casesRead = 0;
-    while (values->HasMore()) {
-      const BinaryRecordIterator::Block block = values->NextBlock();
-      const double* const weights = hasWeight ? NextWeights(block.count) : nullptr;
-      if (hasWeight && weights == nullptr) break;
-      if (block.count > cases.size() - casesRead) break;  // has grown since it was looked at
+    std::size_t count = 0;
+    for (std::size_t casesRead = 0; casesRead < cases.size(); casesRead += count) {
+      const std::size_t casesLeft = cases.size() - casesRead;
+      BinaryRecordIterator::Block weights{nullptr, std::min(kBlockCases, casesLeft)};
+      if (hasWeight) weights = fWeight->NextBlock();
+      count = weights.count;
+      // A file may have changed since it was looked at.
+      if (count == 0 || count > casesLeft) throw StatusError(StatusCode::kTempFileFailed);
+      const std::size_t byteCount = count * sizeof(double);
+      if (values.Read(collector.GetRoom(count), byteCount) != byteCount)
+        throw StatusError(StatusCode::kTempFileFailed);
       const std::uint16_t* const targets = kHasTarget<Case> ? fTargets.data() + casesRead : nullptr;
-      collector.Add(targets, weights, block.values, block.count);
+      collector.Add(targets, weights.values, count);
       if (!collector.HoldsAll()) {
         cases.clear();
         return std::nullopt;
       }
-      casesRead += block.count;
     }
-    if (casesRead != cases.size()) throw StatusError(StatusCode::kTempFileFailed);
     cases.resize(collector.GetCount());
     return CaseSums{collector.GetTotalWeight(), collector.GetTotalWeightWithMissing(),
                     collector.GetLargestTarget(), collector.GetMissingWeights()};
@@ -99,7 +105,7 @@ class CaseReader {
   std::size_t GetRecordCount() const;
   bool IsWhole(int file, FileIterator& iterator) const;
   void RequireWhole(int file, FileIterator& iterator) const;
-  const double* NextWeights(std::size_t count);
+  Descriptor OpenToRead(int file) const;
   void UseTarget(int file);
   void ReadTargets(int file);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 
 namespace MCBinning {
@@ -23,6 +24,21 @@ class PackedCase {
     const Bits magnitude = MagnitudeOf(value);
     const bool holdsValue = (magnitude == 0) | (magnitude - kBelowLeast - 1 < kMagnitudes);
     return holdsValue & (target < kTargetCount);
+  }
+
+  // Whether all of the values can be packed with any target. In 64-bit integers without a jump,
+  // which vector instructions do some at a time.
+  static bool CanHoldAll(const double* values, std::size_t count) {
+    constexpr int kMagnitudeBits = 63 - kTargetBits;
+    static_assert(kMagnitudes == (Bits{1} << kMagnitudeBits) - 1);
+    Bits all = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      const Bits magnitude = MagnitudeOf(values[i]);
+      const Bits isNonzero = (magnitude | (0 - magnitude)) >> 63;
+      const Bits place = magnitude - kBelowLeast;  // from 1 to kMagnitudes, but for 0
+      all |= (place | (place - 1)) & (0 - isNonzero);
+    }
+    return all >> kMagnitudeBits == 0;
   }
 
   PackedCase() = default;

@@ -80,6 +80,7 @@ std::unique_ptr<BinaryRecordIterator> TempFiles::OpenWhole(std::size_t file,
 }
 
 bool TempFiles::IsWhole(std::size_t file, int descriptor, std::uint64_t valueCount) const {
+  if (descriptor < 0) return false;
   errno = 0;
   return fFiles[file].IsWhole(descriptor, valueCount);
 }

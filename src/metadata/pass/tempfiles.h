@@ -35,6 +35,7 @@ class TempFiles {
   bool HasAny() const;
 
   // See TempFile. What fails is not noted: only the caller knows whether the file is to be short.
+  // A descriptor of -1 is that of a file that could not be opened; errno says why.
   std::unique_ptr<BinaryRecordIterator> OpenWhole(std::size_t file, std::uint64_t valueCount) const;
   bool IsWhole(std::size_t file, int descriptor, std::uint64_t valueCount) const;
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cfloat>
 #include <cmath>
 #include <cstdint>
 #include <random>
@@ -62,6 +63,33 @@ void ExpectSortedAsValues(Random& random, std::size_t count) {
   }
   EXPECT_TRUE(found == expected) << kTargetBits << " target bits, " << count << " cases, seed "
                                  << TestSeed();
+}
+
+template <int kTargetBits>
+void ExpectAllHeldWhereEachIs(const std::vector<double>& values) {
+  using Case = MCBinning::PackedCase<kTargetBits>;
+  const auto isHeld = [](double value) { return Case::CanHold(value, 0); };
+  for (const double value : values) {
+    EXPECT_EQ(Case::CanHoldAll(&value, 1), isHeld(value))
+        << value << ", target bits " << kTargetBits;
+    const std::vector<double> among{0.0, 1.0, -3.5, value, 2.0};
+    EXPECT_EQ(Case::CanHoldAll(among.data(), among.size()), isHeld(value)) << value;
+  }
+}
+
+TEST(PackedCase, HoldsAllValuesOfWhichItHoldsEach) {
+  std::vector<double> values{0.0,     -0.0,         1.0,       DBL_MAX,
+                             DBL_MIN, DBL_TRUE_MIN, kInfinity, std::nan("")};
+  for (const int exponent : {-384, -24, 40, 640}) {  // where what is held begins and ends
+    const double border = std::ldexp(1.0, exponent);
+    for (const double value :
+         {std::nextafter(border, 0.0), border, std::nextafter(border, kInfinity)}) {
+      values.push_back(value);
+      values.push_back(-value);
+    }
+  }
+  ExpectAllHeldWhereEachIs<1>(values);
+  ExpectAllHeldWhereEachIs<5>(values);
 }
 
 TEST(PackedCase, IsSortedAsItsValueIs) {
