@@ -27,6 +27,19 @@ inline std::uint16_t ToTarget(double value, double missing) {
   return isTarget ? static_cast<std::uint16_t>(code) : kNoTarget;
 }
 
+// The same for so many values. Those of a whole block are codes as a rule.
+inline void ToTargets(const double* values, std::size_t count, double missing,
+                      std::uint16_t* targets) {
+  constexpr double kEnd = kLargestCategoryCode + 1;
+  const auto valueAt = [values](std::size_t i) { return values[i]; };
+  if (!(missing >= 0.0 && missing < kEnd) && AreFromZeroTo(kEnd, count, valueAt)) {
+    for (std::size_t i = 0; i < count; ++i)
+      targets[i] = static_cast<std::uint16_t>(static_cast<int>(values[i]));
+  } else {
+    for (std::size_t i = 0; i < count; ++i) targets[i] = ToTarget(values[i], missing);
+  }
+}
+
 // Where cases are stored, by position.
 template <typename Case>
 class CasePlaces {

@@ -61,8 +61,7 @@ void CaseReader::ReadTargets(int file) {
     const BinaryRecordIterator::Block block = fTarget->NextBlock();
     // It may have grown since it was looked at.
     if (block.count > recordCount - targetsRead) throw StatusError(StatusCode::kTempFileFailed);
-    std::transform(block.values, block.values + block.count, targets.data() + targetsRead,
-                   [missing](double value) { return ToTarget(value, missing); });
+    ToTargets(block.values, block.count, missing, targets.data() + targetsRead);
     targetsRead += block.count;
   }
   if (targetsRead != recordCount) throw StatusError(StatusCode::kTempFileFailed);

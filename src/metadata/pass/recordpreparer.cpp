@@ -19,21 +19,6 @@
 
 namespace MCBinning {
 
-namespace {
-
-// How many of the first `count` values are category codes below `end`, without a jump for each.
-template <typename ValueAt>
-std::size_t CountCodesBelow(double end, std::size_t count, const ValueAt& valueAt) {
-  std::size_t codes = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    const double value = valueAt(i);
-    codes += static_cast<std::size_t>((value >= 0.0) & (value < end));
-  }
-  return codes;
-}
-
-}  // namespace
-
 RecordPreparer::RecordPreparer(const BINVarList& variables, std::vector<int>& largestCodes,
                                std::vector<bool>& usable, RecordBuffer& buffer)
     : fVariables(variables),
@@ -143,8 +128,7 @@ bool RecordPreparer::StayAsTheyAre(const Attribute& attribute, const double* val
 bool RecordPreparer::AreKnownCodes(const double* values, std::size_t count,
                                    std::size_t file) const {
   const double end = fLargestCodes[file] + 1;
-  return fUsable[file] &&
-         CountCodesBelow(end, count, [values](std::size_t i) { return values[i]; }) == count;
+  return fUsable[file] && AreFromZeroTo(end, count, [values](std::size_t i) { return values[i]; });
 }
 
 std::size_t RecordPreparer::PrepareWeights(const BlockPart& in, const RecordSlots& out) {
@@ -196,7 +180,7 @@ std::size_t RecordPreparer::CountUnremarkable(const BlockPart& in, const Place& 
   const int declared = IsNoted(place.variable) ? kEnd : variable.GetNumberOfCategories();
   const int end = std::clamp(declared, fLargestCodes[place.file] + 1, kEnd);
   return UseValues(in.columns[place.variable], in.first, [&](const auto& valueAt) {
-    if (CountCodesBelow(end, in.count, valueAt) == in.count) return in.count;
+    if (AreFromZeroTo(end, in.count, valueAt)) return in.count;
     for (std::size_t i = 0; i < in.count; ++i) {
       const double value = valueAt(i);
       const int code = ToCategoryCode(value);
