@@ -34,10 +34,11 @@ class Jobs : public MCQueryCancel {
   void Run(std::size_t threadCount, std::size_t jobCount,
            const std::function<void(std::size_t)>& job);
 
-  // For jobs: has the host asked, and answers whether to stop as far as is known.
+  // For jobs: has the host asked, with several threads before long, and answers whether to stop as
+  // far as is known.
   bool QueryCancel() override;
 
-  // For jobs: has the host told.
+  // For jobs: has the host told, with several threads before long and once for what came together.
   void Tell();
 
   // The host has said that the run is to stop.
@@ -58,11 +59,11 @@ class Jobs : public MCQueryCancel {
   bool fHasThreads = false;
 
   std::mutex fMutex;  // of what follows
-  std::condition_variable fIsWanted;
-  bool fHasCalls[2] = {false, false};  // by Call
+  std::condition_variable fHasLeft;
   std::size_t fThreadsWorking = 0;
   std::exception_ptr fFailure;
 
+  std::atomic<bool> fHasCalls[2] = {false, false};  // by Call
   std::atomic<bool> fHasFailed{false};
   std::atomic<bool> fIsCancelled{false};
 };
