@@ -1,7 +1,10 @@
 #include "metadata/pass/valuetally.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <cmath>
+#include <numeric>
 
 #include "common/prefetch.h"
 
@@ -67,7 +70,7 @@ bool ValueTally::Tally(const Source* sources, std::size_t count, std::size_t tar
       if (weight > 0) AddRun(runs, value.value, target, weight);
     }
   };
-  fSorter.Sort(fValues);
+  SortValues();
   for (auto value = fValues.begin(); value != fValues.end(); ++value) {
     if (value + 1 == fValues.end() || !HaveSameValue(value[0], value[1])) {
       addRuns(*value);
@@ -121,6 +124,37 @@ inline ValueTally::Number ValueTally::NumberOf(double value) {
     place = (place + 1) & fPlaceMask;
   }
   return fPlaces[place].number;
+}
+
+// As the sorter does, which takes twice as long for some hundred values: by equal parts of their
+// range, then those of a part, unless they lie so unevenly that a part has many.
+void ValueTally::SortValues() {
+  constexpr std::size_t kParts = 2048;
+  constexpr std::uint32_t kMostInPart = 16;
+  const auto [least, most] = std::minmax_element(
+      fValues.begin(), fValues.end(),
+      [](const NumberedValue& a, const NumberedValue& b) { return a.value < b.value; });
+  const double low = least->value;
+  const double scale = (kParts - 1) / (most->value - low);
+  const auto partOf = [&](const NumberedValue& value) {
+    return static_cast<std::size_t>((value.value - low) * scale);
+  };
+  if (!std::isnormal(scale) || !std::isfinite(most->value - low)) return fSorter.Sort(fValues);
+
+  std::array<std::uint32_t, kParts> positions{};
+  for (const NumberedValue& value : fValues) ++positions[partOf(value)];
+  if (*std::max_element(positions.begin(), positions.end()) > kMostInPart)
+    return fSorter.Sort(fValues);
+  std::exclusive_scan(positions.begin(), positions.end(), positions.begin(), std::uint32_t{0});
+  fSorted.resize(fValues.size());
+  for (const NumberedValue& value : fValues) fSorted[positions[partOf(value)]++] = value;
+  for (auto end = fSorted.begin(); end != fSorted.end(); ++end) {
+    const NumberedValue value = *end;
+    auto place = end;
+    for (; place != fSorted.begin() && value.value < place[-1].value; --place) *place = place[-1];
+    *place = value;
+  }
+  fValues.swap(fSorted);
 }
 
 ValueTally::Number ValueTally::Add(std::size_t place, double value) {

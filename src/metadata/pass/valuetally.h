@@ -43,6 +43,7 @@ class ValueTally {
   void Begin(std::size_t mostValues);
   Number NumberOf(double value);
   Number Add(std::size_t place, double value);
+  void SortValues();
 
   std::vector<Place> fPlaces;  // a power of 2 of them
   std::size_t fPlaceMask = 0;
@@ -50,6 +51,7 @@ class ValueTally {
   std::size_t fMostValues = 0;
   std::size_t fStepsLeft = 0;  // to places that others have
   std::vector<NumberedValue> fValues;
+  std::vector<NumberedValue> fSorted;
   TupleSorter<NumberedValue> fSorter;
   std::vector<std::uint32_t> fCounts;  // [number * targetCount + target]
 };

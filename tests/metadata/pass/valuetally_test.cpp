@@ -47,6 +47,11 @@ const Values kFewValues[] = {
        const double values[] = {-HUGE_VAL, -1e308, -1.0, 1e-300, 3.0, HUGE_VAL};
        return values[random() % 6];
      }},
+    {"SomeCloseTogether",
+     [](Random& random) {
+       return static_cast<double>(random() % 10) * 1000.0 +
+              static_cast<double>(random() % 10) * 0.01;
+     }},
     {"RareOnes",
      [](Random& random) {
        return random() % 50 == 0 ? std::ldexp(1.0, static_cast<int>(random() % 60)) : 0.1;
