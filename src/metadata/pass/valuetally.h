@@ -51,7 +51,7 @@ class ValueTally {
   std::size_t fMostValues = 0;
   std::size_t fStepsLeft = 0;  // to places that others have
   std::vector<NumberedValue> fValues;
-  std::vector<NumberedValue> fSorted;
+  std::vector<NumberedValue> fSorted;  // room to sort them in
   TupleSorter<NumberedValue> fSorter;
   std::vector<std::uint32_t> fCounts;  // [number * targetCount + target]
 };
