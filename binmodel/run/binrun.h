@@ -52,8 +52,8 @@ struct RunControl {
   // the thread that calls MakeBins().
   std::function<void(std::uint64_t done, std::uint64_t total)> progress = nullptr;
 
-  // Asked often whether the run is to stop: for every block of records and every attribute, and,
-  // when several threads ask at a time, for all of them at once. Called by the same thread.
+  // Asked often whether the run is to stop: for every block of records and every attribute, with
+  // several threads every few milliseconds, for all of them at once. Called by the same thread.
   std::function<bool()> cancel = nullptr;
 };
 
