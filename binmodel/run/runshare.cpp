@@ -114,7 +114,8 @@ std::vector<AttributeShare> ShareOut(const RunVariables& variables, const Column
     }
     const auto least = std::min_element(shareCosts.begin(), shareCosts.end());
     *least += costOf(attribute);
-    shares.end()[least - shareCosts.end()].push_back(attribute);
+    const std::size_t othersOfRound = static_cast<std::size_t>(shareCosts.end() - least);
+    shares[shares.size() - othersOfRound].push_back(attribute);
     roundLeft -= costOf(attribute);
     costLeft -= costOf(attribute);
   }

@@ -10,6 +10,10 @@ namespace MCBinning {
 // they get one. To clear much memory first takes as long as to fill it.
 template <typename Item>
 struct UnsetAllocator : std::allocator<Item> {
+  UnsetAllocator() = default;
+  template <typename Other>
+  UnsetAllocator(const UnsetAllocator<Other>& /*other*/) noexcept {}
+
   template <typename Other>
   struct rebind {
     using other = UnsetAllocator<Other>;

@@ -150,46 +150,51 @@ TEST(BINDataSet, HandsOutCountedCasesOneByOne) {
   }
 }
 
-// Cut points that leave cases over, or bins that no case reaches.
-// Blocks of valid cases stay where they were read, those of others close ranks.
+// Blocks of valid cases stay where they were read, those of others close ranks. So they do where
+// the host has chosen another missing value, be it a zero or one that a case could have.
 TEST(BINDataSet, KeepsTheValidCasesOfEveryBlock) {
   constexpr int kBlock = 8192;
-  for (const double invalid : {kMissing, kNaN, 1e300, -0.0}) {
-    Doubles values, codes;
-    for (int i = 0; i < 4 * kBlock + 100; ++i) {
-      const bool isOdd = i / kBlock == 1 && i % 3 == 0;
-      values.push_back(isOdd ? invalid : std::sin(i) + 2.0);
-      codes.push_back(i / kBlock == 2 && i % 1000 == 0 ? kMissing : i % 2);
-    }
-    Scenario scenario;
-    scenario.Append(Continuous(values));
-    scenario.Append(Categorical(codes, 2, Var::RoleTarget));
+  const double usual = MCMV::gMissingValue;
+  for (const double missing : {usual, 2.5, 1.0, 0.0, -0.0}) {
+    MCMV::gMissingValue = missing;
+    for (const double odd : {missing, -missing, kNaN, 1e300, -0.0}) {
+      SCOPED_TRACE(testing::Message() << "missing " << missing << ", odd " << odd);
+      Doubles values, codes;
+      for (int i = 0; i < 4 * kBlock + 100; ++i) {
+        values.push_back(i / kBlock == 1 && i % 3 == 0 ? odd : std::sin(i) + 2.0);
+        codes.push_back(i / kBlock == 2 && i % 1000 == 0 ? missing : i % 2);
+      }
+      Scenario scenario;
+      scenario.Append(Continuous(values));
+      scenario.Append(Categorical(codes, 2, Var::RoleTarget));
 
-    using Case = std::pair<double, int>;
-    std::vector<Case> expected, found;
-    Doubles expectedValues, foundValues;
-    for (std::size_t i = 0; i < values.size(); ++i) {
-      if (values[i] == kMissing || std::isnan(values[i])) continue;
-      expectedValues.push_back(values[i]);
-      if (codes[i] != kMissing) expected.emplace_back(values[i], static_cast<int>(codes[i]));
+      std::vector<std::pair<double, int>> expected, found;
+      Doubles expectedValues, foundValues;
+      for (std::size_t i = 0; i < values.size(); ++i) {
+        if (values[i] == missing || std::isnan(values[i])) continue;
+        expectedValues.push_back(values[i]);
+        if (codes[i] != missing) expected.emplace_back(values[i], static_cast<int>(codes[i]));
+      }
+      Loaded loaded(scenario);
+      EXPECT_EQ(loaded.Load(0, 1), kOk);
+      for (const BINDataTuple& tuple : *loaded.tuples) {
+        if (!std::isnan(tuple.value)) found.emplace_back(tuple.value, tuple.target);
+      }
+      EXPECT_EQ(loaded.LoadWithoutTarget(0), kOk);
+      for (const EFBINDataTuple& tuple : *loaded.efTuples) {
+        if (!std::isnan(tuple.value)) foundValues.push_back(tuple.value);
+      }
+      std::sort(expected.begin(), expected.end());
+      std::sort(found.begin(), found.end());
+      std::sort(expectedValues.begin(), expectedValues.end());
+      EXPECT_TRUE(found == expected);
+      EXPECT_TRUE(foundValues == expectedValues);
     }
-    Loaded loaded(scenario);
-    EXPECT_EQ(loaded.Load(0, 1), kOk);
-    for (const BINDataTuple& tuple : *loaded.tuples) {
-      if (!std::isnan(tuple.value)) found.emplace_back(tuple.value, tuple.target);
-    }
-    EXPECT_EQ(loaded.LoadWithoutTarget(0), kOk);
-    for (const EFBINDataTuple& tuple : *loaded.efTuples) {
-      if (!std::isnan(tuple.value)) foundValues.push_back(tuple.value);
-    }
-    std::sort(expected.begin(), expected.end());
-    std::sort(found.begin(), found.end());
-    std::sort(expectedValues.begin(), expectedValues.end());
-    EXPECT_TRUE(found == expected) << invalid;
-    EXPECT_TRUE(foundValues == expectedValues) << invalid;
   }
+  MCMV::gMissingValue = usual;
 }
 
+// Cut points that leave cases over, or bins that no case reaches.
 TEST(BINDataSet, HasNoBinTableForCutPointsThatDoNotFit) {
   Scenario scenario;
   scenario.Append(Continuous({5, 9, 1, 5}));

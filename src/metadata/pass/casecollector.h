@@ -48,6 +48,7 @@ class CasePlaces {
       std::is_same_v<Case, BINDataTuple> || std::is_same_v<Case, EFBINDataTuple>;
   // Values are stored on their own, one behind the other.
   static constexpr bool kHasBareValues = std::is_same_v<Case, UnweightedEFCase>;
+  static_assert(sizeof(UnweightedEFCase) == sizeof(double));
 
   explicit CasePlaces(std::vector<Case>& cases) : fCases(cases.data()) {}
 
@@ -120,13 +121,13 @@ class CaseCollector {
     }
   }
 
-  // The next cases of the files, whose values are in the room; null for a file that there is not.
-  // Without weights every case weighs 1.
+  // The next cases of the files, whose values are in the room; null for a file that there is not,
+  // as there are no weights with bare values. Without weights every case weighs 1.
   void Add(const std::uint16_t* targets, const double* weights, std::size_t count) {
     const double* const values = GetRoom(count);
     if constexpr (CasePlaces<Case>::kHasBareValues) {
       if (AddIfAllValid(targets, values, count)) return;
-      AddMissing(targets, weights, values, count);  // before cases move closer together
+      AddMissing(targets, nullptr, values, count);  // before cases move closer together
       Collect<false>(targets, weights, values, count);
     } else {
       const std::size_t countBefore = fCount;
@@ -179,8 +180,8 @@ class CaseCollector {
     return true;
   }
 
-  // False where there is more to ask than whether a value is held, or its bits are the missing
-  // one's.
+  // False also where the missing value is one that can be held, or a zero, of which there are two:
+  // the cases are then looked at one by one.
   bool AreAllValid(const double* values, std::size_t count) const {
     if constexpr (kIsPacked<Case>) {
       return !Case::CanHold(fMissing, 0) && Case::CanHoldAll(values, count);
@@ -262,7 +263,7 @@ class CaseCollector {
 
   const CasePlaces<Case> fPlaces;
   const double fMissing;
-  std::vector<double> fRoom;
+  std::vector<double> fRoom;  // of values that are not bare
   std::size_t fCount = 0;
   double fTotalWeight = 0.0;
   double fTotalWeightWithMissing = 0.0;

@@ -85,7 +85,7 @@ class CaseReader {
       BinaryRecordIterator::Block weights{nullptr, std::min(kBlockCases, casesLeft)};
       if (hasWeight) weights = fWeight->NextBlock();
       count = weights.count;
-      // A file may have changed since it was looked at.
+      // A file may have become shorter, or that of the weights longer, since it was looked at.
       if (count == 0 || count > casesLeft) throw StatusError(StatusCode::kTempFileFailed);
       const std::size_t byteCount = count * sizeof(double);
       if (values.Read(collector.GetRoom(count), byteCount) != byteCount)

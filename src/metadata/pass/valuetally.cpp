@@ -136,11 +136,12 @@ void ValueTally::SortValues() {
       [](const NumberedValue& a, const NumberedValue& b) { return a.value < b.value; });
   const double low = least->value;
   const double scale = (kParts - 1) / (most->value - low);
+  // One value alone, an infinity or a range beyond all numbers have no parts.
+  if (!std::isnormal(scale)) return fSorter.Sort(fValues);
+
   const auto partOf = [&](const NumberedValue& value) {
     return static_cast<std::size_t>((value.value - low) * scale);
   };
-  if (!std::isnormal(scale) || !std::isfinite(most->value - low)) return fSorter.Sort(fValues);
-
   std::array<std::uint32_t, kParts> positions{};
   for (const NumberedValue& value : fValues) ++positions[partOf(value)];
   if (*std::max_element(positions.begin(), positions.end()) > kMostInPart)
