@@ -114,14 +114,13 @@ std::vector<AttributeShare> ShareOut(const RunVariables& variables, const Column
     }
     const auto least = std::min_element(shareCosts.begin(), shareCosts.end());
     *least += costOf(attribute);
-    const std::size_t othersOfRound = static_cast<std::size_t>(shareCosts.end() - least);
-    shares[shares.size() - othersOfRound].push_back(attribute);
+    const auto placeFromEnd = static_cast<std::size_t>(shareCosts.end() - least);
+    shares[shares.size() - placeFromEnd].push_back(attribute);
     roundLeft -= costOf(attribute);
     costLeft -= costOf(attribute);
   }
   std::erase_if(shares, [](const AttributeShare& share) { return share.empty(); });
-  // In the order of the columns, costly and others in turn where they are mixed: threads that all
-  // sort many values at the same time wait for the same memory.
+  // In the order of the columns, as the source has them.
   for (AttributeShare& share : shares) std::sort(share.begin(), share.end());
   return shares;
 }
