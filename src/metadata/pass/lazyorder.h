@@ -116,12 +116,13 @@ class LazyOrder {
   // By a hash table of the bucket's different values, whose hash is their part of the bucket. None
   // when too many share a part. For a bucket between others.
   std::optional<unsigned int> CountByParts(std::size_t bucket) {
-    constexpr std::uint32_t kPartMask = (1U << Sorter::Spread::kPartBits) - 1;
+    constexpr std::int32_t kPartMask = (1 << Sorter::Spread::kPartBits) - 1;
     constexpr int kShift = Sorter::Spread::kPartBits - kHashBits;
     const Case* const first = fCases->data() + FirstOf(bucket);
     const Case* const end = fCases->data() + fEnds[bucket];
     Sorter::Extend(fScratch, SizeOf(bucket));
     Case* const values = fScratch.data();
+    const EqualParts parts = fSpread->GetParts();
     fNewest.assign(std::size_t{1} << kHashBits, kNone);
     fOlder.resize(kMostHashed);
     std::uint16_t count = 0;
@@ -129,7 +130,7 @@ class LazyOrder {
     for (const Case* item = first; item != end; ++item) {
       FetchAhead(item, kFarAhead * 2);
       std::uint16_t& newest =
-          fNewest[(fSpread->PartOf(Unpacked(*item).value) & kPartMask) >> kShift];
+          fNewest[(parts.InnerPartOf(Unpacked(*item).value) & kPartMask) >> kShift];
       std::uint16_t other = newest;
       while (other != kNone && !HaveSameValue(values[other], *item)) {
         if (stepsLeft-- == 0) return std::nullopt;

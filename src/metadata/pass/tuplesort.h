@@ -6,11 +6,13 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "common/prefetch.h"
 #include "metadata/pass/cases.h"
+#include "metadata/pass/equalparts.h"
 #include "metadata/pass/loosecases.h"
 
 namespace MCBinning {
@@ -26,6 +28,8 @@ class LazyOrder;
 // or a small input as a whole, is then sorted by the order-preserving bits of the values, from
 // the least significant digit: the leading bits in which its values lie apart, in a few digits.
 // What agrees in those is put in order afterwards, so the time stays O(n) whatever the values.
+// Loose cases that are not that many are sorted by equal parts of their range instead, if they lie
+// evenly enough: the bits of values around 0 lie apart by their exponents more than by all else.
 template <typename Case>
 class TupleSorter {
  public:
@@ -60,8 +64,13 @@ class TupleSorter {
       const Ends ends = SpreadOut(cases.data(), cases.size(), spread, values, caseAt);
       SortBuckets(cases, ends, spread, fScratch, useSorted);
     } else {
-      for (std::size_t i = 0; i < cases.size(); ++i) cases[i] = caseAt(i);
-      if (!isSorted) SortWhole(cases, fScratch);
+      const EqualParts parts = isSorted ? EqualParts() : PartsOfSome(values, cases.size());
+      if (parts.IsUseful()) {
+        SortByParts(values, caseAt, parts, cases);
+      } else {
+        for (std::size_t i = 0; i < cases.size(); ++i) cases[i] = caseAt(i);
+        if (!isSorted) SortWhole(cases, fScratch);
+      }
       useSorted(cases.data(), cases.size());
     }
     DropIfLarge(fScratch);
@@ -119,6 +128,7 @@ class TupleSorter {
   // Counts of cases. Those of a digit's values must be cleared and added up, which a few cases do
   // not pay for.
   static constexpr std::size_t kFewCases = 32;      // below, inserting is faster
+  static constexpr std::size_t kSomeCases = 1024;   // below, a sample takes too long
   static constexpr std::size_t kManyCases = 4096;   // above, larger digits are faster
   static constexpr std::size_t kMostCases = 32768;  // above, buckets are faster
   static constexpr std::size_t kLargestKeptBuffer = std::size_t{32} << 20;  // bytes
@@ -139,8 +149,21 @@ class TupleSorter {
 
   static bool IsLess(const Case& a, const Case& b) { return KeyOf(a) < KeyOf(b); }
 
-  // Where a value lies in the range that most of the values take up, as one of a number of
-  // buckets of equal width. What lies beyond is in the first or in the last one.
+  // Some of the values, ascending.
+  template <std::size_t kSize, typename Source>
+  static std::array<double, kSize> SampleOf(const Source* sources, std::size_t count) {
+    std::array<double, kSize> sample{};
+    for (std::size_t i = 0; i < kSize; ++i) sample[i] = ValueOf(sources[count / kSize * i]);
+    if constexpr (std::is_same_v<Source, double>) {
+      std::sort(sample.begin(), sample.end());  // without a NaN
+    } else {
+      std::sort(sample.begin(), sample.end(),
+                [](double a, double b) { return KeyOf(a) < KeyOf(b); });
+    }
+    return sample;
+  }
+
+  // A number of buckets, each for an equal width of the range that most of the values take up.
   class Spread {
    public:
     static constexpr int kPartBits = 16;
@@ -150,51 +173,30 @@ class TupleSorter {
     template <typename Source>
     Spread(const Source* sources, std::size_t count) {
       if (count <= kMostCases) return;
-      fBucketCount = std::min(std::bit_floor(count / kCasesPerBucket), kMostBuckets);
-      fLast = static_cast<double>((fBucketCount << kPartBits) - 1);
-      std::array<double, kSampleSize> sample{};
-      for (std::size_t i = 0; i < kSampleSize; ++i)
-        sample[i] = ValueOf(sources[count / kSampleSize * i]);
-      std::sort(sample.begin(), sample.end(),
-                [](double a, double b) { return KeyOf(a) < KeyOf(b); });
+      constexpr std::size_t kSampleSize = 256;
+      constexpr std::size_t kSampleTail = 5;  // of either side, which outliers may take
+      const auto sample = SampleOf<kSampleSize>(sources, count);
       const double low = sample[kSampleTail];
       const double high = sample[kSampleSize - 1 - kSampleTail];
-      if (!(high > low)) return;
       const double margin = (high - low) / 4.0;
-      fLow = low - margin;
-      fScale = static_cast<double>(fBucketCount << kPartBits) / (high - low + 2.0 * margin);
+      fBucketCount = std::min(std::bit_floor(count / kCasesPerBucket), kMostBuckets);
+      fParts = EqualParts(low - margin, high + margin, fBucketCount << kPartBits);
     }
 
     std::size_t GetBucketCount() const { return fBucketCount; }
 
-    bool IsUseful() const { return std::isfinite(fLow) && std::isfinite(fScale) && fScale > 0.0; }
+    bool IsUseful() const { return fParts.IsUseful(); }
 
-    // Never descends while the value ascends, and a NaN is in the last bucket. Requires
-    // IsUseful().
-    std::int32_t BucketOf(double value) const {
-      const double position = (value - fLow) * fScale;
-      const double capped = position < fLast ? position : fLast;
-      return static_cast<std::int32_t>(capped > 0.0 ? capped : 0.0) >> kPartBits;
-    }
-
-    // The same, with each bucket divided into 2^kPartBits parts. Not for values that are in
-    // the first or in the last bucket.
-    std::uint32_t PartOf(double value) const {
-      return static_cast<std::uint32_t>((value - fLow) * fScale);
-    }
+    // Each bucket has 2^kPartBits. A NaN is in the last one.
+    const EqualParts& GetParts() const { return fParts; }
 
    private:
-    static constexpr std::size_t kSampleSize = 256;
-    static constexpr std::size_t kSampleTail = 5;  // of either side, which outliers may take
-
     // With few cases in each, what a bucket takes to be sorted whatever it holds would count.
     static constexpr std::size_t kCasesPerBucket = 128;
     static constexpr std::size_t kMostBuckets = 2048;  // that are filled side by side
 
     std::size_t fBucketCount = 0;
-    double fLow = 0.0;
-    double fScale = 0.0;
-    double fLast = 0.0;  // the highest position
+    EqualParts fParts;
   };
 
   // Leaves the cases in order of their buckets, and says where each bucket ends.
@@ -214,11 +216,11 @@ class TupleSorter {
   static Ends SpreadOut(Case* cases, std::size_t count, const Spread& spread, const Source* sources,
                         const CaseAt& caseAt) {
     Ends ends(spread.GetBucketCount());
-    ForEachBucket(sources, count, spread,
-                  [&](std::size_t /*i*/, std::size_t bucket) { ++ends[bucket]; });
+    ForEachPart(sources, count, spread.GetParts(),
+                [&](std::size_t /*i*/, std::size_t part) { ++ends[part >> Spread::kPartBits]; });
     AddUp(ends);
-    ForEachBucket(sources, count, spread, [&](std::size_t i, std::size_t bucket) {
-      std::uint32_t& end = ends[bucket];
+    ForEachPart(sources, count, spread.GetParts(), [&](std::size_t i, std::size_t part) {
+      std::uint32_t& end = ends[part >> Spread::kPartBits];
       // Written to before long; to wait for the line then would take most of the time.
       FetchAhead<true>(cases + end, kLine);
       cases[end++] = caseAt(i);
@@ -226,21 +228,72 @@ class TupleSorter {
     return ends;
   }
 
-  // Finds buckets some at a time, by vector instructions where there are any.
+  // Finds the parts that the values of the sources are in, some at a time, by vector instructions
+  // where there are any.
   template <typename Source, typename Use>
-  static void ForEachBucket(const Source* sources, std::size_t count, Spread spread,
-                            const Use& use) {
-    constexpr std::size_t kAtATime = 8;
-    std::array<std::int32_t, kAtATime> buckets;
+  static void ForEachPart(const Source* sources, std::size_t count, EqualParts parts,
+                          const Use& use) {
+    constexpr std::size_t kAtATime = 32;
+    std::array<std::int32_t, kAtATime> found;
     std::size_t i = 0;
     for (; i + kAtATime <= count; i += kAtATime) {
       for (std::size_t offset = 0; offset < kAtATime * sizeof(Source); offset += kLine)
         FetchAhead(sources + i, kFarAhead + offset);
-      for (std::size_t k = 0; k < kAtATime; ++k)
-        buckets[k] = spread.BucketOf(ValueOf(sources[i + k]));
-      for (std::size_t k = 0; k < kAtATime; ++k) use(i + k, static_cast<std::size_t>(buckets[k]));
+      for (std::size_t k = 0; k < kAtATime; ++k) found[k] = parts.PartOf(ValueOf(sources[i + k]));
+      for (std::size_t k = 0; k < kAtATime; ++k) use(i + k, static_cast<std::size_t>(found[k]));
     }
-    for (; i < count; ++i) use(i, static_cast<std::size_t>(spread.BucketOf(ValueOf(sources[i]))));
+    for (; i < count; ++i) use(i, static_cast<std::size_t>(parts.PartOf(ValueOf(sources[i]))));
+  }
+
+  static constexpr int kDigitBits = 10;  // of a part's number, which has two digits
+
+  // Parts of the range of some values. Of no use for fewer or more of them, or where a sample lies
+  // so unevenly that too many would share a part.
+  static EqualParts PartsOfSome(const double* values, std::size_t count) {
+    if (count < kSomeCases || count > kMostCases) return {};
+    constexpr std::size_t kSampleSize = 64;
+    constexpr std::size_t kSampleTail = 1;
+    constexpr std::size_t kClose = 8;            // of the sample
+    constexpr double kLeastShare = 1.0 / 256.0;  // of the range, between so many
+    const auto sample = SampleOf<kSampleSize>(values, count);
+    const double low = sample[kSampleTail];
+    const double high = sample[kSampleSize - 1 - kSampleTail];
+    for (std::size_t i = kClose; i < kSampleSize; ++i) {
+      if (!(sample[i] - sample[i - kClose] > (high - low) * kLeastShare)) return {};
+    }
+    const double margin = (high - low) / 2.0;
+    return {low - margin, high + margin, std::size_t{1} << (2 * kDigitBits)};
+  }
+
+  // Fills `cases` with what `caseAt` makes of the values, sorted by the parts that they are in,
+  // from the least significant digit of a part. In between, a place and the other digit stand for a
+  // case, in half its bytes. Then what shares a part is put in order.
+  template <typename CaseAt>
+  void SortByParts(const double* values, const CaseAt& caseAt, const EqualParts& parts,
+                   std::vector<Case>& cases) {
+    constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
+    constexpr int kPlaceBits = 16;
+    constexpr std::size_t kPlaces = std::size_t{1} << kPlaceBits;
+    static_assert(kMostCases <= kPlaces && kDigitBits + kPlaceBits <= 32);
+    const std::size_t count = cases.size();
+    std::array<std::uint32_t, kDigitValues> low{};
+    std::array<std::uint32_t, kDigitValues> high{};
+    ForEachPart(values, count, parts, [&](std::size_t /*i*/, std::size_t part) {
+      ++low[part % kDigitValues];
+      ++high[part / kDigitValues];
+    });
+    AddUp(low);
+    AddUp(high);
+    fPlaces.resize(kMostCases);
+    ForEachPart(values, count, parts, [&](std::size_t i, std::size_t part) {
+      fPlaces[low[part % kDigitValues]++] =
+          static_cast<std::uint32_t>(part / kDigitValues * kPlaces + i);
+    });
+    for (std::size_t i = 0; i < count; ++i)
+      cases[high[fPlaces[i] / kPlaces]++] = caseAt(fPlaces[i] % kPlaces);
+    Extend(fScratch, count);
+    SortRuns(cases.data(), fScratch.data(), count,
+             [&](const Case& item) { return parts.PartOf(ValueOf(item)); });
   }
 
   // Sorts a bucket in place. One that lies between others that have cases has parts.
@@ -250,7 +303,9 @@ class TupleSorter {
     // Packed cases need no parts, as their keys are at hand.
     if constexpr (!kIsPacked<Case>) {
       if (usesParts) {
-        const auto partOf = [&](const Case& item) { return spread.PartOf(item.value); };
+        const auto partOf = [&](const Case& item) {
+          return static_cast<std::uint32_t>(spread.GetParts().InnerPartOf(item.value));
+        };
         SortByDigits<8, 2>(cases, scratch, count, partOf, Spread::kPartBits);
         SortRuns(cases, scratch, count, partOf);
         return;
@@ -370,6 +425,7 @@ class TupleSorter {
   }
 
   std::vector<Case> fScratch;
+  std::vector<std::uint32_t> fPlaces;
 };
 
 }  // namespace MCBinning

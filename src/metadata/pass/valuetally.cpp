@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cmath>
-#include <numeric>
+#include <utility>
 
 #include "common/prefetch.h"
 
@@ -12,18 +11,36 @@ namespace MCBinning {
 
 namespace {
 
-constexpr std::uint32_t kNone = ~std::uint32_t{0};
-
 // With fewer cases, of all or of a value on average, a sort is as fast; with more values the table
 // does not stay near.
 constexpr std::size_t kFewestCases = 1024;
 constexpr std::size_t kFewestOfValue = 8;
 constexpr std::size_t kMostValues = 4096;
 
+// A power of 2. In order, values that are no closer to another than a part is wide need no more.
+constexpr std::size_t kPlacesOfValue = 4;
+constexpr std::size_t kPartsOfValue = 2;
+
 // Where as many of a sample are different, there are more than some 2,000 values that are about as
 // frequent; most of them would be found too late to be too many.
-constexpr std::size_t kSampleSize = 256;
 constexpr std::size_t kMostInSample = 240;
+
+// Puts values anywhere among a power of 2 of places.
+class Scatter {
+ public:
+  explicit Scatter(std::size_t placeCount)
+      : fShift(64 - static_cast<int>(std::bit_width(placeCount - 1))) {}
+
+  std::size_t operator()(double value) const {
+    // Of 2^64. Once spreads neighbours evenly, but puts numbers at some distances close together.
+    constexpr std::uint64_t kGoldenRatio = 0x9e3779b97f4a7c15;
+    const std::uint64_t once = std::bit_cast<std::uint64_t>(value) * kGoldenRatio;
+    return ((once ^ (once >> 32)) * kGoldenRatio) >> fShift;
+  }
+
+ private:
+  int fShift;
+};
 
 void AddRun(std::vector<BINDataTuple>& runs, double value, std::size_t target, double weight) {
   runs.push_back({value, static_cast<std::uint8_t>(target), weight});
@@ -52,37 +69,52 @@ bool ValueTally::Tally(const std::vector<UnweightedEFCase>& cases,
 template <typename Tuple, typename Source, typename TargetAt>
 bool ValueTally::Tally(const Source* sources, std::size_t count, std::size_t targetCount,
                        const TargetAt& targetAt, std::vector<Tuple>& runs) {
-  if (count < kFewestCases || !IsPromising(sources, count)) return false;
-  fStepsLeft = 2 * count;
-  Begin(std::min(std::bit_floor(count / kFewestOfValue), kMostValues));
-  fCounts.assign(fMostValues * targetCount, 0);
-  for (std::size_t i = 0; i < count; ++i) {
-    FetchAhead(sources + i, kFarAhead);
-    const Number number = NumberOf(ValueOf(sources[i]));
-    if (number == kNone) return false;
-    ++fCounts[number * targetCount + targetAt(i)];
+  if (count < kFewestCases) return false;
+  std::array<double, kSampleSize> sample;
+  for (std::size_t i = 0; i < kSampleSize; ++i)
+    sample[i] = ValueOf(sources[count / kSampleSize * i]);
+  if (!IsPromising(sample)) return false;
+
+  // Values that lie evenly, as rounded ones do, have a part of their range each; others are
+  // scattered when that has turned out.
+  fTargetCount = targetCount;
+  const std::size_t mostValues = std::min(std::bit_floor(count / kFewestOfValue), kMostValues);
+  const auto [low, high] = std::minmax_element(sample.begin(), sample.end());
+  const double margin = (*high - *low) / 4.0;
+  const EqualParts parts(*low - margin, *high + margin, mostValues * kPartsOfValue);
+  bool isCounted = false;
+  if (parts.IsUseful()) {
+    Begin(mostValues, mostValues * kPartsOfValue, count / kFewestOfValue);
+    const auto partOf = [&](double value) { return static_cast<std::size_t>(parts.PartOf(value)); };
+    isCounted = Count(sources, count, targetAt, partOf);
   }
+  if (!isCounted) {
+    Begin(mostValues, mostValues * kPlacesOfValue, 2 * count);
+    isCounted = Count(sources, count, targetAt, Scatter(fPlaces.size()));
+  }
+  if (!isCounted) return false;
+  SortValues();
 
   runs.clear();
-  const auto addRuns = [&](const NumberedValue& value) {
+  const auto addRuns = [&](const CountedValue& value) {
     for (std::size_t target = 0; target < targetCount; ++target) {
-      const std::uint32_t weight = fCounts[value.target * targetCount + target];
+      const std::uint32_t weight = fCounts[value.target + target];
       if (weight > 0) AddRun(runs, value.value, target, weight);
     }
   };
-  SortValues();
   for (auto value = fValues.begin(); value != fValues.end(); ++value) {
     if (value + 1 == fValues.end() || !HaveSameValue(value[0], value[1])) {
       addRuns(*value);
       continue;
     }
     // Both zeros. If the last case has the same one as the first, that case becomes a run.
+    if (value[1].target < value[0].target) std::swap(value[0], value[1]);
     std::size_t last = count - 1;
     while (ValueOf(sources[last]) != 0.0) --last;
     const bool isFirstLast =
         std::bit_cast<Bits>(ValueOf(sources[last])) == std::bit_cast<Bits>(value->value);
     const std::size_t lastTarget = targetAt(last);
-    if (isFirstLast) --fCounts[value->target * targetCount + lastTarget];
+    if (isFirstLast) --fCounts[value->target + lastTarget];
     addRuns(value[0]);
     addRuns(value[1]);
     if (isFirstLast) AddRun(runs, value->value, lastTarget, 1.0);
@@ -91,79 +123,67 @@ bool ValueTally::Tally(const Source* sources, std::size_t count, std::size_t tar
   return true;
 }
 
-template <typename Source>
-bool ValueTally::IsPromising(const Source* sources, std::size_t count) {
-  fStepsLeft = count;
-  Begin(kSampleSize);
-  for (std::size_t i = 0; i < kSampleSize; ++i) {
-    if (NumberOf(ValueOf(sources[count / kSampleSize * i])) == kNone) return false;
+bool ValueTally::IsPromising(const std::array<double, kSampleSize>& sample) {
+  fTargetCount = 1;
+  Begin(kMostInSample, kSampleSize * kPlacesOfValue, kSampleSize);
+  const auto noTarget = [](std::size_t) { return std::size_t{0}; };
+  return Count(sample.data(), sample.size(), noTarget, Scatter(fPlaces.size()));
+}
+
+void ValueTally::Begin(std::size_t mostValues, std::size_t placeCount, std::size_t mostSteps) {
+  fPlaces.resize(placeCount);
+  fStepsLeft = mostSteps;
+  fCounts.assign(mostValues * fTargetCount, 0);
+}
+
+// False for a value too many, for a NaN, or when the table has taken too many steps.
+template <typename Source, typename TargetAt, typename PlaceOf>
+bool ValueTally::Count(const Source* sources, std::size_t count, const TargetAt& targetAt,
+                       const PlaceOf& placeOf) {
+  // An empty place seems to hold the first value, which never looks there as it has its own: so
+  // one comparison tells a value that is in its place.
+  const double firstValue = ValueOf(sources[0]);
+  if (firstValue != firstValue) return false;
+  std::fill(fPlaces.begin(), fPlaces.end(), Place{std::bit_cast<Bits>(firstValue), kEmpty});
+  fPlaces[placeOf(firstValue)].counts = 0;
+  fNextCounts = static_cast<std::uint32_t>(fTargetCount);
+
+  Place* const places = fPlaces.data();
+  std::uint32_t* const counts = fCounts.data();
+  for (std::size_t i = 0; i < count; ++i) {
+    FetchAhead(sources + i, kFarAhead);
+    const double value = ValueOf(sources[i]);
+    const auto bits = std::bit_cast<Bits>(value);
+    const Place* place = places + placeOf(value);
+    if (place->bits != bits) {
+      place = FindPlace(placeOf(value), value);
+      if (place == nullptr) return false;
+    }
+    ++counts[place->counts + targetAt(i)];
   }
-  return fValues.size() <= kMostInSample;
+  return true;
 }
 
-void ValueTally::Begin(std::size_t mostValues) {
-  constexpr std::size_t kPlacesPerValue = 4;
-  fMostValues = mostValues;
-  fPlaces.assign(mostValues * kPlacesPerValue, Place{~Bits{0}, kNone});
-  fPlaceMask = fPlaces.size() - 1;
-  fPlaceShift = 64 - static_cast<int>(std::bit_width(fPlaceMask));
-  fValues.clear();
-}
-
-// kNone for one too many, for a NaN, or when the table has taken too many steps.
-inline ValueTally::Number ValueTally::NumberOf(double value) {
-  // Of 2^64. Once spreads neighbours evenly, but puts numbers at some distances close together.
-  constexpr Bits kGoldenRatio = 0x9e3779b97f4a7c15;
-  const Bits bits = std::bit_cast<Bits>(value);
-  const Bits once = bits * kGoldenRatio;
-  std::size_t place = ((once ^ (once >> 32)) * kGoldenRatio) >> fPlaceShift;
-  while (fPlaces[place].bits != bits) {
-    if (fPlaces[place].number == kNone) return Add(place, value);
-    if (fStepsLeft == 0) return kNone;
-    --fStepsLeft;
-    place = (place + 1) & fPlaceMask;
+// Of a value that is not in its place: where it is, or is from now on.
+const ValueTally::Place* ValueTally::FindPlace(std::size_t at, double value) {
+  const auto bits = std::bit_cast<Bits>(value);
+  for (; fPlaces[at].counts != kEmpty; at = (at + 1) % fPlaces.size()) {
+    if (fPlaces[at].bits == bits) return &fPlaces[at];
+    if (fStepsLeft-- == 0) return nullptr;
   }
-  return fPlaces[place].number;
+  if (fNextCounts == fCounts.size() || value != value) return nullptr;
+  fPlaces[at] = {bits, fNextCounts};
+  fNextCounts += static_cast<std::uint32_t>(fTargetCount);
+  return &fPlaces[at];
 }
 
-// As the sorter does, which takes twice as long for some hundred values: by equal parts of their
-// range, then those of a part, unless they lie so unevenly that a part has many.
 void ValueTally::SortValues() {
-  constexpr std::size_t kParts = 2048;
-  constexpr std::uint32_t kMostInPart = 16;
-  const auto [least, most] = std::minmax_element(
-      fValues.begin(), fValues.end(),
-      [](const NumberedValue& a, const NumberedValue& b) { return a.value < b.value; });
-  const double low = least->value;
-  const double scale = (kParts - 1) / (most->value - low);
-  // One value alone, an infinity or a range beyond all numbers have no parts.
-  if (!std::isnormal(scale)) return fSorter.Sort(fValues);
-
-  const auto partOf = [&](const NumberedValue& value) {
-    return static_cast<std::size_t>((value.value - low) * scale);
-  };
-  std::array<std::uint32_t, kParts> positions{};
-  for (const NumberedValue& value : fValues) ++positions[partOf(value)];
-  if (*std::max_element(positions.begin(), positions.end()) > kMostInPart)
-    return fSorter.Sort(fValues);
-  std::exclusive_scan(positions.begin(), positions.end(), positions.begin(), std::uint32_t{0});
-  fSorted.resize(fValues.size());
-  for (const NumberedValue& value : fValues) fSorted[positions[partOf(value)]++] = value;
-  for (auto end = fSorted.begin(); end != fSorted.end(); ++end) {
-    const NumberedValue value = *end;
-    auto place = end;
-    for (; place != fSorted.begin() && value.value < place[-1].value; --place) *place = place[-1];
-    *place = value;
+  fValues.clear();
+  for (const Place& place : fPlaces) {
+    if (place.counts != kEmpty)
+      fValues.push_back({std::bit_cast<double>(place.bits), place.counts});
   }
-  fValues.swap(fSorted);
-}
-
-ValueTally::Number ValueTally::Add(std::size_t place, double value) {
-  if (fValues.size() == fMostValues || value != value) return kNone;
-  const auto number = static_cast<Number>(fValues.size());
-  fPlaces[place] = {std::bit_cast<Bits>(value), number};
-  fValues.push_back({value, number});
-  return number;
+  fSorter.Sort(fValues);
 }
 
 }  // namespace MCBinning

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 #include "metadata/pass/cases.h"
+#include "metadata/pass/equalparts.h"
 #include "metadata/pass/loosecases.h"
 #include "metadata/pass/tuplesort.h"
 
@@ -26,34 +28,35 @@ class ValueTally {
 
  private:
   using Bits = std::uint64_t;
-  using Number = std::uint32_t;  // of a value, in the order of the first cases
-  using NumberedValue = UnweightedCase;
+  using CountedValue = UnweightedCase;  // its target: where its counts are
+
+  static constexpr std::uint32_t kEmpty = ~std::uint32_t{0};
+  static constexpr std::size_t kSampleSize = 256;
 
   // A value's; the next ones take those of values that they share a place with.
   struct Place {
     Bits bits;
-    Number number;
+    std::uint32_t counts;  // where they begin; ascends in the order of the values' first cases
   };
 
   template <typename Tuple, typename Source, typename TargetAt>
   bool Tally(const Source* sources, std::size_t count, std::size_t targetCount,
              const TargetAt& targetAt, std::vector<Tuple>& runs);
-  template <typename Source>
-  bool IsPromising(const Source* sources, std::size_t count);
-  void Begin(std::size_t mostValues);
-  Number NumberOf(double value);
-  Number Add(std::size_t place, double value);
+  bool IsPromising(const std::array<double, kSampleSize>& sample);
+  void Begin(std::size_t mostValues, std::size_t placeCount, std::size_t mostSteps);
+  template <typename Source, typename TargetAt, typename PlaceOf>
+  bool Count(const Source* sources, std::size_t count, const TargetAt& targetAt,
+             const PlaceOf& placeOf);
+  const Place* FindPlace(std::size_t at, double value);
   void SortValues();
 
   std::vector<Place> fPlaces;  // a power of 2 of them
-  std::size_t fPlaceMask = 0;
-  int fPlaceShift = 0;
-  std::size_t fMostValues = 0;
   std::size_t fStepsLeft = 0;  // to places that others have
-  std::vector<NumberedValue> fValues;
-  std::vector<NumberedValue> fSorted;  // room to sort them in
-  TupleSorter<NumberedValue> fSorter;
-  std::vector<std::uint32_t> fCounts;  // [number * targetCount + target]
+  std::size_t fTargetCount = 0;
+  std::vector<std::uint32_t> fCounts;  // of a value, by target
+  std::uint32_t fNextCounts = 0;       // of the next value
+  std::vector<CountedValue> fValues;
+  TupleSorter<CountedValue> fSorter;
 };
 
 }  // namespace MCBinning

@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "metadata/pass/loosecases.h"
 #include "metadata/pass/tuplesort.h"
 #include "support/scenario.h"
 
@@ -38,31 +39,59 @@ double Draw(Random& random) {
   }
 }
 
+// Of a range that they lie evenly in but for some ties, some too close to tell and a few far away.
+double DrawEvenly(Random& random) {
+  const double value = std::normal_distribution<double>()(random);
+  switch (random() % 500) {
+    case 0:
+      return 1e6 * value;
+    case 1:
+    case 2:
+      return random() % 2 == 0 ? 0.0 : -0.0;
+    default:
+      break;
+  }
+  const bool isRounded = random() % 5 == 0;
+  return isRounded ? std::round(50.0 * value) / 50.0 + std::ldexp(random() % 4, -40) : value;
+}
+
+template <typename Case>
+Held HeldBy(const std::vector<Case>& packed) {
+  Held held;
+  for (const Case& item : packed) {
+    held.emplace_back(std::bit_cast<std::uint64_t>(item.GetValue()), item.GetTarget());
+  }
+  return held;
+}
+
 template <int kTargetBits>
-void ExpectSortedAsValues(Random& random, std::size_t count) {
+void ExpectSortedAsValues(Random& random, double (*draw)(Random&), std::size_t count) {
   using Case = MCBinning::PackedCase<kTargetBits>;
+  SCOPED_TRACE(testing::Message() << kTargetBits << " target bits, " << count << " cases, seed "
+                                  << TestSeed());
   std::vector<std::pair<double, unsigned int>> cases;
-  std::vector<Case> packed;
+  std::vector<Case> packed, packedLast;
+  MCBinning::LooseCases loose;
   while (packed.size() < count) {
-    const double value = Draw(random);
+    const double value = draw(random);
     const auto target = static_cast<unsigned int>(random() % Case::kTargetCount);
     if (!Case::CanHold(value, target)) continue;
     cases.emplace_back(value, target);
     packed.emplace_back(value, target);
+    loose.values.push_back(value);
+    loose.targets.push_back(static_cast<std::uint8_t>(target));
   }
   std::stable_sort(cases.begin(), cases.end(),
                    [](const auto& a, const auto& b) { return a.first < b.first; });
-  MCBinning::TupleSorter<Case>().Sort(packed);
-
-  Held expected, found;
+  Held expected;
   for (const auto& [value, target] : cases) {
     expected.emplace_back(std::bit_cast<std::uint64_t>(value), target);
   }
-  for (const Case& item : packed) {
-    found.emplace_back(std::bit_cast<std::uint64_t>(item.GetValue()), item.GetTarget());
-  }
-  EXPECT_TRUE(found == expected) << kTargetBits << " target bits, " << count << " cases, seed "
-                                 << TestSeed();
+
+  MCBinning::TupleSorter<Case>().Sort(packed);
+  EXPECT_TRUE(HeldBy(packed) == expected);
+  MCBinning::TupleSorter<Case>().Sort(loose, packedLast, [](const Case*, std::size_t) {});
+  EXPECT_TRUE(HeldBy(packedLast) == expected) << "packed at the end";
 }
 
 template <int kTargetBits>
@@ -94,9 +123,11 @@ TEST(PackedCase, HoldsAllValuesOfWhichItHoldsEach) {
 
 TEST(PackedCase, IsSortedAsItsValueIs) {
   Random random(TestSeed());
-  for (const std::size_t count : {2U, 31U, 3000U, 32769U, 100000U}) {
-    ExpectSortedAsValues<1>(random, count);
-    ExpectSortedAsValues<5>(random, count);
+  for (const auto draw : {Draw, DrawEvenly}) {
+    for (const std::size_t count : {2U, 31U, 1023U, 1024U, 3000U, 32768U, 32769U, 100000U}) {
+      ExpectSortedAsValues<1>(random, draw, count);
+      ExpectSortedAsValues<5>(random, draw, count);
+    }
   }
 }
 
