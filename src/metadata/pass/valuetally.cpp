@@ -81,12 +81,16 @@ bool ValueTally::Tally(const Source* sources, std::size_t count, std::size_t tar
   const std::size_t mostValues = std::min(std::bit_floor(count / kFewestOfValue), kMostValues);
   const auto [low, high] = std::minmax_element(sample.begin(), sample.end());
   const double margin = (*high - *low) / 4.0;
-  const EqualParts parts(*low - margin, *high + margin, mostValues * kPartsOfValue);
+  const EqualParts parts(*low - margin, *high + margin, mostValues * kPartsOfValue - 1);
   bool isCounted = false;
   if (parts.IsUseful()) {
-    Begin(mostValues, mostValues * kPartsOfValue, count / kFewestOfValue);
-    const auto partOf = [&](double value) { return static_cast<std::size_t>(parts.PartOf(value)); };
-    isCounted = Count(sources, count, targetAt, partOf);
+    Begin(mostValues, mostValues * kPartsOfValue, count / 2);
+    // Those from 0.0 on move up by one, as -0.0 is where it would be.
+    const auto placeOf = [&](double value) {
+      const Bits isNegative = std::bit_cast<Bits>(value) >> 63;
+      return static_cast<std::size_t>(parts.PartOf(value)) + 1 - isNegative;
+    };
+    isCounted = Count(sources, count, targetAt, placeOf);
   }
   if (!isCounted) {
     Begin(mostValues, mostValues * kPlacesOfValue, 2 * count);
@@ -154,9 +158,10 @@ bool ValueTally::Count(const Source* sources, std::size_t count, const TargetAt&
     FetchAhead(sources + i, kFarAhead);
     const double value = ValueOf(sources[i]);
     const auto bits = std::bit_cast<Bits>(value);
-    const Place* place = places + placeOf(value);
+    const std::size_t at = placeOf(value);
+    const Place* place = places + at;
     if (place->bits != bits) {
-      place = FindPlace(placeOf(value), value);
+      place = FindPlace(at, value);
       if (place == nullptr) return false;
     }
     ++counts[place->counts + targetAt(i)];
