@@ -22,7 +22,8 @@ constexpr std::size_t kBlockRows = 64;
 constexpr std::size_t kLargeBlockRows = 128;
 
 // The more a block or a leaf weighs, the further its rows' scores may lie above what bounds them.
-// In a small table whose rows are heavy, no larger block is ever left out.
+// In a small table whose rows are heavy, no larger block is ever left out; the sums of small tables
+// are for such blocks, whatever the rows weigh.
 constexpr std::size_t kManyHeavyRows = 4096;
 constexpr std::size_t kHeavyBlockRows = 16;
 constexpr double kHeavyRow = 8.0;

@@ -77,8 +77,8 @@ class TableSearch : public RowSearch {
   std::size_t fFirstRow = 0;  // the blocks begin there
   std::size_t fBlockRows = 0;
   std::size_t fLeafRows = 0;
-  std::size_t fSumRows = 0;
-  std::vector<double> fBlockSums;  // of the rows before each fSumRows; empty: every scan is plain
+  std::size_t fSumRows = 0;        // so many lie between the sums
+  std::vector<double> fBlockSums;  // the weights of the rows before; empty: every scan is plain
 };
 
 // Of weights, and of counts of cases that weigh 1 each.

@@ -12,7 +12,7 @@ class EqualParts {
  public:
   EqualParts() = default;  // not useful
 
-  // At most 2^30 parts.
+  // From 1 to 2^30 parts.
   EqualParts(double low, double high, std::size_t count)
       : fLow(low),
         fScale(static_cast<double>(count) / (high - low)),

@@ -8,6 +8,7 @@
 
 #include "common/prefetch.h"
 #include "metadata/pass/cases.h"
+#include "metadata/pass/equalparts.h"
 #include "metadata/pass/tuplesort.h"
 
 namespace MCBinning {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
@@ -245,7 +244,7 @@ class TupleSorter {
     for (; i < count; ++i) use(i, static_cast<std::size_t>(parts.PartOf(ValueOf(sources[i]))));
   }
 
-  static constexpr int kDigitBits = 10;  // of a part's number, which has two digits
+  static constexpr int kPartDigitBits = 10;  // of a part's number, which has two digits
 
   // Parts of the range of some values. Of no use for fewer or more of them, or where a sample lies
   // so unevenly that too many would share a part.
@@ -262,7 +261,7 @@ class TupleSorter {
       if (!(sample[i] - sample[i - kClose] > (high - low) * kLeastShare)) return {};
     }
     const double margin = (high - low) / 2.0;
-    return {low - margin, high + margin, std::size_t{1} << (2 * kDigitBits)};
+    return {low - margin, high + margin, std::size_t{1} << (2 * kPartDigitBits)};
   }
 
   // Fills `cases` with what `caseAt` makes of the values, sorted by the parts that they are in,
@@ -271,10 +270,10 @@ class TupleSorter {
   template <typename CaseAt>
   void SortByParts(const double* values, const CaseAt& caseAt, const EqualParts& parts,
                    std::vector<Case>& cases) {
-    constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
+    constexpr std::size_t kDigitValues = std::size_t{1} << kPartDigitBits;
     constexpr int kPlaceBits = 16;
     constexpr std::size_t kPlaces = std::size_t{1} << kPlaceBits;
-    static_assert(kMostCases <= kPlaces && kDigitBits + kPlaceBits <= 32);
+    static_assert(kMostCases <= kPlaces && kPartDigitBits + kPlaceBits <= 32);
     const std::size_t count = cases.size();
     std::array<std::uint32_t, kDigitValues> low{};
     std::array<std::uint32_t, kDigitValues> high{};
@@ -284,13 +283,13 @@ class TupleSorter {
     });
     AddUp(low);
     AddUp(high);
-    fPlaces.resize(kMostCases);
+    if (fOrder.size() < count) fOrder.resize(count);
     ForEachPart(values, count, parts, [&](std::size_t i, std::size_t part) {
-      fPlaces[low[part % kDigitValues]++] =
+      fOrder[low[part % kDigitValues]++] =
           static_cast<std::uint32_t>(part / kDigitValues * kPlaces + i);
     });
     for (std::size_t i = 0; i < count; ++i)
-      cases[high[fPlaces[i] / kPlaces]++] = caseAt(fPlaces[i] % kPlaces);
+      cases[high[fOrder[i] / kPlaces]++] = caseAt(fOrder[i] % kPlaces);
     Extend(fScratch, count);
     SortRuns(cases.data(), fScratch.data(), count,
              [&](const Case& item) { return parts.PartOf(ValueOf(item)); });
@@ -425,7 +424,7 @@ class TupleSorter {
   }
 
   std::vector<Case> fScratch;
-  std::vector<std::uint32_t> fPlaces;
+  std::vector<std::uint32_t> fOrder;  // of loose cases, while they are sorted by parts
 };
 
 }  // namespace MCBinning

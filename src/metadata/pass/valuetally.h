@@ -6,14 +6,13 @@
 #include <vector>
 
 #include "metadata/pass/cases.h"
-#include "metadata/pass/equalparts.h"
 #include "metadata/pass/loosecases.h"
 #include "metadata/pass/tuplesort.h"
 
 namespace MCBinning {
 
 // Counts how many cases there are of each value, where there are few different ones, as among whole
-// numbers and rounded measurements. A hash table finds them in one pass, so that cases need no
+// numbers and rounded measurements. A table finds them in a pass or two, so that cases need no
 // sort.
 class ValueTally {
  public:
@@ -42,7 +41,7 @@ class ValueTally {
   template <typename Tuple, typename Source, typename TargetAt>
   bool Tally(const Source* sources, std::size_t count, std::size_t targetCount,
              const TargetAt& targetAt, std::vector<Tuple>& runs);
-  bool IsPromising(const std::array<double, kSampleSize>& sample);
+  bool IsPromising(const std::array<double, kSampleSize>& sample, std::size_t mostValues);
   void Begin(std::size_t mostValues, std::size_t placeCount, std::size_t mostSteps);
   template <typename Source, typename TargetAt, typename PlaceOf>
   bool Count(const Source* sources, std::size_t count, const TargetAt& targetAt,
