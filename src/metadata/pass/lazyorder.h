@@ -117,7 +117,7 @@ class LazyOrder {
   // By a hash table of the bucket's different values, whose hash is their part of the bucket. None
   // when too many share a part. For a bucket between others.
   std::optional<unsigned int> CountByParts(std::size_t bucket) {
-    constexpr std::int32_t kPartMask = (1 << Sorter::Spread::kPartBits) - 1;
+    constexpr std::uint32_t kPartMask = (1U << Sorter::Spread::kPartBits) - 1;
     constexpr int kShift = Sorter::Spread::kPartBits - kHashBits;
     const Case* const first = fCases->data() + FirstOf(bucket);
     const Case* const end = fCases->data() + fEnds[bucket];
@@ -130,8 +130,8 @@ class LazyOrder {
     std::size_t stepsLeft = 4 * SizeOf(bucket);
     for (const Case* item = first; item != end; ++item) {
       FetchAhead(item, kFarAhead * 2);
-      std::uint16_t& newest =
-          fNewest[(parts.InnerPartOf(Unpacked(*item).value) & kPartMask) >> kShift];
+      const auto part = static_cast<std::uint32_t>(parts.InnerPartOf(Unpacked(*item).value));
+      std::uint16_t& newest = fNewest[(part & kPartMask) >> kShift];
       std::uint16_t other = newest;
       while (other != kNone && !HaveSameValue(values[other], *item)) {
         if (stepsLeft-- == 0) return std::nullopt;
