@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
@@ -52,6 +53,14 @@ inline double ValueOf(double value) { return value; }
 template <typename Case>
 double ValueOf(const Case& item) {
   return Unpacked(item).value;
+}
+
+// Of the values, some at equal distances. Requires as many.
+template <std::size_t kSize, typename Source>
+std::array<double, kSize> SampleOf(const Source* sources, std::size_t count) {
+  std::array<double, kSize> sample;
+  for (std::size_t i = 0; i < kSize; ++i) sample[i] = ValueOf(sources[count / kSize * i]);
+  return sample;
 }
 
 template <typename Case>

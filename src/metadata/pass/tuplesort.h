@@ -150,9 +150,8 @@ class TupleSorter {
 
   // Some of the values, ascending.
   template <std::size_t kSize, typename Source>
-  static std::array<double, kSize> SampleOf(const Source* sources, std::size_t count) {
-    std::array<double, kSize> sample{};
-    for (std::size_t i = 0; i < kSize; ++i) sample[i] = ValueOf(sources[count / kSize * i]);
+  static std::array<double, kSize> SortedSampleOf(const Source* sources, std::size_t count) {
+    auto sample = SampleOf<kSize>(sources, count);
     if constexpr (std::is_same_v<Source, double>) {
       std::sort(sample.begin(), sample.end());  // without a NaN
     } else {
@@ -174,7 +173,7 @@ class TupleSorter {
       if (count <= kMostCases) return;
       constexpr std::size_t kSampleSize = 256;
       constexpr std::size_t kSampleTail = 5;  // of either side, which outliers may take
-      const auto sample = SampleOf<kSampleSize>(sources, count);
+      const auto sample = SortedSampleOf<kSampleSize>(sources, count);
       const double low = sample[kSampleTail];
       const double high = sample[kSampleSize - 1 - kSampleTail];
       const double margin = (high - low) / 4.0;
@@ -254,7 +253,7 @@ class TupleSorter {
     constexpr std::size_t kSampleTail = 1;
     constexpr std::size_t kClose = 8;            // of the sample
     constexpr double kLeastShare = 1.0 / 256.0;  // of the range, between so many
-    const auto sample = SampleOf<kSampleSize>(values, count);
+    const auto sample = SortedSampleOf<kSampleSize>(values, count);
     const double low = sample[kSampleTail];
     const double high = sample[kSampleSize - 1 - kSampleTail];
     for (std::size_t i = kClose; i < kSampleSize; ++i) {

@@ -71,35 +71,12 @@ template <typename Tuple, typename Source, typename TargetAt>
 bool ValueTally::Tally(const Source* sources, std::size_t count, std::size_t targetCount,
                        const TargetAt& targetAt, std::vector<Tuple>& runs) {
   if (count < kFewestCases) return false;
-  std::array<double, kSampleSize> sample;
-  for (std::size_t i = 0; i < kSampleSize; ++i)
-    sample[i] = ValueOf(sources[count / kSampleSize * i]);
+  const auto sample = SampleOf<kSampleSize>(sources, count);
   const std::size_t mostValues = std::min(std::bit_floor(count / kFewestOfValue), kMostValues);
   if (!IsPromising(sample, mostValues)) return false;
 
-  // Values that lie evenly, as rounded ones do, have a part of their range each; others are
-  // scattered when that has turned out.
   fTargetCount = targetCount;
-  const auto [low, high] = std::minmax_element(sample.begin(), sample.end());
-  const double margin = (*high - *low) / 4.0;
-  const EqualParts parts(*low - margin, *high + margin, mostValues * kPartsOfValue - 1);
-  bool isCounted = false;
-  if (parts.IsUseful()) {
-    Begin(mostValues, mostValues * kPartsOfValue, count / 8);
-    // Those from 0.0 on move up by one, as -0.0 is where it would be.
-    const auto placeOf = [&](double value) {
-      const Bits isNegative = std::bit_cast<Bits>(value) >> 63;
-      return static_cast<std::size_t>(parts.PartOf(value)) + 1 - isNegative;
-    };
-    isCounted = Count(sources, count, targetAt, placeOf);
-    const bool hasAllValues = fNextCounts == fCounts.size();
-    if (!isCounted && hasAllValues) return false;  // or ran out of steps with them: a sort will do
-  }
-  if (!isCounted) {
-    Begin(mostValues, mostValues * kPlacesOfValue, 2 * count);
-    isCounted = Count(sources, count, targetAt, Scatter(fPlaces.size()));
-  }
-  if (!isCounted) return false;
+  if (!CountAll(sources, count, targetAt, sample, mostValues)) return false;
   SortValues();
 
   runs.clear();
@@ -130,12 +107,34 @@ bool ValueTally::Tally(const Source* sources, std::size_t count, std::size_t tar
   return true;
 }
 
-bool ValueTally::IsPromising(const std::array<double, kSampleSize>& sample,
-                             std::size_t mostValues) {
+bool ValueTally::IsPromising(const Sample& sample, std::size_t mostValues) {
   fTargetCount = 1;
   Begin(std::min(mostValues, kMostInSample), kSampleSize * kPlacesOfValue, kSampleSize);
   const auto noTarget = [](std::size_t) { return std::size_t{0}; };
   return Count(sample.data(), sample.size(), noTarget, Scatter(fPlaces.size()));
+}
+
+// Values that lie evenly, as rounded ones do, have a part of their range each; others are scattered
+// when that has turned out.
+template <typename Source, typename TargetAt>
+bool ValueTally::CountAll(const Source* sources, std::size_t count, const TargetAt& targetAt,
+                          const Sample& sample, std::size_t mostValues) {
+  const auto [low, high] = std::minmax_element(sample.begin(), sample.end());
+  const double margin = (*high - *low) / 4.0;
+  const EqualParts parts(*low - margin, *high + margin, mostValues * kPartsOfValue - 1);
+  if (parts.IsUseful()) {
+    Begin(mostValues, mostValues * kPartsOfValue, count / 8);
+    // Those from 0.0 on move up by one, as -0.0 is where it would be.
+    const auto placeOf = [&](double value) {
+      const Bits isNegative = std::bit_cast<Bits>(value) >> 63;
+      return static_cast<std::size_t>(parts.PartOf(value)) + 1 - isNegative;
+    };
+    if (Count(sources, count, targetAt, placeOf)) return true;
+    // Too many values; or as many as may be, out of steps: a sort will do.
+    if (fNextCounts == fCounts.size()) return false;
+  }
+  Begin(mostValues, mostValues * kPlacesOfValue, 2 * count);
+  return Count(sources, count, targetAt, Scatter(fPlaces.size()));
 }
 
 void ValueTally::Begin(std::size_t mostValues, std::size_t placeCount, std::size_t mostSteps) {

@@ -31,6 +31,7 @@ class ValueTally {
 
   static constexpr std::uint32_t kEmpty = ~std::uint32_t{0};
   static constexpr std::size_t kSampleSize = 256;
+  using Sample = std::array<double, kSampleSize>;
 
   // A value's; the next ones take those of values that they share a place with.
   struct Place {
@@ -41,7 +42,10 @@ class ValueTally {
   template <typename Tuple, typename Source, typename TargetAt>
   bool Tally(const Source* sources, std::size_t count, std::size_t targetCount,
              const TargetAt& targetAt, std::vector<Tuple>& runs);
-  bool IsPromising(const std::array<double, kSampleSize>& sample, std::size_t mostValues);
+  bool IsPromising(const Sample& sample, std::size_t mostValues);
+  template <typename Source, typename TargetAt>
+  bool CountAll(const Source* sources, std::size_t count, const TargetAt& targetAt,
+                const Sample& sample, std::size_t mostValues);
   void Begin(std::size_t mostValues, std::size_t placeCount, std::size_t mostSteps);
   template <typename Source, typename TargetAt, typename PlaceOf>
   bool Count(const Source* sources, std::size_t count, const TargetAt& targetAt,
